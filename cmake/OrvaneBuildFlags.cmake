@@ -1,0 +1,25 @@
+# Compile flags shared by every target of the project. Each target links orvane_build_flags privately,
+# so nothing of this reaches those who consume the installed package.
+add_library(orvane_build_flags INTERFACE)
+
+target_compile_options(orvane_build_flags INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align
+  -Wnull-dereference -Wformat=2 -Wduplicated-cond -Wlogical-op)
+if(ORVANE_WARNINGS_AS_ERRORS)
+  target_compile_options(orvane_build_flags INTERFACE -Werror)
+endif()
+
+target_compile_definitions(orvane_build_flags INTERFACE
+  QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS QT_STRICT_ITERATORS QT_DEPRECATED_WARNINGS
+  # The function's signature belongs to every log line, in release builds too.
+  QT_MESSAGELOGCONTEXT)
+
+if(ORVANE_SANITIZE)
+  # Set for the whole directory tree so that no object escapes it.
+  add_compile_options(-fsanitize=${ORVANE_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  add_link_options(-fsanitize=${ORVANE_SANITIZE})
+endif()
+if(ORVANE_COVERAGE)
+  add_compile_options(--coverage)
+  add_link_options(--coverage)
+endif()
