@@ -1,0 +1,162 @@
+#pragma once
+
+#include "ecconstants.h"
+#include "orvaneecproxyclient_global.h"
+
+#include <QList>
+#include <QPair>
+#include <QString>
+
+#include <memory>
+#include <optional>
+#include <shared_mutex>
+
+QT_BEGIN_NAMESPACE
+class QObject;
+QT_END_NAMESPACE
+
+namespace Orvane::ECProxy::Client {
+
+namespace Internal {
+class ECConsoleManagerPrivate;
+class ECCommandItemIndex;
+
+/// What a new binding changes of a key's looks; an empty member leaves that part as it is.
+struct KeyLook {
+    std::optional<ECLEDColor> color;
+    std::optional<QString> oledText;
+    std::optional<bool> blink;
+};
+} // namespace Internal
+
+/// A model object as the key items know it: (server id, index). Screen: (screen id, screen type); layer:
+/// (screen id, layer id, or `Constants::UnboundLayerIndex` while the key is free); input: (interface id, 0);
+/// preset: (file id, file type).
+using ECObjectId = QPair<quint64, quint32>;
+using ECObjectIdList = QList<ECObjectId>;
+
+/// The run-time state of one console key on one page: where it sits, what it shows and which model objects
+/// it is bound to.
+///
+/// Every operation may be called from any thread and is atomic by itself. Whoever needs several fields of
+/// one moment (names in step with ids, colour in step with text) copies the item and reads the copy: copying
+/// is atomic too.
+class ORVANEECPROXYCLIENT_EXPORT ECCommandItem {
+public:
+    /// `parent` is ignored: items are owned through shared pointers.
+    explicit ECCommandItem(QObject* parent = nullptr);
+    /// Copies every field. The copy belongs to no device's set, whatever `other` belongs to.
+    ECCommandItem(const ECCommandItem& other);
+    /// Copies every field; the item stays in the set in which it is.
+    ECCommandItem& operator=(const ECCommandItem& other);
+    virtual ~ECCommandItem();
+
+    /// Page times page size plus order, or -1 while the key is bound to nothing.
+    void setECButtonIndex(qint32 index);
+    qint32 ecButtonIndex() const;
+
+    /// Position among the group's selectable keys of one page, from 0.
+    void setECButtonOrderIndex(qint16 index);
+    qint16 ecButtonOrderIndex() const;
+
+    /// Page that the item is shown on, from 0; -1 until it is set.
+    void setECButtonPageIndex(qint16 index);
+    qint16 ecButtonPageIndex() const;
+
+    void setIsLedBlink(bool blink);
+    bool isLedBlink() const;
+
+    void setECButtonColor(ECLEDColor color);
+    ECLEDColor ecButtonColor() const;
+
+    void setECOledText(const QString& text);
+    QString ecOledText() const;
+
+    /// The console's number of the key, -1 until it is set.
+    void setECButtonKey(qint32 key);
+    qint32 ecButtonKey() const;
+
+    /// The console's number of the key's label, -1 for a key without one.
+    void setECOledKey(qint32 key);
+    qint32 ecOledKey() const;
+
+    /// True while the button index is not -1.
+    bool isBindKeyPad() const;
+    /// True when the button index is `index`.
+    bool isBindKeyPad(int index) const;
+
+    /// Binds one more object; one that is bound already is ignored.
+    void appendObjectData(const ECObjectId& id);
+    /// True when an object with the same server id and the same index is bound.
+    bool isContainsObjectId(const ECObjectId& id) const;
+    void removeObjectId(const ECObjectId& id);
+    ECObjectIdList getObjectIdList() const;
+    void clearObjectIdSet();
+
+    /// Inserts a name before position `index`, or behind the last one for -1. Does nothing for an index
+    /// below -1 or beyond the end.
+    void appendBindedName(const QString& name, int index);
+    /// Does nothing unless 0 <= `index` < number of names; the same goes for `updateBindedName`.
+    void removeBindedName(int index);
+    void updateBindedName(const QString& name, int index);
+    QList<QString> objectNameList() const;
+    void clearObjectNameSet();
+    /// The names in order with "/" between them.
+    QString joinObjectName() const;
+
+    /// Back to unbound: dark, no blink, blank label, button index -1, no objects, no names. Not for layer
+    /// items, which would no longer know the screen that they belong to.
+    void resetECCommandItem();
+    /// As above, but a `Layer` item keeps its names and its objects, these with the index
+    /// `Constants::UnboundLayerIndex`, so that its screen can find it again.
+    void resetECCommandItem(KeyboardType type);
+
+private:
+    friend class Internal::ECConsoleManagerPrivate;
+    friend class Internal::ECCommandItemIndex;
+
+    // The compound steps of the store, each atomic to every reader.
+    void bind(
+        KeyboardType type, const ECObjectIdList& ids, qint32 buttonIndex, const Internal::KeyLook& look);
+    bool resetIfBound(const ECObjectId& id, KeyboardType type, ECLEDColor color);
+    void appendNamedObject(const ECObjectId& id, const QString& name, ECLEDColor color);
+    void removeNamedObject(const ECObjectId& id);
+    QString removeNamedObjects(quint64 serverId);
+
+    // The caller holds the locks that the name mentions, exclusively.
+    void copyWithAllLocked(const ECCommandItem& other);
+    void resetWithAllLocked(KeyboardType type, ECLEDColor color);
+    void replaceIdsLocked(ECObjectIdList ids);
+    void removeNamedObjectWithAllLocked(int position);
+    void showNamesWithAllLocked();
+
+    // Guards m_bBlink to m_nECOledKey.
+    mutable std::shared_mutex m_valueMtx;
+    bool m_bBlink = false;
+    ECLEDColor m_enLedColor = ECLEDColor::Off;
+    QString m_strOLEDText;
+    qint16 m_nECButtonOrderIndex = 0;
+    qint16 m_nECButtonPageIndex = -1;
+    qint32 m_nECButtonIndex = -1;
+    qint32 m_nECButtonKey = -1;
+    qint32 m_nECOledKey = -1;
+
+    // Guards m_objectIdList.
+    mutable std::shared_mutex m_objectIdListMtx;
+    ECObjectIdList m_objectIdList;
+
+    // Guards m_objectNameList.
+    mutable std::shared_mutex m_objectNameListMtx;
+    QList<QString> m_objectNameList;
+
+    // Written under m_objectIdListMtx and m_valueMtx together, so that holding either is enough to read: the
+    // index of the list that the item stands in, which is told of every change of place and objects, and
+    // the item's rank in that list.
+    std::shared_ptr<Internal::ECCommandItemIndex> m_pIndex;
+    quint64 m_nIndexRank = 0;
+};
+
+using ECCommandItemPtr = std::shared_ptr<ECCommandItem>;
+using ECCommandItemList = QList<ECCommandItemPtr>;
+
+} // namespace Orvane::ECProxy::Client
