@@ -1,0 +1,23 @@
+#pragma once
+
+#include "bizmodel/enums.h"
+#include "orvaneplatform_global.h"
+
+#include <QtGlobal>
+
+namespace Orvane::BizModel {
+
+/// The socket of an interface. Any thread may call any member at any time.
+class ORVANEPLATFORM_EXPORT Connector {
+public:
+    Connector() = default;
+    virtual ~Connector();
+
+    /// Capacity that the socket is set to.
+    virtual CapacityMode capacity() const = 0;
+
+private:
+    Q_DISABLE_COPY_MOVE(Connector)
+};
+
+} // namespace Orvane::BizModel

@@ -1,0 +1,44 @@
+#include "bizmodel/devicelist.h"
+
+#include "bizmodel/device.h"
+#include "installed_p.h"
+
+namespace Orvane::BizModel {
+
+namespace {
+Internal::Installed<DeviceList> installedList;
+}
+
+DeviceList::DeviceList(QObject* parent)
+    : QObject(parent)
+{
+    registerPlatformMetaTypes();
+    installedList.install(this);
+}
+
+DeviceList::~DeviceList()
+{
+    installedList.uninstall(this);
+}
+
+DeviceList* DeviceList::instance()
+{
+    return installedList.get();
+}
+
+QList<std::weak_ptr<Preset>> DeviceList::groupDevicePresets(const std::weak_ptr<Device>& device) const
+{
+    const std::shared_ptr<Device> own = device.lock();
+    if (!own)
+        return {};
+    QList<std::weak_ptr<Preset>> presets = own->presets();
+    const auto members = groupDevices(device, true, false);
+    for (const std::weak_ptr<Device>& member : members) {
+        const std::shared_ptr<Device> other = member.lock();
+        if (other && other != own)
+            presets += other->presets();
+    }
+    return presets;
+}
+
+} // namespace Orvane::BizModel

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "bizmodel/enums.h"
+
+#include <QtGlobal>
+
+namespace Orvane::BizModel {
+
+/// Where a layer is: unique within a device.
+struct s_ScreenLayerId {
+    quint32 screenId = 0;
+    SceneType sceneType = SceneType::PVW;
+    quint32 layerId = 0;
+
+    friend bool operator==(const s_ScreenLayerId& a, const s_ScreenLayerId& b)
+    {
+        return a.screenId == b.screenId && a.sceneType == b.sceneType && a.layerId == b.layerId;
+    }
+    friend bool operator!=(const s_ScreenLayerId& a, const s_ScreenLayerId& b) { return !(a == b); }
+};
+
+/// Where an interface is: unique within a device.
+struct s_InterfaceFullId {
+    quint32 subcardId = 0;
+    quint32 interfaceId = 0;
+
+    friend bool operator==(const s_InterfaceFullId& a, const s_InterfaceFullId& b)
+    {
+        return a.subcardId == b.subcardId && a.interfaceId == b.interfaceId;
+    }
+    friend bool operator!=(const s_InterfaceFullId& a, const s_InterfaceFullId& b) { return !(a == b); }
+};
+
+} // namespace Orvane::BizModel

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "bizmodel/enums.h"
+#include "bizmodel/fwd.h"
+#include "bizmodel/ids.h"
+#include "orvaneplatform_global.h"
+
+#include <QRect>
+#include <QSize>
+#include <QString>
+#include <QtGlobal>
+
+#include <memory>
+
+namespace Orvane::BizModel {
+
+/// A window in a scene of a screen that shows a source. Any thread may call any member at any time; an
+/// answer is a snapshot.
+class ORVANEPLATFORM_EXPORT Layer {
+public:
+    Layer() = default;
+    virtual ~Layer();
+
+    /// Unique within the scene.
+    virtual quint32 layerId() const = 0;
+    virtual s_ScreenLayerId screenLayerId() const = 0;
+    virtual QString name() const = 0;
+    virtual LayerType layerType() const = 0;
+    virtual SceneType sceneType() const = 0;
+
+    virtual SourceType sourceType() const = 0;
+    /// Of an input its interface id.
+    virtual quint32 sourceId() const = 0;
+
+    /// In pixels of the screen's mosaic.
+    virtual QRect windowRect() const = 0;
+    virtual CapacityMode capacity() const = 0;
+    /// Used for trials: the console sets the capacity, asks `ResourceCheck`, and puts the old one back.
+    virtual void setCapacity(CapacityMode capacity) = 0;
+    /// Size in pixels that a layer gets when it is made for @p input.
+    virtual QSize defulatSize(const std::weak_ptr<Input>& input) const = 0;
+    /// True when the layer may be moved, resized or removed now.
+    virtual bool getLayerOperationAllowed() const = 0;
+
+private:
+    Q_DISABLE_COPY_MOVE(Layer)
+};
+
+} // namespace Orvane::BizModel

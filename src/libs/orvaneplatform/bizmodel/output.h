@@ -1,0 +1,22 @@
+#pragma once
+
+#include "orvaneplatform_global.h"
+
+#include <QtGlobal>
+
+namespace Orvane::BizModel {
+
+/// An output that shows a part of a screen's mosaic. Any thread may call any member at any time.
+class ORVANEPLATFORM_EXPORT Output {
+public:
+    Output() = default;
+    virtual ~Output();
+
+    /// Place among the screen's outputs; new layers are spread over them in this order.
+    virtual int zOrder() const = 0;
+
+private:
+    Q_DISABLE_COPY_MOVE(Output)
+};
+
+} // namespace Orvane::BizModel

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "bizmodel/file.h"
+#include "bizmodel/fwd.h"
+
+#include <QList>
+
+#include <memory>
+
+namespace Orvane::BizModel {
+
+struct s_PresetDetail {
+    /// The preset's file id.
+    quint16 id = 0;
+    QString name;
+};
+
+/// A stored scene.
+class ORVANEPLATFORM_EXPORT Preset : public File {
+public:
+    using PresetOptMode = Enum::Preset::PresetOptMode;
+
+    ~Preset() override;
+
+    virtual s_PresetDetail presetDetail() const = 0;
+    /// Puts the screens that loading the preset as @p type changes into @p screens. False, with the reason
+    /// in @p error, when they cannot be told.
+    virtual bool presetSelectedScreens(
+        QList<std::weak_ptr<Screen>>& screens, Enum::File::FileType type, QString& error) const = 0;
+};
+
+} // namespace Orvane::BizModel
