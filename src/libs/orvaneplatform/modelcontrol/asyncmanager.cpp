@@ -1,0 +1,26 @@
+#include "modelcontrol/asyncmanager.h"
+
+#include "installed_p.h"
+
+namespace Orvane::ModelControl {
+
+namespace {
+Internal::Installed<AsyncManager> installedManager;
+}
+
+AsyncManager::AsyncManager()
+{
+    installedManager.install(this);
+}
+
+AsyncManager::~AsyncManager()
+{
+    installedManager.uninstall(this);
+}
+
+AsyncManager* AsyncManager::instance()
+{
+    return installedManager.get();
+}
+
+} // namespace Orvane::ModelControl

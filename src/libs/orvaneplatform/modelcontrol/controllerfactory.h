@@ -1,0 +1,43 @@
+#pragma once
+
+#include "bizmodel/enums.h"
+#include "bizmodel/fwd.h"
+#include "orvaneplatform_global.h"
+
+#include <QtGlobal>
+
+#include <memory>
+
+namespace Orvane::ModelControl {
+
+class Device;
+class Layer;
+class Preset;
+class Screen;
+
+/// Makes the host's controllers. The host creates its implementation before it starts the console and
+/// destroys it after the console's threads have ended. Members are called on any thread, on several at once,
+/// and answer an empty pointer when the device is gone or there is no such controller.
+class ORVANEPLATFORM_EXPORT ControllerFactory {
+public:
+    virtual ~ControllerFactory();
+
+    /// The factory created last, null when there is none (or that one is gone). Any thread.
+    static ControllerFactory* instance();
+
+    virtual std::shared_ptr<Device> createDevice(const std::weak_ptr<BizModel::Device>& device) = 0;
+    virtual std::shared_ptr<Screen> createScreen(
+        BizModel::Enum::Screen::ScreenType type, const std::weak_ptr<BizModel::Device>& device) = 0;
+    virtual std::shared_ptr<Layer> createLayer(
+        BizModel::LayerType type, const std::weak_ptr<BizModel::Device>& device) = 0;
+    virtual std::shared_ptr<Preset> createPreset(const std::weak_ptr<BizModel::Device>& device) = 0;
+
+protected:
+    /// Makes this factory the one that `instance` answers.
+    ControllerFactory();
+
+private:
+    Q_DISABLE_COPY_MOVE(ControllerFactory)
+};
+
+} // namespace Orvane::ModelControl

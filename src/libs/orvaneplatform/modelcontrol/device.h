@@ -1,0 +1,48 @@
+#pragma once
+
+#include "bizmodel/enums.h"
+#include "bizmodel/fwd.h"
+#include "modelcontrol/switcheffect.h"
+#include "orvaneplatform_global.h"
+
+#include <QList>
+#include <QString>
+#include <QtGlobal>
+
+#include <memory>
+
+namespace Orvane::ModelControl {
+
+class Screen;
+
+/// Changes a device. Operations run on the caller's thread, which may be any, and have taken effect when
+/// they return; the change is announced by `BizModel::DeviceList`.
+class ORVANEPLATFORM_EXPORT Device {
+public:
+    /// Controller of @p device; empty when the device is gone or no factory is installed.
+    static std::shared_ptr<Device> create(const std::weak_ptr<BizModel::Device>& device);
+    /// Controller of the screens of one type; empty when there is none for the type.
+    static std::shared_ptr<Screen> screenModelControl(
+        BizModel::Enum::Screen::ScreenType type, const std::weak_ptr<BizModel::Device>& device);
+
+    Device() = default;
+    virtual ~Device();
+
+    /// True when a take or a cut may run now.
+    virtual bool takeCutEnabled() const = 0;
+    virtual void setActivedScreen(const std::weak_ptr<BizModel::Screen>& screen) = 0;
+    /// Screens of the types in @p screenTypeMask that a take with @p effect would act on; the selected ones
+    /// only when @p onlySelected.
+    virtual QList<std::weak_ptr<BizModel::Screen>> getTakeScreens(
+        int screenTypeMask, const s_SwitchEffectBody& effect, bool onlySelected) const = 0;
+    /// Stores the present scene as a new file. False with the reason in @p error on failure.
+    virtual bool createPresetFile(BizModel::Enum::File::FileType type, quint16 fileId, QString& error) = 0;
+    /// Removes the files and returns when they are gone. False with the reason in @p error when one could
+    /// not be removed.
+    virtual bool removeFile(const QList<std::weak_ptr<BizModel::File>>& files, QString& error) = 0;
+
+private:
+    Q_DISABLE_COPY_MOVE(Device)
+};
+
+} // namespace Orvane::ModelControl

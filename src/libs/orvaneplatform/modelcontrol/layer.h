@@ -1,0 +1,40 @@
+#pragma once
+
+#include "bizmodel/enums.h"
+#include "bizmodel/fwd.h"
+#include "orvaneplatform_global.h"
+
+#include <QList>
+#include <QRect>
+#include <QtGlobal>
+
+#include <memory>
+
+namespace Orvane::ModelControl {
+
+/// Changes layers of one type of a device. Operations run on the caller's thread, which may be any, have
+/// taken effect when they return, and answer false when they were refused; the change is announced by
+/// `BizModel::DeviceList`.
+class ORVANEPLATFORM_EXPORT Layer {
+public:
+    using Layers = QList<std::weak_ptr<BizModel::Layer>>;
+
+    Layer() = default;
+    virtual ~Layer();
+
+    /// The change is announced when @p notify.
+    virtual bool setSelected(
+        const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers, BizModel::SelectedType mode,
+        bool notify) = 0;
+    virtual bool cancelSelected(
+        const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers, bool notify) = 0;
+    /// @p window is in pixels of the mosaic.
+    virtual bool updateWindow(const std::weak_ptr<BizModel::Layer>& layer, const QRect& window) = 0;
+    /// Makes all the layers show the source. @p sourceType is a `BizModel::SourceType` value.
+    virtual bool bindSource(const Layers& layers, quint32 sourceId, int sourceType) = 0;
+
+private:
+    Q_DISABLE_COPY_MOVE(Layer)
+};
+
+} // namespace Orvane::ModelControl

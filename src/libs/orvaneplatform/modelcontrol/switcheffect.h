@@ -1,0 +1,14 @@
+#pragma once
+
+namespace Orvane::ModelControl {
+
+/// Description of a transition.
+struct s_SwitchEffectBody {
+    /// In tenths of a second.
+    int time = 0;
+    int direction = 0;
+    /// A `BizModel::EffectType` value.
+    int type = 0;
+};
+
+} // namespace Orvane::ModelControl

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "bizmodel/enums.h"
+#include "bizmodel/fwd.h"
+#include "completion.h"
+
+#include <functional>
+#include <memory>
+#include <variant>
+
+namespace Orvane::ParallelControl {
+
+using Orvane::Completion;
+
+/// Runs the selected screens' transition to program.
+struct ParallelTakeScreen {
+    std::weak_ptr<BizModel::Device> device;
+    int screenTypeMask = BizModel::Enum::Screen::RegularAndAUXScreens;
+    /// Told when the device's part has ended.
+    Completion done;
+};
+
+/// Takes the selected screens to program without a transition.
+struct ParallelCutScreen {
+    std::weak_ptr<BizModel::Device> device;
+    int screenTypeMask = BizModel::Enum::Screen::RegularAndAUXScreens;
+    /// Told when the device's part has ended.
+    Completion done;
+};
+
+/// Copies the selected screens' program to their preview.
+struct ParallelMatchPGM {
+    std::weak_ptr<BizModel::Device> device;
+    int screenTypeMask = BizModel::Enum::Screen::RegularAndAUXScreens;
+};
+
+/// Freezes or unfreezes the selected screens' program.
+struct ParallelFreezeScreen {
+    std::weak_ptr<BizModel::Device> device;
+    int screenTypeMask = BizModel::Enum::Screen::RegularAndAUXScreens;
+    bool freeze = false;
+};
+
+/// Fades the selected screens' program to black, or back.
+struct ParallelFTBScreen {
+    std::weak_ptr<BizModel::Device> device;
+    int screenTypeMask = BizModel::Enum::Screen::RegularAndAUXScreens;
+    bool fadeToBlack = false;
+};
+
+/// Sets whether a take exchanges program and preview.
+struct ParallelSetSwapStatus {
+    std::weak_ptr<BizModel::Device> device;
+    bool swap = false;
+};
+
+/// Sets the scene that presets are loaded to.
+struct ParallelSetLoadToPresetPGMStatus {
+    std::weak_ptr<BizModel::Device> device;
+    BizModel::Enum::Device::LoadToPGMStatus status = BizModel::Enum::Device::LoadToPVW;
+};
+
+using ParallelTask = std::variant<
+    ParallelTakeScreen, ParallelCutScreen, ParallelMatchPGM, ParallelFreezeScreen, ParallelFTBScreen,
+    ParallelSetSwapStatus, ParallelSetLoadToPresetPGMStatus>;
+
+/// Says what one device of a group is to do.
+using ParallelTaskFactory = std::function<ParallelTask(std::weak_ptr<BizModel::Device>)>;
+
+} // namespace Orvane::ParallelControl

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "bizmodel/enums.h"
+#include "bizmodel/fwd.h"
+#include "protomodel/file.h"
+
+#include <QtGlobal>
+
+#include <memory>
+
+namespace Orvane::TaskSampling {
+
+/// Kinds of sampling jobs.
+enum SamplingType : int { LoadPreset = 9, TBar = 10 };
+
+/// How far a transition by the T-Bar has come.
+struct s_TBarSampling {
+    /// Combines `BizModel::Enum::Screen::ScreenType` values.
+    int takeScreenType = BizModel::Enum::Screen::RegularAndAUXScreens;
+    /// From 0.0, all preview still to come, to 1.0, done.
+    double process = 0.0;
+    std::weak_ptr<BizModel::Device> pCurDevice;
+};
+
+/// A preset to be loaded by the device.
+struct s_LoadPresetSampling {
+    quint8 nFileID = 0;
+    std::weak_ptr<BizModel::Device> pCurDevice;
+    /// The keypad's state after and before the load.
+    ProtoModel::File::s_KeypadInfo keypadInfo;
+    ProtoModel::File::s_KeypadInfo lastKeypadInfo;
+};
+
+} // namespace Orvane::TaskSampling

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "orvaneplatform_global.h"
+#include "tasksampling/samplings.h"
+
+#include <QtGlobal>
+
+#include <memory>
+
+namespace Orvane::TaskSampling {
+
+/// Passes fast-changing values on to the device at the device's own pace: of the samples of one type that
+/// wait, only the newest is carried out. The host creates its implementation before it starts the console
+/// and destroys it after the console's threads have ended.
+class ORVANEPLATFORM_EXPORT SamplingThread {
+public:
+    virtual ~SamplingThread();
+
+    /// The thread created last, null when there is none (or that one is gone). Any thread.
+    static SamplingThread* instance();
+
+    /// Announces samples of the type; false while samples of another type wait. Any thread.
+    virtual bool setSamplingType(SamplingType type) = 0;
+    /// Queues the sample and returns at once; false when it is not of the type announced last or not
+    /// usable. Any thread.
+    virtual bool appendData(const std::shared_ptr<s_TBarSampling>& sampling) = 0;
+    virtual bool appendData(const std::shared_ptr<s_LoadPresetSampling>& sampling) = 0;
+
+protected:
+    /// Makes this thread the one that `instance` answers.
+    SamplingThread();
+
+private:
+    Q_DISABLE_COPY_MOVE(SamplingThread)
+};
+
+} // namespace Orvane::TaskSampling
