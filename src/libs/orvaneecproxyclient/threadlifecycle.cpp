@@ -1,0 +1,79 @@
+#include "threadlifecycle_p.h"
+
+#include "eclinklog_p.h"
+
+#include <system_error>
+#include <thread>
+
+namespace Orvane::ECProxy::Client::Internal {
+
+using Locker = std::lock_guard<std::mutex>;
+
+ThreadLifecycle::ThreadLifecycle(QThread& thread, std::mutex& flagMutex, std::atomic<bool>& stopFlag)
+    : m_thread(thread)
+    , m_mtxFlag(flagMutex)
+    , m_bStop(stopFlag)
+{
+}
+
+bool ThreadLifecycle::start()
+{
+    if (QThread::currentThread() == &m_thread) {
+        if (m_bStop)
+            qCWarning(
+                lcECLink, "%s does not start itself while it stops.", qUtf8Printable(m_thread.objectName()));
+        return !m_bStop;
+    }
+    const Locker turn(m_mtxTurn);
+    // A run ends by a stop alone, so one that goes on now is there to stay until the next stop.
+    if (!m_bStop && m_thread.isRunning())
+        return true;
+    m_thread.wait();
+    {
+        const Locker lock(m_mtxFlag);
+        ++m_nRun;
+        m_bStop = false;
+    }
+    m_thread.start(QThread::InheritPriority);
+    return true;
+}
+
+void ThreadLifecycle::stop(const std::function<void()>& wake)
+{
+    unsigned run = 0;
+    {
+        const Locker lock(m_mtxFlag);
+        m_bStop = true;
+        run = m_nRun;
+        wake();
+    }
+    if (QThread::currentThread() == &m_thread)
+        return;
+    const Locker turn(m_mtxTurn);
+    {
+        const Locker lock(m_mtxFlag);
+        if (m_nRun != run)
+            return; // who started it anew has waited for the run that this stop ended
+    }
+    m_thread.wait();
+    // Whatever the thread wrote is known here after its last mutex; QThread alone does not say so to tools
+    // that watch the order of memory accesses.
+    const Locker lock(m_mtxFlag);
+}
+
+void deleteThreadObject(QThread* thread)
+{
+    if (QThread::currentThread() != thread) {
+        delete thread;
+        return;
+    }
+    try {
+        std::thread([thread] { delete thread; }).detach();
+    } catch (const std::system_error& error) {
+        qCWarning(
+            lcECLink, "%s is left undeleted, there is no thread to be had for it: %s",
+            qUtf8Printable(thread->objectName()), error.what());
+    }
+}
+
+} // namespace Orvane::ECProxy::Client::Internal
