@@ -1,0 +1,153 @@
+#include "orvaneecclientdecoder.h"
+#include "orvaneecclientdecoder_p.h"
+
+#include "eclinklog_p.h"
+#include "uptlv_p.h"
+
+#include <QNetworkDatagram>
+
+#include <chrono>
+#include <utility>
+
+namespace Orvane::ECProxy::Client {
+
+namespace Internal {
+
+namespace {
+
+void decode(DatagramQueue::Datagram datagram, const UpTLVDecodeFinishedCallbackType* callback)
+{
+    const UpReport report = parseUpDatagram(datagram.bytes, datagram.size);
+    if (report.kind == UpReport::InvalidHead) {
+        qCWarning(lcECLink, "Orvane ec up decoder receive invalid package. The head is %u", report.head);
+        return;
+    }
+    if (report.kind == UpReport::Nothing)
+        return;
+    if (!callback) {
+        qCWarning(lcECLink, "[locate key no response] up tlv decoder callback is null.");
+        return;
+    }
+    qCDebug(
+        lcECLink, "[locate key no response] tag: %u body's size: %u", unsigned(report.tag),
+        unsigned(report.valueSize));
+    (*callback)(report.tag, QByteArray(report.value, report.valueSize));
+}
+
+} // namespace
+
+void ECClientDecoderPrivate::setCallback(SharedCallback& slot, UpTLVDecodeFinishedCallbackType&& cb)
+{
+    SharedCallback other; // outlives the lock: what the old callback holds is let go of without it
+    if (cb)
+        other = std::make_shared<const UpTLVDecodeFinishedCallbackType>(std::move(cb));
+    const std::lock_guard<std::mutex> lock(m_mtxCallback);
+    slot.swap(other);
+    m_nCallbackChange.fetch_add(1, std::memory_order_release);
+}
+
+ECClientDecoderPrivate::SharedCallback ECClientDecoderPrivate::upCallback()
+{
+    const std::lock_guard<std::mutex> lock(m_mtxCallback);
+    return m_cbUpTLVDecodeFinished;
+}
+
+void ECClientDecoderPrivate::stop()
+{
+    m_lifecycle.stop([this] { m_wcDecode.notify_all(); });
+}
+
+void ECClientDecoderPrivate::decodeUntilStopped()
+{
+    constexpr std::chrono::milliseconds longestWait(1000);
+
+    qCInfo(lcECLink, "Orvane ec client decoder thread start");
+    DatagramQueue batch;
+    std::unique_lock<std::mutex> lock(m_mtxDecode);
+    while (!m_bStopDecode) {
+        if (m_datagramQueue.isEmpty()) {
+            m_wcDecode.wait_for(lock, longestWait);
+            continue;
+        }
+        m_datagramQueue.swap(batch);
+        lock.unlock();
+        qCInfo(lcECLink, "[locate key no response] received key command,parsing tlv.");
+        decode(batch);
+        batch.clear();
+        lock.lock();
+    }
+    lock.unlock();
+    qCInfo(lcECLink, "Orvane ec client decoder thread stop");
+}
+
+void ECClientDecoderPrivate::decode(const DatagramQueue& batch)
+{
+    unsigned known = m_nCallbackChange.load(std::memory_order_acquire);
+    SharedCallback callback = upCallback();
+    // A stop is obeyed within a batch too: its callbacks may take long.
+    for (std::size_t i = 0; i < batch.count() && !m_bStopDecode; ++i) {
+        const unsigned change = m_nCallbackChange.load(std::memory_order_acquire);
+        if (change != known) {
+            known = change;
+            callback = upCallback();
+        }
+        Internal::decode(batch.at(i), callback.get());
+    }
+}
+
+} // namespace Internal
+
+ECClientDecoder::ECClientDecoder(QObject* parent)
+    : QThread(parent)
+    , d(std::make_unique<Internal::ECClientDecoderPrivate>(*this))
+{
+    setObjectName(QStringLiteral("ECClientDecoder"));
+}
+
+ECClientDecoder::~ECClientDecoder()
+{
+    stopDecode();
+}
+
+bool ECClientDecoder::startDecode()
+{
+    return d->m_lifecycle.start();
+}
+
+bool ECClientDecoder::stopDecode()
+{
+    d->stop();
+    return true;
+}
+
+bool ECClientDecoder::appendDatagram(const QNetworkDatagram& datagram)
+{
+    return appendDatagram(datagram.data());
+}
+
+bool ECClientDecoder::appendDatagram(const QByteArray& bytes)
+{
+    d->append([&bytes](Internal::DatagramQueue& queue) {
+        queue.append(bytes.constData(), std::size_t(bytes.size()));
+    });
+    return true;
+}
+
+bool ECClientDecoder::registerUpTLVDecodeFinishedCB(UpTLVDecodeFinishedCallbackType cb)
+{
+    d->setCallback(d->m_cbUpTLVDecodeFinished, std::move(cb));
+    return true;
+}
+
+bool ECClientDecoder::registerExDownTLVDecodeFinishedCB(UpTLVDecodeFinishedCallbackType cb)
+{
+    d->setCallback(d->m_cbTLVExDecodeFinished, std::move(cb));
+    return true;
+}
+
+void ECClientDecoder::run()
+{
+    d->decodeUntilStopped();
+}
+
+} // namespace Orvane::ECProxy::Client
