@@ -17,8 +17,9 @@ QT_END_NAMESPACE
 
 namespace Orvane::ECProxy::Client {
 
+class ECConsoleManager;
+
 namespace Internal {
-class ECConsoleManagerPrivate;
 class ECCommandItemIndex;
 
 /// What a new binding changes of a key's looks; an empty member leaves that part as it is.
@@ -112,7 +113,7 @@ public:
     void resetECCommandItem(KeyboardType type);
 
 private:
-    friend class Internal::ECConsoleManagerPrivate;
+    friend class ECConsoleManager;
     friend class Internal::ECCommandItemIndex;
 
     // The compound steps of the store, each atomic to every reader.
@@ -123,11 +124,13 @@ private:
     void removeNamedObject(const ECObjectId& id);
     QString removeNamedObjects(quint64 serverId);
 
-    // The caller holds the locks that the name mentions, exclusively.
+    // The caller holds the lock of what is changed, exclusively.
+    void replaceIdsLocked(ECObjectIdList ids);
+    void placeLocked(qint16 pageIndex, qint16 orderIndex);
+    // The caller holds all three locks exclusively.
     void copyWithAllLocked(const ECCommandItem& other);
     void resetWithAllLocked(KeyboardType type, ECLEDColor color);
-    void replaceIdsLocked(ECObjectIdList ids);
-    void removeNamedObjectWithAllLocked(int position);
+    template <typename Predicate> void removeNamedObjectsWithAllLocked(Predicate isGone);
     void showNamesWithAllLocked();
 
     // Guards m_bBlink to m_nECOledKey.

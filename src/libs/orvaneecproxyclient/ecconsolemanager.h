@@ -134,6 +134,10 @@ public:
 private:
     ECConsoleManager();
 
+    std::shared_ptr<ECCommandItem> bindItem(
+        const QString& ip, KeyboardType type, int orderIndex, int buttonIndex, int pageIndex,
+        const ECObjectIdList& ids, const Internal::KeyLook& look);
+
     const std::unique_ptr<Internal::ECConsoleManagerPrivate> d;
 };
 

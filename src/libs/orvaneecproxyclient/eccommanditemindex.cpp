@@ -1,0 +1,114 @@
+#include "eccommanditemindex.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace Orvane::ECProxy::Client::Internal {
+
+void ECCommandItemIndex::attach(
+    const std::shared_ptr<ECCommandItemIndex>& index, const ECCommandItemPtr& item)
+{
+    const std::scoped_lock itemLock(item->m_objectIdListMtx, item->m_valueMtx);
+    if (item->m_pIndex)
+        item->m_pIndex->leave(*item);
+    item->m_pIndex = index;
+
+    const std::lock_guard lock(index->m_mtx);
+    const Rank rank = index->m_nNextRank++;
+    item->m_nIndexRank = rank;
+    index->m_mapItems.emplace(rank, item);
+    index->m_places.emplace(item->m_nECButtonPageIndex, item->m_nECButtonOrderIndex, rank);
+    for (const ECObjectId& id : item->m_objectIdList)
+        index->m_bindings.emplace(id.first, id.second, rank);
+}
+
+void ECCommandItemIndex::detach(const ECCommandItemPtr& item)
+{
+    std::shared_ptr<ECCommandItemIndex> index; // outlives the locks
+    const std::scoped_lock itemLock(item->m_objectIdListMtx, item->m_valueMtx);
+    index.swap(item->m_pIndex);
+    if (index)
+        index->leave(*item);
+}
+
+void ECCommandItemIndex::leave(const ECCommandItem& item)
+{
+    const std::lock_guard lock(m_mtx);
+    const Rank rank = item.m_nIndexRank;
+    m_mapItems.erase(rank);
+    m_places.erase({item.m_nECButtonPageIndex, item.m_nECButtonOrderIndex, rank});
+    for (const ECObjectId& id : item.m_objectIdList)
+        m_bindings.erase({id.first, id.second, rank});
+}
+
+void ECCommandItemIndex::moved(Rank rank, int fromPage, int fromOrder, int toPage, int toOrder)
+{
+    const std::lock_guard lock(m_mtx);
+    m_places.erase({fromPage, fromOrder, rank});
+    m_places.emplace(toPage, toOrder, rank);
+}
+
+void ECCommandItemIndex::rebound(Rank rank, const ECObjectIdList& from, const ECObjectIdList& to)
+{
+    const std::lock_guard lock(m_mtx);
+    for (const ECObjectId& id : from)
+        m_bindings.erase({id.first, id.second, rank});
+    for (const ECObjectId& id : to)
+        m_bindings.emplace(id.first, id.second, rank);
+}
+
+ECCommandItemPtr ECCommandItemIndex::firstAt(
+    int pageIndex, int orderIndex, std::initializer_list<ECObjectId> boundToAny) const
+{
+    const std::lock_guard lock(m_mtx);
+    const auto wanted = [&](Rank rank) {
+        return boundToAny.size() == 0
+            || std::any_of(boundToAny.begin(), boundToAny.end(), [&](const ECObjectId& id) {
+                   return m_bindings.count({id.first, id.second, rank}) > 0;
+               });
+    };
+    for (auto it = m_places.lower_bound({pageIndex, orderIndex, 0}); it != m_places.end(); ++it) {
+        const auto& [page, order, rank] = *it;
+        if (page != pageIndex || order != orderIndex)
+            break;
+        if (wanted(rank))
+            return itemLocked(rank);
+    }
+    return {};
+}
+
+ECCommandItemPtr ECCommandItemIndex::firstBoundTo(const ECObjectId& id) const
+{
+    const std::lock_guard lock(m_mtx);
+    const auto it = m_bindings.lower_bound({id.first, id.second, 0});
+    if (it == m_bindings.end() || std::get<0>(*it) != id.first || std::get<1>(*it) != id.second)
+        return {};
+    return itemLocked(std::get<2>(*it));
+}
+
+ECCommandItemList ECCommandItemIndex::allOfServer(quint64 serverId) const
+{
+    const std::lock_guard lock(m_mtx);
+    std::vector<Rank> ranks;
+    for (auto it = m_bindings.lower_bound({serverId, 0, 0});
+         it != m_bindings.end() && std::get<0>(*it) == serverId; ++it)
+        ranks.push_back(std::get<2>(*it));
+    std::sort(ranks.begin(), ranks.end());
+    ranks.erase(std::unique(ranks.begin(), ranks.end()), ranks.end());
+
+    ECCommandItemList items;
+    items.reserve(int(ranks.size()));
+    for (const Rank rank : ranks) {
+        if (ECCommandItemPtr item = itemLocked(rank))
+            items.append(std::move(item));
+    }
+    return items;
+}
+
+ECCommandItemPtr ECCommandItemIndex::itemLocked(Rank rank) const
+{
+    const auto it = m_mapItems.find(rank);
+    return it == m_mapItems.end() ? nullptr : it->second.lock();
+}
+
+} // namespace Orvane::ECProxy::Client::Internal
