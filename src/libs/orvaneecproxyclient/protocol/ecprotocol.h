@@ -223,7 +223,8 @@ struct DownMessageShape {
 
 /// Every message to the service, ordered by tag. The irregular lengths are what the service expects.
 constexpr DownMessageShape DownMessageShapes[] = {
-    {UpdateECButtonColor, sizeof(ECButtonColor), DownMessageShape::IsValueSize, DownMessageShape::CountsValue},
+    {UpdateECButtonColor, sizeof(ECButtonColor), DownMessageShape::IsValueSize,
+     DownMessageShape::CountsValue},
     {UpdateECOledText, sizeof(ECOLEDText), DownMessageShape::IsValueSize, DownMessageShape::CountsValue},
     {UpdateTBarValue, sizeof(ECTBarValue), DownMessageShape::IsValueSize, DownMessageShape::CountsValue},
     {LockTBar, 0, DownMessageShape::IsValueSize, DownMessageShape::CountsValue},
@@ -234,8 +235,10 @@ constexpr DownMessageShape DownMessageShapes[] = {
     {ReadLockedKeyboard, 0, DownMessageShape::IsValueSize, DownMessageShape::CountsValue},
     {ReadDVIInSignal, sizeof(DVIInSignalRead), DownMessageShape::IsZero, DownMessageShape::CountsValue},
     {ControlLight, sizeof(LightControl), DownMessageShape::IsValueSize, DownMessageShape::CountsValue},
-    {UpdateScreenLuminance, sizeof(ScreenLuminance), DownMessageShape::IsValueSize, DownMessageShape::CountsValue},
-    {ControlPeripheral, sizeof(PeripheralControl), DownMessageShape::IsValueSize, DownMessageShape::CountsValue},
+    {UpdateScreenLuminance, sizeof(ScreenLuminance), DownMessageShape::IsValueSize,
+     DownMessageShape::CountsValue},
+    {ControlPeripheral, sizeof(PeripheralControl), DownMessageShape::IsValueSize,
+     DownMessageShape::CountsValue},
     {ControlMVRSignal, sizeof(MVRSignalControl), DownMessageShape::IsZero, DownMessageShape::CountsValue},
     {UpdateSystemTime, -1, DownMessageShape::IsValueSize, DownMessageShape::CountsValue},
     {UpdateNetworkInfo, -1, DownMessageShape::IsValueSize, DownMessageShape::CountsValue},
@@ -245,11 +248,12 @@ constexpr DownMessageShape DownMessageShapes[] = {
     {UpdateECDeviceIPData, -1, DownMessageShape::IsValueSize, DownMessageShape::CountsTLOnly},
     {RestartConsole, 1, DownMessageShape::IsValueSize, DownMessageShape::CountsValue},
     {ControlKeyboard, 1, DownMessageShape::IsValueSize, DownMessageShape::CountsValue},
-    {UpdateDVISignalStatus, sizeof(DVIInSignal), DownMessageShape::IsValueSize, DownMessageShape::CountsValue},
+    {UpdateDVISignalStatus, sizeof(DVIInSignal), DownMessageShape::IsValueSize,
+     DownMessageShape::CountsValue},
     {ResetMCU, 1, DownMessageShape::IsValueSize, DownMessageShape::CountsValue},
     {ChangeIPMode, -1, DownMessageShape::IsValueSize, DownMessageShape::CountsTLOnly},
     {ControlPeripheralState, sizeof(PeripheralControlVisibleState), DownMessageShape::IsValueSize,
-        DownMessageShape::CountsValue},
+     DownMessageShape::CountsValue},
 };
 constexpr int DownMessageCount = sizeof(DownMessageShapes) / sizeof(DownMessageShapes[0]);
 static_assert(DownMessageCount == ControlPeripheralState - UpdateECButtonColor + 1);
@@ -288,14 +292,12 @@ using UpTLVDecodeFinishedCallbackType = std::function<bool(const eECUpMessageTag
 /// Byte order and layout, and nothing else. None of these checks a length: the caller does, before.
 namespace Wire {
 
-template <typename Number>
-inline Number load(const void* bytes)
+template <typename Number> inline Number load(const void* bytes)
 {
     return qFromLittleEndian<Number>(bytes);
 }
 
-template <typename Number>
-inline void store(Number number, void* bytes)
+template <typename Number> inline void store(Number number, void* bytes)
 {
     qToLittleEndian<Number>(number, bytes);
 }
@@ -306,8 +308,7 @@ public:
         : m_out(out)
     {
     }
-    template <typename Number>
-    void operator()(Number number)
+    template <typename Number> void operator()(Number number)
     {
         store(number, m_out);
         m_out += sizeof(Number);
@@ -328,8 +329,7 @@ public:
         : m_in(in)
     {
     }
-    template <typename Number>
-    Number next()
+    template <typename Number> Number next()
     {
         const Number number = load<Number>(m_in);
         m_in += sizeof(Number);

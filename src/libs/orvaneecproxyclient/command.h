@@ -1,0 +1,256 @@
+#pragma once
+
+#include "ecconstants.h"
+#include "ecprotocol.h"
+#include "orvaneecproxyclient_global.h"
+
+#include "bizmodel/enums.h"
+#include "bizmodel/fwd.h"
+
+#include <QList>
+#include <QMap>
+#include <QMessageBox>
+#include <QObject>
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <mutex>
+
+namespace Orvane::EC {
+struct s_ECButtonConfig;
+struct s_ECCommandConfig;
+struct s_ECOledConfig;
+} // namespace Orvane::EC
+
+namespace Orvane::ECProxy::Client {
+
+class ECCommandItem;
+class IPresetCommandEx;
+
+/// Base of the key commands: one command serves one group of console keys, the group that one entry of the
+/// keyboard configuration describes.
+///
+/// The base owns that entry, the two tables that bind a key's function code to a handler, the current page,
+/// and the helpers that light keys, write labels and turn pages. The command manager creates the commands,
+/// gives each its entry with `setCommandConfig()`, routes events to it and forwards the model's
+/// notifications.
+///
+/// Threads: key and T-Bar events of the physical console arrive on the decoder thread, the model's
+/// notifications and the on-screen console's events on the GUI thread, hold timers on threads of their own.
+/// Every operation may be called on any of them.
+///
+/// Failure: nothing throws. Without an entry, or for an unknown key, lookups answer their missing value
+/// (0, -1, 0xFFFFFFFF, empty) and the LED and label helpers do nothing.
+class ORVANEECPROXYCLIENT_EXPORT Command : public QObject {
+    Q_OBJECT
+
+public:
+    /// Handles one key; the argument is its `ECKey`, the result says whether it was handled.
+    using KeyCallback = std::function<bool(const quint32&)>;
+
+    explicit Command(QObject* parent = nullptr);
+    ~Command() override;
+
+    // What a subclass is and how many pages of keys it has.
+
+    /// The name of the configuration's group that this command serves.
+    virtual QString name() const = 0;
+    virtual int maxPage();
+    virtual int pageSize() const;
+    virtual void retranslateUi();
+    virtual QList<std::shared_ptr<ECCommandItem>> commandItems() const;
+    virtual bool updatePageOled(const quint32& oledECKey, const quint32& pageIndex);
+    virtual bool updatePageOled(std::weak_ptr<EC::s_ECOledConfig> oled, const quint32& pageIndex);
+    /// Called when the configuration entry was set: collects the selectable keys and builds their items.
+    virtual void updateSelectModeButtonConfig();
+    virtual int getMinUnusedECButtonIndex(int& orderIndex) const;
+    virtual std::shared_ptr<EC::s_ECButtonConfig> findSelectModeButtonByIndex(const int& index) const;
+    virtual void updateKeyboard();
+
+    // How the routing guards treat this command's keys.
+
+    virtual bool isAlreadyBind(const quint16& ecKey);
+    virtual bool isLockKeyPadKey(const quint16& ecKey);
+    virtual bool isAllowedKeyPressed(const quint16& ecKey);
+    virtual bool isTakeKeyPressed(const quint32& ecKey);
+    virtual bool isCutKeyPressed(const quint32& ecKey);
+    virtual void takeKeyPressed(const quint32& ecKey);
+    virtual void cutKeyPressed(const quint32& ecKey);
+    virtual bool isAllowedKeyReleased(const quint16& ecKey);
+    virtual int page();
+    virtual bool containsSelectedECButtonConfigByECKey(const quint32& ecKey) const;
+    virtual void setLoadToPGMStateChanged(const bool& loadToPGM);
+
+public Q_SLOTS:
+    // The model's and the console's notifications. The base does nothing at any of them.
+
+    virtual void slotActivedDeviceChanged();
+    virtual void slotDeviceRemoved(std::shared_ptr<BizModel::Device> device);
+    virtual void slotActivedScreenChanged(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen);
+    virtual void slotSelectedScreensChanged(std::weak_ptr<BizModel::Device> device);
+    virtual void slotDeviceScreenIndexChanged(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen);
+    virtual void slotDeviceScreenMoved(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen,
+        std::weak_ptr<BizModel::Screen> other);
+    virtual void slotDeviceRegulerScreenAdded(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen);
+    virtual void slotDeviceRegulerScreenRemoved(
+        std::weak_ptr<BizModel::Device> device, std::shared_ptr<BizModel::Screen> screen);
+    virtual void slotDeviceScreenBaseNameChanged(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen);
+    virtual void slotScreenBasePGMFrozenStateChanged(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen);
+    virtual void slotScreenBasePGMFTBStateChanged(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen);
+    virtual void slotScreenEffectChanged(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen);
+    virtual void slotDeviceSwapStateChanged(std::weak_ptr<BizModel::Device> device);
+    virtual void slotDeviceLoadToPGMStateChanged(std::weak_ptr<BizModel::Device> device);
+    virtual void slotTbarLocked(bool locked);
+    virtual void slotKeyboardLocked(bool locked);
+    virtual void slotDVISignalChanged(QMap<int, bool> signalOfInput);
+    virtual void slotDeviceScreenBaseLayerAdded(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen,
+        std::weak_ptr<BizModel::Layer> layer);
+    virtual void slotDeviceScreenBaseLayerRemoved(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen,
+        std::shared_ptr<BizModel::Layer> layer);
+    virtual void slotSelectedRegularLayersChanged(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen);
+    virtual void slotNotifyUpdateLayer(const QList<std::weak_ptr<BizModel::Screen>>& screens, int type);
+    virtual void slotLayerNameChanged(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen,
+        std::weak_ptr<BizModel::Layer> layer);
+    virtual void slotDeviceInputNameChanged(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Interface> interface);
+    virtual void slotInterfaceOverLoadChanged(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Interface> interface);
+    virtual void slotInterfaceCapacityChanged(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Subcard> subcard,
+        std::weak_ptr<BizModel::Connector> connector);
+    virtual void slotDeviceInputAdded(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Input> input);
+    virtual void slotDevicePresetAdded(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Preset> preset);
+    virtual void slotDevicePresetRemoved(
+        std::weak_ptr<BizModel::Device> device, std::shared_ptr<BizModel::Preset> preset);
+    virtual void slotDeviceDevicePresetCleared(std::weak_ptr<BizModel::Device> device);
+    virtual void slotPresetNameChanged(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::File> file);
+    virtual void slotDevicePresetSelectChanged(std::weak_ptr<BizModel::Device> device);
+    virtual void slotDevicePresetCovered(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Preset> preset);
+    virtual void slotKeypadChanged();
+    virtual void slotScreenBasePGMEditStateChanged(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen);
+    virtual void slotDeviceInputCleared(std::weak_ptr<BizModel::Device> device);
+    virtual void slotSelectedInputChanged(std::weak_ptr<BizModel::Device> device);
+    virtual void slotDeviceInputRemoved(
+        std::weak_ptr<BizModel::Device> device, std::shared_ptr<BizModel::Input> input);
+    virtual void slotLayerSourceChanged(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen,
+        std::weak_ptr<BizModel::Layer> layer);
+    virtual void slotECTBarChanged(const ECTBarValue& value);
+    virtual void slotECButtonPressed(const quint32& ecKey);
+    virtual void slotECButtonRelease(const quint32& ecKey);
+    virtual void slotFramelessMessageBoxClosed(QMessageBox::StandardButton button);
+
+public:
+    virtual void registerPresetCommand(IPresetCommandEx* command);
+
+    // Configuration and lookups.
+
+    /// Stores the entry, then calls `updateSelectModeButtonConfig()`.
+    void setCommandConfig(std::shared_ptr<EC::s_ECCommandConfig> config);
+    std::shared_ptr<EC::s_ECCommandConfig> ecCommandConfig() const;
+    int currentPageIndex() const;
+    /// No bound is checked.
+    void updateCurrentPageIndex(int pageIndex);
+    bool containsECButton(const quint32& ecKey) const;
+    bool containsSelectedECButton(const quint32& ecKey) const;
+    bool containsECKeyByOrvaneECKey(const quint32& orvaneECKey) const;
+    bool containsECOled(const quint32& ecKey) const;
+    /// 0 without an entry; otherwise the entry's answer for the number cut to 16 bits.
+    quint32 getECKeyByOrvaneECKey(const quint32& orvaneECKey) const;
+    /// 0xFFFFFFFF without an entry.
+    quint32 getECKeyByOrderIndex(const quint16& orderIndex) const;
+    /// The key's function code; 0 when there is none.
+    int findOrvaneKey(const quint32& ecKey) const;
+    /// The key's place on its page; -1 when there is none.
+    int findECButtonOrderIndex(const quint32& ecKey) const;
+    /// The key's index in the whole list, on the current page; -1 when there is none.
+    int findECButtonIndex(const quint32& ecKey) const;
+    /// Handlers by function code. Empty for an unknown code, which leaves an empty entry in the table.
+    KeyCallback findECButtonPressedCBByOrvaneKey(const quint16& orvaneKey);
+    KeyCallback findECButtonReleaseCBByOrvaneKey(const quint16& orvaneKey);
+    /// Handlers by key; empty when the key has no function.
+    KeyCallback findECButtonPressedCBByECKey(const quint32& ecKey);
+    KeyCallback findECButtonReleaseCBByECKey(const quint32& ecKey);
+
+    // LEDs and labels. A label takes 32 bytes of UTF-8 and is cut there.
+
+    void fillButtonColor(std::shared_ptr<ECButtonColor> color, const int& ledColor) const;
+    void fillOledText(std::shared_ptr<ECOLEDText> oled, const QString& text) const;
+    void updateECButton(const quint32& buttonKey, const quint32& ecKey, ECLEDColor color, const int& state);
+    /// Warns when no button has that number.
+    void updateECButtonColor(const quint32& ecKey, ECLEDColor color, const int& state = 0);
+    void setEcButtonLedColor(const quint32& buttonKey, const quint32& ecKey, bool on, ECLEDColor color);
+    void updateECOledText(const quint32& oledKey, const quint32& ecKey, const QString& text);
+    /// Writes the label of the key with that number.
+    void updateECOledTextByBtnECKey(const quint32& ecKey, const QString& text);
+    void updateTBarValue(const ECTBarValue& value);
+
+    // Paging.
+
+    bool pageUpPressed(const quint32& ecKey);
+    bool pageUpRelease(const quint32& ecKey);
+    bool pageDownPressed(const quint32& ecKey);
+    bool pageDownRelease(const quint32& ecKey);
+    /// Sends the items of the current page to the console.
+    void updateCommandKeypad(Enum::UpdateConsoleType type);
+    /// Sends one item; nothing when no item has that key on that page.
+    void updateBindedECButton(const quint32& ecButtonKey, const quint32& pageIndex);
+
+    // Steps that several commands share.
+
+    /// True for the screens that keys work on: regular and AUX.
+    static bool checkScreenType(BizModel::Enum::Screen::ScreenType type);
+    static bool checkScreenType(std::weak_ptr<BizModel::Screen> screen);
+    /// Locks or unlocks the console's keypad and tells the host.
+    void lockedKeyPad(bool locked);
+    /// Locks or unlocks the T-Bar and tells the host.
+    void lockedTBar(bool locked);
+    bool getVirtualConsoleMode() const;
+    void setIsVirtualConsoleMode(bool isVirtual);
+    /// Has the manager emit its signal of that name.
+    void signalStandardKeyPressed(quint32 key, QString text);
+
+protected:
+    /// Binds a function code to its handlers; an empty handler is not bound.
+    void bindKey(quint32 orvaneKey, KeyCallback pressed, KeyCallback released);
+    /// Runs the handler bound to a key, if there is one.
+    void dispatchPressed(const quint32& ecKey);
+    void dispatchReleased(const quint32& ecKey);
+
+    std::atomic<int> m_nPageIndex{0};
+
+private:
+    using CallbackTable = QMap<quint32, KeyCallback>;
+
+    std::shared_ptr<EC::s_ECButtonConfig> findButton(const quint32& ecKey) const;
+    void turnPage(const quint32& ecKey, int step);
+    void sendItem(
+        const ECCommandItem& item, const EC::s_ECButtonConfig& button, Enum::UpdateConsoleType type);
+
+    // m_tableMutex guards m_mapKeyPressedCBs, m_mapKeyReleaseCBs and m_pECCommandCfg. Handlers are copied out
+    // before they are called.
+    mutable std::mutex m_tableMutex;
+    CallbackTable m_mapKeyPressedCBs;
+    CallbackTable m_mapKeyReleaseCBs;
+    std::shared_ptr<EC::s_ECCommandConfig> m_pECCommandCfg;
+};
+
+} // namespace Orvane::ECProxy::Client

@@ -1,0 +1,594 @@
+#include "commandmanager.h"
+
+#include "command.h"
+#include "ecconsolemanager.h"
+#include "ecmanager.h"
+#include "functioncommand.h"
+#include "hoststate.h"
+#include "inputcommand.h"
+#include "layercommand.h"
+#include "modelaccess.h"
+#include "numbercommand.h"
+#include "presetcommand.h"
+#include "screencommand.h"
+
+#include "bizmodel/device.h"
+#include "bizmodel/devicelist.h"
+#include "ec/eckeyboardconfig.h"
+
+#include <QVector>
+
+#include <atomic>
+#include <mutex>
+
+namespace Orvane::ECProxy::Client {
+
+namespace Internal {
+
+class CommandManagerPrivate : public QObject {
+public:
+    using Commands = QList<std::shared_ptr<Command>>;
+
+    explicit CommandManagerPrivate(CommandManager* manager)
+        : m_pCommandMgr(manager)
+    {
+    }
+
+    Commands commands() const
+    {
+        const std::lock_guard<std::mutex> lock(m_commandsMutex);
+        return m_commands;
+    }
+
+    /// Calls one operation of every command, in routing order.
+    template <typename... Parameters, typename... Arguments>
+    void forEachCommand(void (Command::*operation)(Parameters...), const Arguments&... arguments)
+    {
+        const Commands all = commands();
+        for (const auto& command : all)
+            (command.get()->*operation)(arguments...);
+    }
+
+    template <typename Predicate> std::shared_ptr<Command> findCommandIf(Predicate predicate) const
+    {
+        const Commands all = commands();
+        for (const auto& command : all) {
+            if (predicate(*command))
+                return command;
+        }
+        return nullptr;
+    }
+
+    std::shared_ptr<Command> findCommandByName(const QString& name) const
+    {
+        return findCommandIf([&](const Command& command) { return command.name() == name; });
+    }
+
+    std::shared_ptr<Command> findCommand(quint32 ecKey) const
+    {
+        return findCommandIf([&](const Command& command) { return command.containsECButton(ecKey); });
+    }
+
+    /// The owner of a received key value, which also decides the console mode; empty when none owns it.
+    std::shared_ptr<Command> findOwner(quint32 key, quint32& ecKey) const;
+
+    void connectModel(BizModel::DeviceList* devices);
+    void initDeviceECCommandItems();
+
+    CommandManager* const m_pCommandMgr;
+
+    // m_commandsMutex guards m_commands and m_commandRegister.
+    mutable std::mutex m_commandsMutex;
+    Commands m_commands;
+    QList<std::function<void()>> m_commandRegister;
+
+    std::atomic<bool> m_bVirtualConsoleMode{false};
+};
+
+std::shared_ptr<Command> CommandManagerPrivate::findOwner(quint32 key, quint32& ecKey) const
+{
+    bool isVirtual = false;
+    ecKey = m_pCommandMgr->getOperateECKey(key, isVirtual);
+    const auto owner = findCommand(ecKey);
+    ECManager* manager = ECManager::instance();
+    if (owner && manager)
+        manager->setIsVirtualConsoleMode(isVirtual);
+    return owner;
+}
+
+void CommandManagerPrivate::initDeviceECCommandItems()
+{
+    if (const auto device = activedDevice())
+        ECConsoleManager::instance()->initDeviceECCommandItems(device->ipMacSn());
+}
+
+void CommandManagerPrivate::connectModel(BizModel::DeviceList* devices)
+{
+    using DeviceList = BizModel::DeviceList;
+    const auto forward = [&](auto signal, auto slot) {
+        QObject::connect(devices, signal, m_pCommandMgr, slot);
+    };
+
+    forward(&DeviceList::signalActivedDeviceChanged, &CommandManager::slotActivedDeviceChanged);
+    forward(&DeviceList::signalDeviceGroupInfoChanged, &CommandManager::slotActivedDeviceChanged);
+    forward(&DeviceList::signalDeviceRemoved, &CommandManager::slotDeviceRemoved);
+    forward(&DeviceList::signalDeviceIPChanged, &CommandManager::slotDeviceIPChanged);
+    forward(&DeviceList::signalSelectedRegularScreensChanged, &CommandManager::slotSelectedScreensChanged);
+    forward(&DeviceList::signalScreenIndexChanged, &CommandManager::slotDeviceScreenIndexChanged);
+    forward(&DeviceList::signalActivedScreenChanged, &CommandManager::slotActivedScreenChanged);
+    forward(&DeviceList::signalScreenAdded, &CommandManager::slotDeviceRegulerScreenAdded);
+    forward(&DeviceList::signalScreenMoved, &CommandManager::slotDeviceScreenMoved);
+    // Queued, so that a removed screen is handled after the model has finished its own removal.
+    QObject::connect(
+        devices, &DeviceList::signalScreenRemoved, m_pCommandMgr,
+        &CommandManager::slotDeviceRegulerScreenRemoved, Qt::QueuedConnection);
+    forward(&DeviceList::signalScreenNameChanged, &CommandManager::slotDeviceScreenBaseNameChanged);
+    forward(&DeviceList::signalScreenPGMFreezeChanged, &CommandManager::slotScreenBasePGMFrozenStateChanged);
+    forward(&DeviceList::signalScreenFTBChanged, &CommandManager::slotScreenBasePGMFTBStateChanged);
+    forward(&DeviceList::signalSwapStateChanged, &CommandManager::slotDeviceSwapStateChanged);
+    forward(&DeviceList::signalScreenPGMEditChanged, &CommandManager::slotScreenBasePGMEditStateChanged);
+    forward(&DeviceList::signalScreenEffectChanged, &CommandManager::slotScreenEffectChanged);
+    forward(&DeviceList::signalLoadToPGMStateChanged, &CommandManager::slotDeviceLoadToPGMStateChanged);
+    forward(&DeviceList::signalLayerAdded, &CommandManager::slotDeviceScreenBaseLayerAdded);
+    forward(&DeviceList::signalLayerRemoved, &CommandManager::slotDeviceScreenBaseLayerRemoved);
+    forward(&DeviceList::signalSelectedLayersChanged, &CommandManager::slotSelectedRegularLayersChanged);
+    forward(&DeviceList::signalDeviceScreenLayersChanged, &CommandManager::slotNotifyUpdateLayer);
+    forward(&DeviceList::signalLayerNameChanged, &CommandManager::slotLayerNameChanged);
+    forward(&DeviceList::signalInterfaceNameChanged, &CommandManager::slotDeviceInputNameChanged);
+    forward(&DeviceList::signalInputAdded, &CommandManager::slotDeviceInputAdded);
+    forward(&DeviceList::signalInputRemoved, &CommandManager::slotDeviceInputCleared);
+    forward(&DeviceList::signalSelectedInputChanged, &CommandManager::slotSelectedInputChanged);
+    forward(&DeviceList::signalInputRemoved, &CommandManager::slotDeviceInputRemoved);
+    forward(&DeviceList::signalLayerSourceChanged, &CommandManager::slotLayerSourceChanged);
+    forward(&DeviceList::signalInterfaceOverLoadChanged, &CommandManager::slotInterfaceOverLoadChanged);
+    forward(&DeviceList::signalInterfaceSignalChanged, &CommandManager::slotInterfaceOverLoadChanged);
+    forward(&DeviceList::signalConnectorCapacityChanged, &CommandManager::slotInterfaceCapacityChanged);
+    forward(&DeviceList::signalPresetAdded, &CommandManager::slotDevicePresetAdded);
+    forward(&DeviceList::signalPresetRemoved, &CommandManager::slotDevicePresetRemoved);
+    forward(&DeviceList::signalPresetCleared, &CommandManager::slotDeviceDevicePresetCleared);
+    forward(&DeviceList::signalNameChanged, &CommandManager::slotPresetNameChanged);
+    forward(&DeviceList::signalActivedPresetKeyNoChanged, &CommandManager::slotDevicePresetSelectChanged);
+    forward(&DeviceList::signalPresetCovered, &CommandManager::slotDevicePresetCovered);
+    forward(&DeviceList::signalKeypadChanged, &CommandManager::slotKeypadChanged);
+    forward(&DeviceList::signalFramelessMessageBoxClosed, &CommandManager::slotFramelessMessageBoxClosed);
+}
+
+} // namespace Internal
+
+using Internal::CommandManagerPrivate;
+
+CommandManager::CommandManager(QObject* parent)
+    : QObject(parent)
+    , d(new CommandManagerPrivate(this))
+{
+    Internal::HostState::watch();
+    if (BizModel::DeviceList* devices = BizModel::DeviceList::instance())
+        d->connectModel(devices);
+    else
+        qWarning("There is no device list: the console will not follow the application's model.");
+    if (ECManager* manager = ECManager::instance()) {
+        connect(manager, &ECManager::signalTbarLocked, this, &CommandManager::slotTbarLocked);
+        connect(manager, &ECManager::signalKeyboardLocked, this, &CommandManager::slotKeyboardLocked);
+    }
+}
+
+CommandManager::~CommandManager()
+{
+    delete d;
+}
+
+void CommandManager::registerCommand(const std::shared_ptr<EC::s_ECKeyboardConfig>& config)
+{
+    QList<std::function<void()>> furtherActions;
+    {
+        const std::lock_guard<std::mutex> lock(d->m_commandsMutex);
+        d->m_commands << std::make_shared<ScreenCommand>() << std::make_shared<LayerCommand>()
+                      << std::make_shared<InputCommand>() << std::make_shared<PresetCommand>()
+                      << std::make_shared<NumberCommand>() << std::make_shared<FunctionCommand>();
+        furtherActions = d->m_commandRegister;
+    }
+    for (const auto& action : qAsConst(furtherActions))
+        action();
+    if (!config) {
+        qWarning("The ec keyboard config is empty.");
+        return;
+    }
+    for (const auto& entry : qAsConst(config->m_commands)) {
+        if (!entry)
+            continue;
+        if (const auto command = d->findCommandByName(entry->Name))
+            command->setCommandConfig(entry);
+        else
+            qWarning(
+                "Unkown event controller keyboard command.The command name is %s",
+                qUtf8Printable(entry->Name));
+    }
+    // A device may have been active before the keyboard was known.
+    d->initDeviceECCommandItems();
+}
+
+quint32 CommandManager::getECKeyByOrvaneECKey(const quint32& orvaneECKey) const
+{
+    const auto owner = d->findCommandIf(
+        [&](const Command& command) { return command.containsECKeyByOrvaneECKey(orvaneECKey); });
+    if (!owner) {
+        qWarning(" Can not find operate ECKey . OrvaneKey :%u", orvaneECKey);
+        return Constants::InvalidECKey;
+    }
+    return owner->getECKeyByOrvaneECKey(orvaneECKey);
+}
+
+quint32 CommandManager::getOrderIndexByECKey(const quint32& key) const
+{
+    return getECKeyByOrvaneECKey(key);
+}
+
+quint32 CommandManager::getOperateECKey(const quint32& key, bool& isVirtual) const
+{
+    isVirtual = key >= Constants::VirtualKeyOffset;
+    return isVirtual ? getECKeyByOrvaneECKey(key - Constants::VirtualKeyOffset) : key;
+}
+
+bool CommandManager::isAlreadyBind(const QString& name, const quint16& key) const
+{
+    const auto command = d->findCommandByName(name);
+    return command && command->isAlreadyBind(key);
+}
+
+QString CommandManager::isCommandsContainsKey(const QList<QString>& names, const quint16& key) const
+{
+    const auto owner = d->findCommandIf([&](const Command& command) {
+        return names.contains(command.name()) && command.containsSelectedECButton(key);
+    });
+    return owner ? owner->name() : QString();
+}
+
+std::weak_ptr<Command> CommandManager::presetCommand() const
+{
+    return d->findCommandByName(Constants::PRESETCOMMANDNAME);
+}
+
+int CommandManager::page(const std::string& name) const
+{
+    const auto command = d->findCommandByName(QString::fromStdString(name));
+    return command ? command->page() : 0;
+}
+
+void CommandManager::setLoadToPGMStateChanged(const bool& loadToPGM)
+{
+    d->forEachCommand(&Command::setLoadToPGMStateChanged, loadToPGM);
+}
+
+void CommandManager::retranslateUi()
+{
+    d->forEachCommand(&Command::retranslateUi);
+}
+
+void CommandManager::updateKeyboard()
+{
+    d->forEachCommand(&Command::updateKeyboard);
+}
+
+bool CommandManager::getVirtualConsoleMode() const
+{
+    return d->m_bVirtualConsoleMode;
+}
+
+void CommandManager::setIsVirtualConsoleMode(bool isVirtual)
+{
+    d->m_bVirtualConsoleMode = isVirtual;
+}
+
+void CommandManager::slotECButtonPressed(const quint32& key)
+{
+    if (Internal::isUpgrading()) {
+        qDebug("Device is upgrading... Ignore key pressed event.");
+        return;
+    }
+    quint32 ecKey = 0;
+    const auto owner = d->findOwner(key, ecKey);
+    if (!owner) {
+        qWarning("[locate key no response] couldn't find command binding to key: %u", key);
+        return;
+    }
+    if (!owner->isAllowedKeyPressed(quint16(ecKey)) && Internal::HostState::isInputBlocked()) {
+        qWarning("[locate key no response] now there is an modal window.");
+        return;
+    }
+    const ECManager* manager = ECManager::instance();
+    if (manager && manager->isLockedKeypad() && !owner->isLockKeyPadKey(quint16(key))) {
+        qWarning("[locate key no response] now the keypad is locked.");
+        return;
+    }
+    if (ecKey == key)
+        Q_EMIT signalECKeyClicked(owner->isAlreadyBind(quint16(key)), quint16(ecKey));
+    owner->slotECButtonPressed(ecKey);
+    if (owner->isTakeKeyPressed(ecKey))
+        d->forEachCommand(&Command::takeKeyPressed, ecKey);
+    if (owner->isCutKeyPressed(ecKey))
+        d->forEachCommand(&Command::cutKeyPressed, ecKey);
+}
+
+void CommandManager::slotECButtonRelease(const quint32& key)
+{
+    if (Internal::isUpgrading()) {
+        qDebug("Device is upgrading... Ignore key release event.");
+        return;
+    }
+    quint32 ecKey = 0;
+    const auto owner = d->findOwner(key, ecKey);
+    if (!owner)
+        return;
+    if (!owner->isAllowedKeyReleased(quint16(ecKey)) && Internal::HostState::isInputBlocked())
+        return;
+    const ECManager* manager = ECManager::instance();
+    if (manager && manager->isLockedKeypad())
+        return;
+    owner->slotECButtonRelease(ecKey);
+}
+
+void CommandManager::slotECTBarChanged(const ECTBarValue& value)
+{
+    if (Internal::isUpgrading()) {
+        qDebug("Device is upgrading... Ignore key pressed event.");
+        return;
+    }
+    if (Internal::HostState::hasModalWindow()) {
+        const Internal::ModalWindowInfo window = Internal::HostState::modalWindow();
+        qWarning(
+            "T-Bar ignored :Console Event has waiting window, pos:(%d,%d),obiject name:%s", window.pos.x(),
+            window.pos.y(), qUtf8Printable(window.objectName));
+        if (window.hasChild)
+            qDebug("Object name:%s", qUtf8Printable(window.childName));
+        if (window.hasChildParent)
+            qDebug("Parent name:%s", qUtf8Printable(window.childParentName));
+        return;
+    }
+    if (Internal::HostState::isQuenor()) {
+        qWarning("T-Bar ignored: property Quenor is true");
+        return;
+    }
+    const ECManager* manager = ECManager::instance();
+    if (manager && manager->isLockedKeypad()) {
+        qWarning("T-Bar ignored :Console Event screen locked...");
+        return;
+    }
+    d->forEachCommand(&Command::slotECTBarChanged, value);
+}
+
+void CommandManager::slotActivedDeviceChanged()
+{
+    d->initDeviceECCommandItems();
+    d->forEachCommand(&Command::slotActivedDeviceChanged);
+}
+
+void CommandManager::slotDeviceIPChanged(std::weak_ptr<BizModel::Device> weakDevice)
+{
+    const auto device = weakDevice.lock();
+    if (!device) {
+        qWarning(" Device is nullptr, can not change ec command items.");
+        return;
+    }
+    ECConsoleManager::instance()->updateECCommandItems(device->preIPMacSn(), device->ipMacSn());
+}
+
+void CommandManager::slotDeviceRemoved(std::shared_ptr<BizModel::Device> device)
+{
+    d->forEachCommand(&Command::slotDeviceRemoved, device);
+}
+
+void CommandManager::slotSelectedScreensChanged(std::weak_ptr<BizModel::Device> device)
+{
+    d->forEachCommand(&Command::slotSelectedScreensChanged, device);
+}
+
+void CommandManager::slotDeviceScreenIndexChanged(
+    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen)
+{
+    d->forEachCommand(&Command::slotDeviceScreenIndexChanged, device, screen);
+}
+
+void CommandManager::slotActivedScreenChanged(
+    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen)
+{
+    d->forEachCommand(&Command::slotActivedScreenChanged, device, screen);
+}
+
+void CommandManager::slotDeviceRegulerScreenAdded(
+    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen)
+{
+    d->forEachCommand(&Command::slotDeviceRegulerScreenAdded, device, screen);
+}
+
+void CommandManager::slotDeviceScreenMoved(
+    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen,
+    std::weak_ptr<BizModel::Screen> other)
+{
+    d->forEachCommand(&Command::slotDeviceScreenMoved, device, screen, other);
+}
+
+void CommandManager::slotDeviceRegulerScreenRemoved(
+    std::weak_ptr<BizModel::Device> device, std::shared_ptr<BizModel::Screen> screen)
+{
+    d->forEachCommand(&Command::slotDeviceRegulerScreenRemoved, device, screen);
+}
+
+void CommandManager::slotDeviceScreenBaseNameChanged(
+    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen)
+{
+    d->forEachCommand(&Command::slotDeviceScreenBaseNameChanged, device, screen);
+}
+
+void CommandManager::slotScreenBasePGMFrozenStateChanged(
+    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen)
+{
+    d->forEachCommand(&Command::slotScreenBasePGMFrozenStateChanged, device, screen);
+}
+
+void CommandManager::slotScreenBasePGMFTBStateChanged(
+    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen)
+{
+    d->forEachCommand(&Command::slotScreenBasePGMFTBStateChanged, device, screen);
+}
+
+void CommandManager::slotDeviceSwapStateChanged(std::weak_ptr<BizModel::Device> device)
+{
+    d->forEachCommand(&Command::slotDeviceSwapStateChanged, device);
+}
+
+void CommandManager::slotScreenBasePGMEditStateChanged(
+    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen)
+{
+    d->forEachCommand(&Command::slotScreenBasePGMEditStateChanged, device, screen);
+}
+
+void CommandManager::slotScreenEffectChanged(
+    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen)
+{
+    d->forEachCommand(&Command::slotScreenEffectChanged, device, screen);
+}
+
+void CommandManager::slotTbarLocked(bool locked)
+{
+    d->forEachCommand(&Command::slotTbarLocked, locked);
+}
+
+void CommandManager::slotKeyboardLocked(bool locked)
+{
+    d->forEachCommand(&Command::slotKeyboardLocked, locked);
+}
+
+void CommandManager::slotDeviceLoadToPGMStateChanged(std::weak_ptr<BizModel::Device> device)
+{
+    d->forEachCommand(&Command::slotDeviceLoadToPGMStateChanged, device);
+}
+
+void CommandManager::slotDeviceScreenBaseLayerAdded(
+    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen,
+    std::weak_ptr<BizModel::Layer> layer)
+{
+    d->forEachCommand(&Command::slotDeviceScreenBaseLayerAdded, device, screen, layer);
+}
+
+void CommandManager::slotDeviceScreenBaseLayerRemoved(
+    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen,
+    std::shared_ptr<BizModel::Layer> layer)
+{
+    d->forEachCommand(&Command::slotDeviceScreenBaseLayerRemoved, device, screen, layer);
+}
+
+void CommandManager::slotSelectedRegularLayersChanged(
+    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen)
+{
+    d->forEachCommand(&Command::slotSelectedRegularLayersChanged, device, screen);
+}
+
+void CommandManager::slotNotifyUpdateLayer(const QList<std::weak_ptr<BizModel::Screen>>& screens, int type)
+{
+    d->forEachCommand(&Command::slotNotifyUpdateLayer, screens, type);
+}
+
+void CommandManager::slotLayerNameChanged(
+    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen,
+    std::weak_ptr<BizModel::Layer> layer)
+{
+    d->forEachCommand(&Command::slotLayerNameChanged, device, screen, layer);
+}
+
+void CommandManager::slotDeviceInputNameChanged(
+    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Interface> interface)
+{
+    d->forEachCommand(&Command::slotDeviceInputNameChanged, device, interface);
+}
+
+void CommandManager::slotDeviceInputAdded(
+    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Input> input)
+{
+    d->forEachCommand(&Command::slotDeviceInputAdded, device, input);
+}
+
+void CommandManager::slotDeviceInputCleared(std::weak_ptr<BizModel::Device> device)
+{
+    d->forEachCommand(&Command::slotDeviceInputCleared, device);
+}
+
+void CommandManager::slotSelectedInputChanged(std::weak_ptr<BizModel::Device> device)
+{
+    d->forEachCommand(&Command::slotSelectedInputChanged, device);
+}
+
+void CommandManager::slotDeviceInputRemoved(
+    std::weak_ptr<BizModel::Device> device, std::shared_ptr<BizModel::Input> input)
+{
+    d->forEachCommand(&Command::slotDeviceInputRemoved, device, input);
+}
+
+void CommandManager::slotLayerSourceChanged(
+    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen,
+    std::weak_ptr<BizModel::Layer> layer)
+{
+    d->forEachCommand(&Command::slotLayerSourceChanged, device, screen, layer);
+}
+
+void CommandManager::slotInterfaceOverLoadChanged(
+    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Interface> interface)
+{
+    d->forEachCommand(&Command::slotInterfaceOverLoadChanged, device, interface);
+}
+
+void CommandManager::slotInterfaceCapacityChanged(
+    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Subcard> subcard,
+    std::weak_ptr<BizModel::Connector> connector)
+{
+    d->forEachCommand(&Command::slotInterfaceCapacityChanged, device, subcard, connector);
+}
+
+void CommandManager::slotDevicePresetAdded(
+    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Preset> preset)
+{
+    d->forEachCommand(&Command::slotDevicePresetAdded, device, preset);
+}
+
+void CommandManager::slotDevicePresetRemoved(
+    std::weak_ptr<BizModel::Device> device, std::shared_ptr<BizModel::Preset> preset)
+{
+    d->forEachCommand(&Command::slotDevicePresetRemoved, device, preset);
+}
+
+void CommandManager::slotDeviceDevicePresetCleared(std::weak_ptr<BizModel::Device> device)
+{
+    d->forEachCommand(&Command::slotDeviceDevicePresetCleared, device);
+}
+
+void CommandManager::slotPresetNameChanged(
+    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::File> file)
+{
+    d->forEachCommand(&Command::slotPresetNameChanged, device, file);
+}
+
+void CommandManager::slotDevicePresetSelectChanged(std::weak_ptr<BizModel::Device> device)
+{
+    d->forEachCommand(&Command::slotDevicePresetSelectChanged, device);
+}
+
+void CommandManager::slotDevicePresetCovered(
+    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Preset> preset)
+{
+    d->forEachCommand(&Command::slotDevicePresetCovered, device, preset);
+}
+
+void CommandManager::slotKeypadChanged(std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::File>)
+{
+    d->forEachCommand(&Command::slotKeypadChanged);
+}
+
+void CommandManager::slotFramelessMessageBoxClosed(QMessageBox::StandardButton button)
+{
+    d->forEachCommand(&Command::slotFramelessMessageBoxClosed, button);
+}
+
+void CommandManager::slotDVISignalChanged(QMap<int, bool> signalOfInput)
+{
+    d->forEachCommand(&Command::slotDVISignalChanged, signalOfInput);
+}
+} // namespace Orvane::ECProxy::Client

@@ -1,0 +1,184 @@
+#pragma once
+
+#include "ecprotocol.h"
+#include "orvaneecproxyclient_global.h"
+
+#include <QObject>
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace Orvane::EC {
+struct s_ECKeyboardConfig;
+}
+
+namespace Orvane::ECProxy::Client {
+
+class Command;
+class ECClientDecoder;
+
+namespace Internal {
+class ECManagerPrivate;
+}
+
+/// The process-wide façade between the console and the application.
+///
+/// It turns every report of the console into a call on the command manager, keeps what the application asks
+/// about the console (locks, DVI signals, network records, the monitor's source) and offers one operation
+/// per request to the console.
+///
+/// Order of use: `instance()`, `addSendDownTLVRequstCB()` with the channel's `sendDownTLVRequest`, the
+/// channel's up callback set to `upTLVDecodeFinished()`, `setECClientDecoder()`, `init()`; close the channel
+/// before `deleteInstance()`.
+///
+/// Threads: everything may be called on any thread. Requests are built on the caller's thread and handed to
+/// the send routes there. Signals are emitted on the thread that caused them; receivers on the GUI thread
+/// get them queued.
+///
+/// Failure: a request with no send route is dropped without a trace and changes no state; operations that
+/// need the command manager do nothing, or answer false, 0 or nothing, before `init()`.
+class ORVANEECPROXYCLIENT_EXPORT ECManager : public QObject {
+    Q_OBJECT
+
+public:
+    using SendDownTLVRequestCallbackType = std::function<bool(const QByteArray&)>;
+
+    /// The manager, created on the first call. Null after `deleteInstance()`: it is created once a process.
+    static ECManager* instance();
+
+    /// Destroys the manager at process shutdown; no console thread may run any more.
+    static void deleteInstance();
+
+    ~ECManager() override;
+
+    /// Takes the keyboard configuration and creates the command manager and its commands. Call it on the GUI
+    /// thread, after the application's device list is there. An empty configuration leaves the commands
+    /// without keys. A further call registers six more commands behind the first. Returns true.
+    bool init(const std::shared_ptr<Orvane::EC::s_ECKeyboardConfig>& config);
+
+    /// Kept for hosts that call it; no effect. Returns true.
+    bool uninit();
+
+    /// Kept for hosts that call it; no effect. Returns false.
+    bool initPresetCmdEx(const std::shared_ptr<Orvane::EC::s_ECKeyboardConfig>& config);
+
+    /// Adds a way to the console; every request goes to each route in order of addition.
+    void addSendDownTLVRequstCB(const SendDownTLVRequestCallbackType& callback);
+
+    void setECClientDecoder(const std::weak_ptr<ECClientDecoder>& decoder);
+    std::weak_ptr<ECClientDecoder> ecClientDecoder() const;
+
+    /// Where the host keeps its device configuration; only stored here.
+    void setDeviceConfigFilePath(const QString& path);
+    QString getDeviceConfigFilePath() const;
+
+    /// Takes one report of the console. Called on the decoder's thread, where the key's handler then runs.
+    /// False for an unknown tag, a value of the wrong length, and for keys, T-Bar and locks before `init()`.
+    bool upTLVDecodeFinished(const eECUpMessageTag& tag, const QByteArray& value);
+
+    // Forwarded to the command manager.
+
+    bool getVirtualConsoleMode() const;
+    void setIsVirtualConsoleMode(bool isVirtual);
+    bool isAlreadyBind(const QString& commandName, const unsigned short& ecKey) const;
+    /// Current page, from 0, of the command with that name; 0 when there is none.
+    int page(const std::string& commandName) const;
+    std::weak_ptr<Command> presetCommand() const;
+    /// Rewrites the translated labels after a change of language.
+    void retranslateUi();
+    void getOpenPGMPrompt(const bool& loadToPGM);
+    /// Answers in `out` the console's number of a key; 0xFFFFFFFF when no command has it.
+    bool getECKeyByOrvaneECKey(const unsigned int& orvaneECKey, unsigned int& out) const;
+    /// The same lookup under its other name.
+    bool getOrderIndexByECKey(const unsigned int& key, unsigned int& out) const;
+
+    // State of the console. The locks are what was last asked for, not what the console reports.
+
+    bool isLockedTBar() const;
+    bool isLockedKeypad() const;
+    DVISource getCurrentSource() const;
+    /// Always false.
+    bool echoVideoSignal() const;
+
+    void modifyTimeType(int type);
+    void setOpenPGMPrompt();
+    /// Kept for hosts that call it; no effect.
+    void clearAllOledText();
+
+    /// Restores lights, luminance and the time format from the user's settings. Called by the host at start.
+    void updateECConsoleLight();
+
+    /// Tells the console whether the active device's plug-in is visible. Called by the host at start.
+    void updateECConsolePluginSettings();
+
+    // Requests to the console.
+
+    void updateECButtonColor(const std::shared_ptr<ECButtonColor>& color);
+    void updateECOledText(const std::shared_ptr<ECOLEDText>& text);
+    /// Two datagrams: first the colour, then the text.
+    void updateECButtonColor(
+        const std::shared_ptr<ECButtonColor>& color, const std::shared_ptr<ECOLEDText>& text);
+    void updateTBarValue(const std::shared_ptr<ECTBarValue>& value);
+    void lockTBar();
+    void unlockTBar();
+    void lockKeypad();
+    void unlockKeypad();
+    /// Asks for an input's signal and answers what was last reported (false when nothing was).
+    bool dviInSignal(const int& index);
+    void updateLightControlState(const std::shared_ptr<LightControl>& light);
+    void closeAllButtonLED();
+    void updatepScreenLuminance(const std::shared_ptr<ScreenLuminance>& luminance);
+    void updateSetPeripheralDataChange(const std::shared_ptr<PeripheralControl>& peripheral);
+    void switchSource(DVISource source);
+    /// `date` as yyyy-MM-dd, `time` as hh:mm:ss; sent with colons throughout.
+    void updateSystemTime(const QString& date, const QString& time);
+    void updateSystemIP(
+        const QString& first, const QString& second, const QString& third, const QString& fourth);
+    /// Asks for a console's network record, then sends the one held here (zeros when none is).
+    void reqECDeviceIP(unsigned char index);
+    void resECDeviceIP(const ECDeviceIPData& data);
+    void restartEventController(unsigned char value);
+    void startKeyboardMouseEventListen();
+    void stopKeyboardMouseEventListen();
+    void updateDVISignalStatus(DVIInSignal signal);
+    void resetMCU(unsigned char value);
+    void setIPMode(unsigned char index, unsigned char mode);
+    void controlPeripheralState(bool visible);
+
+    /// Sends a file in packs of at most `packSize` bytes, all at once and unacknowledged. The last argument
+    /// is not used. False, with a log line, when the file cannot be read; false without a send route.
+    bool sendFile(
+        const QString& path, eFlieOperType operation, eFlieType fileType, unsigned short packSize, bool last);
+
+public Q_SLOTS:
+    /// Repaints every key.
+    void slotOrvanePluginModeChanged();
+
+Q_SIGNALS:
+    /// Declared for the host's connections; never emitted by the library.
+    void echoVideoSignalChanged();
+    /// Declared for the host's connections; never emitted by the library.
+    void dviInSignalChanged(int index);
+    void signalTimeTypeChanged(int type);
+    void signalKeyboardLocked(bool locked);
+    void signalTbarLocked(bool locked);
+    /// Declared for the host's connections; never emitted by the library.
+    void signalPropertyPopupDisable(bool disable);
+    void signalPropertyPopupVisible(bool visible);
+    void signalOpenPGMPrompt();
+    /// A key of the numeric keypad: the Qt::Key and its text, for the host's focused widget.
+    void signalStandardKeyPressed(unsigned int key, QString text);
+    /// Declared for the host's connections; never emitted by the library.
+    void signalStandardKeyReleased(unsigned int key, QString text);
+    /// A key of the physical console was pressed and let through the guards.
+    void signalECKeyClicked(bool isAleadyBind, unsigned short nECKey);
+
+private:
+    ECManager();
+
+    Internal::ECManagerPrivate* const d;
+};
+
+} // namespace Orvane::ECProxy::Client

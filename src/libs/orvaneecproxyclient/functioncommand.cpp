@@ -1,0 +1,10 @@
+#include "functioncommand.h"
+
+namespace Orvane::ECProxy::Client {
+
+QString FunctionCommand::name() const
+{
+    return QStringLiteral("FunctionCommand");
+}
+
+} // namespace Orvane::ECProxy::Client

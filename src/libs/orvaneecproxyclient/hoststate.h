@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QPoint>
+#include <QString>
+
+namespace Orvane::ECProxy::Client::Internal {
+
+/// The modal window as the console's diagnostic lines tell of it. All empty and false when none is open.
+struct ModalWindowInfo {
+    QString objectName;
+    QPoint pos; ///< position of the window, in pixels
+    bool hasChild = false; ///< there is a child at that position
+    QString childName;
+    bool hasChildParent = false;
+    QString childParentName;
+};
+
+/// What the key handlers must know of the application's windows.
+///
+/// Widgets belong to the GUI thread, keys arrive on the decoder thread, and a handler may not wait for the
+/// GUI. So a watcher on the GUI thread publishes what the guards ask, at every window or property event
+/// that can change it; on the GUI thread itself the answer is read directly. A modal window counts as open
+/// from its show event on. All functions may be called on any thread. Without a QApplication there is no
+/// modal window.
+namespace HostState {
+
+/// Starts watching the application object. Called at every creation of a command manager; further calls do
+/// nothing. Off the GUI thread the watching starts with the GUI thread's next turn.
+void watch();
+
+/// True while `QApplication::activeModalWidget()` answers a widget.
+bool hasModalWindow();
+
+/// The application object's property "Quenor".
+bool isQuenor();
+
+/// True when a key must be ignored that its command does not let through: a modal window is open or "Quenor"
+/// is set.
+bool isInputBlocked();
+
+ModalWindowInfo modalWindow();
+
+} // namespace HostState
+
+} // namespace Orvane::ECProxy::Client::Internal

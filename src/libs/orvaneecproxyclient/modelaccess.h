@@ -1,0 +1,23 @@
+#pragma once
+
+#include "bizmodel/enums.h"
+#include "bizmodel/fwd.h"
+
+#include <QString>
+
+#include <memory>
+
+/// The few steps into the application's model that every command takes: none of them fails when the
+/// application has no device list (yet), and all may be called on any thread.
+namespace Orvane::ECProxy::Client::Internal {
+
+/// The active device, empty when there is none.
+std::shared_ptr<BizModel::Device> activedDevice();
+
+/// The active device's active screen, empty when there is none.
+std::shared_ptr<BizModel::Screen> activedScreen();
+
+/// True while the active device or the whole system is being upgraded, when the console must not act.
+bool isUpgrading();
+
+} // namespace Orvane::ECProxy::Client::Internal

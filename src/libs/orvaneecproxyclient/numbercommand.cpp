@@ -1,0 +1,193 @@
+#include "numbercommand.h"
+
+#include "ec/eckeyboardconfig.h"
+#include "eccommanditem.h"
+#include "selectkeys.h"
+
+#include <QApplication>
+#include <QLoggingCategory>
+#include <QThread>
+#include <QWidget>
+
+namespace Orvane::ECProxy::Client {
+
+namespace Internal {
+
+namespace {
+
+constexpr uint LastDigit = 9;
+
+void logObject(const char* format, const QObject* object, const QString& suffix = QString())
+{
+    const QString line = QString::fromLatin1(format).arg(
+        object->objectName(), QLatin1String(object->metaObject()->className()));
+    qDebug("%s", qUtf8Printable(line + suffix));
+}
+
+void logWidget(const char* format, const QWidget* widget)
+{
+    if (!widget)
+        return;
+    logObject(format, widget, QStringLiteral(", pos:(%1,%2)").arg(widget->x()).arg(widget->y()));
+    const QWidget* child = widget->childAt(widget->pos());
+    if (!child)
+        return;
+    qDebug("Object name:%s", qUtf8Printable(child->objectName()));
+    if (const QObject* parent = child->parent())
+        qDebug("Parent name:%s", qUtf8Printable(parent->objectName()));
+}
+
+/// Tells which widget gets the key. On the GUI thread only.
+void logReceivers()
+{
+    if (qobject_cast<QApplication*>(QCoreApplication::instance())) {
+        logWidget(
+            "Has activeModalWidget, objectname is %1, classname is %2", QApplication::activeModalWidget());
+        logWidget("Has activeWindow, objectname is %1, classname is %2", QApplication::activeWindow());
+        logWidget("Has focusWidget, objectname is %1, classname is %2", QApplication::focusWidget());
+    }
+    if (const QObject* focus = QGuiApplication::focusObject())
+        logObject("Has focusObject, objectname is %1, classname is %2", focus);
+}
+
+void printDebugLog()
+{
+    QCoreApplication* app = QCoreApplication::instance();
+    if (!qobject_cast<QGuiApplication*>(app) || !QLoggingCategory::defaultCategory()->isDebugEnabled())
+        return;
+    if (QThread::currentThread() == app->thread())
+        logReceivers();
+    else
+        QMetaObject::invokeMethod(app, logReceivers, Qt::QueuedConnection);
+}
+
+} // namespace
+
+class NumberCommandPrivate {
+public:
+    explicit NumberCommandPrivate(NumberCommand* command)
+        : m_pCommand(command)
+    {
+    }
+
+    bool selectNumberPressed(const quint32& ecKey)
+    {
+        const Qt::Key key = m_pCommand->getRealKeyValue(ecKey);
+        return press(ecKey, key, QChar(ushort(key)));
+    }
+    bool enterPressed(const quint32& ecKey) { return press(ecKey, Qt::Key_Enter, QStringLiteral("\r")); }
+    bool backPressed(const quint32& ecKey) { return press(ecKey, Qt::Key_Backspace, QStringLiteral("\b")); }
+    bool plusPressed(const quint32& ecKey) { return press(ecKey, Qt::Key_Up, QString()); }
+    bool minusPressed(const quint32& ecKey) { return press(ecKey, Qt::Key_Down, QString()); }
+
+    bool release(const quint32& ecKey)
+    {
+        m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Off);
+        return true;
+    }
+
+    NumberCommand* const m_pCommand;
+    SelectKeys m_numberButtonCfgs;
+
+private:
+    bool press(quint32 ecKey, Qt::Key key, const QString& text)
+    {
+        m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green);
+        m_pCommand->signalStandardKeyPressed(key, text);
+        return true;
+    }
+};
+
+} // namespace Internal
+
+using Internal::NumberCommandPrivate;
+
+NumberCommand::NumberCommand(QObject* parent)
+    : Command(parent)
+    , d(new NumberCommandPrivate(this))
+{
+    using Handler = bool (NumberCommandPrivate::*)(const quint32&);
+    const auto bind = [this](NumberCallbackType type, Handler pressed) {
+        bindKey(
+            quint32(type), std::bind(pressed, d, std::placeholders::_1),
+            std::bind(&NumberCommandPrivate::release, d, std::placeholders::_1));
+    };
+    bind(NumberCallbackType::eSelectNumberCB, &NumberCommandPrivate::selectNumberPressed);
+    bind(NumberCallbackType::eEnterKeyCB, &NumberCommandPrivate::enterPressed);
+    bind(NumberCallbackType::eBackKeyCB, &NumberCommandPrivate::backPressed);
+    bind(NumberCallbackType::ePlusKeyCB, &NumberCommandPrivate::plusPressed);
+    bind(NumberCallbackType::eMinusKeyCB, &NumberCommandPrivate::minusPressed);
+}
+
+NumberCommand::~NumberCommand()
+{
+    delete d;
+}
+
+QString NumberCommand::name() const
+{
+    return QStringLiteral("NumberCommand");
+}
+
+QList<std::shared_ptr<ECCommandItem>> NumberCommand::commandItems() const
+{
+    auto items = d->m_numberButtonCfgs.makeItems(1);
+    for (const auto& item : qAsConst(items))
+        item->setECButtonIndex(item->ecButtonOrderIndex());
+    return items;
+}
+
+void NumberCommand::updateSelectModeButtonConfig()
+{
+    d->m_numberButtonCfgs.collect(ecCommandConfig(), quint16(NumberCallbackType::eSelectNumberCB));
+}
+
+void NumberCommand::updateKeyboard()
+{
+    const auto config = ecCommandConfig();
+    if (!config)
+        return;
+    for (const auto& button : qAsConst(config->m_buttons)) {
+        if (button)
+            updateECButtonColor(button->ECKey, ECLEDColor::Off);
+    }
+}
+
+bool NumberCommand::isAllowedKeyPressed(const quint16& ecKey)
+{
+    return containsECButton(ecKey);
+}
+
+bool NumberCommand::isAllowedKeyReleased(const quint16& ecKey)
+{
+    // Its press was served under the dialog: without the release the key would stay green.
+    return containsECButton(ecKey);
+}
+
+Qt::Key NumberCommand::getRealKeyValue(const quint32& ecKey) const
+{
+    const uint orderIndex = uint(findECButtonOrderIndex(ecKey));
+    if (orderIndex > Internal::LastDigit) {
+        qWarning("key order index was not found. ->%u", orderIndex);
+        return Qt::Key_unknown;
+    }
+    return Qt::Key(Qt::Key_0 + int(orderIndex));
+}
+
+void NumberCommand::signalStandardKeyPressed(quint32 key, QString text)
+{
+    Internal::printDebugLog();
+    Command::signalStandardKeyPressed(key, text);
+}
+
+void NumberCommand::slotECButtonPressed(const quint32& ecKey)
+{
+    dispatchPressed(ecKey);
+}
+
+void NumberCommand::slotECButtonRelease(const quint32& ecKey)
+{
+    dispatchReleased(ecKey);
+}
+
+} // namespace Orvane::ECProxy::Client

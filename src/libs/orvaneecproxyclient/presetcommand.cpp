@@ -1,0 +1,10 @@
+#include "presetcommand.h"
+
+namespace Orvane::ECProxy::Client {
+
+QString PresetCommand::name() const
+{
+    return Constants::PRESETCOMMANDNAME;
+}
+
+} // namespace Orvane::ECProxy::Client

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "ecconstants.h"
+
+#include <QList>
+
+#include <memory>
+#include <mutex>
+
+namespace Orvane::EC {
+struct s_ECButtonConfig;
+struct s_ECCommandConfig;
+} // namespace Orvane::EC
+
+namespace Orvane::ECProxy::Client {
+
+class ECCommandItem;
+
+namespace Internal {
+
+/// The selectable keys of a group (screens, layers, inputs, presets, digits), in the order of their place
+/// on a page. Set when the configuration arrives, read by key handlers and notifications on any thread.
+class SelectKeys {
+public:
+    using Buttons = QList<std::weak_ptr<EC::s_ECButtonConfig>>;
+
+    /// Takes all keys of `config` with that function code; none for an empty configuration.
+    void collect(const std::shared_ptr<EC::s_ECCommandConfig>& config, quint16 orvaneKey);
+
+    Buttons buttons() const;
+    int count() const;
+    /// Empty when `index` is out of range or the configuration is gone.
+    std::shared_ptr<EC::s_ECButtonConfig> at(int index) const;
+
+    /// One unbound item for each key on each of `pageCount` pages: page by page, by order index within a
+    /// page.
+    QList<std::shared_ptr<ECCommandItem>> makeItems(int pageCount) const;
+
+private:
+    // m_mutex guards m_buttons.
+    mutable std::mutex m_mutex;
+    Buttons m_buttons;
+};
+
+} // namespace Internal
+
+} // namespace Orvane::ECProxy::Client
