@@ -72,8 +72,10 @@ public:
 
     bool selectNumberPressed(const quint32& ecKey)
     {
+        m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green);
         const Qt::Key key = m_pCommand->getRealKeyValue(ecKey);
-        return press(ecKey, key, QChar(ushort(key)));
+        m_pCommand->signalStandardKeyPressed(key, QString(QChar(ushort(key))));
+        return true;
     }
     bool enterPressed(const quint32& ecKey) { return press(ecKey, Qt::Key_Enter, QStringLiteral("\r")); }
     bool backPressed(const quint32& ecKey) { return press(ecKey, Qt::Key_Backspace, QStringLiteral("\b")); }
