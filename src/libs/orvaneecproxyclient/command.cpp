@@ -349,6 +349,28 @@ void Command::bindKey(quint32 orvaneKey, KeyCallback pressed, KeyCallback releas
         m_mapKeyReleaseCBs[orvaneKey] = std::move(released);
 }
 
+std::shared_ptr<EC::s_ECButtonConfig> Command::findFunctionButton(quint16 orvaneKey) const
+{
+    const auto config = ecCommandConfig();
+    return config ? config->findECButtonConfigByOrvaneKey(orvaneKey) : nullptr;
+}
+
+std::shared_ptr<EC::s_ECOledConfig> Command::findPageOled(quint16 pageUpOrvaneKey) const
+{
+    const auto button = findFunctionButton(pageUpOrvaneKey);
+    if (!button)
+        qWarning("%s command has invalid page button", qUtf8Printable(name()));
+    else if (!button->pECOledCfg)
+        qWarning("%s  command has invalid page oled", qUtf8Printable(name()));
+    return button ? button->pECOledCfg : nullptr;
+}
+
+bool Command::isKeyOfFunction(const quint32& ecKey, quint16 orvaneKey) const
+{
+    const auto button = findButton(ecKey);
+    return button && button->OrvaneKey == orvaneKey;
+}
+
 void Command::dispatchPressed(const quint32& ecKey)
 {
     if (const KeyCallback handler = findECButtonPressedCBByECKey(ecKey))
@@ -538,7 +560,7 @@ void Command::updateCommandKeypad(Enum::UpdateConsoleType type)
         if (!item || item->ecButtonPageIndex() != pageIndex)
             continue;
         if (const auto button = findSelectModeButtonByIndex(item->ecButtonOrderIndex()))
-            sendItem(*item, *button, type);
+            sendItem(ECCommandItem(*item), *button, type); // a copy: one moment's colour and text
     }
 }
 
@@ -550,7 +572,7 @@ void Command::updateBindedECButton(const quint32& ecButtonKey, const quint32& pa
             || item->ecButtonPageIndex() != int(pageIndex))
             continue;
         if (const auto button = findSelectModeButtonByIndex(item->ecButtonOrderIndex()))
-            sendItem(*item, *button, Enum::UpdateConsoleType::All);
+            sendItem(ECCommandItem(*item), *button, Enum::UpdateConsoleType::All);
         return;
     }
 }

@@ -18,6 +18,30 @@ std::shared_ptr<BizModel::Screen> activedScreen()
     return device ? device->activedScreen().lock() : nullptr;
 }
 
+void showStatusBarMsg(BizModel::StatusBarMsgType type, const QString& text)
+{
+    if (BizModel::DeviceList* devices = BizModel::DeviceList::instance())
+        Q_EMIT devices->signalShowStatusBarMsg(type, text, int(StatusBarMsgDuration.count()));
+}
+
+void showWaitingDialog(const QString& text)
+{
+    if (BizModel::DeviceList* devices = BizModel::DeviceList::instance())
+        Q_EMIT devices->signalShowWaitingDialog(text);
+}
+
+void hideWaitingDialog()
+{
+    if (BizModel::DeviceList* devices = BizModel::DeviceList::instance())
+        Q_EMIT devices->signalHideWaitingDialog();
+}
+
+void showFramelessMessageBox(BizModel::FramelessMessageBoxMsgType type, const QString& text)
+{
+    if (BizModel::DeviceList* devices = BizModel::DeviceList::instance())
+        Q_EMIT devices->signalShowFramelessMessageBoxMsg(type, text);
+}
+
 bool isUpgrading()
 {
     const BizModel::DeviceList* devices = BizModel::DeviceList::instance();

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "orvaneectimer.h"
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <mutex>
+
+namespace Orvane::ECProxy::Client::Internal {
+
+/// A single-shot `OrvaneECTimer` that is made on first use: for keys that act when held, for windows in
+/// which presses are counted, for auto-repeat. May be used on any thread; the callback runs on the timer's
+/// own. Destruction cancels a pending time-out and waits for a running callback, so the callback may use
+/// its owner as long as the owner holds this object.
+class HoldTimer {
+public:
+    explicit HoldTimer(std::function<void()> callback)
+        : m_callback(std::move(callback))
+    {
+    }
+
+    /// Starts anew; a time-out that was pending never comes.
+    void restart(std::chrono::milliseconds interval)
+    {
+        const auto timer = madeTimer();
+        timer->stopTimer();
+        timer->startTimer(int(interval.count()));
+    }
+
+    /// Cancels a pending time-out, if there is one. Does not wait.
+    void stop()
+    {
+        if (const auto timer = this->timer())
+            timer->stopTimer();
+    }
+
+    /// True from the start to the end of the callback.
+    bool isRunning() const
+    {
+        const auto timer = this->timer();
+        return timer && timer->isRunning();
+    }
+
+private:
+    std::shared_ptr<OrvaneECTimer> timer() const
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        return m_pTimer;
+    }
+
+    std::shared_ptr<OrvaneECTimer> madeTimer()
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (!m_pTimer) {
+            m_pTimer = std::make_shared<OrvaneECTimer>(m_callback, nullptr);
+            m_pTimer->setSingleShot(true);
+        }
+        return m_pTimer;
+    }
+
+    const std::function<void()> m_callback;
+
+    // m_mutex guards m_pTimer.
+    mutable std::mutex m_mutex;
+    std::shared_ptr<OrvaneECTimer> m_pTimer;
+};
+
+} // namespace Orvane::ECProxy::Client::Internal
