@@ -53,7 +53,7 @@ private:
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         if (!m_pTimer) {
-            m_pTimer = std::make_shared<OrvaneECTimer>(m_callback, nullptr);
+            m_pTimer = OrvaneECTimer::create(m_callback);
             m_pTimer->setSingleShot(true);
         }
         return m_pTimer;
