@@ -1,0 +1,191 @@
+#include "consolerig.h"
+
+#include "ecmanager.h"
+#include "orvaneecclientdecoder.h"
+
+#include <QCoreApplication>
+#include <QTest>
+
+#include <mutex>
+
+namespace Orvane::TestSupport {
+
+using namespace ECProxy::Client;
+
+class ConsoleRig::Private {
+public:
+    bool receive(const QByteArray& datagram)
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        const auto reception = m_recorder.receive(datagram.constData(), datagram.size());
+        if (const auto* read = std::get_if<ConsolePanel::DownDatagram>(&reception.datagram)) {
+            const auto* data = std::get_if<ECDeviceIPData>(&read->message);
+            if (data && data->Index == MarkerIndex)
+                m_nMarkerSeen = data->IP;
+            else
+                m_requests.push_back(*read);
+        }
+        return true;
+    }
+
+    /// A console index that no test uses: its network record, echoed by the library, marks a point in time.
+    static constexpr quint8 MarkerIndex = 0xEE;
+
+    std::shared_ptr<ECClientDecoder> m_pDecoder = std::make_shared<ECClientDecoder>(nullptr);
+    quint16 m_nSequence = 0;
+    quint32 m_nMarkerSent = 0;
+
+    // m_mutex guards m_recorder, m_requests and m_nMarkerSeen.
+    mutable std::mutex m_mutex;
+    ConsolePanel::ConsoleRecorder m_recorder;
+    std::vector<ConsolePanel::DownDatagram> m_requests;
+    quint32 m_nMarkerSeen = 0;
+};
+
+ConsoleRig::ConsoleRig(const std::shared_ptr<EC::s_ECKeyboardConfig>& keyboard)
+    : d(std::make_unique<Private>())
+{
+    ECManager* manager = ECManager::instance();
+    manager->addSendDownTLVRequstCB([this](const QByteArray& datagram) { return d->receive(datagram); });
+    manager->setECClientDecoder(d->m_pDecoder);
+    d->m_pDecoder->registerUpTLVDecodeFinishedCB([manager](const eECUpMessageTag& tag, const QByteArray& value) {
+        return manager->upTLVDecodeFinished(tag, value);
+    });
+    manager->init(keyboard);
+    d->m_pDecoder->startDecode();
+}
+
+ConsoleRig::~ConsoleRig()
+{
+    // The send route cannot be taken back: the manager goes with the rig.
+    d->m_pDecoder->stopDecode();
+    ECManager::deleteInstance();
+}
+
+void ConsoleRig::press(quint32 key)
+{
+    report(ConsolePanel::KeyReport {true, key});
+}
+
+void ConsoleRig::release(quint32 key)
+{
+    report(ConsolePanel::KeyReport {false, key});
+}
+
+void ConsoleRig::tap(quint32 key)
+{
+    press(key);
+    release(key);
+}
+
+void ConsoleRig::tbar(quint32 value, quint8 direction)
+{
+    ECTBarValue position;
+    position.Value = value;
+    position.IsBottomToTop = direction;
+    report(position);
+}
+
+void ConsoleRig::report(const ConsolePanel::UpMessage& message)
+{
+    inject(ConsolePanel::encodeUp(message, ++d->m_nSequence));
+}
+
+void ConsoleRig::inject(const QByteArray& datagram)
+{
+    d->m_pDecoder->appendDatagram(datagram);
+}
+
+bool ConsoleRig::settle(int timeoutMs)
+{
+    ECDeviceIPData marker;
+    marker.Index = Private::MarkerIndex;
+    marker.IP = ++d->m_nMarkerSent;
+    report(marker);
+    const bool handled = QTest::qWaitFor(
+        [&] {
+            const std::lock_guard<std::mutex> lock(d->m_mutex);
+            return d->m_nMarkerSeen == d->m_nMarkerSent;
+        },
+        timeoutMs);
+    QCoreApplication::processEvents();
+    return handled;
+}
+
+ConsolePanel::ConsoleState ConsoleRig::console() const
+{
+    const std::lock_guard<std::mutex> lock(d->m_mutex);
+    return d->m_recorder.state();
+}
+
+ConsolePanel::KeyState ConsoleRig::key(quint16 ecKey) const
+{
+    const std::lock_guard<std::mutex> lock(d->m_mutex);
+    const auto& keys = d->m_recorder.state().keys;
+    const auto found = keys.find(ecKey);
+    return found == keys.end() ? ConsolePanel::KeyState() : found->second;
+}
+
+QString ConsoleRig::label(quint16 ecKey) const
+{
+    const std::lock_guard<std::mutex> lock(d->m_mutex);
+    const auto& labels = d->m_recorder.state().labels;
+    const auto found = labels.find(ecKey);
+    return found == labels.end() ? QString() : QString::fromUtf8(found->second.text);
+}
+
+bool ConsoleRig::shows(quint16 ecKey, ECLEDColor color) const
+{
+    const auto state = key(ecKey);
+    return state.isLit && state.colour == colourOf(color);
+}
+
+bool ConsoleRig::waitShows(quint16 ecKey, ECLEDColor color, int timeoutMs) const
+{
+    return QTest::qWaitFor([&] { return shows(ecKey, color); }, timeoutMs);
+}
+
+bool ConsoleRig::waitLabel(quint16 ecKey, const QString& text, int timeoutMs) const
+{
+    return QTest::qWaitFor([&] { return label(ecKey) == text; }, timeoutMs);
+}
+
+quint64 ConsoleRig::unreadableRequests() const
+{
+    const std::lock_guard<std::mutex> lock(d->m_mutex);
+    return d->m_recorder.unreadable();
+}
+
+std::vector<ConsolePanel::DownDatagram> ConsoleRig::takeRequests()
+{
+    const std::lock_guard<std::mutex> lock(d->m_mutex);
+    return std::exchange(d->m_requests, {});
+}
+
+std::vector<quint32> ConsoleRig::takeTBarLevels()
+{
+    std::vector<quint32> levels;
+    for (const auto& request : takeRequests()) {
+        if (const auto* level = std::get_if<ECTBarValue>(&request.message))
+            levels.push_back(level->Value);
+    }
+    return levels;
+}
+
+ConsolePanel::KeyColour colourOf(ECLEDColor color)
+{
+    // Stated here once more, on purpose: the tests must notice when the library's own table changes.
+    switch (color) {
+    case ECLEDColor::Red: return {255, 0, 0};
+    case ECLEDColor::Blue: return {0, 0, 255};
+    case ECLEDColor::Green: return {0, 255, 0};
+    case ECLEDColor::Yellow: return {255, 255, 0};
+    case ECLEDColor::Off: return {20, 20, 20};
+    case ECLEDColor::Purple: return {255, 0, 255};
+    case ECLEDColor::Orange: return {255, 72, 0};
+    case ECLEDColor::On: break;
+    }
+    return {255, 255, 255};
+}
+
+} // namespace Orvane::TestSupport

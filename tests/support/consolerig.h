@@ -1,0 +1,67 @@
+#pragma once
+
+#include "consolerecorder.h"
+#include "ecconstants.h"
+#include "ecprotocol.h"
+#include "upmessage.h"
+
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace Orvane::EC {
+struct s_ECKeyboardConfig;
+}
+
+namespace Orvane::TestSupport {
+
+/// A console in the test's own process, joined to the library without sockets: reports go through a real
+/// decoder and its thread, requests come back through a send route into a console's recorder. There is one
+/// rig a process, as there is one manager; make it on the GUI thread, after the application's device list.
+///
+/// Reports are asynchronous as on the wire: `settle()` returns when all reports so far were handled, and the
+/// `wait…` functions run the event loop until the console shows what is asked.
+class ConsoleRig {
+public:
+    explicit ConsoleRig(const std::shared_ptr<EC::s_ECKeyboardConfig>& keyboard);
+    ~ConsoleRig();
+
+    // The console's side.
+
+    void press(quint32 key);
+    void release(quint32 key);
+    /// Presses and releases at once.
+    void tap(quint32 key);
+    void tbar(quint32 value, quint8 direction = ECProxy::Client::BottomToTop);
+    void report(const ConsolePanel::UpMessage& message);
+    /// Any bytes, as if received.
+    void inject(const QByteArray& datagram);
+    /// Waits until the decoder thread has handled every report so far, and the GUI thread what came of it.
+    bool settle(int timeoutMs = 5000);
+
+    // What the console shows.
+
+    ConsolePanel::ConsoleState console() const;
+    ConsolePanel::KeyState key(quint16 ecKey) const;
+    QString label(quint16 ecKey) const;
+    bool shows(quint16 ecKey, ECProxy::Client::ECLEDColor color) const;
+    bool waitShows(quint16 ecKey, ECProxy::Client::ECLEDColor color, int timeoutMs = 2000) const;
+    bool waitLabel(quint16 ecKey, const QString& text, int timeoutMs = 2000) const;
+    quint64 unreadableRequests() const;
+
+    /// Every request since the last call, in order.
+    std::vector<ConsolePanel::DownDatagram> takeRequests();
+    /// The T-Bar echoes among them.
+    std::vector<quint32> takeTBarLevels();
+
+private:
+    class Private;
+    const std::unique_ptr<Private> d;
+};
+
+/// The colour that a key command means, as the console gets it.
+ConsolePanel::KeyColour colourOf(ECProxy::Client::ECLEDColor color);
+
+} // namespace Orvane::TestSupport
