@@ -235,6 +235,14 @@ protected:
     void dispatchPressed(const quint32& ecKey);
     void dispatchReleased(const quint32& ecKey);
 
+    /// The first key with that function code; empty when the group has none.
+    std::shared_ptr<EC::s_ECButtonConfig> findFunctionButton(quint16 orvaneKey) const;
+    /// The page label: the one of the key with that function code. Warns, and is empty, when the key or its
+    /// label is missing.
+    std::shared_ptr<EC::s_ECOledConfig> findPageOled(quint16 pageUpOrvaneKey) const;
+    /// True when the key exists and has that function code.
+    bool isKeyOfFunction(const quint32& ecKey, quint16 orvaneKey) const;
+
     std::atomic<int> m_nPageIndex{0};
 
 private:
