@@ -289,6 +289,8 @@ void tst_store::anUnknownDeviceShowsUnboundKeys()
     // Whatever is done to them reaches neither the next view nor a device that comes later.
     keys.first()->setECOledText("stray");
     keys.first()->appendObjectData({7, 0});
+    layersOf(Stage, 3).first()->setECOledText("stray");
+    QVERIFY(layersOf(Stage, 3).first()->ecOledText().isEmpty());
     QVERIFY(store().inputECCommandItems(QString()).first()->ecOledText().isEmpty());
     store().initDeviceECCommandItems(Stage);
     QVERIFY(!store().findBindingECItem(Stage, KeyboardType::Input, {7, 0}));
