@@ -20,14 +20,28 @@ using namespace Orvane::TestSupport;
 namespace {
 
 enum : quint16 { Select = 1, PageUp = 2, PageDown = 3, Unbound = 9 };
-enum : quint16 { FirstKey = 20, SecondKey = 21, UpKey = 30, DownKey = 31, BareKey = 32, DeadKey = 33, PageLabel = 512 };
+enum : quint16 {
+    FirstKey = 20,
+    SecondKey = 21,
+    UpKey = 30,
+    DownKey = 31,
+    BareKey = 32,
+    DeadKey = 33,
+    PageLabel = 512
+};
 
 /// A group with two selectable keys a page and seven items on four pages.
 class ProbeCommand : public Command {
 public:
     ProbeCommand()
     {
-        bindKey(Select, [this](const quint32& key) { m_handled.append(key); return true; }, nullptr);
+        bindKey(
+            Select,
+            [this](const quint32& key) {
+                m_handled.append(key);
+                return true;
+            },
+            nullptr);
         for (int index = 0; index < 7; ++index) {
             auto item = std::make_shared<ECCommandItem>(nullptr);
             item->setECButtonPageIndex(qint16(index / 2));
@@ -199,7 +213,7 @@ void TestCommand::keysWithoutAFunctionReachNoHandler()
     m_pCommand->slotECButtonPressed(DeadKey);
     m_pCommand->slotECButtonPressed(UpKey); // a code that nothing is bound to
     m_pCommand->slotECButtonPressed(77);
-    QCOMPARE(m_pCommand->m_handled, QList<quint32> {FirstKey});
+    QCOMPARE(m_pCommand->m_handled, QList<quint32>{FirstKey});
     QVERIFY(!m_pCommand->findECButtonPressedCBByOrvaneKey(Unbound));
     QVERIFY(!m_pCommand->findECButtonReleaseCBByECKey(FirstKey));
     m_pCommand->updateCurrentPageIndex(3);
@@ -242,8 +256,12 @@ void TestCommand::labelsAreCutAtTheirLastByte()
 void TestCommand::aLabelIsFoundByItsKeyFirst()
 {
     // Keys and labels are numbered apart: key 40's label is 41, key 41's label is 40, key 42 has none.
-    const auto keyboard
-        = KeyboardBuilder().group("ProbeCommand").key(40, Select, 0, 41).key(41, Select, 1, 40).key(42, Select).build();
+    const auto keyboard = KeyboardBuilder()
+                              .group("ProbeCommand")
+                              .key(40, Select, 0, 41)
+                              .key(41, Select, 1, 40)
+                              .key(42, Select)
+                              .build();
     m_pCommand->setCommandConfig(keyboard->m_commands.first());
     m_pCommand->updateECOledTextByBtnECKey(40, QStringLiteral("of key 40"));
     m_pCommand->updateECOledTextByBtnECKey(42, QStringLiteral("nowhere"));
@@ -255,8 +273,8 @@ void TestCommand::everyColorHasItsValues_data()
 {
     QTest::addColumn<int>("color");
     QTest::addColumn<QString>("rgb");
-    const QStringList values {"255,0,0", "0,0,255", "0,255,0", "255,255,0", "20,20,20", "255,0,255", "255,72,0",
-        "255,255,255", "255,255,255"};
+    const QStringList values{"255,0,0",   "0,0,255",  "0,255,0",     "255,255,0",  "20,20,20",
+                             "255,0,255", "255,72,0", "255,255,255", "255,255,255"};
     for (int color = 0; color < values.size(); ++color)
         QTest::newRow(qPrintable(values.at(color))) << color << values.at(color);
 }
@@ -267,7 +285,8 @@ void TestCommand::everyColorHasItsValues()
     QFETCH(QString, rgb);
     m_pCommand->updateECButton(appNumber(FirstKey), FirstKey, ECLEDColor(color), Flashing);
     const auto state = m_pRig->key(FirstKey);
-    QCOMPARE(QStringLiteral("%1,%2,%3").arg(state.colour.red).arg(state.colour.green).arg(state.colour.blue), rgb);
+    QCOMPARE(
+        QStringLiteral("%1,%2,%3").arg(state.colour.red).arg(state.colour.green).arg(state.colour.blue), rgb);
     QCOMPARE(int(state.buttonState), int(Flashing));
 }
 
