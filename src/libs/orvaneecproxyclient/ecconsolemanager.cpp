@@ -69,12 +69,12 @@ struct DeviceECCommandItems {
     /// Appends this set's own copy of a registered item; of a layer item, a free one for each screen.
     void appendCopy(KeyboardType type, const ECCommandItem& base)
     {
-        if (type != KeyboardType::Layer) {
-            ofType(type)->append(std::make_shared<ECCommandItem>(base));
-            return;
+        if (type == KeyboardType::Layer) {
+            for (const quint32 screenId : qAsConst(layerScreens))
+                appendLayerCopy(base, screenId);
+        } else if (IndexedItems* const items = ofType(type)) {
+            items->append(std::make_shared<ECCommandItem>(base));
         }
-        for (const quint32 screenId : qAsConst(layerScreens))
-            appendLayerCopy(base, screenId);
     }
 
     void appendLayerCopy(const ECCommandItem& base, quint32 screenId)
@@ -111,6 +111,7 @@ public:
     DeviceECCommandItems* deviceItems(const QString& ip);
     bool takeDevice(const QString& ip, DeviceECCommandItems& items);
     IndexedItems* itemsOf(const QString& ip, KeyboardType type);
+    ECCommandItemList baseItems(KeyboardType type);
 
     ECConsoleManager* const m_pConsoleManager;
 
@@ -160,6 +161,12 @@ IndexedItems* ECConsoleManagerPrivate::itemsOf(const QString& ip, KeyboardType t
     return device ? device->ofType(type) : nullptr;
 }
 
+ECCommandItemList ECConsoleManagerPrivate::baseItems(KeyboardType type)
+{
+    const IndexedItems* const items = baseDeviceECCommandItems.ofType(type);
+    return items ? items->list : ECCommandItemList();
+}
+
 namespace {
 
 ECCommandItemList copiesOf(const ECCommandItemList& items)
@@ -201,7 +208,7 @@ ECCommandItemList ECConsoleManagerPrivate::view(const QString& ip, KeyboardType 
         const std::shared_lock lock(m_deviceECCmdItemMtx);
         if (const IndexedItems* const items = itemsOf(ip, type))
             return items->list;
-        base = baseDeviceECCommandItems.ofType(type)->list;
+        base = baseItems(type);
     }
     return copiesOf(base);
 }
@@ -268,7 +275,7 @@ void ECConsoleManager::initDeviceECCommandItems(const QString& ip)
         return;
     DeviceECCommandItems device;
     for (const KeyboardType type : {KeyboardType::Screen, KeyboardType::Input, KeyboardType::Preset}) {
-        const ECCommandItemList& base = d->baseDeviceECCommandItems.ofType(type)->list;
+        const ECCommandItemList base = d->baseItems(type);
         for (const ECCommandItemPtr& item : base)
             device.appendCopy(type, *item);
     }
