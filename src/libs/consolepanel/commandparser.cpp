@@ -1,0 +1,250 @@
+#include "commandparser.h"
+
+#include "networkaddress.h"
+#include "words.h"
+
+namespace Orvane::ConsolePanel {
+
+using namespace ECProxy::Client;
+using std::chrono::milliseconds;
+
+namespace {
+
+constexpr milliseconds DefaultTapDuration{50};
+/// An expectation without a time of its own waits this long.
+constexpr milliseconds DefaultExpectation{1000};
+
+template <bool isPressed> SimulatorCommand parseKey(WordReader& in)
+{
+    return SendReport{KeyReport{isPressed, quint32(in.number("KEY"))}};
+}
+
+SimulatorCommand parseTap(WordReader& in)
+{
+    TapKey tap{quint32(in.number("KEY")), DefaultTapDuration};
+    if (!in.atEnd())
+        tap.duration = in.milliseconds("MS");
+    return tap;
+}
+
+SimulatorCommand parseHold(WordReader& in)
+{
+    const auto key = quint32(in.number("KEY"));
+    return TapKey{key, in.milliseconds("MS")};
+}
+
+quint8 parseDirection(WordReader& in)
+{
+    const int choice = in.choice("DIRECTION", {QStringLiteral("up"), QStringLiteral("down")});
+    return choice == 1 ? TopToBottom : BottomToTop;
+}
+
+SimulatorCommand parseTBar(WordReader& in)
+{
+    ECTBarValue position;
+    position.Value = quint32(in.number("POSITION"));
+    position.IsBottomToTop = parseDirection(in);
+    return SendReport{position};
+}
+
+SimulatorCommand parseSweep(WordReader& in)
+{
+    constexpr quint64 HighestPosition = 0xFFFF; // each position between is one report
+    SweepTBar sweep;
+    sweep.from = quint32(in.number("FROM", HighestPosition));
+    sweep.to = quint32(in.number("TO", HighestPosition));
+    sweep.direction = parseDirection(in);
+    sweep.duration = in.milliseconds("MS");
+    return sweep;
+}
+
+template <LockTarget target> SimulatorCommand parseLockReport(WordReader& in)
+{
+    return SendReport{LockReport{target, in.onOff("STATE")}};
+}
+
+SimulatorCommand parseDvi(WordReader& in)
+{
+    constexpr std::size_t MostRecords = 1000; // far below what fits a datagram
+    DviReport report;
+    while (!in.atEnd() && !in.hasFailed()) {
+        const auto input = quint8(in.number("INPUT", 255));
+        report.signalStates.push_back({input, quint8(in.number("SIGNAL", 255))});
+        if (report.signalStates.size() > MostRecords)
+            in.fail(QStringLiteral("too many inputs"));
+    }
+    return SendReport{report};
+}
+
+quint32 parseAddress(WordReader& in, const char* what)
+{
+    const QString word = in.text(what);
+    const auto address = addressFromText(word);
+    if (!address)
+        in.fail(QStringLiteral("%1 must be a network address, not \"%2\"").arg(QLatin1String(what), word));
+    return address.value_or(0);
+}
+
+SimulatorCommand parseConsoleIP(WordReader& in)
+{
+    ECDeviceIPData record;
+    record.Index = quint8(in.number("INDEX", 255));
+    record.Status = quint8(in.number("STATUS", 255));
+    record.IP = parseAddress(in, "ADDRESS");
+    record.Mask = parseAddress(in, "MASK");
+    record.Gateway = parseAddress(in, "GATEWAY");
+    return SendReport{record};
+}
+
+SimulatorCommand parseSend(WordReader& in)
+{
+    constexpr int LargestDatagram = 65507;
+    QString digits = in.text("HEX");
+    while (!in.atEnd())
+        digits += in.text("HEX");
+    const QByteArray latin = digits.toLatin1();
+    const QByteArray bytes = QByteArray::fromHex(latin);
+    // fromHex skips what is no digit, so a fault shows when the bytes are turned back.
+    if (bytes.toHex() != latin.toLower())
+        in.fail(QStringLiteral("HEX must be pairs of hexadecimal digits, not \"%1\"").arg(digits));
+    else if (bytes.size() > LargestDatagram)
+        in.fail(QStringLiteral("%1 bytes do not fit a datagram").arg(bytes.size()));
+    return SendRaw{bytes};
+}
+
+SimulatorCommand parseWait(WordReader& in)
+{
+    return Pause{in.milliseconds("MS")};
+}
+
+SimulatorCommand parseStorm(WordReader& in)
+{
+    constexpr quint64 HighestCount = 1000000000;
+    constexpr quint64 HighestRate = 10000000;
+    StormKeys storm;
+    do
+        storm.keys.push_back(quint32(in.number("KEY")));
+    while (!in.atEnd() && !in.hasFailed() && in.peek() != QLatin1String("count"));
+    if (in.take("count"))
+        storm.count = in.number("COUNT", HighestCount);
+    else
+        in.fail(QStringLiteral("count is missing"));
+    if (in.take("rate"))
+        storm.perSecond = in.number("RATE", HighestRate);
+    if (in.take("window"))
+        storm.window = in.number("WINDOW", HighestCount);
+    return storm;
+}
+
+/// Splits "within MS" or "for MS" off the end.
+void takeExpectationTime(QStringList& words, Expect& expect, QString& problem)
+{
+    expect.duration = DefaultExpectation;
+    if (words.size() < 2)
+        return;
+    const QString keyword = words.at(words.size() - 2);
+    if (keyword != QLatin1String("within") && keyword != QLatin1String("for"))
+        return;
+    expect.kind = keyword == QLatin1String("for") ? Expect::For : Expect::Within;
+    WordReader time({words.last()});
+    expect.duration = time.milliseconds("MS");
+    problem = time.problem();
+    words = words.mid(0, words.size() - 2);
+}
+
+SimulatorCommand parseExpect(WordReader& in)
+{
+    Expect expect;
+    QStringList words;
+    while (!in.atEnd())
+        words.append(in.text("CONDITION"));
+    QString problem;
+    takeExpectationTime(words, expect, problem);
+    if (!words.isEmpty() && words.first().startsWith(QLatin1String("no-"))) {
+        expect.isNegated = true;
+        words.first().remove(0, 3);
+    }
+    if (problem.isEmpty()) {
+        if (auto condition = parseCondition(words, problem))
+            expect.condition = std::move(*condition);
+    }
+    if (!problem.isEmpty())
+        in.fail(problem);
+    return expect;
+}
+
+template <typename Command> SimulatorCommand parsePlain(WordReader&)
+{
+    return Command{};
+}
+
+struct CommandKind {
+    const char* name;
+    SimulatorCommand (*parse)(WordReader&);
+    const char* usage;
+    const char* meaning;
+};
+
+constexpr CommandKind CommandKinds[] = {
+    {"press", parseKey<true>, "press KEY", "reports the key pressed"},
+    {"release", parseKey<false>, "release KEY", "reports the key released"},
+    {"tap", parseTap, "tap KEY [MS]", "presses, waits 50 ms or MS, releases"},
+    {"hold", parseHold, "hold KEY MS", "presses, waits, releases"},
+    {"storm", parseStorm, "storm KEY... count N [rate PER_SECOND] [window N]",
+     "presses and releases the keys in turn, N times"},
+    {"tbar", parseTBar, "tbar POSITION up|down", "reports a T-Bar position"},
+    {"tbar-sweep", parseSweep, "tbar-sweep FROM TO up|down MS", "moves the T-Bar evenly"},
+    {"report-tbar-lock", parseLockReport<LockTarget::TBar>, "report-tbar-lock on|off",
+     "reports the T-Bar's lock"},
+    {"report-keypad-lock", parseLockReport<LockTarget::Keypad>, "report-keypad-lock on|off",
+     "reports the keypad's lock"},
+    {"dvi", parseDvi, "dvi [INPUT SIGNAL]...", "reports which inputs carry a signal"},
+    {"console-ip", parseConsoleIP, "console-ip INDEX STATUS ADDRESS MASK GATEWAY",
+     "reports the console's network settings"},
+    {"send", parseSend, "send HEX", "sends these bytes"},
+    {"wait", parseWait, "wait MS", "waits"},
+    {"expect", parseExpect, "expect [no-]CONDITION [within MS | for MS]",
+     "waits until the condition holds, or watches that it does"},
+    {"show", parsePlain<ShowConsole>, "show", "draws the console"},
+    {"help", parsePlain<ShowHelp>, "help", "lists the commands"},
+    {"quit", parsePlain<Quit>, "quit", "ends the program"},
+};
+
+} // namespace
+
+std::variant<SimulatorCommand, NoCommand, CommandFault> parseCommand(const QString& line)
+{
+    QString problem;
+    const QStringList words = splitWords(line, problem);
+    if (!problem.isEmpty())
+        return CommandFault{problem};
+    if (words.isEmpty())
+        return NoCommand{};
+    for (const CommandKind& kind : CommandKinds) {
+        if (words.first() != QLatin1String(kind.name))
+            continue;
+        WordReader in(words.mid(1));
+        SimulatorCommand command = kind.parse(in);
+        problem = in.problem();
+        if (!problem.isEmpty())
+            return CommandFault{QStringLiteral("%1 (%2)").arg(problem, QLatin1String(kind.usage))};
+        return command;
+    }
+    return CommandFault{QStringLiteral("there is no command \"%1\"").arg(words.first())};
+}
+
+QStringList commandHelp()
+{
+    constexpr int UsageWidth = 52;
+    QStringList lines;
+    for (const CommandKind& kind : CommandKinds)
+        lines.append(
+            QString(QLatin1String(kind.usage)).leftJustified(UsageWidth) + QLatin1Char(' ')
+            + QLatin1String(kind.meaning));
+    lines.append(QStringLiteral("Conditions:"));
+    for (const QString& usage : conditionUsages())
+        lines.append(QStringLiteral("  ") + usage);
+    return lines;
+}
+
+} // namespace Orvane::ConsolePanel

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "runneraction.h"
+
+#include <deque>
+
+namespace Orvane::ConsolePanel {
+
+/// How a command came out that can fail.
+struct CommandOutcome {
+    QString command; ///< as it was written
+    QString place; ///< where it was written, as `line 12`; may be empty
+    bool isOk = false;
+    QString detail; ///< what is there instead, or what was measured; may be empty
+};
+
+/// What the runner works on. Implementations must not call the runner back from inside.
+class RunnerSurroundings {
+public:
+    virtual ~RunnerSurroundings() = default;
+    /// Sends one datagram to the library.
+    virtual void send(const QByteArray& datagram) = 0;
+    /// Told of every report (`press 12`), right after it was sent; not within storms, which only report
+    /// their end.
+    virtual void noteSent(const QString& what) = 0;
+    virtual void noteOutcome(const CommandOutcome& outcome) = 0;
+    virtual void showConsole() = 0;
+    virtual void showHelp() = 0;
+};
+
+/// Runs commands one after the other, each when the one before it has ended. An expectation wakes up with
+/// the datagram that fulfils it: call `consoleChanged` after each one. Used from one thread.
+class CommandRunner {
+public:
+    CommandRunner(const ConsoleRecorder& console, PanelClock& clock, RunnerSurroundings& surroundings);
+
+    /// Whether the first failure ends the run as `quit` does. Off by default.
+    void setStopsAtFailure(bool stops) { m_bStopsAtFailure = stops; }
+
+    void append(const SimulatorCommand& command, const QString& text, const QString& place);
+    void consoleChanged();
+
+    /// No command runs or waits.
+    bool isIdle() const { return !m_action && m_commands.empty(); }
+    /// `quit` was run, or a failure ended the run; further commands are dropped.
+    bool hasQuit() const { return m_bQuit; }
+    int failures() const { return m_nFailures; }
+
+private:
+    struct Queued {
+        SimulatorCommand command;
+        QString text;
+        QString place;
+    };
+    void step();
+    void begin();
+    void proceed();
+    void finish(const RunnerAction::Progress& progress);
+    void quit();
+    void sendReport(const UpMessage& message, bool isQuiet);
+
+    const ConsoleRecorder& m_console;
+    PanelClock& m_clock;
+    RunnerSurroundings& m_surroundings;
+    std::deque<Queued> m_commands;
+    Queued m_current{Quit{}, {}, {}};
+    std::unique_ptr<RunnerAction> m_action;
+    std::optional<PanelClock::Duration> m_alarm;
+    quint16 m_nSequence = 0;
+    int m_nFailures = 0;
+    bool m_bStopsAtFailure = false;
+    bool m_bQuit = false;
+};
+
+} // namespace Orvane::ConsolePanel

@@ -1,0 +1,245 @@
+#include "downdescription.h"
+
+#include "networkaddress.h"
+#include "printabletext.h"
+
+#include <QJsonArray>
+#include <QTextCodec>
+#include <QVector>
+
+namespace Orvane::ConsolePanel {
+
+using namespace ECProxy::Client;
+
+namespace {
+
+struct Field {
+    const char* name;
+    QJsonValue value;
+};
+using Fields = QVector<Field>;
+
+QJsonValue number(quint32 value)
+{
+    return QJsonValue(qint64(value));
+}
+
+QString stateName(quint8 state)
+{
+    switch (state) {
+    case LightUp:
+        return QStringLiteral("LightUp");
+    case Flashing:
+        return QStringLiteral("Flashing");
+    case CloseAllLight:
+        return QStringLiteral("CloseAllLight");
+    case ClosedNormalLight:
+        return QStringLiteral("ClosedNormalLight");
+    default:
+        return QString::number(state);
+    }
+}
+
+QString directionName(quint8 direction)
+{
+    if (direction == BottomToTop)
+        return QStringLiteral("up");
+    return direction == TopToBottom ? QStringLiteral("down") : QString::number(direction);
+}
+
+QString sourceName(quint8 source)
+{
+    if (source == dvi1)
+        return QStringLiteral("dvi1");
+    return source == arm_left ? QStringLiteral("arm_left") : QString::number(source);
+}
+
+Fields resolutionFields(const PeripheralControl& record)
+{
+    QJsonArray resolutions;
+    for (std::size_t i = 0; i < std::size(record.resolution); ++i) // NOLINT(modernize-loop-convert)
+        resolutions.append(int(record.resolution[i]));
+    return {{"screens", record.ScreenNum}, {"target", record.TargetScreenIndex}, {"resolution", resolutions}};
+}
+
+Fields fieldsOf(const DownMessage& message)
+{
+    return std::visit(
+        Overloaded{
+            [](const ECButtonColor& r) {
+                return Fields{
+                    {"key", int(r.ECKey)},
+                    {"app", number(r.ButtonKey)},
+                    {"state", stateName(r.ButtonState)},
+                    {"color", QStringLiteral("%1,%2,%3").arg(r.R).arg(r.G).arg(r.B)},
+                    {"brightness", r.brightness}};
+            },
+            [](const ECOLEDText& r) {
+                return Fields{{"label", int(r.ECKey)}, {"app", number(r.OledKey)}, {"text", labelText(r)}};
+            },
+            [](const ECTBarValue& r) {
+                return Fields{{"level", number(r.Value)}, {"direction", directionName(r.IsBottomToTop)}};
+            },
+            [](const LockRequest&) { return Fields{}; },
+            [](const DVIInSignalRead& r) {
+                return Fields{{"input", r.Index}};
+            },
+            [](const LightControl& r) {
+                return Fields{
+                    {"light", lightName(r.LightType)},
+                    {"on", r.IsEnabled != 0},
+                    {"brightness", r.Brightness}};
+            },
+            [](const ScreenLuminance& r) {
+                return Fields{{"brightness", r.Brightness}};
+            },
+            [](const PeripheralControl& r) { return resolutionFields(r); },
+            [](const MVRSignalControl& r) {
+                return Fields{{"source", sourceName(r.SignalIndex)}};
+            },
+            [](const SystemTime& r) {
+                return Fields{{"text", r.text}};
+            },
+            [](const NetworkInfo& r) {
+                return Fields{{"text", r.text}};
+            },
+            [](const FileFirstPack& r) {
+                return Fields{{"pack", 0},          {"packs", r.packCount},       {"file", r.name},
+                              {"type", r.fileType}, {"size", number(r.fileSize)}, {"bytes", r.chunk.size()}};
+            },
+            [](const FileDataPack& r) {
+                return Fields{{"pack", r.packIndex}, {"packs", r.packCount}, {"bytes", r.chunk.size()}};
+            },
+            [](const ConsoleIPRequest& r) {
+                return Fields{{"index", r.index}};
+            },
+            [](const ECDeviceIPData& r) {
+                return Fields{
+                    {"index", r.Index},
+                    {"status", r.Status},
+                    {"address", addressText(r.IP)},
+                    {"mask", addressText(r.Mask)},
+                    {"gateway", addressText(r.Gateway)}};
+            },
+            [](const ConsoleRestart& r) {
+                return Fields{{"value", r.value}};
+            },
+            [](const KeyboardListening& r) {
+                return Fields{{"on", r.on}};
+            },
+            [](const DVIInSignal& r) {
+                return Fields{{"input", r.Index}, {"signal", r.Signal != 0}};
+            },
+            [](const McuReset& r) {
+                return Fields{{"value", r.value}};
+            },
+            [](const ECDeviceIPModeData& r) {
+                return Fields{{"index", r.Index}, {"mode", r.Mode}};
+            },
+            [](const PeripheralControlVisibleState& r) {
+                return Fields{{"visible", r.visible != 0}};
+            },
+        },
+        message);
+}
+
+QString fieldText(const Field& field)
+{
+    if (qstrcmp(field.name, "text") == 0 || qstrcmp(field.name, "file") == 0)
+        return QLatin1Char('"') + printable(field.value.toString()) + QLatin1Char('"');
+    if (field.value.isArray()) {
+        QStringList items;
+        for (const QJsonValue item : field.value.toArray())
+            items.append(QString::number(item.toInt()));
+        return items.join(QLatin1Char(','));
+    }
+    return field.value.toVariant().toString();
+}
+
+/// Ordered by tag.
+constexpr const char* TagNames[] = {
+    "UpdateECButtonColor",
+    "UpdateECOledText",
+    "UpdateTBarValue",
+    "LockTBar",
+    "UnlockTBar",
+    "ReadLockedTBar",
+    "LockKeyboard",
+    "UnlockKeyboard",
+    "ReadLockedKeyboard",
+    "ReadDVIInSignal",
+    "ControlLight",
+    "UpdateScreenLuminance",
+    "ControlPeripheral",
+    "ControlMVRSignal",
+    "UpdateSystemTime",
+    "UpdateNetworkInfo",
+    "ReadFile",
+    "WriteFile",
+    "ReadECDeviceIPData",
+    "UpdateECDeviceIPData",
+    "RestartConsole",
+    "ControlKeyboard",
+    "UpdateDVISignalStatus",
+    "ResetMCU",
+    "ChangeIPMode",
+    "ControlPeripheralState",
+};
+static_assert(std::size(TagNames) == DownMessageCount);
+
+} // namespace
+
+QString tagName(eECDownMessageTag tag)
+{
+    return QLatin1String(TagNames[tag - UpdateECButtonColor]);
+}
+
+QString describe(const DownDatagram& datagram)
+{
+    QString line = QStringLiteral("#%1 %2").arg(datagram.sequence).arg(tagName(datagram.tag));
+    for (const Field& field : fieldsOf(datagram.message)) {
+        line += QLatin1Char(' ');
+        line += QLatin1String(field.name);
+        line += QLatin1Char('=');
+        line += fieldText(field);
+    }
+    return line;
+}
+
+QJsonObject toJson(const DownDatagram& datagram)
+{
+    QJsonObject object{
+        {QStringLiteral("seq"), datagram.sequence},
+        {QStringLiteral("tag"), int(datagram.tag)},
+        {QStringLiteral("name"), tagName(datagram.tag)}};
+    for (const Field& field : fieldsOf(datagram.message))
+        object.insert(QLatin1String(field.name), field.value);
+    return object;
+}
+
+QString labelText(const ECOLEDText& record)
+{
+    const int length = int(qstrnlen(record.OledText, sizeof(record.OledText)));
+    // The converter keeps an incomplete last character back instead of showing a replacement for it.
+    QTextCodec::ConverterState state;
+    constexpr int Utf8Mib = 106;
+    return QTextCodec::codecForMib(Utf8Mib)->toUnicode(record.OledText, length, &state);
+}
+
+QString lightName(quint8 lightType)
+{
+    switch (lightType) {
+    case Gooseneck:
+        return QStringLiteral("gooseneck");
+    case Front:
+        return QStringLiteral("front");
+    case Logo:
+        return QStringLiteral("logo");
+    case Other:
+        return QStringLiteral("other");
+    default:
+        return QString::number(lightType);
+    }
+}
+
+} // namespace Orvane::ConsolePanel

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "condition.h"
+#include "upmessage.h"
+
+#include <chrono>
+
+namespace Orvane::ConsolePanel {
+
+/// Sends one report.
+struct SendReport {
+    UpMessage message;
+};
+
+/// Sends these bytes as they are.
+struct SendRaw {
+    QByteArray bytes;
+};
+
+/// Presses a key, waits and releases it.
+struct TapKey {
+    quint32 key = 0;
+    std::chrono::milliseconds duration{};
+};
+
+/// Moves the T-Bar at even speed, one report a position, both ends included.
+struct SweepTBar {
+    quint32 from = 0;
+    quint32 to = 0;
+    quint8 direction = Protocol::BottomToTop;
+    std::chrono::milliseconds duration{};
+};
+
+/// Presses and releases the keys in turn, `count` times in all.
+struct StormKeys {
+    std::vector<quint32> keys;
+    quint64 count = 0;
+    quint64 perSecond = 0; ///< presses; 0: as fast as the machine sends
+    quint64 window = 0; ///< most reports without an LED datagram in answer; 0: waits for no answer
+};
+
+struct Pause {
+    std::chrono::milliseconds duration{};
+};
+
+/// Waits for a condition, or watches that it stays.
+struct Expect {
+    enum Kind { Within, For };
+    Condition condition;
+    bool isNegated = false;
+    Kind kind = Within;
+    std::chrono::milliseconds duration{};
+};
+
+struct ShowConsole { };
+struct ShowHelp { };
+struct Quit { };
+
+using SimulatorCommand = std::variant<
+    SendReport, SendRaw, TapKey, SweepTBar, StormKeys, Pause, Expect, ShowConsole, ShowHelp, Quit>;
+
+} // namespace Orvane::ConsolePanel

@@ -1,0 +1,112 @@
+#include "upmessage.h"
+
+#include "networkaddress.h"
+
+namespace Orvane::ConsolePanel {
+
+using namespace ECProxy::Client;
+
+namespace {
+
+/// A datagram with head and tag in place and a zeroed value of `valueSize` bytes.
+QByteArray frame(eECUpMessageTag tag, quint16 sequence, int valueSize)
+{
+    QByteArray datagram(ECValueOffset + valueSize, '\0');
+    ECProtocolHead head;
+    head.Head = ECUpMagic;
+    head.Sequence = sequence;
+    head.ContentLength = quint16(ECTLSize + valueSize);
+    Wire::write(head, datagram.data());
+    Wire::write(ECProtocolTL{quint16(tag), quint16(valueSize)}, datagram.data() + ECHeadSize);
+    return datagram;
+}
+
+template <typename Record> QByteArray recordFrame(eECUpMessageTag tag, quint16 sequence, const Record& record)
+{
+    QByteArray datagram = frame(tag, sequence, sizeof(Record));
+    Wire::write(record, datagram.data() + ECValueOffset);
+    return datagram;
+}
+
+QString onOff(bool on)
+{
+    return on ? QStringLiteral("on") : QStringLiteral("off");
+}
+
+} // namespace
+
+QByteArray encodeUp(const UpMessage& message, quint16 sequence)
+{
+    return std::visit(
+        Overloaded{
+            [&](const KeyReport& report) {
+                QByteArray datagram = frame(
+                    report.pressed ? ReportECButtonPressed : ReportECButtonRelease, sequence,
+                    sizeof(ECButtonOperState));
+                Wire::Writer put(datagram.data() + ECValueOffset);
+                put(report.key);
+                put(quint8(report.pressed ? Pressed : Release));
+                return datagram;
+            },
+            [&](const ECTBarValue& position) { return recordFrame(ReportECTBarValue, sequence, position); },
+            [&](const LockReport& report) {
+                QByteArray datagram = frame(
+                    report.target == LockTarget::TBar ? ReportLockedTBar : ReportLockedKeyboard, sequence, 1);
+                datagram[ECValueOffset] = char(report.locked ? 1 : 0);
+                return datagram;
+            },
+            [&](const DviReport& report) {
+                const int recordSize = sizeof(DVIInSignal);
+                QByteArray datagram =
+                    frame(ReportDVIInSignal, sequence, int(report.signalStates.size()) * recordSize);
+                char* out = datagram.data() + ECValueOffset;
+                for (const DVIInSignal& state : report.signalStates) {
+                    Wire::write(state, out);
+                    out += recordSize;
+                }
+                return datagram;
+            },
+            [&](const ECDeviceIPData& record) { return recordFrame(ReportECDeviceIP, sequence, record); },
+        },
+        message);
+}
+
+QString describe(const UpMessage& message)
+{
+    return std::visit(
+        Overloaded{
+            [](const KeyReport& report) {
+                return QStringLiteral("%1 %2")
+                    .arg(report.pressed ? QStringLiteral("press") : QStringLiteral("release"))
+                    .arg(report.key);
+            },
+            [](const ECTBarValue& position) {
+                return QStringLiteral("tbar %1 %2")
+                    .arg(quint32(position.Value))
+                    .arg(
+                        position.IsBottomToTop == BottomToTop ? QStringLiteral("up")
+                                                              : QStringLiteral("down"));
+            },
+            [](const LockReport& report) {
+                return QStringLiteral("%1 lock %2")
+                    .arg(
+                        report.target == LockTarget::TBar ? QStringLiteral("tbar") : QStringLiteral("keypad"))
+                    .arg(onOff(report.locked));
+            },
+            [](const DviReport& report) {
+                QString text = QStringLiteral("dvi");
+                for (const DVIInSignal& state : report.signalStates)
+                    text += QStringLiteral(" %1:%2").arg(state.Index).arg(onOff(state.Signal != 0));
+                return text;
+            },
+            [](const ECDeviceIPData& record) {
+                return QStringLiteral("console-ip %1 status %2 address %3 mask %4 gateway %5")
+                    .arg(record.Index)
+                    .arg(record.Status)
+                    .arg(addressText(record.IP), addressText(record.Mask), addressText(record.Gateway));
+            },
+        },
+        message);
+}
+
+} // namespace Orvane::ConsolePanel
