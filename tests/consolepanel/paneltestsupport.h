@@ -1,0 +1,112 @@
+#pragma once
+
+/// Datagrams as the library sends them, and a clock that stands still until it is wound.
+
+#include "commandparser.h"
+#include "commandrunner.h"
+
+#include <QByteArray>
+#include <QtTest>
+
+namespace PanelTest {
+
+using namespace Orvane::ConsolePanel;
+namespace Protocol = Orvane::ECProxy::Client;
+
+/// A plain request with regular lengths.
+inline QByteArray request(quint16 tag, const QByteArray& value, quint16 sequence = 1)
+{
+    QByteArray out = QByteArray::fromHex("ee55ee5501000001");
+    const auto put = [&out](quint16 number) {
+        out.append(char(number & 0xFF));
+        out.append(char(number >> 8));
+    };
+    put(sequence);
+    put(quint16(value.size() + 4));
+    put(tag);
+    put(quint16(value.size()));
+    return out + value;
+}
+
+inline QByteArray led(quint16 key, const char* rgbHex, quint8 state = 0, quint16 sequence = 1)
+{
+    QByteArray value(4, '\0');
+    value.append(char(key & 0xFF)).append(char(key >> 8)).append(char(state));
+    return request(101, value + QByteArray::fromHex(rgbHex) + char(100), sequence);
+}
+
+inline QByteArray label(quint16 number, const QByteArray& text, quint16 sequence = 1)
+{
+    QByteArray value(4, '\0');
+    value.append(char(number & 0xFF)).append(char(number >> 8));
+    return request(102, value + text.leftJustified(32, '\0', true), sequence);
+}
+
+class HandClock : public PanelClock {
+public:
+    Duration now() const override { return m_now; }
+    void setAlarm(Duration when) override { m_alarm = when; }
+    void clearAlarm() override { m_alarm.reset(); }
+
+    /// Lets time pass, with every alarm on its way.
+    void advance(std::chrono::microseconds time)
+    {
+        const Duration end = m_now + time;
+        while (m_alarm && *m_alarm <= end) {
+            m_now = std::max(m_now, *m_alarm);
+            m_alarm.reset();
+            ring();
+        }
+        m_now = end;
+    }
+
+private:
+    Duration m_now{};
+    std::optional<Duration> m_alarm;
+};
+
+/// A runner with all it needs, and what came out of it.
+class RunnerBench : public RunnerSurroundings {
+public:
+    RunnerBench()
+        : runner(console, clock, *this)
+    {
+    }
+
+    /// Reads and appends one command, which must be right.
+    void command(const char* line)
+    {
+        const auto parsed = parseCommand(QString::fromUtf8(line));
+        if (const auto* fault = std::get_if<CommandFault>(&parsed))
+            QFAIL(qPrintable(fault->reason));
+        runner.append(std::get<SimulatorCommand>(parsed), QString::fromUtf8(line), QStringLiteral("here"));
+    }
+    void datagram(const QByteArray& bytes)
+    {
+        console.receive(bytes.constData(), bytes.size());
+        runner.consoleChanged();
+    }
+    /// `press 12@0 release 12@50`: what was sent and at which millisecond.
+    QString sentText() const { return sent.join(QLatin1Char(' ')); }
+
+    void send(const QByteArray& bytes) override { datagrams.append(bytes); }
+    void noteSent(const QString& what) override
+    {
+        sent.append(QStringLiteral("%1@%2").arg(what).arg(clock.now().count() / 1000));
+    }
+    void noteOutcome(const CommandOutcome& outcome) override
+    {
+        outcomes.append((outcome.isOk ? QStringLiteral("ok ") : QStringLiteral("failed ")) + outcome.detail);
+    }
+    void showConsole() override { sent.append(QStringLiteral("show")); }
+    void showHelp() override { sent.append(QStringLiteral("help")); }
+
+    ConsoleRecorder console;
+    HandClock clock;
+    QVector<QByteArray> datagrams;
+    QStringList sent;
+    QStringList outcomes;
+    CommandRunner runner;
+};
+
+} // namespace PanelTest
