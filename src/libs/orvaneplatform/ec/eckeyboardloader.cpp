@@ -139,7 +139,7 @@ public:
 private:
     std::shared_ptr<s_ECCommandConfig> readGroup(const QJsonValue& value, Place place);
     std::shared_ptr<s_ECButtonConfig> readKey(const QJsonValue& value, int number, GroupState& group);
-    std::shared_ptr<s_ECOledConfig> readLabel(const QJsonValue& value, Place place);
+    std::shared_ptr<s_ECOledConfig> readLabel(const QJsonValue& value, const Place& place);
 
     const GroupRule* checkGroupName(const QString& name, const Place& place);
     void checkOrder(
@@ -261,7 +261,7 @@ std::shared_ptr<s_ECButtonConfig> KeyboardReader::readKey(
     return key;
 }
 
-std::shared_ptr<s_ECOledConfig> KeyboardReader::readLabel(const QJsonValue& value, Place place)
+std::shared_ptr<s_ECOledConfig> KeyboardReader::readLabel(const QJsonValue& value, const Place& place)
 {
     static const QStringList fields{QStringLiteral("ECKey"), QStringLiteral("OrvaneECKey")};
     const std::optional<QJsonObject> json = object(value, fields, place);
@@ -413,7 +413,7 @@ KeyboardLoadResult loadKeyboardFile(const QString& path)
     if (!file.open(QIODevice::ReadOnly))
         return refused(path, QStringLiteral("cannot be read: %1").arg(file.errorString()));
     // In pieces, for special files do not tell their size.
-    constexpr qint64 pieceBytes = 1024 * 1024;
+    constexpr qint64 pieceBytes = 1024LL * 1024;
     QByteArray json;
     while (json.size() <= MaxKeyboardFileBytes) {
         const QByteArray piece = file.read(pieceBytes);

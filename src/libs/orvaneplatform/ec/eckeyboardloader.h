@@ -39,6 +39,6 @@ ORVANEPLATFORM_EXPORT KeyboardLoadResult loadKeyboard(const QByteArray& json);
 ORVANEPLATFORM_EXPORT KeyboardLoadResult loadKeyboardFile(const QString& path);
 
 /// Well above what six groups with every possible key need.
-constexpr qint64 MaxKeyboardFileBytes = 256 * 1024 * 1024;
+constexpr qint64 MaxKeyboardFileBytes = 256LL * 1024 * 1024;
 
 } // namespace Orvane::EC

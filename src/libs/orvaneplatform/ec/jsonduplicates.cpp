@@ -52,7 +52,7 @@ QByteArray takeRawString(const QByteArray& text, Cursor& cursor)
         if (!cursor.atEnd())
             cursor.advance();
     }
-    const QByteArray raw = text.mid(start, cursor.offset() - start);
+    QByteArray raw = text.mid(start, cursor.offset() - start);
     if (!cursor.atEnd())
         cursor.advance();
     return raw;
