@@ -110,25 +110,37 @@ void TestManager::requestsAsTheyGoToTheConsole_data()
     const auto row = [](const char* name, std::function<void(ECManager*)> request, const char* expected) {
         QTest::newRow(name) << request << QByteArray::fromHex(expected);
     };
-    row("all LEDs off", [](ECManager* m) { m->closeAllButtonLED(); },
+    row(
+        "all LEDs off", [](ECManager* m) { m->closeAllButtonLED(); },
         "EE55EE5501000001 0F00 65000B00 FF000000 FF00 02 00000000");
-    row("system time", [](ECManager* m) {
-            m->updateSystemTime(QStringLiteral("2024-05-06"), QStringLiteral("07:08:09"));
-        },
+    row(
+        "system time",
+        [](ECManager* m) { m->updateSystemTime(QStringLiteral("2024-05-06"), QStringLiteral("07:08:09")); },
         "EE55EE5501000001 1700 73001300 323032343A30353A30362030373A30383A3039");
-    row("network", [](ECManager* m) {
-            m->updateSystemIP(QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c"), QStringLiteral("d"));
+    row(
+        "network",
+        [](ECManager* m) {
+            m->updateSystemIP(
+                QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c"), QStringLiteral("d"));
         },
         "EE55EE5501000001 0B00 74000700 61406240634064");
-    row("restart", [](ECManager* m) { m->restartEventController(3); }, "EE55EE5501000001 0500 79000100 03");
-    row("listen", [](ECManager* m) { m->startKeyboardMouseEventListen(); }, "EE55EE5501000001 0500 7A000100 01");
-    row("stop listening", [](ECManager* m) { m->stopKeyboardMouseEventListen(); },
+    row(
+        "restart", [](ECManager* m) { m->restartEventController(3); }, "EE55EE5501000001 0500 79000100 03");
+    row(
+        "listen", [](ECManager* m) { m->startKeyboardMouseEventListen(); },
+        "EE55EE5501000001 0500 7A000100 01");
+    row(
+        "stop listening", [](ECManager* m) { m->stopKeyboardMouseEventListen(); },
         "EE55EE5501000001 0500 7A000100 00");
-    row("reset", [](ECManager* m) { m->resetMCU(9); }, "EE55EE5501000001 0500 7C000100 09");
-    row("address mode", [](ECManager* m) { m->setIPMode(1, 2); }, "EE55EE5501000001 0400 7D000200 0102");
-    row("plug-in visible", [](ECManager* m) { m->controlPeripheralState(true); },
+    row(
+        "reset", [](ECManager* m) { m->resetMCU(9); }, "EE55EE5501000001 0500 7C000100 09");
+    row(
+        "address mode", [](ECManager* m) { m->setIPMode(1, 2); }, "EE55EE5501000001 0400 7D000200 0102");
+    row(
+        "plug-in visible", [](ECManager* m) { m->controlPeripheralState(true); },
         "EE55EE5501000001 0500 7E000100 01");
-    row("no device, no plug-in", [](ECManager* m) { m->updateECConsolePluginSettings(); },
+    row(
+        "no device, no plug-in", [](ECManager* m) { m->updateECConsolePluginSettings(); },
         "EE55EE5501000001 0500 7E000100 00");
 }
 
@@ -187,13 +199,16 @@ void TestManager::askingForAConsoleRecordEchoesWhatIsHeld()
     QVERIFY(manager->upTLVDecodeFinished(ReportECDeviceIP, hex("05010102030405060708090A0B0C")));
     auto sent = takeSent();
     QCOMPARE(sent.size(), 2);
-    QCOMPARE(withoutSequence(sent.first()).toHex(),
+    QCOMPARE(
+        withoutSequence(sent.first()).toHex(),
         hex("EE55EE5501000001 0400 78000E00 05010102030405060708090A0B0C").toHex());
     manager->reqECDeviceIP(5);
     sent = takeSent();
     QCOMPARE(sent.size(), 4);
     QCOMPARE(withoutSequence(sent.at(0)).toHex(), hex("EE55EE5501000001 0500 77000100 05").toHex());
-    QCOMPARE(withoutSequence(sent.at(2)).toHex(), (hex("EE55EE5501000001 0400 78000E00") + QByteArray(14, '\0')).toHex());
+    QCOMPARE(
+        withoutSequence(sent.at(2)).toHex(),
+        (hex("EE55EE5501000001 0400 78000E00") + QByteArray(14, '\0')).toHex());
 }
 
 void TestManager::dviReportReplacesWhatWasKnown()
@@ -221,7 +236,7 @@ void TestManager::reportsOfTheWrongLengthAreRefused()
     ECManager* manager = ECManager::instance();
     manager->init(nullptr);
     const LogCapture log;
-    const QMap<int, int> lengths {{201, 5}, {202, 5}, {203, 5}, {204, 1}, {205, 1}, {207, 14}};
+    const QMap<int, int> lengths{{201, 5}, {202, 5}, {203, 5}, {204, 1}, {205, 1}, {207, 14}};
     for (auto it = lengths.cbegin(); it != lengths.cend(); ++it) {
         const auto tag = eECUpMessageTag(it.key());
         for (const int wrong : {0, it.value() - 1, it.value() + 1, 65000})
@@ -239,11 +254,11 @@ void TestManager::aFileGoesOutInPacks_data()
     QTest::addColumn<int>("fileType");
     QTest::addColumn<QList<int>>("datagramSizes");
     const int first = 31 + 8; // numbering, head, tag, file header and the name image.hex... of 8 characters
-    QTest::newRow("uneven") << 1000 << 400 << int(MCU) << QList<int> {first + 400, 20 + 400, 20 + 200};
-    QTest::newRow("even: an empty last pack") << 1000 << 500 << int(MCU) << QList<int> {first + 500, 520, 20};
-    QTest::newRow("no pack size: one pack, no data") << 1000 << 0 << int(MCU) << QList<int> {first};
-    QTest::newRow("first pack of an unknown kind") << 10 << 8 << int(FPGA) << QList<int> {0, 22};
-    QTest::newRow("count wraps to nothing") << 65535 << 1 << int(MCU) << QList<int> {};
+    QTest::newRow("uneven") << 1000 << 400 << int(MCU) << QList<int>{first + 400, 20 + 400, 20 + 200};
+    QTest::newRow("even: an empty last pack") << 1000 << 500 << int(MCU) << QList<int>{first + 500, 520, 20};
+    QTest::newRow("no pack size: one pack, no data") << 1000 << 0 << int(MCU) << QList<int>{first};
+    QTest::newRow("first pack of an unknown kind") << 10 << 8 << int(FPGA) << QList<int>{0, 22};
+    QTest::newRow("count wraps to nothing") << 65535 << 1 << int(MCU) << QList<int>{};
 }
 
 void TestManager::aFileGoesOutInPacks()
@@ -260,7 +275,8 @@ void TestManager::aFileGoesOutInPacks()
     file.write(content);
     file.close();
 
-    QVERIFY(ECManager::instance()->sendFile(file.fileName(), OpeWriteFile, eFlieType(fileType), quint16(packSize), true));
+    QVERIFY(ECManager::instance()->sendFile(
+        file.fileName(), OpeWriteFile, eFlieType(fileType), quint16(packSize), true));
     const auto sent = takeSent();
     QCOMPARE(sent.size(), datagramSizes.size() * 2);
     QByteArray received;

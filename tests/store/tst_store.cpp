@@ -289,6 +289,8 @@ void tst_store::anUnknownDeviceShowsUnboundKeys()
     // Whatever is done to them reaches neither the next view nor a device that comes later.
     keys.first()->setECOledText("stray");
     keys.first()->appendObjectData({7, 0});
+    layersOf(Stage, 3).first()->setECOledText("stray");
+    QVERIFY(layersOf(Stage, 3).first()->ecOledText().isEmpty());
     QVERIFY(store().inputECCommandItems(QString()).first()->ecOledText().isEmpty());
     store().initDeviceECCommandItems(Stage);
     QVERIFY(!store().findBindingECItem(Stage, KeyboardType::Input, {7, 0}));
@@ -574,7 +576,7 @@ void tst_store::aLayerKeyIsNeverSeenWithoutItsScreen()
     const ECCommandItemPtr item = layersOf(Wall, 3).first();
     std::atomic<int> faults{0};
     hammer(
-        3000,
+        1000,
         {[&](int round) {
              const quint32 layer = 1 + round % 5;
              if (!store().updateECButtonData(
@@ -612,7 +614,7 @@ void tst_store::namesAreNeverSeenOutOfStep()
             store().removeECButtonData(type, 0, 0, {server, 6});
         };
     };
-    hammer(3000, {work(1), work(2), [&](int) {
+    hammer(1000, {work(1), work(2), [&](int) {
                       const ECCommandItem seen(*item);
                       const ECObjectIdList ids = seen.getObjectIdList();
                       QStringList names;

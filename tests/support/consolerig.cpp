@@ -6,6 +6,8 @@
 #include <QCoreApplication>
 #include <QTest>
 
+#include <chrono>
+#include <condition_variable>
 #include <mutex>
 
 namespace Orvane::TestSupport {
@@ -21,11 +23,17 @@ public:
         if (const auto* read = std::get_if<ConsolePanel::DownDatagram>(&reception.datagram)) {
             const auto* data = std::get_if<ECDeviceIPData>(&read->message);
             if (data && data->Index == MarkerIndex)
-                m_nMarkerSeen = data->IP;
+                noteMarker(data->IP);
             else
                 m_requests.push_back(*read);
         }
         return true;
+    }
+
+    void noteMarker(quint32 marker)
+    {
+        m_nMarkerSeen = marker;
+        m_markerSeen.notify_all();
     }
 
     /// A console index that no test uses: its network record, echoed by the library, marks a point in time.
@@ -40,6 +48,7 @@ public:
     ConsolePanel::ConsoleRecorder m_recorder;
     std::vector<ConsolePanel::DownDatagram> m_requests;
     quint32 m_nMarkerSeen = 0;
+    std::condition_variable m_markerSeen;
 };
 
 ConsoleRig::ConsoleRig(const std::shared_ptr<EC::s_ECKeyboardConfig>& keyboard)
@@ -48,9 +57,10 @@ ConsoleRig::ConsoleRig(const std::shared_ptr<EC::s_ECKeyboardConfig>& keyboard)
     ECManager* manager = ECManager::instance();
     manager->addSendDownTLVRequstCB([this](const QByteArray& datagram) { return d->receive(datagram); });
     manager->setECClientDecoder(d->m_pDecoder);
-    d->m_pDecoder->registerUpTLVDecodeFinishedCB([manager](const eECUpMessageTag& tag, const QByteArray& value) {
-        return manager->upTLVDecodeFinished(tag, value);
-    });
+    d->m_pDecoder->registerUpTLVDecodeFinishedCB(
+        [manager](const eECUpMessageTag& tag, const QByteArray& value) {
+            return manager->upTLVDecodeFinished(tag, value);
+        });
     manager->init(keyboard);
     d->m_pDecoder->startDecode();
 }
@@ -64,12 +74,12 @@ ConsoleRig::~ConsoleRig()
 
 void ConsoleRig::press(quint32 key)
 {
-    report(ConsolePanel::KeyReport {true, key});
+    report(ConsolePanel::KeyReport{true, key});
 }
 
 void ConsoleRig::release(quint32 key)
 {
-    report(ConsolePanel::KeyReport {false, key});
+    report(ConsolePanel::KeyReport{false, key});
 }
 
 void ConsoleRig::tap(quint32 key)
@@ -96,12 +106,25 @@ void ConsoleRig::inject(const QByteArray& datagram)
     d->m_pDecoder->appendDatagram(datagram);
 }
 
-bool ConsoleRig::settle(int timeoutMs)
+void ConsoleRig::sendMarker()
 {
     ECDeviceIPData marker;
     marker.Index = Private::MarkerIndex;
     marker.IP = ++d->m_nMarkerSent;
     report(marker);
+}
+
+bool ConsoleRig::settleWithoutEventLoop(int timeoutMs)
+{
+    sendMarker();
+    std::unique_lock<std::mutex> lock(d->m_mutex);
+    return d->m_markerSeen.wait_for(
+        lock, std::chrono::milliseconds(timeoutMs), [this] { return d->m_nMarkerSeen == d->m_nMarkerSent; });
+}
+
+bool ConsoleRig::settle(int timeoutMs)
+{
+    sendMarker();
     const bool handled = QTest::qWaitFor(
         [&] {
             const std::lock_guard<std::mutex> lock(d->m_mutex);
@@ -176,14 +199,22 @@ ConsolePanel::KeyColour colourOf(ECLEDColor color)
 {
     // Stated here once more, on purpose: the tests must notice when the library's own table changes.
     switch (color) {
-    case ECLEDColor::Red: return {255, 0, 0};
-    case ECLEDColor::Blue: return {0, 0, 255};
-    case ECLEDColor::Green: return {0, 255, 0};
-    case ECLEDColor::Yellow: return {255, 255, 0};
-    case ECLEDColor::Off: return {20, 20, 20};
-    case ECLEDColor::Purple: return {255, 0, 255};
-    case ECLEDColor::Orange: return {255, 72, 0};
-    case ECLEDColor::On: break;
+    case ECLEDColor::Red:
+        return {255, 0, 0};
+    case ECLEDColor::Blue:
+        return {0, 0, 255};
+    case ECLEDColor::Green:
+        return {0, 255, 0};
+    case ECLEDColor::Yellow:
+        return {255, 255, 0};
+    case ECLEDColor::Off:
+        return {20, 20, 20};
+    case ECLEDColor::Purple:
+        return {255, 0, 255};
+    case ECLEDColor::Orange:
+        return {255, 72, 0};
+    case ECLEDColor::On:
+        break;
     }
     return {255, 255, 255};
 }

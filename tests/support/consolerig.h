@@ -40,6 +40,8 @@ public:
     void inject(const QByteArray& datagram);
     /// Waits until the decoder thread has handled every report so far, and the GUI thread what came of it.
     bool settle(int timeoutMs = 5000);
+    /// Waits for the decoder thread alone, as when the GUI thread is busy.
+    bool settleWithoutEventLoop(int timeoutMs = 5000);
 
     // What the console shows.
 
@@ -57,6 +59,8 @@ public:
     std::vector<quint32> takeTBarLevels();
 
 private:
+    void sendMarker();
+
     class Private;
     const std::unique_ptr<Private> d;
 };

@@ -35,7 +35,8 @@ KeyboardBuilder& KeyboardBuilder::key(quint16 ecKey, int orvaneKey, quint16 orde
 KeyboardBuilder& KeyboardBuilder::selectKeys(quint16 firstECKey, int count, quint16 firstLabelECKey)
 {
     for (int i = 0; i < count; ++i)
-        key(quint16(firstECKey + i), 1, quint16(i), firstLabelECKey ? quint16(firstLabelECKey + i) : quint16(0));
+        key(quint16(firstECKey + i), 1, quint16(i),
+            firstLabelECKey ? quint16(firstLabelECKey + i) : quint16(0));
     return *this;
 }
 

@@ -14,7 +14,8 @@ public:
     KeyboardBuilder& group(const QString& name);
     /// Adds a key; `labelECKey` 0 leaves it without a label.
     KeyboardBuilder& key(quint16 ecKey, int orvaneKey, quint16 orderIndex = 0, quint16 labelECKey = 0);
-    /// Adds `count` selectable keys (function code 1) with ascending numbers and places, labels `firstLabel` on.
+    /// Adds `count` selectable keys (function code 1) with ascending numbers and places, labels `firstLabel`
+    /// on.
     KeyboardBuilder& selectKeys(quint16 firstECKey, int count, quint16 firstLabelECKey = 0);
 
     std::shared_ptr<EC::s_ECKeyboardConfig> build() const { return m_pKeyboard; }
