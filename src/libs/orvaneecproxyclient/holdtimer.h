@@ -12,7 +12,7 @@ namespace Orvane::ECProxy::Client::Internal {
 /// A single-shot `OrvaneECTimer` that is made on first use: for keys that act when held, for windows in
 /// which presses are counted, for auto-repeat. May be used on any thread; the callback runs on the timer's
 /// own. Destruction cancels a pending time-out and waits for a running callback, so the callback may use
-/// its owner as long as the owner holds this object.
+/// its owner, this timer included, as long as the owner holds this object; it must not destroy it.
 class HoldTimer {
 public:
     explicit HoldTimer(std::function<void()> callback)
@@ -20,7 +20,23 @@ public:
     {
     }
 
-    /// Starts anew; a time-out that was pending never comes.
+    ~HoldTimer()
+    {
+        const auto timer = this->timer();
+        if (!timer)
+            return;
+        timer->stopTimer();
+        // A callback that is just starting the timer again holds it too: letting go of it would not wait.
+        timer->wait();
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_pTimer.reset();
+    }
+
+    HoldTimer(const HoldTimer&) = delete;
+    HoldTimer& operator=(const HoldTimer&) = delete;
+
+    /// Starts anew; a time-out that was pending never comes. Called by the callback it has no effect when
+    /// another thread has stopped the timer since the time-out.
     void restart(std::chrono::milliseconds interval)
     {
         const auto timer = madeTimer();

@@ -60,4 +60,15 @@ QList<std::shared_ptr<ECCommandItem>> SelectKeys::makeItems(int pageCount) const
     return items;
 }
 
+int minUnusedButtonIndex(const QList<std::shared_ptr<ECCommandItem>>& items, int pageSize, int& orderIndex)
+{
+    for (const auto& item : items) {
+        if (!item || item->isBindKeyPad() || !item->getObjectIdList().isEmpty())
+            continue;
+        orderIndex = item->ecButtonOrderIndex();
+        return orderIndex + item->ecButtonPageIndex() * pageSize;
+    }
+    return -1;
+}
+
 } // namespace Orvane::ECProxy::Client::Internal

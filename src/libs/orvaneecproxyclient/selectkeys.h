@@ -42,6 +42,10 @@ private:
     Buttons m_buttons;
 };
 
+/// The button index of the first item that nothing is bound to, for keys that bind one object each, and its
+/// place on its page in `orderIndex`; -1 when every item is taken.
+int minUnusedButtonIndex(const QList<std::shared_ptr<ECCommandItem>>& items, int pageSize, int& orderIndex);
+
 } // namespace Internal
 
 } // namespace Orvane::ECProxy::Client

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QTime>
+#include <QtDebug>
+
+namespace Orvane::ECProxy::Client::Internal {
+
+/// Logs a step of a repaint or of a preset's loading with the time of day, to show where the time goes.
+inline void logConsumeTime(const char* text)
+{
+    qInfo("%s %s", text, qUtf8Printable(QTime::currentTime().toString(QStringLiteral("hh:mm:ss.zzz"))));
+}
+
+} // namespace Orvane::ECProxy::Client::Internal
