@@ -51,7 +51,7 @@ enum InterfaceType : int { Input = 2, Output = 4 };
 
 namespace Capacity {
 /// Bandwidth that a layer, an input or a connector takes: single link, dual link, 4K.
-enum CapacityMode : int { _SL = 0, _DL = 1, _4K = 2 };
+enum CapacityMode : int { _SL = 0, _DL = 1, _4K = 2 }; // NOLINT(bugprone-reserved-identifier)
 } // namespace Capacity
 
 namespace Effect {
