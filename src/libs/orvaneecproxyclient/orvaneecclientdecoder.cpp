@@ -6,7 +6,6 @@
 
 #include <QNetworkDatagram>
 
-#include <chrono>
 #include <utility>
 
 namespace Orvane::ECProxy::Client {
@@ -59,14 +58,12 @@ void ECClientDecoderPrivate::stop()
 
 void ECClientDecoderPrivate::decodeUntilStopped()
 {
-    constexpr std::chrono::milliseconds longestWait(1000);
-
     qCInfo(lcECLink, "Orvane ec client decoder thread start");
     DatagramQueue batch;
     std::unique_lock<std::mutex> lock(m_mtxDecode);
     while (!m_bStopDecode) {
         if (m_datagramQueue.isEmpty()) {
-            m_wcDecode.wait_for(lock, longestWait);
+            m_wcDecode.wait(lock); // without a limit: no stop comes without its wake
             continue;
         }
         m_datagramQueue.swap(batch);

@@ -23,11 +23,12 @@ public:
     /// Appends what `fill` puts into the queue it is handed: one lock and at most one wake for all of it.
     template <typename Fill> void append(Fill&& fill)
     {
-        const std::lock_guard<std::mutex> lock(m_mtxDecode);
+        std::unique_lock<std::mutex> lock(m_mtxDecode);
         const bool mayWait = m_datagramQueue.isEmpty();
         fill(m_datagramQueue);
+        lock.unlock();
         if (mayWait)
-            m_wcDecode.notify_all();
+            m_wcDecode.notify_all(); // after the mutex is free, or the woken thread waits once more, for it
     }
 
     /// A callback as the threads share it, so that a call goes on while another takes its place.

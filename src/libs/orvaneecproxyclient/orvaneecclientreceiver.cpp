@@ -1,0 +1,246 @@
+#include "orvaneecclientreceiver.h"
+
+#include "eclinklog_p.h"
+#include "orvaneecclientdecoder.h"
+#include "orvaneecclientdecoder_p.h"
+#include "threadlifecycle_p.h"
+
+#include <QUdpSocket>
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/socket.h>
+#include <sys/time.h>
+
+namespace Orvane::ECProxy::Client {
+
+namespace Internal {
+
+namespace {
+
+/// The longest wait for data; the stop flag is looked at after it at the latest.
+constexpr std::chrono::seconds LongestWait(1);
+constexpr int ReceiveBufferSize = 8388608;
+
+/// Reads many datagrams with one system call, each whole, into memory of its own.
+class DatagramReader {
+public:
+    DatagramReader()
+        : m_memory(new char[SlotCount * SlotStride]) // not touched before a datagram needs it
+    {
+        for (std::size_t i = 0; i < SlotCount; ++i) {
+            m_parts[i] = {m_memory.get() + i * SlotStride, SlotSize};
+            m_messages[i].msg_hdr.msg_iov = &m_parts[i];
+            m_messages[i].msg_hdr.msg_iovlen = 1;
+        }
+    }
+
+    /// Waits for a datagram as long as the socket is set to, then takes all that are there.
+    /// @return how many were read; -1 with errno set as recvmmsg() does
+    int read(int descriptor)
+    {
+        return recvmmsg(descriptor, m_messages.data(), SlotCount, MSG_WAITFORONE, nullptr);
+    }
+
+    void copyTo(DatagramQueue& queue, int count) const
+    {
+        for (std::size_t i = 0; i < std::size_t(count); ++i)
+            queue.append(m_memory.get() + i * SlotStride, m_messages[i].msg_len);
+    }
+
+private:
+    static constexpr std::size_t SlotCount = 64;
+    static constexpr std::size_t SlotSize = 65536; ///< more than any UDP datagram carries
+    /// A cache line more, so that the beginnings of the slots do not all compete for the same few lines.
+    static constexpr std::size_t SlotStride = SlotSize + 64;
+
+    std::unique_ptr<char[]> m_memory;
+    std::array<iovec, SlotCount> m_parts{};
+    std::array<mmsghdr, SlotCount> m_messages{};
+};
+
+} // namespace
+
+class ECClientReceiverPrivate {
+public:
+    explicit ECClientReceiverPrivate(ECClientReceiver& receiver);
+
+    void stop();
+    void openSocket();
+    void receiveUntilStopped();
+    void closeSocket();
+
+    /// Made, used and deleted on the receive thread.
+    std::unique_ptr<QUdpSocket> m_pSocket;
+    std::atomic<bool> m_bStopReceive{false};
+    const std::shared_ptr<ECClientDecoder> m_pECClientDecoder;
+
+    /// Guards m_nDescriptor and the writing of m_bStopReceive.
+    std::mutex m_mtxReceive;
+    /// Ends the waiting of a thread that has no socket to wait on.
+    std::condition_variable m_wcReceive;
+    /// The socket's descriptor while the thread may wait on it, else -1.
+    int m_nDescriptor = -1;
+    ThreadLifecycle m_lifecycle;
+
+private:
+    void setReceiveBuffer(int descriptor);
+    void waitWithoutSocket();
+};
+
+ECClientReceiverPrivate::ECClientReceiverPrivate(ECClientReceiver& receiver)
+    : m_pECClientDecoder(new ECClientDecoder, &deleteThreadObject)
+    , m_lifecycle(receiver, m_mtxReceive, m_bStopReceive)
+{
+}
+
+void ECClientReceiverPrivate::stop()
+{
+    m_lifecycle.stop([this] {
+        m_wcReceive.notify_all();
+        // Ends a blocking read, though the kernel reports that there was no connection to shut down.
+        if (m_nDescriptor >= 0)
+            shutdown(m_nDescriptor, SHUT_RD);
+    });
+}
+
+void ECClientReceiverPrivate::openSocket()
+{
+    m_pSocket = std::make_unique<QUdpSocket>();
+    if (!m_pSocket->bind(
+            QHostAddress::AnyIPv4, ECClientPort, QUdpSocket::ShareAddress | QUdpSocket::ReuseAddressHint)) {
+        qCWarning(
+            lcECLink, "Orvane ec client receiver bind has filed : %s",
+            qUtf8Printable(m_pSocket->errorString()));
+    }
+    if (!m_pSocket->open(QIODevice::ReadOnly)) {
+        qCWarning(
+            lcECLink, "Orvane ec client receiver open has filed : %s",
+            qUtf8Printable(m_pSocket->errorString()));
+    }
+    m_pSocket->setSocketOption(QAbstractSocket::ReceiveBufferSizeSocketOption, ReceiveBufferSize);
+    const int descriptor = int(m_pSocket->socketDescriptor());
+    if (descriptor < 0)
+        return;
+    setReceiveBuffer(descriptor);
+
+    // From here on the thread reads the descriptor itself and waits in the read: one system call for as many
+    // datagrams as there are, where the socket's own functions make five for each.
+    fcntl(descriptor, F_SETFL, fcntl(descriptor, F_GETFL) & ~O_NONBLOCK);
+    const timeval longestWait{LongestWait.count(), 0};
+    setsockopt(descriptor, SOL_SOCKET, SO_RCVTIMEO, &longestWait, sizeof(longestWait));
+
+    const std::lock_guard<std::mutex> lock(m_mtxReceive);
+    m_nDescriptor = descriptor;
+}
+
+void ECClientReceiverPrivate::setReceiveBuffer(int descriptor)
+{
+    // The kernel gives an ordinary process no more than net.core.rmem_max, and does not say so.
+    setsockopt(descriptor, SOL_SOCKET, SO_RCVBUFFORCE, &ReceiveBufferSize, sizeof(ReceiveBufferSize));
+    int given = 0;
+    socklen_t size = sizeof(given);
+    getsockopt(descriptor, SOL_SOCKET, SO_RCVBUF, &given, &size);
+    given /= 2; // the kernel doubles what it is asked for, for its own book-keeping
+    qCInfo(lcECLink, "Orvane ec client receiver buffer: %d bytes of %d", given, ReceiveBufferSize);
+}
+
+void ECClientReceiverPrivate::closeSocket()
+{
+    {
+        const std::lock_guard<std::mutex> lock(m_mtxReceive);
+        m_nDescriptor = -1; // no stop shuts down what others open under this number
+    }
+    m_pSocket->close();
+    m_pSocket.reset();
+    const std::lock_guard<std::mutex> lock(m_mtxReceive); // the last of this thread with the members
+}
+
+void ECClientReceiverPrivate::waitWithoutSocket()
+{
+    std::unique_lock<std::mutex> lock(m_mtxReceive);
+    m_wcReceive.wait_for(lock, LongestWait, [this] { return m_bStopReceive.load(); });
+}
+
+void ECClientReceiverPrivate::receiveUntilStopped()
+{
+    const int descriptor = int(m_pSocket->socketDescriptor());
+    DatagramReader reader;
+    bool failing = false;
+    while (!m_bStopReceive) {
+        if (descriptor < 0) {
+            waitWithoutSocket();
+            continue;
+        }
+        const int count = reader.read(descriptor);
+        if (m_bStopReceive)
+            break; // which ends the read with something like an empty datagram
+        if (count > 0) {
+            m_pECClientDecoder->d->append([&](DatagramQueue& queue) { reader.copyTo(queue, count); });
+            failing = false;
+        } else if (errno != EAGAIN && errno != EINTR) {
+            if (!failing)
+                qCWarning(
+                    lcECLink, "Orvane ec client receiver read has failed : %s",
+                    qUtf8Printable(qt_error_string()));
+            failing = true;
+            waitWithoutSocket();
+        }
+    }
+}
+
+} // namespace Internal
+
+ECClientReceiver::ECClientReceiver(QObject* parent)
+    : QThread(parent)
+    , d(std::make_unique<Internal::ECClientReceiverPrivate>(*this))
+{
+    setObjectName(QStringLiteral("ECClientReceiver"));
+    d->m_pECClientDecoder->startDecode();
+}
+
+ECClientReceiver::~ECClientReceiver()
+{
+    stopReceive();
+    d->m_pECClientDecoder->stopDecode();
+}
+
+bool ECClientReceiver::startReceive()
+{
+    d->m_lifecycle.start();
+    return true;
+}
+
+bool ECClientReceiver::stopReceive()
+{
+    d->stop();
+    return true;
+}
+
+bool ECClientReceiver::registerUpTLVDecodeFinishedCB(UpTLVDecodeFinishedCallbackType cb)
+{
+    return d->m_pECClientDecoder->registerUpTLVDecodeFinishedCB(std::move(cb));
+}
+
+std::shared_ptr<ECClientDecoder> ECClientReceiver::ecClientDecoder() const
+{
+    return d->m_pECClientDecoder;
+}
+
+void ECClientReceiver::run()
+{
+    qCInfo(Internal::lcECLink, "Orvane ec client receiver start receive");
+    d->openSocket();
+    d->receiveUntilStopped();
+    d->closeSocket();
+    qCInfo(Internal::lcECLink, "Orvane ec server receiver stop receive");
+}
+
+} // namespace Orvane::ECProxy::Client
