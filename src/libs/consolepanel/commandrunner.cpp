@@ -8,11 +8,6 @@ CommandRunner::CommandRunner(
     , m_clock(clock)
     , m_surroundings(surroundings)
 {
-    m_clock.onAlarm([this] {
-        m_alarm.reset();
-        proceed();
-        step();
-    });
 }
 
 void CommandRunner::append(const SimulatorCommand& command, const QString& text, const QString& place)
@@ -27,6 +22,13 @@ void CommandRunner::consoleChanged()
 {
     if (!m_action || !m_action->watchesConsole())
         return;
+    proceed();
+    step();
+}
+
+void CommandRunner::alarmRang()
+{
+    m_alarm.reset();
     proceed();
     step();
 }

@@ -29,7 +29,8 @@ public:
 };
 
 /// Runs commands one after the other, each when the one before it has ended. An expectation wakes up with
-/// the datagram that fulfils it: call `consoleChanged` after each one. Used from one thread.
+/// the datagram that fulfils it: call `consoleChanged` after each one, and `alarmRang` when the clock's alarm
+/// rings. Used from one thread.
 class CommandRunner {
 public:
     CommandRunner(const ConsoleRecorder& console, PanelClock& clock, RunnerSurroundings& surroundings);
@@ -39,6 +40,7 @@ public:
 
     void append(const SimulatorCommand& command, const QString& text, const QString& place);
     void consoleChanged();
+    void alarmRang();
 
     /// No command runs or waits.
     bool isIdle() const { return !m_action && m_commands.empty(); }

@@ -195,8 +195,8 @@ void ServiceLink::receiveLoop()
 void ServiceLink::readBatch(ReceiveBuffers& buffers)
 {
     buffers.prepare();
-    const int count
-        = ::recvmmsg(m_nSocket, buffers.messages.data(), buffers.messages.size(), MSG_DONTWAIT, nullptr);
+    const int count =
+        ::recvmmsg(m_nSocket, buffers.messages.data(), buffers.messages.size(), MSG_DONTWAIT, nullptr);
     if (count <= 0)
         return;
     noteDropped(buffers.messages[std::size_t(count - 1)].msg_hdr, m_nDropped);
