@@ -71,6 +71,7 @@ public:
     RunnerBench()
         : runner(console, clock, *this)
     {
+        clock.onAlarm([this] { runner.alarmRang(); });
     }
 
     /// Reads and appends one command, which must be right.

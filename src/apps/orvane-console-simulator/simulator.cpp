@@ -1,0 +1,134 @@
+#include "simulator.h"
+
+#include "consolepicture.h"
+
+#include <QCoreApplication>
+
+using namespace Orvane::ConsolePanel;
+
+Simulator::Simulator(const SimulatorOptions& options, ConsoleLayout layout)
+    : m_options(options)
+    , m_layout(std::move(layout))
+    , m_output(options.json, options.quiet)
+    , m_runner(m_console, m_clock, *this)
+    , m_link([this] {
+        takeReceived();
+        settle();
+    })
+{
+    // A typed run goes on after a failure: whoever types sees it.
+    m_runner.setStopsAtFailure(!options.scriptFile.isEmpty() && !options.keepGoing);
+    m_clock.onAlarm([this] {
+        // What has come by now counts, before a time is found to be over.
+        takeReceived();
+        m_runner.alarmRang();
+        settle();
+    });
+}
+
+bool Simulator::open()
+{
+    if (!m_link.open())
+        return false;
+    m_output.setTime(m_clock.now());
+    m_output.ready(QStringLiteral("127.0.0.1:%1").arg(Protocol::ECServicePort), m_link.receiveBufferSize());
+    m_output.flush();
+    return true;
+}
+
+void Simulator::add(const ScriptCommand& command)
+{
+    m_output.setTime(m_clock.now());
+    m_runner.append(command.command, command.text, command.place);
+    settle();
+}
+
+void Simulator::addLine(const QString& line)
+{
+    const auto parsed = parseCommand(line);
+    if (const auto* command = std::get_if<SimulatorCommand>(&parsed)) {
+        add({*command, line.trimmed(), {}});
+    } else if (const auto* fault = std::get_if<CommandFault>(&parsed)) {
+        ++m_nFaultyLines;
+        m_output.setTime(m_clock.now());
+        m_output.problem(QStringLiteral("\"%1\": %2").arg(line.trimmed(), fault->reason));
+        settle();
+    }
+}
+
+void Simulator::endOfCommands()
+{
+    m_bNoMoreCommands = true;
+    settle();
+}
+
+void Simulator::send(const QByteArray& datagram)
+{
+    if (m_link.send(datagram))
+        return;
+    ++m_nRefusedSends;
+    m_output.problem(m_link.errorText());
+}
+
+void Simulator::noteSent(const QString& what)
+{
+    m_output.setTime(m_clock.now());
+    m_output.up(what);
+}
+
+void Simulator::noteOutcome(const CommandOutcome& outcome)
+{
+    m_output.setTime(m_clock.now());
+    m_output.outcome(outcome);
+}
+
+void Simulator::showConsole()
+{
+    const bool colour = m_options.colour && !m_options.json;
+    m_output.lines("show", ConsolePicture(m_layout, m_console, {colour, m_options.columns}).lines());
+}
+
+void Simulator::showHelp()
+{
+    m_output.lines("help", commandHelp());
+}
+
+void Simulator::takeReceived()
+{
+    m_output.setTime(m_clock.now());
+    m_link.takeReceived([this](const char* bytes, int size) { take(bytes, size); });
+}
+
+void Simulator::take(const char* bytes, int size)
+{
+    const Reception reception = m_console.receive(bytes, size);
+    if (const auto* unreadable = std::get_if<Unreadable>(&reception.datagram))
+        m_output.unreadable(unreadable->reason, bytes, size);
+    else
+        m_output.down(std::get<DownDatagram>(reception.datagram));
+    if (!reception.file.text.isEmpty())
+        m_output.file(reception.file);
+    m_runner.consoleChanged();
+}
+
+void Simulator::settle()
+{
+    const bool isDone = m_runner.hasQuit() || (m_bNoMoreCommands && m_runner.isIdle());
+    if (isDone && !m_bEnded) {
+        m_bEnded = true;
+        takeReceived();
+        QString counters = counterText(m_console);
+        if (m_link.dropped() != 0)
+            counters += QStringLiteral(", %1 dropped here").arg(m_link.dropped());
+        m_output.end(counters, m_runner.failures() + m_nFaultyLines + m_nRefusedSends, status());
+        QCoreApplication::exit(status());
+    }
+    m_output.flush();
+}
+
+int Simulator::status() const
+{
+    const bool hasFailed = m_runner.failures() != 0 || m_nFaultyLines != 0 || m_nRefusedSends != 0;
+    const bool hasUnreadable = m_console.unreadable() != 0 || m_console.fileFaults() != 0;
+    return hasFailed || (hasUnreadable && !m_options.tolerateUnreadable) ? ExitFailed : ExitOk;
+}

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "commandrunner.h"
+
+#include <QJsonObject>
+
+/// Prints what happens, a line or a JSON object each. Lines are collected until `flush`, so that a burst of
+/// datagrams costs one write.
+class SimulatorOutput {
+public:
+    /// `quiet` leaves out the traffic and what went well.
+    SimulatorOutput(bool json, bool quiet)
+        : m_bJson(json)
+        , m_bQuiet(quiet)
+    {
+    }
+    ~SimulatorOutput() { flush(); }
+    SimulatorOutput(const SimulatorOutput&) = delete;
+    SimulatorOutput& operator=(const SimulatorOutput&) = delete;
+
+    /// Time that the next lines carry.
+    void setTime(std::chrono::microseconds now) { m_now = now; }
+
+    void ready(const QString& place, int receiveBuffer);
+    void down(const Orvane::ConsolePanel::DownDatagram& datagram);
+    void unreadable(const QString& reason, const char* bytes, int size);
+    void file(const Orvane::ConsolePanel::FileReceiver::Outcome& outcome);
+    void up(const QString& what);
+    void outcome(const Orvane::ConsolePanel::CommandOutcome& outcome);
+    /// Something the user did or the system refused.
+    void problem(const QString& text);
+    /// Lines that were asked for.
+    void lines(const char* event, const QStringList& lines);
+    void end(const QString& counters, int failures, int status);
+
+    void flush();
+
+private:
+    /// A line of text with the time and a mark for its kind in front.
+    void textLine(char mark, const QString& text);
+    void jsonLine(const char* event, QJsonObject object);
+
+    QByteArray m_buffer;
+    std::chrono::microseconds m_now{};
+    bool m_bJson;
+    bool m_bQuiet;
+};
