@@ -1,0 +1,29 @@
+# What a host application gets: the two shared libraries, their headers, a CMake package and a pkg-config file.
+set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/OrvaneECProxyClient")
+
+install(TARGETS orvaneecproxyclient orvaneplatform orvaneecprotocol
+  EXPORT OrvaneECProxyClientTargets
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(EXPORT OrvaneECProxyClientTargets NAMESPACE OrvaneECProxyClient:: DESTINATION ${package_dir})
+
+configure_package_config_file(cmake/OrvaneECProxyClientConfig.cmake.in
+  "${CMAKE_BINARY_DIR}/OrvaneECProxyClientConfig.cmake" INSTALL_DESTINATION ${package_dir})
+write_basic_package_version_file("${CMAKE_BINARY_DIR}/OrvaneECProxyClientConfigVersion.cmake"
+  COMPATIBILITY SameMajorVersion)
+install(FILES "${CMAKE_BINARY_DIR}/OrvaneECProxyClientConfig.cmake"
+  "${CMAKE_BINARY_DIR}/OrvaneECProxyClientConfigVersion.cmake" DESTINATION ${package_dir})
+
+configure_file(cmake/orvaneecproxyclient.pc.in "${CMAKE_BINARY_DIR}/orvaneecproxyclient.pc" @ONLY)
+install(FILES "${CMAKE_BINARY_DIR}/orvaneecproxyclient.pc" DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+install(DIRECTORY src/libs/orvaneplatform/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/orvaneplatform
+  FILES_MATCHING PATTERN "*.h" PATTERN "*_p.h" EXCLUDE)
+install(DIRECTORY src/libs/orvaneecproxyclient/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/orvaneecproxyclient
+  FILES_MATCHING PATTERN "*.h" PATTERN "*_p.h" EXCLUDE
+  # inside the library only
+  PATTERN "coalescer.h" EXCLUDE
+  PATTERN "eccommanditemindex.h" EXCLUDE
+  PATTERN "holdtimer.h" EXCLUDE
+  PATTERN "hoststate.h" EXCLUDE
+  PATTERN "modelaccess.h" EXCLUDE
+  PATTERN "selectkeys.h" EXCLUDE)

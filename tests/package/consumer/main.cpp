@@ -1,0 +1,31 @@
+// A program from outside: it uses the installed headers and libraries and nothing of this source tree.
+#include "commandmanager.h"
+#include "ecmanager.h"
+#include "orvaneecclientchannelmanager.h"
+
+#include "bizmodel/devicelist.h"
+#include "ec/eckeyboardconfig.h"
+
+#include <QCoreApplication>
+
+#include <cstdio>
+
+using namespace Orvane::ECProxy::Client;
+
+int main(int argc, char** argv)
+{
+    QCoreApplication app(argc, argv);
+    QByteArray sent;
+    ECManager* manager = ECManager::instance();
+    manager->addSendDownTLVRequstCB([&](const QByteArray& datagram) {
+        sent = datagram;
+        return true;
+    });
+    manager->init(std::make_shared<Orvane::EC::s_ECKeyboardConfig>());
+    manager->lockTBar();
+    ECClientChannelManager channel; // not opened: no port is touched
+    const bool worked = manager->isLockedTBar() && sent.size() == ECValueOffset && !channel.sendDownTLVRequest(sent);
+    ECManager::deleteInstance();
+    std::puts(worked ? "works" : "does not work");
+    return worked ? 0 : 1;
+}
