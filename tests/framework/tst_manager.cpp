@@ -13,6 +13,8 @@ using namespace Orvane;
 using namespace Orvane::ECProxy::Client;
 using Orvane::TestSupport::LogCapture;
 
+Q_DECLARE_METATYPE(std::function<void(ECManager*)>)
+
 namespace {
 
 /// The bytes of a request after its sequence number, which counts on from test to test.
@@ -361,8 +363,6 @@ void TestManager::theMissingInstanceIsNotTouched()
     Q_EMIT m_devices.signalActivedDeviceChanged();
     ECManager::deleteInstance();
 }
-
-Q_DECLARE_METATYPE(std::function<void(ECManager*)>)
 
 QTEST_MAIN(TestManager)
 #include "tst_manager.moc"
