@@ -1,6 +1,8 @@
 # What a host application gets: the two shared libraries, their headers, a CMake package and a pkg-config file.
 set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/OrvaneECProxyClient")
 
+# Each finds the other beside it wherever they are installed.
+set_target_properties(orvaneecproxyclient orvaneplatform PROPERTIES INSTALL_RPATH "$ORIGIN")
 install(TARGETS orvaneecproxyclient orvaneplatform orvaneecprotocol
   EXPORT OrvaneECProxyClientTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
@@ -13,6 +15,8 @@ write_basic_package_version_file("${CMAKE_BINARY_DIR}/OrvaneECProxyClientConfigV
 install(FILES "${CMAKE_BINARY_DIR}/OrvaneECProxyClientConfig.cmake"
   "${CMAKE_BINARY_DIR}/OrvaneECProxyClientConfigVersion.cmake" DESTINATION ${package_dir})
 
+# Relative to the file itself, so that the package works wherever it is unpacked.
+file(RELATIVE_PATH pc_to_prefix "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
 configure_file(cmake/orvaneecproxyclient.pc.in "${CMAKE_BINARY_DIR}/orvaneecproxyclient.pc" @ONLY)
 install(FILES "${CMAKE_BINARY_DIR}/orvaneecproxyclient.pc" DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
@@ -22,6 +26,7 @@ install(DIRECTORY src/libs/orvaneecproxyclient/ DESTINATION ${CMAKE_INSTALL_INCL
   FILES_MATCHING PATTERN "*.h" PATTERN "*_p.h" EXCLUDE
   # inside the library only
   PATTERN "coalescer.h" EXCLUDE
+  PATTERN "consumetime.h" EXCLUDE
   PATTERN "eccommanditemindex.h" EXCLUDE
   PATTERN "holdtimer.h" EXCLUDE
   PATTERN "hoststate.h" EXCLUDE

@@ -34,7 +34,7 @@ run(${CMAKE_COMMAND} --build "${WORK_DIR}/cmake")
 run("${WORK_DIR}/cmake/consumer")
 
 set(ENV{PKG_CONFIG_PATH} "${prefix}/${LIBDIR}/pkgconfig")
-run(pkg-config --define-variable=prefix=${prefix} --cflags --libs orvaneecproxyclient)
+run(pkg-config --cflags --libs orvaneecproxyclient)
 string(STRIP "${output}" pkgFlags)
 separate_arguments(pkgFlags UNIX_COMMAND "${pkgFlags}")
 separate_arguments(flags UNIX_COMMAND "${flags}")
