@@ -261,6 +261,13 @@ ECManager::ECManager()
 
 ECManager::~ECManager()
 {
+    // The commands first: a held key's timer may just be using the rest.
+    std::shared_ptr<CommandManager> commands;
+    {
+        const std::lock_guard<std::mutex> lock(d->m_wiringMutex);
+        commands.swap(d->m_pCommandMgr);
+    }
+    commands.reset();
     delete d;
 }
 

@@ -1,10 +1,286 @@
 #include "screencommand.h"
 
+#include "ecconsolemanager.h"
+#include "modelaccess.h"
+#include "screencommand_p.h"
+
+#include "bizmodel/device.h"
+#include "bizmodel/screen.h"
+
 namespace Orvane::ECProxy::Client {
+
+using Internal::ScreenCommandPrivate;
+
+namespace {
+
+constexpr int PageCount = 8;
+
+using Type = ScreenCallbackType;
+
+QString activeDeviceIp()
+{
+    const auto device = Internal::activedDevice();
+    return device ? device->ipMacSn() : QString();
+}
+
+bool isActive(const std::weak_ptr<BizModel::Device>& device)
+{
+    const auto locked = device.lock();
+    return locked && locked == Internal::activedDevice();
+}
+
+} // namespace
+
+ScreenCommand::ScreenCommand(QObject* parent)
+    : Command(parent)
+    , d(new ScreenCommandPrivate(this))
+{
+    using Handler = bool (ScreenCommandPrivate::*)(const quint32&);
+    using PageHandler = bool (Command::*)(const quint32&);
+    const auto answer = [](bool handled) { return [handled](const quint32&) { return handled; }; };
+    const auto call = [this](Handler handler) { return std::bind(handler, d, std::placeholders::_1); };
+    const auto turn = [this](PageHandler handler) { return std::bind(handler, this, std::placeholders::_1); };
+    const auto bind = [this](Type type, KeyCallback pressed, KeyCallback released) {
+        bindKey(quint32(type), std::move(pressed), std::move(released));
+    };
+    using P = ScreenCommandPrivate;
+    bind(Type::eSelectScreenCB, call(&P::selectScreenPressed), answer(true));
+    bind(Type::ePageUp, turn(&Command::pageUpPressed), turn(&Command::pageUpRelease));
+    bind(Type::ePageDown, turn(&Command::pageDownPressed), turn(&Command::pageDownRelease));
+    bind(Type::eFreezePGMCB, call(&P::freezePGMPressed), answer(true));
+    bind(Type::eMatchPGMCB, call(&P::matchPGMPressed), call(&P::matchPGMRelease));
+    bind(Type::eFTBPGMCB, call(&P::ftbPGMPressed), answer(true));
+    bind(Type::eCutToPGMCB, call(&P::cutToPGMPressed), answer(true));
+    bind(Type::eTakeToPGMCB, call(&P::takeToPGMPressed), answer(true));
+    bind(Type::eSetTransitionMixTypeCB, call(&P::setTransitionMixTypePressed), answer(true));
+    bind(Type::eSetTransitionTimeCB, call(&P::setTransitionTimePressed), call(&P::setTransitionTimeRelease));
+    bind(Type::eSetSwapStatusCB, call(&P::setSwapStatusPressed), answer(true));
+    bind(Type::eSetPGMEdit, call(&P::setPGMEditPressed), answer(false));
+    bind(
+        Type::eSetTransitionTimeReduceCB, call(&P::setTransitionTimeReducePressed),
+        call(&P::setTransitionTimeReduceRelease));
+}
+
+ScreenCommand::~ScreenCommand()
+{
+    delete d;
+}
 
 QString ScreenCommand::name() const
 {
     return Constants::SCREENCOMMANDNAME;
+}
+
+int ScreenCommand::maxPage()
+{
+    return PageCount;
+}
+
+int ScreenCommand::pageSize() const
+{
+    return d->m_screenButtonCfgs.count();
+}
+
+void ScreenCommand::retranslateUi()
+{
+    d->updateECPageIndexOLED();
+    d->updateMixType();
+}
+
+QList<std::shared_ptr<ECCommandItem>> ScreenCommand::commandItems() const
+{
+    return ECConsoleManager::instance()->screenECCommandItems(activeDeviceIp());
+}
+
+bool ScreenCommand::updatePageOled(const quint32& oledECKey, const quint32& pageIndex)
+{
+    const bool shown = Command::updatePageOled(oledECKey, pageIndex);
+    d->repaintScreenKeys(Enum::UpdateConsoleType::All);
+    return shown;
+}
+
+void ScreenCommand::updateSelectModeButtonConfig()
+{
+    d->m_screenButtonCfgs.collect(ecCommandConfig(), quint16(Type::eSelectScreenCB));
+    const auto items = d->m_screenButtonCfgs.makeItems(PageCount);
+    for (const auto& item : items)
+        ECConsoleManager::instance()->appendECCommandItem(KeyboardType::Screen, item);
+}
+
+int ScreenCommand::getMinUnusedECButtonIndex(int& orderIndex) const
+{
+    return Internal::minUnusedButtonIndex(commandItems(), pageSize(), orderIndex);
+}
+
+std::shared_ptr<EC::s_ECButtonConfig> ScreenCommand::findSelectModeButtonByIndex(const int& index) const
+{
+    return d->m_screenButtonCfgs.at(index);
+}
+
+void ScreenCommand::updateKeyboard()
+{
+    d->updateKeyboard();
+}
+
+bool ScreenCommand::isAlreadyBind(const quint16& ecKey)
+{
+    return containsSelectedECButtonConfigByECKey(ecKey) && d->findBindingScreen(ecKey);
+}
+
+bool ScreenCommand::isTakeKeyPressed(const quint32& ecKey)
+{
+    return d->isKeyOfType(ecKey, Type::eTakeToPGMCB);
+}
+
+bool ScreenCommand::isCutKeyPressed(const quint32& ecKey)
+{
+    return d->isKeyOfType(ecKey, Type::eCutToPGMCB);
+}
+
+bool ScreenCommand::isAllowedKeyReleased(const quint16& ecKey)
+{
+    const Type type = Type(findOrvaneKey(ecKey));
+    return (type >= Type::eFreezePGMCB && type <= Type::eSetSwapStatusCB) || type == Type::eSetPGMEdit
+        || type == Type::eSetTransitionTimeReduceCB;
+}
+
+bool ScreenCommand::containsSelectedECButtonConfigByECKey(const quint32& ecKey) const
+{
+    return isKeyOfFunction(ecKey, quint16(Type::eSelectScreenCB));
+}
+
+ECLEDColor ScreenCommand::getScreenBtnColor(int selected) const
+{
+    return Internal::screenKeyColor(selected != 0);
+}
+
+void ScreenCommand::setIsJump(bool) { }
+
+// ---- Notifications ----------------------------------------------------------------------------------------
+
+void ScreenCommand::slotActivedDeviceChanged()
+{
+    updateCurrentPageIndex(0);
+    d->updateKeyboard();
+}
+
+void ScreenCommand::slotDeviceRemoved(std::shared_ptr<BizModel::Device> device)
+{
+    if (device)
+        ECConsoleManager::instance()->resetECCommandItems(device->ipMacSn(), KeyboardType::Screen);
+    d->updateKeyboard();
+}
+
+void ScreenCommand::slotActivedScreenChanged(
+    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen> screen)
+{
+    if (!checkScreenType(screen))
+        return;
+    d->updateECPageIndexOLED();
+    d->repaintScreenKeys(Enum::UpdateConsoleType::All);
+    d->updateMixType();
+    d->updateTimeFunData();
+}
+
+void ScreenCommand::slotSelectedScreensChanged(std::weak_ptr<BizModel::Device>)
+{
+    d->repaintScreenKeys(Enum::UpdateConsoleType::Key);
+    d->updateScreenKeyboard();
+}
+
+void ScreenCommand::slotDeviceScreenIndexChanged(
+    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen>)
+{
+    d->repaintScreenKeys(Enum::UpdateConsoleType::All);
+}
+
+void ScreenCommand::slotDeviceScreenMoved(
+    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen>, std::weak_ptr<BizModel::Screen>)
+{
+    d->repaintScreenKeys(Enum::UpdateConsoleType::All);
+}
+
+void ScreenCommand::slotDeviceRegulerScreenAdded(
+    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen)
+{
+    // The whole page: the new screen may have taken its place from another one.
+    if (isActive(device) && checkScreenType(screen))
+        d->repaintScreenKeys(Enum::UpdateConsoleType::All);
+}
+
+void ScreenCommand::slotDeviceRegulerScreenRemoved(
+    std::weak_ptr<BizModel::Device> device, std::shared_ptr<BizModel::Screen> screen)
+{
+    const auto owner = device.lock();
+    if (!owner || !checkScreenType(screen))
+        return;
+    d->m_pBindings->unbind(*owner, *screen);
+    if (!isActive(owner))
+        return;
+    d->repaintScreenKeys(Enum::UpdateConsoleType::All);
+    d->updateTimeFunData(); // it may have been the active one
+}
+
+void ScreenCommand::slotDeviceScreenBaseNameChanged(
+    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen)
+{
+    const auto renamed = screen.lock();
+    if (isActive(device) && checkScreenType(renamed))
+        d->updateScreenName(*renamed);
+}
+
+void ScreenCommand::slotScreenBasePGMFrozenStateChanged(
+    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen>)
+{
+    d->updateFreezeColor();
+}
+
+void ScreenCommand::slotScreenBasePGMFTBStateChanged(
+    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen>)
+{
+    d->updateFTBColor();
+}
+
+void ScreenCommand::slotScreenEffectChanged(
+    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen> screen)
+{
+    const auto changed = screen.lock();
+    if (!changed || changed != Internal::activedScreen())
+        return;
+    d->updateTimeFunData();
+    d->updateMixType();
+}
+
+void ScreenCommand::slotDeviceSwapStateChanged(std::weak_ptr<BizModel::Device>)
+{
+    d->updateSwapColor();
+}
+
+void ScreenCommand::slotNotifyUpdateLayer(const QList<std::weak_ptr<BizModel::Screen>>&, int)
+{
+    d->notifyUpdateLayer();
+}
+
+void ScreenCommand::slotScreenBasePGMEditStateChanged(
+    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen>)
+{
+    d->updatePGMEditColor();
+}
+
+void ScreenCommand::slotECTBarChanged(const ECTBarValue& value)
+{
+    d->updateTBarValue(value);
+    d->tbarTake(value);
+}
+
+void ScreenCommand::slotECButtonPressed(const quint32& ecKey)
+{
+    dispatchPressed(ecKey);
+}
+
+void ScreenCommand::slotECButtonRelease(const quint32& ecKey)
+{
+    dispatchReleased(ecKey);
 }
 
 } // namespace Orvane::ECProxy::Client

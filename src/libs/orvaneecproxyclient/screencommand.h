@@ -4,14 +4,116 @@
 
 namespace Orvane::ECProxy::Client {
 
-/// The console's group of keys for screens, transitions and the T-Bar.
+/// Function codes of the screen group's keys.
+enum class ScreenCallbackType {
+    eNothing = 0,
+    eSelectScreenCB = 1,
+    ePageUp = 2,
+    ePageDown = 3,
+    eFreezePGMCB = 4,
+    eMatchPGMCB = 5,
+    eFTBPGMCB = 6,
+    eCutToPGMCB = 7,
+    eTakeToPGMCB = 8,
+    eSetTransitionMixTypeCB = 9,
+    eSetTransitionTimeCB = 10,
+    eSetSwapStatusCB = 11,
+    /// Reserved: no key does anything yet.
+    eSetWipeCB = 12,
+    /// Reserved: no key does anything yet.
+    eSetFreezePVWCB = 13,
+    eSetPGMEdit = 14,
+    eSetTransitionTimeReduceCB = 15,
+    ScreenCallbackTypeCnt = 16
+};
+
+namespace Internal {
+class ScreenCommandPrivate;
+}
+
+/// The console's keys for screens and for what goes to program, and the T-Bar.
+///
+/// A select key selects its screen, or makes one when it has none; the others take, cut, match, fade to
+/// black, freeze, swap, set the transition and program edit of the active device. Presses act on the model
+/// on the caller's thread, the decoder thread for the physical console; what the keys show follows the
+/// model's notifications on the GUI thread. The transition time keys repeat on timer threads while held.
+///
+/// Every refusal is one log line and, where the operator has to know, a notice through the device list.
+///
+/// Destroy it on the GUI thread, with no event of the console or the model under way. Answers of the model
+/// to requests may still come after that.
 class ORVANEECPROXYCLIENT_EXPORT ScreenCommand : public Command {
     Q_OBJECT
 
 public:
-    using Command::Command;
+    explicit ScreenCommand(QObject* parent = nullptr);
+    ~ScreenCommand() override;
 
     QString name() const override;
+    int maxPage() override;
+    /// Number of select keys.
+    int pageSize() const override;
+    /// Rewrites the labels that are words.
+    void retranslateUi() override;
+    /// One item for each select key on each page, of the active device.
+    QList<std::shared_ptr<ECCommandItem>> commandItems() const override;
+    using Command::updatePageOled;
+    /// Also shows the screens of that page.
+    bool updatePageOled(const quint32& oledECKey, const quint32& pageIndex) override;
+    void updateSelectModeButtonConfig() override;
+    int getMinUnusedECButtonIndex(int& orderIndex) const override;
+    std::shared_ptr<EC::s_ECButtonConfig> findSelectModeButtonByIndex(const int& index) const override;
+    /// Repaints every key of the group.
+    void updateKeyboard() override;
+    /// True for a select key with a screen.
+    bool isAlreadyBind(const quint16& ecKey) override;
+    bool isTakeKeyPressed(const quint32& ecKey) override;
+    bool isCutKeyPressed(const quint32& ecKey) override;
+    /// True for the function keys: a dialog that opens while one is held must not keep it held.
+    bool isAllowedKeyReleased(const quint16& ecKey) override;
+    bool containsSelectedECButtonConfigByECKey(const quint32& ecKey) const override;
+
+    /// Colour of a key with a screen.
+    ECLEDColor getScreenBtnColor(int selected) const;
+    /// Kept for hosts that call it; no effect.
+    void setIsJump(bool isJump);
+
+public Q_SLOTS:
+    void slotActivedDeviceChanged() override;
+    void slotDeviceRemoved(std::shared_ptr<BizModel::Device> device) override;
+    void slotActivedScreenChanged(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen) override;
+    void slotSelectedScreensChanged(std::weak_ptr<BizModel::Device> device) override;
+    void slotDeviceScreenIndexChanged(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen) override;
+    void slotDeviceScreenMoved(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen,
+        std::weak_ptr<BizModel::Screen> other) override;
+    void slotDeviceRegulerScreenAdded(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen) override;
+    void slotDeviceRegulerScreenRemoved(
+        std::weak_ptr<BizModel::Device> device, std::shared_ptr<BizModel::Screen> screen) override;
+    void slotDeviceScreenBaseNameChanged(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen) override;
+    void slotScreenBasePGMFrozenStateChanged(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen) override;
+    void slotScreenBasePGMFTBStateChanged(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen) override;
+    void slotScreenEffectChanged(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen) override;
+    void slotDeviceSwapStateChanged(std::weak_ptr<BizModel::Device> device) override;
+    void slotNotifyUpdateLayer(const QList<std::weak_ptr<BizModel::Screen>>& screens, int type) override;
+    void slotScreenBasePGMEditStateChanged(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen) override;
+    /// One position of the T-Bar, from 1 to 64. Always on the same thread.
+    void slotECTBarChanged(const ECTBarValue& value) override;
+    void slotECButtonPressed(const quint32& ecKey) override;
+    void slotECButtonRelease(const quint32& ecKey) override;
+
+private:
+    friend class Internal::ScreenCommandPrivate;
+
+    Internal::ScreenCommandPrivate* const d;
 };
 
 } // namespace Orvane::ECProxy::Client

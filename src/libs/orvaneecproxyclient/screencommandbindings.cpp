@@ -1,0 +1,261 @@
+#include "screencommandbindings.h"
+
+#include "ecconsolemanager.h"
+
+#include "bizmodel/device.h"
+#include "bizmodel/screen.h"
+
+#include <QMap>
+#include <QStringList>
+#include <QtDebug>
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+namespace Orvane::ECProxy::Client::Internal {
+
+namespace {
+
+/// What a key shows of a screen, as the model told it at one moment.
+struct ScreenState {
+    std::shared_ptr<BizModel::Screen> screen;
+    ECObjectId id;
+    int uiScreenIndex = -1;
+    ECLEDColor color = ECLEDColor::Off;
+    QString name;
+};
+
+ScreenState stateOf(const std::shared_ptr<BizModel::Screen>& screen)
+{
+    return {
+        screen, screenObjectId(*screen), screen->uiScreenIndex(), screenKeyColor(screen->selected()),
+        screen->name()};
+}
+
+std::vector<ScreenState> screensOf(const BizModel::Device& device)
+{
+    std::vector<ScreenState> states;
+    const auto screens = device.screens(BizModel::Enum::Screen::RegularAndAUXScreens);
+    for (const auto& weakScreen : screens) {
+        if (const auto screen = weakScreen.lock())
+            states.push_back(stateOf(screen));
+    }
+    return states;
+}
+
+/// One select key on one page, and the screen that belongs there.
+struct Place {
+    ECCommandItemPtr item;
+    const ScreenState* screen = nullptr;
+    /// Kept for a screen that is being created.
+    bool reserved = false;
+};
+using Places = QMap<int, Place>; // by button index
+
+Places placesOf(const QString& ip, int pageSize)
+{
+    Places places;
+    const auto items = ECConsoleManager::instance()->screenECCommandItems(ip);
+    for (const auto& item : items) {
+        Place& place = places[item->ecButtonPageIndex() * pageSize + item->ecButtonOrderIndex()];
+        if (!place.item)
+            place.item = item;
+    }
+    return places;
+}
+
+bool settle(Place& place, const ScreenState& screen)
+{
+    if (place.screen || place.reserved)
+        return false;
+    place.screen = &screen;
+    return true;
+}
+
+bool settleAt(Places& places, int buttonIndex, const ScreenState& screen)
+{
+    const auto place = places.find(buttonIndex);
+    return place != places.end() && settle(*place, screen);
+}
+
+/// Gives every screen its place. Answers the names of those that are left without one.
+QStringList distribute(std::vector<const ScreenState*> screens, const QString& ip, Places& places)
+{
+    const auto settleAll = [&screens](auto&& settleOne) {
+        screens.erase(std::remove_if(screens.begin(), screens.end(), settleOne), screens.end());
+    };
+    settleAll([&](const ScreenState* screen) { return settleAt(places, screen->uiScreenIndex, *screen); });
+    settleAll([&](const ScreenState* screen) {
+        const int present =
+            ECConsoleManager::instance()->findBindingButtonIndex(ip, KeyboardType::Screen, screen->id);
+        return settleAt(places, present, *screen);
+    });
+    settleAll([&](const ScreenState* screen) {
+        return std::any_of(
+            places.begin(), places.end(), [&](Place& place) { return settle(place, *screen); });
+    });
+
+    QStringList homeless;
+    for (const ScreenState* screen : screens)
+        homeless.append(screen->name);
+    return homeless;
+}
+
+void apply(const QString& ip, const Places& places)
+{
+    // Every key lets go of its old screen before any takes a new one: no screen is ever on two keys.
+    for (const Place& place : places) {
+        const ECObjectIdList bound = place.item->getObjectIdList();
+        const bool keeps = place.screen ? bound == ECObjectIdList{place.screen->id} : place.reserved;
+        const bool isUnbound = bound.isEmpty() && !place.item->isBindKeyPad();
+        if (!keeps && !isUnbound)
+            place.item->resetECCommandItem();
+    }
+    for (auto place = places.begin(); place != places.end(); ++place) {
+        if (!place->screen)
+            continue;
+        const ScreenState& screen = *place->screen;
+        ECConsoleManager::instance()->updateECButtonData(
+            ip, KeyboardType::Screen, place->item->ecButtonOrderIndex(), place.key(),
+            place->item->ecButtonPageIndex(), {screen.id}, screen.color, screen.name, false);
+    }
+}
+
+} // namespace
+
+ECObjectId screenObjectId(const BizModel::Screen& screen)
+{
+    return {screen.screenId(), quint32(screen.screenType())};
+}
+
+quint64 ScreenBindings::changeCount() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_nChanges;
+}
+
+void ScreenBindings::rebuild(const std::shared_ptr<BizModel::Device>& device, int pageSize)
+{
+    const QString ip = device->ipMacSn();
+    // A device that has just become the active one may not have its keys yet.
+    ECConsoleManager::instance()->initDeviceECCommandItems(ip);
+
+    QStringList homeless;
+    for (bool done = false; !done;) {
+        const quint64 changesBefore = changeCount();
+        const std::vector<ScreenState> states = screensOf(*device);
+
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (m_nChanges != changesBefore)
+            continue; // somebody with a newer view of the model was faster
+        ++m_nChanges;
+        done = true;
+
+        Places places = placesOf(ip, pageSize);
+        Place* reserved = nullptr;
+        if (m_reservation.screen && m_reservation.deviceIp == ip
+            && places.contains(m_reservation.buttonIndex)) {
+            reserved = &places[m_reservation.buttonIndex];
+            reserved->reserved = true;
+        }
+        std::vector<const ScreenState*> screens;
+        for (const ScreenState& state : states) {
+            if (reserved && state.screen == m_reservation.screen)
+                reserved->screen = &state;
+            else
+                screens.push_back(&state);
+        }
+        homeless = distribute(std::move(screens), ip, places);
+        apply(ip, places);
+    }
+    for (const QString& name : qAsConst(homeless))
+        qWarning(" Binding screen data error... No key is left for the screen %s.", qUtf8Printable(name));
+}
+
+std::shared_ptr<BizModel::Screen> ScreenBindings::find(
+    const std::shared_ptr<BizModel::Device>& device, int buttonIndex) const
+{
+    const QString ip = device->ipMacSn();
+    const std::vector<ScreenState> screens = screensOf(*device);
+
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    const auto found = std::find_if(screens.cbegin(), screens.cend(), [&](const ScreenState& state) {
+        const auto* const store = ECConsoleManager::instance();
+        return store->findBindingButtonIndex(ip, KeyboardType::Screen, state.id) == buttonIndex;
+    });
+    return found == screens.cend() ? nullptr : found->screen;
+}
+
+bool ScreenBindings::reserve(
+    const std::shared_ptr<BizModel::Device>& device, const std::shared_ptr<BizModel::Screen>& screen,
+    const ECCommandItem& key, int buttonIndex)
+{
+    const Reservation reservation{device->ipMacSn(),        screen,
+                                  screenObjectId(*screen),  key.ecButtonPageIndex(),
+                                  key.ecButtonOrderIndex(), buttonIndex};
+
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (key.isBindKeyPad() || !key.getObjectIdList().isEmpty())
+        return false;
+    ++m_nChanges;
+    auto* const store = ECConsoleManager::instance();
+    // The id may have been another screen's, whose removal has not come through yet.
+    store->resetECButtonData(reservation.deviceIp, KeyboardType::Screen, reservation.id);
+    store->updateECButtonData(
+        reservation.deviceIp, KeyboardType::Screen, reservation.orderIndex, buttonIndex,
+        reservation.pageIndex, {reservation.id});
+    m_reservation = reservation;
+    return true;
+}
+
+void ScreenBindings::bindReserved()
+{
+    Reservation reservation;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        reservation = m_reservation;
+    }
+    if (!reservation.screen)
+        return;
+    const ScreenState screen = stateOf(reservation.screen);
+
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    ++m_nChanges;
+    auto* const store = ECConsoleManager::instance();
+    if (screen.id != reservation.id)
+        store->resetECButtonData(reservation.deviceIp, KeyboardType::Screen, reservation.id);
+    store->updateECButtonData(
+        reservation.deviceIp, KeyboardType::Screen, reservation.orderIndex, reservation.buttonIndex,
+        reservation.pageIndex, {screen.id}, screen.color, screen.name, false);
+    m_reservation = {};
+}
+
+bool ScreenBindings::unbindReserved()
+{
+    Reservation dropped; // with the screen, whose destruction is the model's
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    std::swap(dropped, m_reservation);
+    ++m_nChanges;
+    return dropped.screen
+        && ECConsoleManager::instance()->resetECButtonData(
+            dropped.deviceIp, KeyboardType::Screen, dropped.id, ECLEDColor::Off);
+}
+
+void ScreenBindings::unbind(const BizModel::Device& device, const BizModel::Screen& screen)
+{
+    const QString ip = device.ipMacSn();
+    const ECObjectId id = screenObjectId(screen);
+    for (const ScreenState& present : screensOf(device)) {
+        if (present.id == id)
+            return; // the news comes late: a new screen has got the id
+    }
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        ++m_nChanges;
+        ECConsoleManager::instance()->resetECButtonData(ip, KeyboardType::Screen, id, ECLEDColor::Off);
+    }
+    ECConsoleManager::instance()->resetECCommandItems(ip, KeyboardType::Screen, quint32(id.first));
+}
+
+} // namespace Orvane::ECProxy::Client::Internal

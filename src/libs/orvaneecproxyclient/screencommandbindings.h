@@ -1,0 +1,73 @@
+#pragma once
+
+#include "eccommanditem.h"
+
+#include "bizmodel/fwd.h"
+
+#include <memory>
+#include <mutex>
+
+namespace Orvane::ECProxy::Client::Internal {
+
+/// Colour of a select key that has a screen.
+inline ECLEDColor screenKeyColor(bool selected)
+{
+    return selected ? ECLEDColor::Green : ECLEDColor::Yellow;
+}
+
+/// What the item store knows a screen by. Regular screen 1 is not AUX screen 1.
+ECObjectId screenObjectId(const BizModel::Screen& screen);
+
+/// Which screen sits on which select key.
+///
+/// A screen's own console position decides; where it has none, or another screen has that key already, it
+/// keeps the key that it has or gets the lowest free one. The bindings themselves are the item store's; this
+/// class changes them so that nobody finds a key without its screen in the middle of a change, and that the
+/// key of a screen that is still being made is not given away.
+///
+/// Any thread may call any member. Held by shared pointer: a screen's creation ends on a thread of the model,
+/// perhaps after the command is gone.
+class ScreenBindings {
+public:
+    /// Brings the keys of the device in line with its screens: place, colour, label.
+    void rebuild(const std::shared_ptr<BizModel::Device>& device, int pageSize);
+
+    /// The device's screen on the key with that button index; empty when it has none.
+    std::shared_ptr<BizModel::Screen> find(
+        const std::shared_ptr<BizModel::Device>& device, int buttonIndex) const;
+
+    /// Keeps a free key for a screen that is about to be created. One at a time. False when the key has been
+    /// taken.
+    bool reserve(
+        const std::shared_ptr<BizModel::Device>& device, const std::shared_ptr<BizModel::Screen>& screen,
+        const ECCommandItem& key, int buttonIndex);
+    /// The screen is there: the key is its own now.
+    void bindReserved();
+    /// There will be no such screen. False when the key was not bound to it any more.
+    bool unbindReserved();
+
+    /// Unbinds the key of a screen that is gone.
+    void unbind(const BizModel::Device& device, const BizModel::Screen& screen);
+
+private:
+    struct Reservation {
+        QString deviceIp;
+        std::shared_ptr<BizModel::Screen> screen;
+        /// At the time of the reservation: the final one may come with the creation.
+        ECObjectId id;
+        int pageIndex = -1;
+        int orderIndex = -1;
+        int buttonIndex = -1;
+    };
+
+    quint64 changeCount() const;
+
+    // Guards m_reservation and m_nChanges, and makes the steps of one change of bindings one. The model is
+    // never called under it and nothing is logged; the item store is called.
+    mutable std::mutex m_mutex;
+    Reservation m_reservation;
+    /// Tells a rebuild that what it learnt of the model may be out of date.
+    quint64 m_nChanges = 0;
+};
+
+} // namespace Orvane::ECProxy::Client::Internal
