@@ -13,33 +13,32 @@ namespace PanelTest {
 using namespace Orvane::ConsolePanel;
 namespace Protocol = Orvane::ECProxy::Client;
 
+/// The number's lowest bytes, little-endian.
+inline QByteArray number(quint32 value, int bytes)
+{
+    QByteArray out;
+    for (; bytes > 0; --bytes, value >>= 8)
+        out.append(char(value & 0xFF));
+    return out;
+}
+
 /// A plain request with regular lengths.
 inline QByteArray request(quint16 tag, const QByteArray& value, quint16 sequence = 1)
 {
-    QByteArray out = QByteArray::fromHex("ee55ee5501000001");
-    const auto put = [&out](quint16 number) {
-        out.append(char(number & 0xFF));
-        out.append(char(number >> 8));
-    };
-    put(sequence);
-    put(quint16(value.size() + 4));
-    put(tag);
-    put(quint16(value.size()));
-    return out + value;
+    return QByteArray::fromHex("ee55ee5501000001") + number(sequence, 2) + number(value.size() + 4, 2)
+        + number(tag, 2) + number(value.size(), 2) + value;
 }
 
 inline QByteArray led(quint16 key, const char* rgbHex, quint8 state = 0, quint16 sequence = 1)
 {
-    QByteArray value(4, '\0');
-    value.append(char(key & 0xFF)).append(char(key >> 8)).append(char(state));
-    return request(101, value + QByteArray::fromHex(rgbHex) + char(100), sequence);
+    return request(
+        101, number(0, 4) + number(key, 2) + number(state, 1) + QByteArray::fromHex(rgbHex) + number(100, 1),
+        sequence);
 }
 
-inline QByteArray label(quint16 number, const QByteArray& text, quint16 sequence = 1)
+inline QByteArray label(quint16 label, const QByteArray& text, quint16 sequence = 1)
 {
-    QByteArray value(4, '\0');
-    value.append(char(number & 0xFF)).append(char(number >> 8));
-    return request(102, value + text.leftJustified(32, '\0', true), sequence);
+    return request(102, number(0, 4) + number(label, 2) + text.leftJustified(32, '\0', true), sequence);
 }
 
 class HandClock : public PanelClock {

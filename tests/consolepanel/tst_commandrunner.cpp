@@ -1,6 +1,6 @@
 #include "paneltestsupport.h"
 
-#include "condition.h"
+#include <QFile>
 
 using namespace PanelTest;
 using namespace std::chrono_literals;
@@ -9,6 +9,7 @@ class TestCommandRunner : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void manualShowsEveryCommandAndNoOther();
     void refusesWrongCommands_data();
     void refusesWrongCommands();
     void everyReportCommandSendsItsDatagram_data();
@@ -25,6 +26,35 @@ private Q_SLOTS:
     void stormAtARateKeepsIt();
     void stormWithAWindowWaitsForAnswers();
 };
+
+void TestCommandRunner::manualShowsEveryCommandAndNoOther()
+{
+    QFile manual(QStringLiteral(MANUAL));
+    QVERIFY(manual.open(QIODevice::ReadOnly));
+    QStringList examples;
+    bool isExample = false;
+    for (const QString& line : QString::fromUtf8(manual.readAll()).split(QLatin1Char('\n'))) {
+        if (line.startsWith(QLatin1String("```")))
+            isExample = line == QLatin1String("```commands");
+        else if (isExample)
+            examples.append(line);
+    }
+    for (const QString& line : qAsConst(examples))
+        QVERIFY2(std::holds_alternative<SimulatorCommand>(parseCommand(line)), qPrintable(line));
+
+    QString prefix;
+    for (const QString& usage : commandHelp()) {
+        if (usage == QLatin1String("Conditions:")) {
+            prefix = QStringLiteral("expect ");
+            continue;
+        }
+        const QString begin = prefix + usage.trimmed().section(QLatin1Char(' '), 0, 0);
+        const auto found = std::find_if(examples.cbegin(), examples.cend(), [&](const QString& line) {
+            return line == begin || line.startsWith(begin + QLatin1Char(' '));
+        });
+        QVERIFY2(found != examples.cend(), qPrintable(begin));
+    }
+}
 
 void TestCommandRunner::refusesWrongCommands_data()
 {

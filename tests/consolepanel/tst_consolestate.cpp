@@ -91,26 +91,15 @@ void TestConsoleState::locksFollowTheRequestsAndNotTheQuestions()
 QByteArray TestConsoleState::firstPack(
     quint16 count, quint32 size, const QByteArray& name, const QByteArray& chunk)
 {
-    QByteArray pack(31, '\0');
-    Protocol::Wire::store(count, pack.data() + 2);
-    pack.replace(4, 8, QByteArray::fromHex("ee55ee5501000001"));
-    Protocol::Wire::store(quint16(19 + name.size() + chunk.size()), pack.data() + 14);
-    Protocol::Wire::store(quint16(118), pack.data() + 16);
-    pack[20] = 1;
-    Protocol::Wire::store(size, pack.data() + 21);
-    Protocol::Wire::store(quint16(name.size()), pack.data() + 29);
-    return pack + name + chunk;
+    return number(0, 2) + number(count, 2) + QByteArray::fromHex("ee55ee55010000010000")
+        + number(19 + name.size() + chunk.size(), 2) + number(118, 2) + number(0, 2) + number(1, 1)
+        + number(size, 4) + number(0, 4) + number(name.size(), 2) + name + chunk;
 }
 
 QByteArray TestConsoleState::dataPack(quint16 index, quint16 count, const QByteArray& chunk)
 {
-    QByteArray pack(20, '\0');
-    Protocol::Wire::store(index, pack.data());
-    Protocol::Wire::store(count, pack.data() + 2);
-    pack.replace(4, 8, QByteArray::fromHex("ee55ee5501000001"));
-    Protocol::Wire::store(quint16(8 + chunk.size()), pack.data() + 14);
-    Protocol::Wire::store(quint16(118), pack.data() + 16);
-    return pack + chunk;
+    return number(index, 2) + number(count, 2) + QByteArray::fromHex("ee55ee55010000010000")
+        + number(8 + chunk.size(), 2) + number(118, 2) + number(0, 2) + chunk;
 }
 
 void TestConsoleState::fileComesWholeFromItsPacks()

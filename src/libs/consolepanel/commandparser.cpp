@@ -14,9 +14,16 @@ constexpr milliseconds DefaultTapDuration{50};
 /// An expectation without a time of its own waits this long.
 constexpr milliseconds DefaultExpectation{1000};
 
+SimulatorCommand report(UpMessage message)
+{
+    SendReport command;
+    command.message = std::move(message);
+    return command;
+}
+
 template <bool isPressed> SimulatorCommand parseKey(WordReader& in)
 {
-    return SendReport{KeyReport{isPressed, quint32(in.number("KEY"))}};
+    return report(KeyReport{isPressed, quint32(in.number("KEY"))});
 }
 
 SimulatorCommand parseTap(WordReader& in)
@@ -44,7 +51,7 @@ SimulatorCommand parseTBar(WordReader& in)
     ECTBarValue position;
     position.Value = quint32(in.number("POSITION"));
     position.IsBottomToTop = parseDirection(in);
-    return SendReport{position};
+    return report(position);
 }
 
 SimulatorCommand parseSweep(WordReader& in)
@@ -60,20 +67,20 @@ SimulatorCommand parseSweep(WordReader& in)
 
 template <LockTarget target> SimulatorCommand parseLockReport(WordReader& in)
 {
-    return SendReport{LockReport{target, in.onOff("STATE")}};
+    return report(LockReport{target, in.onOff("STATE")});
 }
 
 SimulatorCommand parseDvi(WordReader& in)
 {
     constexpr std::size_t MostRecords = 1000; // far below what fits a datagram
-    DviReport report;
+    DviReport inputs;
     while (!in.atEnd() && !in.hasFailed()) {
         const auto input = quint8(in.number("INPUT", 255));
-        report.signalStates.push_back({input, quint8(in.number("SIGNAL", 255))});
-        if (report.signalStates.size() > MostRecords)
+        inputs.signalStates.push_back({input, quint8(in.number("SIGNAL", 255))});
+        if (inputs.signalStates.size() > MostRecords)
             in.fail(QStringLiteral("too many inputs"));
     }
-    return SendReport{report};
+    return report(inputs);
 }
 
 quint32 parseAddress(WordReader& in, const char* what)
@@ -93,7 +100,7 @@ SimulatorCommand parseConsoleIP(WordReader& in)
     record.IP = parseAddress(in, "ADDRESS");
     record.Mask = parseAddress(in, "MASK");
     record.Gateway = parseAddress(in, "GATEWAY");
-    return SendReport{record};
+    return report(record);
 }
 
 SimulatorCommand parseSend(WordReader& in)

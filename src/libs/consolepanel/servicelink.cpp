@@ -165,7 +165,7 @@ void ServiceLink::takeReceived(const std::function<void(const char*, int)>& take
 
 bool ServiceLink::fail(const QString& what)
 {
-    m_strError = QStringLiteral("%1: %2").arg(what, QString::fromLocal8Bit(std::strerror(errno)));
+    m_strError = QStringLiteral("%1: %2").arg(what, qt_error_string(errno));
     return false;
 }
 
