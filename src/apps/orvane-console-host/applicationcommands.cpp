@@ -1,0 +1,158 @@
+#include "applicationcommands.h"
+
+#include "commandtable.h"
+#include "ecconstants.h"
+#include "ecmanager.h"
+#include "hostdialog.h"
+#include "modeltranslator.h"
+#include "typingfield.h"
+
+#include <QApplication>
+#include <QPixmap>
+#include <QPointer>
+
+namespace Orvane::ConsoleHost {
+
+using ECProxy::Client::ECManager;
+namespace Constants = ECProxy::Client::Constants;
+
+namespace {
+
+/// The one dialog that commands open.
+class DialogCommands {
+public:
+    explicit DialogCommands(const ApplicationParts& parts)
+        : m_parts(parts)
+    {
+    }
+
+    Answer open()
+    {
+        if (m_pDialog)
+            return Answer::refused(QStringLiteral("the dialog is open already"));
+        m_pDialog = new HostDialog(m_parts.events, m_parts.field.window());
+        m_pDialog->open();
+        m_parts.events.writeEvent(QStringLiteral("dialogOpened"));
+        return Answer::done();
+    }
+
+    Answer close(bool accept)
+    {
+        if (!m_pDialog)
+            return Answer::refused(QStringLiteral("the dialog is not open"));
+        m_pDialog->done(accept ? QDialog::Accepted : QDialog::Rejected);
+        return Answer::done();
+    }
+
+private:
+    const ApplicationParts m_parts;
+    QPointer<HostDialog> m_pDialog;
+};
+
+Answer focusOn(const QString& name)
+{
+    const QWidgetList widgets = QApplication::allWidgets();
+    for (QWidget* widget : widgets) {
+        if (widget->objectName() != name || widget->focusPolicy() == Qt::NoFocus)
+            continue;
+        widget->setFocus();
+        return Answer::done();
+    }
+    return Answer::refused(QStringLiteral("there is no widget of that name that takes the focus"));
+}
+
+Answer setLanguage(const QString& language)
+{
+    static QPointer<ModelTranslator> s_pInstalled;
+    delete s_pInstalled; // the application forgets it by itself
+    auto* translator = new ModelTranslator(language, QCoreApplication::instance());
+    if (!translator->isEmpty())
+        QCoreApplication::installTranslator(translator);
+    s_pInstalled = translator;
+    ECManager::instance()->retranslateUi();
+    return Answer::done();
+}
+
+Answer takeScreenshot(QWidget* window, const QString& path)
+{
+    if (!window)
+        return Answer::refused(QStringLiteral("there is no window"));
+    if (!window->grab().save(path))
+        return Answer::refused(QStringLiteral("the picture cannot be written to ") + path);
+    return Answer::done();
+}
+
+Answer tellState(const TypingField& field)
+{
+    const ECManager* const manager = ECManager::instance();
+    const QWidget* const focus = QApplication::focusWidget();
+    return Answer::done(
+        {{QStringLiteral("field"), field.text()},
+         {QStringLiteral("focus"), focus ? focus->objectName() : QString()},
+         {QStringLiteral("modal"), QApplication::activeModalWidget() != nullptr},
+         {QStringLiteral("quenor"), qApp->property(Constants::QuenorProperty).toBool()},
+         {QStringLiteral("keypadLocked"), manager->isLockedKeypad()},
+         {QStringLiteral("tbarLocked"), manager->isLockedTBar()},
+         {QStringLiteral("virtualConsole"), manager->getVirtualConsoleMode()},
+         {QStringLiteral("source"), int(manager->getCurrentSource())}});
+}
+
+} // namespace
+
+void addApplicationCommands(CommandTable& table, const ApplicationParts& parts)
+{
+    const auto dialog = std::make_shared<DialogCommands>(parts);
+    table.add(
+        {QStringLiteral("openDialog"),
+         QStringLiteral("opens a modal dialog with a text and a number"),
+         {},
+         [dialog](const QJsonObject&) { return dialog->open(); }});
+    table.add(
+        {QStringLiteral("closeDialog"),
+         QStringLiteral("closes it"),
+         {Parameter::flag("accept").orElse(false)},
+         [dialog](const QJsonObject& arguments) {
+             return dialog->close(arguments[QLatin1String("accept")].toBool());
+         }});
+    table.add(
+        {QStringLiteral("focus"),
+         QStringLiteral("moves the focus to the widget with a name"),
+         {Parameter::text("widget")},
+         [](const QJsonObject& arguments) {
+             return focusOn(arguments[QLatin1String("widget")].toString());
+         }});
+    table.add(
+        {QStringLiteral("setQuenor"),
+         QStringLiteral("sets the property that makes the console ignore most keys"),
+         {Parameter::flag("on")},
+         [](const QJsonObject& arguments) {
+             qApp->setProperty(Constants::QuenorProperty, arguments[QLatin1String("on")].toBool());
+             return Answer::done();
+         }});
+    table.add(
+        {QStringLiteral("setLanguage"),
+         QStringLiteral("changes the language of the labels and notices"),
+         {Parameter::choice("language", ModelTranslator::languages())},
+         [](const QJsonObject& arguments) {
+             return setLanguage(arguments[QLatin1String("language")].toString());
+         }});
+    table.add(
+        {QStringLiteral("screenshot"),
+         QStringLiteral("writes a picture of the window"),
+         {Parameter::text("file")},
+         [window = parts.window](const QJsonObject& arguments) {
+             return takeScreenshot(window, arguments[QLatin1String("file")].toString());
+         }});
+    table.add(
+        {QStringLiteral("state"),
+         QStringLiteral("tells what the host knows of itself and the console"),
+         {},
+         [field = &parts.field](const QJsonObject&) { return tellState(*field); }});
+    table.add({QStringLiteral("quit"), QStringLiteral("ends the host"), {}, [](const QJsonObject&) {
+                   // After the answer to this command.
+                   QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+                   return Answer::done();
+               }});
+}
+
+} // namespace Orvane::ConsoleHost

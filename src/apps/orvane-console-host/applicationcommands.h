@@ -1,0 +1,22 @@
+#pragma once
+
+class QWidget;
+
+namespace Orvane::ConsoleHost {
+
+class CommandTable;
+class EventWriter;
+class TypingField;
+
+/// What the commands need of the application; all of it outlives the command table.
+struct ApplicationParts {
+    EventWriter& events;
+    TypingField& field;
+    QWidget* window = nullptr; ///< null without a window
+};
+
+/// Adds the commands that act on the application itself: dialogs, the property that silences the console,
+/// language, quitting.
+void addApplicationCommands(CommandTable& table, const ApplicationParts& parts);
+
+} // namespace Orvane::ConsoleHost

@@ -1,0 +1,186 @@
+#include "commandtable.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include <algorithm>
+#include <cmath>
+
+namespace Orvane::ConsoleHost {
+
+namespace {
+
+const QString CommandMember = QStringLiteral("command");
+const QString IdMember = QStringLiteral("id");
+const QString ReasonMember = QStringLiteral("reason");
+
+QString quoted(const QString& text)
+{
+    return QLatin1Char('"') + text + QLatin1Char('"');
+}
+
+} // namespace
+
+Parameter::Parameter(Kind kind, const char* name)
+    : m_kind(kind)
+    , m_strName(QLatin1String(name))
+{
+}
+
+Parameter Parameter::flag(const char* name)
+{
+    return Parameter(Flag, name);
+}
+
+Parameter Parameter::integer(const char* name, qint64 minimum, qint64 maximum)
+{
+    Parameter parameter(Integer, name);
+    parameter.m_nMinimum = minimum;
+    parameter.m_nMaximum = maximum;
+    return parameter;
+}
+
+Parameter Parameter::text(const char* name)
+{
+    return Parameter(Text, name);
+}
+
+Parameter Parameter::choice(const char* name, const QStringList& words)
+{
+    Parameter parameter(Choice, name);
+    parameter.m_words = words;
+    return parameter;
+}
+
+Parameter Parameter::orElse(const QJsonValue& fallback) const
+{
+    Parameter optional = *this;
+    optional.m_fallback = fallback;
+    return optional;
+}
+
+bool Parameter::accepts(const QJsonValue& value) const
+{
+    switch (m_kind) {
+    case Flag:
+        return value.isBool();
+    case Integer: {
+        const double number = value.toDouble();
+        return value.isDouble() && std::trunc(number) == number && number >= double(m_nMinimum)
+            && number <= double(m_nMaximum);
+    }
+    case Text:
+        return value.isString();
+    case Choice:
+        return value.isString() && m_words.contains(value.toString());
+    }
+    return false;
+}
+
+QString Parameter::expected() const
+{
+    switch (m_kind) {
+    case Flag:
+        return QStringLiteral("true or false");
+    case Integer:
+        return QStringLiteral("a whole number from %1 to %2").arg(m_nMinimum).arg(m_nMaximum);
+    case Text:
+        return QStringLiteral("a text");
+    case Choice:
+        return QStringLiteral("one of ") + m_words.join(QStringLiteral(", "));
+    }
+    return {};
+}
+
+CommandTable::CommandTable(EventWriter& events)
+    : m_events(events)
+{
+    add({QStringLiteral("help"), QStringLiteral("lists the commands"), {}, [this](const QJsonObject&) {
+             return help();
+         }});
+}
+
+void CommandTable::add(HostCommand command)
+{
+    m_commands.push_back(std::move(command));
+}
+
+void CommandTable::execute(const QByteArray& line)
+{
+    if (line.trimmed().isEmpty())
+        return;
+    QJsonParseError fault;
+    const QJsonDocument document = QJsonDocument::fromJson(line, &fault);
+    if (!document.isObject()) {
+        const QString reason = fault.error == QJsonParseError::NoError
+            ? QStringLiteral("a command is a JSON object")
+            : QStringLiteral("no JSON: %1 at character %2").arg(fault.errorString()).arg(fault.offset);
+        m_events.writeAnswer(QStringLiteral("error"), {{ReasonMember, reason}});
+        return;
+    }
+    const QJsonObject object = document.object();
+    const Answer answer = run(object);
+    QJsonObject members = answer.members;
+    for (const QString& name : {CommandMember, IdMember}) {
+        if (object.contains(name))
+            members.insert(name, object.value(name));
+    }
+    if (answer.refusal.isEmpty()) {
+        m_events.writeAnswer(QStringLiteral("done"), members);
+        return;
+    }
+    members.insert(ReasonMember, answer.refusal);
+    m_events.writeAnswer(QStringLiteral("error"), members);
+}
+
+Answer CommandTable::run(const QJsonObject& object) const
+{
+    const QString name = object.value(CommandMember).toString();
+    const auto command = std::find_if(
+        m_commands.begin(), m_commands.end(), [&](const HostCommand& known) { return known.name == name; });
+    if (name.isEmpty())
+        return Answer::refused(QStringLiteral("\"command\" is missing"));
+    if (command == m_commands.end())
+        return Answer::refused(QStringLiteral("there is no command ") + quoted(name));
+
+    QJsonObject given = object;
+    given.remove(CommandMember);
+    given.remove(IdMember);
+    QJsonObject arguments;
+    QStringList problems;
+    for (const Parameter& parameter : command->parameters) {
+        const QJsonValue value =
+            given.contains(parameter.name()) ? given.take(parameter.name()) : parameter.fallback();
+        if (value.isUndefined())
+            problems += QStringLiteral("%1 is missing").arg(quoted(parameter.name()));
+        else if (!parameter.accepts(value))
+            problems += QStringLiteral("%1 must be %2").arg(quoted(parameter.name()), parameter.expected());
+        arguments.insert(parameter.name(), value);
+    }
+    for (const QString& unknown : given.keys())
+        problems += QStringLiteral("there is no argument ") + quoted(unknown);
+    if (!problems.isEmpty())
+        return Answer::refused(problems.join(QStringLiteral("; ")));
+    return command->run(arguments);
+}
+
+Answer CommandTable::help() const
+{
+    QJsonArray commands;
+    for (const HostCommand& command : m_commands) {
+        QJsonObject parameters;
+        for (const Parameter& parameter : command.parameters) {
+            const bool mayBeLeftOut = !parameter.fallback().isUndefined();
+            parameters.insert(
+                parameter.name(),
+                parameter.expected() + (mayBeLeftOut ? QStringLiteral("; may be left out") : QString()));
+        }
+        commands.append(QJsonObject{
+            {CommandMember, command.name},
+            {QStringLiteral("purpose"), command.purpose},
+            {QStringLiteral("arguments"), parameters}});
+    }
+    return Answer::done({{QStringLiteral("commands"), commands}});
+}
+
+} // namespace Orvane::ConsoleHost

@@ -1,0 +1,84 @@
+#pragma once
+
+#include "eventwriter.h"
+
+#include <QJsonObject>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <vector>
+
+namespace Orvane::ConsoleHost {
+
+/// An argument of a command: its name and what may be given.
+class Parameter {
+public:
+    static Parameter flag(const char* name);
+    static Parameter integer(const char* name, qint64 minimum, qint64 maximum);
+    static Parameter text(const char* name);
+    /// One of some words.
+    static Parameter choice(const char* name, const QStringList& words);
+
+    /// The same as an argument that may be left out.
+    Parameter orElse(const QJsonValue& fallback) const;
+
+    QString name() const { return m_strName; }
+    /// Stands in for an argument that was left out; undefined when there must be one.
+    QJsonValue fallback() const { return m_fallback; }
+    bool accepts(const QJsonValue& value) const;
+    /// What may be given, in words.
+    QString expected() const;
+
+private:
+    enum Kind { Flag, Integer, Text, Choice };
+    Parameter(Kind kind, const char* name);
+
+    Kind m_kind;
+    QString m_strName;
+    qint64 m_nMinimum = 0;
+    qint64 m_nMaximum = 0;
+    QStringList m_words;
+    QJsonValue m_fallback = QJsonValue::Undefined;
+};
+
+/// What a command comes to.
+struct Answer {
+    /// Why it was not done; empty when it was.
+    QString refusal;
+    /// What it has to tell.
+    QJsonObject members;
+
+    static Answer done(const QJsonObject& members = {}) { return {QString(), members}; }
+    static Answer refused(const QString& why) { return {why, {}}; }
+};
+
+struct HostCommand {
+    QString name;
+    QString purpose;
+    std::vector<Parameter> parameters;
+    /// Gets a value of the right kind for each parameter.
+    std::function<Answer(const QJsonObject& arguments)> run;
+};
+
+/// The host's commands by name, and the way from a line of standard input to the answer.
+///
+/// A line is a JSON object: "command" is the command's name, "id" anything that the answer repeats, and the
+/// other members are its arguments. The answer is the event "done" or the event "error" with the reason. A
+/// line with a fault, an unknown or missing argument among them, does nothing.
+class CommandTable {
+public:
+    explicit CommandTable(EventWriter& events);
+
+    void add(HostCommand command);
+    void execute(const QByteArray& line);
+
+private:
+    Answer run(const QJsonObject& object) const;
+    Answer help() const;
+
+    EventWriter& m_events;
+    std::vector<HostCommand> m_commands;
+};
+
+} // namespace Orvane::ConsoleHost

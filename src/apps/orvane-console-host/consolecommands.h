@@ -1,0 +1,11 @@
+#pragma once
+
+namespace Orvane::ConsoleHost {
+
+class CommandTable;
+
+/// Adds the commands that ask something of the console, one for each request of the library that an
+/// application makes.
+void addConsoleCommands(CommandTable& table);
+
+} // namespace Orvane::ConsoleHost

@@ -1,0 +1,59 @@
+#include "hostlog.h"
+
+#include <QLoggingCategory>
+
+#include <cstdio>
+
+namespace Orvane::ConsoleHost {
+
+namespace {
+HostLog* s_pLog = nullptr; // set before the first thread is started, cleared after the last has ended
+}
+
+HostLog::HostLog(bool isVerbose)
+{
+    // The link tells every key that arrives at the information level.
+    if (!isVerbose)
+        QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false\norvane.ecproxy.link.info=false"));
+    qSetMessagePattern(
+        QStringLiteral("%{time hh:mm:ss.zzz} "
+                       "%{if-debug}debug   %{endif}%{if-info}info    %{endif}%{if-warning}warning %{endif}"
+                       "%{if-critical}critical%{endif}%{if-fatal}fatal   %{endif} %{message}"));
+    s_pLog = this;
+    qInstallMessageHandler(&HostLog::handle);
+}
+
+HostLog::~HostLog()
+{
+    qInstallMessageHandler(nullptr);
+    s_pLog = nullptr;
+}
+
+void HostLog::handle(QtMsgType type, const QMessageLogContext& context, const QString& text)
+{
+    const QString line = qFormatLogMessage(type, context, text);
+    std::fprintf(stderr, "%s\n", qUtf8Printable(line));
+    s_pLog->append(line);
+}
+
+void HostLog::append(const QString& line)
+{
+    bool wasEmpty = false;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        wasEmpty = m_pending.isEmpty();
+        m_pending.append(line);
+        if (m_pending.size() > MaxPendingLines)
+            m_pending.removeFirst();
+    }
+    if (wasEmpty)
+        Q_EMIT signalLinesPending();
+}
+
+QStringList HostLog::takeLines()
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return std::exchange(m_pending, QStringList());
+}
+
+} // namespace Orvane::ConsoleHost

@@ -1,0 +1,129 @@
+#include "applicationcommands.h"
+#include "commandreader.h"
+#include "commandtable.h"
+#include "consolecommands.h"
+#include "consolesession.h"
+#include "ec/eckeyboardloader.h"
+#include "ecmanager.h"
+#include "emptydevicelist.h"
+#include "eventwriter.h"
+#include "hostlog.h"
+#include "hostwindow.h"
+#include "keyinjector.h"
+#include "options.h"
+#include "signalreporter.h"
+#include "typingfield.h"
+#include "unixsignals.h"
+
+#include <QApplication>
+
+#include <cstdio>
+#include <fcntl.h>
+#include <memory>
+#include <unistd.h>
+
+using namespace Orvane;
+using namespace Orvane::ConsoleHost;
+using ECProxy::Client::ECManager;
+
+namespace {
+
+ExitStatus fail(const QStringList& problems)
+{
+    for (const QString& problem : problems)
+        std::fprintf(stderr, "orvane-console-host: %s\n", qUtf8Printable(problem));
+    return Failure;
+}
+
+QStringList describe(const QList<EC::KeyboardProblem>& problems, const QString& file)
+{
+    QStringList lines{QStringLiteral("The keyboard file %1 is refused:").arg(file)};
+    for (const EC::KeyboardProblem& problem : problems)
+        lines.append(problem.toString());
+    return lines;
+}
+
+/// Whoever starts the process with a standard stream closed would have it write events into the socket that
+/// takes the stream's number.
+void fillStandardStreams()
+{
+    int descriptor = 0;
+    do
+        descriptor = ::open("/dev/null", O_RDWR);
+    while (descriptor >= 0 && descriptor <= STDERR_FILENO);
+    ::close(descriptor);
+}
+
+/// Picks the display before the application object opens it; false when there is none to open.
+bool chooseDisplay(bool headless)
+{
+    if (headless)
+        return qputenv("QT_QPA_PLATFORM", "offscreen");
+    return qEnvironmentVariableIsSet("QT_QPA_PLATFORM") || qEnvironmentVariableIsSet("DISPLAY")
+        || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
+}
+
+int runApplication(const Options& options, const std::shared_ptr<EC::s_ECKeyboardConfig>& keyboard)
+{
+    HostLog log(options.verbose);
+    UnixSignals unixSignals;
+    QObject::connect(&unixSignals, &UnixSignals::signalTerminate, qApp, &QCoreApplication::quit);
+
+    // The model is there before the console asks it anything.
+    const EmptyDeviceList devices;
+
+    EventWriter events(options.events ? EventWriter::Everything : EventWriter::AnswersOnly);
+    reportManagerSignals(*ECManager::instance(), events);
+    reportNotices(devices, events);
+
+    // Without a window the field is one of its own, on a display that nobody sees.
+    auto* const field = new TypingField(events);
+    const std::unique_ptr<QWidget> window(
+        options.headless ? static_cast<QWidget*>(field) : new HostWindow(field, log));
+    window->show();
+    window->activateWindow();
+    KeyInjector injector(*field);
+    QObject::connect(
+        ECManager::instance(), &ECManager::signalStandardKeyPressed, &injector,
+        &KeyInjector::slotStandardKeyPressed);
+
+    CommandTable commands(events);
+    addApplicationCommands(commands, {events, *field, options.headless ? nullptr : window.get()});
+    addConsoleCommands(commands);
+    CommandReader reader;
+    QObject::connect(&reader, &CommandReader::signalLine, &events, [&commands](const QByteArray& line) {
+        commands.execute(line);
+    });
+    if (options.quitAtEnd)
+        QObject::connect(&reader, &CommandReader::signalEnd, qApp, &QCoreApplication::quit);
+
+    const ConsoleSession session(keyboard);
+    events.writeEvent(QStringLiteral("ready"));
+    return QApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    fillStandardStreams();
+    const auto read = readOptions(argc, argv);
+    if (const auto* status = std::get_if<ExitStatus>(&read))
+        return *status;
+    const Options options = std::get<Options>(read);
+    if (!chooseDisplay(options.headless))
+        return fail(
+            {QStringLiteral("There is no display for the window. Use --headless to run without one.")});
+
+    const QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("orvane-console-host"));
+    QApplication::setQuitOnLastWindowClosed(!options.headless);
+
+    const EC::KeyboardLoadResult keyboard = EC::loadKeyboardFile(options.keyboardFile);
+    if (!keyboard)
+        return fail(describe(keyboard.problems, options.keyboardFile));
+    const QString portProblem = reportPortProblem();
+    if (!portProblem.isEmpty())
+        return fail({portProblem});
+    return runApplication(options, keyboard.config);
+}

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QString>
+
+#include <variant>
+
+namespace Orvane::ConsoleHost {
+
+/// What the process ends with.
+enum ExitStatus { Success = 0, Failure = 1, BadUsage = 2 };
+
+/// What the command line asks for.
+struct Options {
+    QString keyboardFile;
+    bool headless = false; ///< no window on any display
+    bool events = false; ///< tell every event on standard output, not only the answers to commands
+    bool quitAtEnd = false; ///< quit at the end of standard input
+    bool verbose = false; ///< log every key too
+};
+
+/// Reads the command line. Help, the version and faults are printed here; the process then ends with the
+/// status. To be called before there is an application object, which the options decide about.
+std::variant<Options, ExitStatus> readOptions(int argc, char* argv[]);
+
+} // namespace Orvane::ConsoleHost

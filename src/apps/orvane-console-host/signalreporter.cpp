@@ -1,0 +1,114 @@
+#include "signalreporter.h"
+
+#include "bizmodel/devicelist.h"
+#include "ecmanager.h"
+#include "eventwriter.h"
+
+namespace Orvane::ConsoleHost {
+
+using BizModel::DeviceList;
+using ECProxy::Client::ECManager;
+
+namespace {
+
+/// A signal of one value, told as an event with one member.
+template <typename Sender, typename Value>
+void report(
+    const Sender& sender, void (Sender::*signal)(Value), EventWriter& events, const char* event,
+    const char* member)
+{
+    QObject::connect(&sender, signal, &events, [&events, event, member](Value value) {
+        events.writeEvent(QLatin1String(event), {{QLatin1String(member), QJsonValue(value)}});
+    });
+}
+
+template <typename Sender>
+void report(const Sender& sender, void (Sender::*signal)(), EventWriter& events, const char* event)
+{
+    QObject::connect(&sender, signal, &events, [&events, event] { events.writeEvent(QLatin1String(event)); });
+}
+
+QString nameOf(BizModel::StatusBarMsgType type)
+{
+    switch (type) {
+    case BizModel::StatusBarMsgType::Information:
+        return QStringLiteral("information");
+    case BizModel::StatusBarMsgType::Warning:
+        return QStringLiteral("warning");
+    case BizModel::StatusBarMsgType::Error:
+        return QStringLiteral("error");
+    }
+    return QString::number(type);
+}
+
+QString nameOf(BizModel::FramelessMessageBoxMsgType type)
+{
+    switch (type) {
+    case BizModel::FramelessMessageBoxMsgType::Question:
+        return QStringLiteral("question");
+    case BizModel::FramelessMessageBoxMsgType::Warning:
+        return QStringLiteral("warning");
+    case BizModel::FramelessMessageBoxMsgType::Information:
+        return QStringLiteral("information");
+    }
+    return QString::number(type);
+}
+
+} // namespace
+
+void reportManagerSignals(const ECManager& manager, EventWriter& events)
+{
+    const auto reportKey = [&](void (ECManager::*signal)(unsigned int, QString), const char* event) {
+        QObject::connect(&manager, signal, &events, [&events, event](unsigned int key, const QString& text) {
+            events.writeEvent(
+                QLatin1String(event), {{QStringLiteral("key"), qint64(key)}, {QStringLiteral("text"), text}});
+        });
+    };
+    reportKey(&ECManager::signalStandardKeyPressed, "standardKeyPressed");
+    reportKey(&ECManager::signalStandardKeyReleased, "standardKeyReleased");
+    QObject::connect(
+        &manager, &ECManager::signalECKeyClicked, &events, [&events](bool isBound, unsigned short key) {
+            events.writeEvent(
+                QStringLiteral("keyClicked"),
+                {{QStringLiteral("key"), key}, {QStringLiteral("bound"), isBound}});
+        });
+    report(manager, &ECManager::signalKeyboardLocked, events, "keyboardLocked", "locked");
+    report(manager, &ECManager::signalTbarLocked, events, "tbarLocked", "locked");
+    report(manager, &ECManager::signalTimeTypeChanged, events, "timeTypeChanged", "type");
+    report(manager, &ECManager::signalPropertyPopupVisible, events, "propertyPopupVisible", "visible");
+    report(manager, &ECManager::signalPropertyPopupDisable, events, "propertyPopupDisable", "disable");
+    report(manager, &ECManager::dviInSignalChanged, events, "dviInSignalChanged", "index");
+    report(manager, &ECManager::echoVideoSignalChanged, events, "echoVideoSignalChanged");
+    report(manager, &ECManager::signalOpenPGMPrompt, events, "openPGMPrompt");
+}
+
+void reportNotices(const DeviceList& devices, EventWriter& events)
+{
+    QObject::connect(
+        &devices, &DeviceList::signalShowStatusBarMsg, &events,
+        [&events](BizModel::StatusBarMsgType type, const QString& text, int durationMs) {
+            events.writeEvent(
+                QStringLiteral("statusBarMessage"),
+                {{QStringLiteral("type"), nameOf(type)},
+                 {QStringLiteral("text"), text},
+                 {QStringLiteral("ms"), durationMs}});
+        });
+    QObject::connect(
+        &devices, &DeviceList::signalShowFramelessMessageBoxMsg, &events,
+        [&events](BizModel::FramelessMessageBoxMsgType type, const QString& text) {
+            events.writeEvent(
+                QStringLiteral("messageBox"),
+                {{QStringLiteral("type"), nameOf(type)}, {QStringLiteral("text"), text}});
+        });
+    QObject::connect(&devices, &DeviceList::signalShowWaitingDialog, &events, [&events](const QString& text) {
+        events.writeEvent(QStringLiteral("waitingDialogShown"), {{QStringLiteral("text"), text}});
+    });
+    report(devices, &DeviceList::signalHideWaitingDialog, events, "waitingDialogHidden");
+    QObject::connect(
+        &devices, &DeviceList::signalFramelessMessageBoxClosed, &events,
+        [&events](QMessageBox::StandardButton button) {
+            events.writeEvent(QStringLiteral("messageBoxClosed"), {{QStringLiteral("button"), int(button)}});
+        });
+}
+
+} // namespace Orvane::ConsoleHost

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QObject>
+
+namespace Orvane::BizModel {
+class DeviceList;
+}
+namespace Orvane::ECProxy::Client {
+class ECManager;
+}
+
+namespace Orvane::ConsoleHost {
+
+class EventWriter;
+
+/// Writes an event for every signal of the console's manager.
+void reportManagerSignals(const ECProxy::Client::ECManager& manager, EventWriter& events);
+
+/// Writes an event for every notice to the user.
+void reportNotices(const BizModel::DeviceList& devices, EventWriter& events);
+
+} // namespace Orvane::ConsoleHost

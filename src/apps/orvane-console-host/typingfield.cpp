@@ -1,0 +1,33 @@
+#include "typingfield.h"
+
+#include "eventwriter.h"
+
+namespace Orvane::ConsoleHost {
+
+namespace {
+constexpr int MaxCharacters = 64;
+}
+
+TypingField::TypingField(EventWriter& events, QWidget* parent)
+    : QLineEdit(parent)
+{
+    setObjectName(QStringLiteral("field"));
+    setMaxLength(MaxCharacters);
+    setPlaceholderText(QStringLiteral("The keypad types here"));
+    reportTextChanges(*this, events);
+    connect(this, &QLineEdit::returnPressed, this, [this, &events] {
+        events.writeEvent(QStringLiteral("entered"), {{QStringLiteral("text"), text()}});
+        clear();
+    });
+}
+
+void reportTextChanges(const QLineEdit& field, EventWriter& events)
+{
+    QObject::connect(&field, &QLineEdit::textChanged, &events, [&field, &events](const QString& text) {
+        events.writeEvent(
+            QStringLiteral("field"),
+            {{QStringLiteral("name"), field.objectName()}, {QStringLiteral("text"), text}});
+    });
+}
+
+} // namespace Orvane::ConsoleHost

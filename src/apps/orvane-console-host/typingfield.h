@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QLineEdit>
+
+namespace Orvane::ConsoleHost {
+
+class EventWriter;
+
+/// The field that the numeric keypad types into. Enter takes the text and leaves the field empty.
+class TypingField : public QLineEdit {
+    Q_OBJECT
+
+public:
+    explicit TypingField(EventWriter& events, QWidget* parent = nullptr);
+};
+
+/// Tells every change of a field's text as the event "field", under the field's object name.
+void reportTextChanges(const QLineEdit& field, EventWriter& events);
+
+} // namespace Orvane::ConsoleHost
