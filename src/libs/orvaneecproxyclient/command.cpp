@@ -554,13 +554,32 @@ void Command::updateCommandKeypad(Enum::UpdateConsoleType type)
         qCritical(" page button config is 0. check config files.");
         return;
     }
+    // One thread paints at a time. Whoever comes meanwhile leaves the work to it, so that it can never cover
+    // a newer page, screen or device with the one that it began with.
+    m_nWantedRepaint |= type == Enum::UpdateConsoleType::All ? WantLeds | WantLabels
+        : type == Enum::UpdateConsoleType::Key               ? WantLeds
+                                                             : WantLabels;
+    while (m_nWantedRepaint != 0 && !m_bRepainting.exchange(true)) {
+        const int wanted = m_nWantedRepaint.exchange(0);
+        if (wanted == WantLeds)
+            paintPage(Enum::UpdateConsoleType::Key);
+        else if (wanted == WantLabels)
+            paintPage(Enum::UpdateConsoleType::OLED);
+        else if (wanted != 0)
+            paintPage(Enum::UpdateConsoleType::All);
+        m_bRepainting = false;
+    }
+}
+
+void Command::paintPage(Enum::UpdateConsoleType type)
+{
     const auto items = commandItems();
     const int pageIndex = m_nPageIndex;
     for (const auto& item : items) {
         if (!item || item->ecButtonPageIndex() != pageIndex)
             continue;
         if (const auto button = findSelectModeButtonByIndex(item->ecButtonOrderIndex()))
-            sendItem(ECCommandItem(*item), *button, type); // a copy: one moment's colour and text
+            sendItem(*item, *button, type);
     }
 }
 
@@ -572,7 +591,7 @@ void Command::updateBindedECButton(const quint32& ecButtonKey, const quint32& pa
             || item->ecButtonPageIndex() != int(pageIndex))
             continue;
         if (const auto button = findSelectModeButtonByIndex(item->ecButtonOrderIndex()))
-            sendItem(ECCommandItem(*item), *button, Enum::UpdateConsoleType::All);
+            sendItem(*item, *button, Enum::UpdateConsoleType::All);
         return;
     }
 }
@@ -583,6 +602,20 @@ void Command::sendItem(
     ECManager* manager = ECManager::instance();
     if (!manager)
         return;
+    // Another thread may change the item and send it while the old state is on its way from here: what is
+    // sent last must be what the item holds.
+    for (;;) {
+        const ECCommandItem sent(item); // a copy: one moment's colour and text
+        sendItemState(*manager, sent, button, type);
+        if (item.ecButtonColor() == sent.ecButtonColor() && item.ecOledText() == sent.ecOledText())
+            return;
+    }
+}
+
+void Command::sendItemState(
+    ECManager& manager, const ECCommandItem& item, const EC::s_ECButtonConfig& button,
+    Enum::UpdateConsoleType type)
+{
     const auto oled = std::make_shared<ECOLEDText>();
     if (button.pECOledCfg) {
         oled->OledKey = button.pECOledCfg->OrvaneECKey;
@@ -598,13 +631,13 @@ void Command::sendItem(
 
     switch (type) {
     case Enum::UpdateConsoleType::All:
-        manager->updateECButtonColor(color, oled);
+        manager.updateECButtonColor(color, oled);
         break;
     case Enum::UpdateConsoleType::Key:
-        manager->updateECButtonColor(color);
+        manager.updateECButtonColor(color);
         break;
     case Enum::UpdateConsoleType::OLED:
-        manager->updateECOledText(oled);
+        manager.updateECOledText(oled);
         break;
     }
 }

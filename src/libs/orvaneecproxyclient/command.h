@@ -26,6 +26,7 @@ struct s_ECOledConfig;
 namespace Orvane::ECProxy::Client {
 
 class ECCommandItem;
+class ECManager;
 class IPresetCommandEx;
 
 /// Base of the key commands: one command serves one group of console keys, the group that one entry of the
@@ -209,7 +210,8 @@ public:
     bool pageUpRelease(const quint32& ecKey);
     bool pageDownPressed(const quint32& ecKey);
     bool pageDownRelease(const quint32& ecKey);
-    /// Sends the items of the current page to the console.
+    /// Sends the items of the current page to the console. While another thread does so, that one sends them
+    /// once more, and the call returns at once.
     void updateCommandKeypad(Enum::UpdateConsoleType type);
     /// Sends one item; nothing when no item has that key on that page.
     void updateBindedECButton(const quint32& ecButtonKey, const quint32& pageIndex);
@@ -250,8 +252,12 @@ private:
 
     std::shared_ptr<EC::s_ECButtonConfig> findButton(const quint32& ecKey) const;
     void turnPage(const quint32& ecKey, int step);
+    void paintPage(Enum::UpdateConsoleType type);
     void sendItem(
         const ECCommandItem& item, const EC::s_ECButtonConfig& button, Enum::UpdateConsoleType type);
+    void sendItemState(
+        ECManager& manager, const ECCommandItem& item, const EC::s_ECButtonConfig& button,
+        Enum::UpdateConsoleType type);
 
     // m_tableMutex guards m_mapKeyPressedCBs, m_mapKeyReleaseCBs and m_pECCommandCfg. Handlers are copied out
     // before they are called.
@@ -259,6 +265,11 @@ private:
     CallbackTable m_mapKeyPressedCBs;
     CallbackTable m_mapKeyReleaseCBs;
     std::shared_ptr<EC::s_ECCommandConfig> m_pECCommandCfg;
+
+    // What the next repaint must send, and whether a thread is repainting.
+    enum WantedRepaint { WantLeds = 1, WantLabels = 2 };
+    std::atomic<int> m_nWantedRepaint{0};
+    std::atomic<bool> m_bRepainting{false};
 };
 
 } // namespace Orvane::ECProxy::Client

@@ -6,6 +6,8 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
+#include <utility>
 
 namespace Orvane::ECProxy::Client::Internal {
 
@@ -41,14 +43,18 @@ public:
     {
         const auto timer = madeTimer();
         timer->stopTimer();
+        setDeadline(Clock::now() + interval);
         timer->startTimer(int(interval.count()));
     }
 
-    /// Cancels a pending time-out, if there is one. Does not wait.
-    void stop()
+    /// Cancels a pending time-out, which then never comes; false when none was pending: the callback was
+    /// called already, or nothing was started. Does not wait.
+    bool stop()
     {
+        const bool wasPending = setDeadline({}).has_value();
         if (const auto timer = this->timer())
             timer->stopTimer();
+        return wasPending;
     }
 
     /// True from the start to the end of the callback.
@@ -59,6 +65,28 @@ public:
     }
 
 private:
+    using Clock = std::chrono::steady_clock;
+    using Deadline = std::optional<Clock::time_point>;
+
+    Deadline setDeadline(Deadline deadline)
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        return std::exchange(m_deadline, deadline);
+    }
+
+    void timeout()
+    {
+        {
+            // The timer may have taken its own last look at a stop just before the stop came. The deadline
+            // is gone then, or it is that of a later start.
+            const std::lock_guard<std::mutex> lock(m_mutex);
+            if (!m_deadline || Clock::now() < *m_deadline)
+                return;
+            m_deadline.reset();
+        }
+        m_callback();
+    }
+
     std::shared_ptr<OrvaneECTimer> timer() const
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
@@ -69,7 +97,7 @@ private:
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         if (!m_pTimer) {
-            m_pTimer = OrvaneECTimer::create(m_callback);
+            m_pTimer = OrvaneECTimer::create([this] { timeout(); });
             m_pTimer->setSingleShot(true);
         }
         return m_pTimer;
@@ -77,8 +105,9 @@ private:
 
     const std::function<void()> m_callback;
 
-    // m_mutex guards m_pTimer.
+    // m_mutex guards m_deadline, which is there while a time-out is pending, and m_pTimer.
     mutable std::mutex m_mutex;
+    Deadline m_deadline;
     std::shared_ptr<OrvaneECTimer> m_pTimer;
 };
 
