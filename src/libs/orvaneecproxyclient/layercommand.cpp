@@ -1,10 +1,317 @@
 #include "layercommand.h"
 
+#include "consumetime.h"
+#include "ecconsolemanager.h"
+#include "layercommand_p.h"
+#include "modelaccess.h"
+
+#include "bizmodel/device.h"
+#include "bizmodel/layer.h"
+#include "bizmodel/screen.h"
+#include "ec/eckeyboardconfig.h"
+
 namespace Orvane::ECProxy::Client {
+
+using Internal::LayerCommandPrivate;
+
+LayerCommand::LayerCommand(QObject* parent)
+    : Command(parent)
+    , d(new LayerCommandPrivate(this))
+{
+    using Handler = bool (LayerCommandPrivate::*)(const quint32&);
+    const auto bind = [this](LayerCallbackType type, Handler pressed, Handler released) {
+        bindKey(
+            quint32(type), std::bind(pressed, d, std::placeholders::_1),
+            std::bind(released, d, std::placeholders::_1));
+    };
+    bindKey(
+        quint32(LayerCallbackType::eSelectLayerCB),
+        std::bind(&LayerCommandPrivate::selectLayerPressed, d, std::placeholders::_1),
+        [](const quint32&) { return true; });
+    bindKey(
+        quint32(LayerCallbackType::ePageUp), std::bind(&Command::pageUpPressed, this, std::placeholders::_1),
+        std::bind(&Command::pageUpRelease, this, std::placeholders::_1));
+    bindKey(
+        quint32(LayerCallbackType::ePageDown),
+        std::bind(&Command::pageDownPressed, this, std::placeholders::_1),
+        std::bind(&Command::pageDownRelease, this, std::placeholders::_1));
+    bind(
+        LayerCallbackType::eRemoveSelectedLayerCB, &LayerCommandPrivate::removeSelectedLayerPressed,
+        &LayerCommandPrivate::darkenReleasedKey);
+    bind(
+        LayerCallbackType::eClearLayersCB, &LayerCommandPrivate::clearLayersPressed,
+        &LayerCommandPrivate::clearLayersRelease);
+    bind(
+        LayerCallbackType::eSetSelectedLayerTopZValueCB,
+        &LayerCommandPrivate::setSelectedLayerTopZValuePressed,
+        &LayerCommandPrivate::setSelectedLayerTopZValueRelease);
+    bind(
+        LayerCallbackType::eSetSelectedLayerBottomZValueCB,
+        &LayerCommandPrivate::setSelectedLayerBottomZValuePressed,
+        &LayerCommandPrivate::setSelectedLayerBottomZValueRelease);
+    bind(
+        LayerCallbackType::eChangeNewLayerDefaultCapacityCB,
+        &LayerCommandPrivate::changeNewLayerDefaultCapacityPressed, &LayerCommandPrivate::darkenReleasedKey);
+    bind(
+        LayerCallbackType::eSetSelectedLayerFullScreenCB,
+        &LayerCommandPrivate::setSelectedLayerFullScreenPressed, &LayerCommandPrivate::darkenReleasedKey);
+}
+
+LayerCommand::~LayerCommand()
+{
+    delete d;
+}
+
+// ---- The group of keys ----------------------------------------------------------------------------------
 
 QString LayerCommand::name() const
 {
     return Constants::LAYERCOMMANDNAME;
+}
+
+int LayerCommand::maxPage()
+{
+    return LayerCommandPrivate::PageCount;
+}
+
+int LayerCommand::pageSize() const
+{
+    return d->m_layerButtonCfgs.count();
+}
+
+void LayerCommand::retranslateUi()
+{
+    if (const auto oled = findPageOled(quint16(LayerCallbackType::ePageUp)))
+        Command::updatePageOled(oled->ECKey, quint32(currentPageIndex()));
+    d->initLayerCapacity();
+    d->updateFullScreenLabel();
+}
+
+QList<std::shared_ptr<ECCommandItem>> LayerCommand::commandItems() const
+{
+    ECCommandItemList items;
+    const auto target = Internal::activedLayerScreen();
+    ECConsoleManager* store = ECConsoleManager::instance();
+    if (target)
+        store->layerECCommandItems(target->ip, target->serverId, items);
+    if (items.isEmpty())
+        store->layerECCommandItems(QString(), 0, items);
+    return items;
+}
+
+bool LayerCommand::updatePageOled(const quint32& oledECKey, const quint32& pageIndex)
+{
+    const bool isShown = Command::updatePageOled(oledECKey, pageIndex);
+    d->refreshKeys();
+    return isShown;
+}
+
+void LayerCommand::updateSelectModeButtonConfig()
+{
+    d->m_layerButtonCfgs.collect(ecCommandConfig(), quint16(LayerCallbackType::eSelectLayerCB));
+    const auto items = d->m_layerButtonCfgs.makeItems(maxPage());
+    for (const auto& item : items)
+        ECConsoleManager::instance()->appendECCommandItem(KeyboardType::Layer, item);
+}
+
+int LayerCommand::getMinUnusedECButtonIndex(int& orderIndex) const
+{
+    const auto items = commandItems();
+    for (const auto& item : items) {
+        // A free item keeps the pair that says whose screen it is.
+        if (!item || item->isBindKeyPad())
+            continue;
+        orderIndex = item->ecButtonOrderIndex();
+        return orderIndex + item->ecButtonPageIndex() * pageSize();
+    }
+    return -1;
+}
+
+std::shared_ptr<EC::s_ECButtonConfig> LayerCommand::findSelectModeButtonByIndex(const int& index) const
+{
+    return d->m_layerButtonCfgs.at(index);
+}
+
+void LayerCommand::updateKeyboard()
+{
+    d->updateLayerKeyboard();
+}
+
+bool LayerCommand::isAllowedKeyReleased(const quint16& ecKey)
+{
+    // Their presses light them, or are held: a dialog that opens meanwhile must not keep the release away.
+    const int orvaneKey = findOrvaneKey(ecKey);
+    return orvaneKey >= int(LayerCallbackType::eRemoveSelectedLayerCB)
+        && orvaneKey <= int(LayerCallbackType::eSetSelectedLayerFullScreenCB);
+}
+
+bool LayerCommand::containsSelectedECButtonConfigByECKey(const quint32& ecKey) const
+{
+    return isKeyOfFunction(ecKey, quint16(LayerCallbackType::eSelectLayerCB));
+}
+
+void LayerCommand::slotECButtonPressed(const quint32& ecKey)
+{
+    dispatchPressed(ecKey);
+}
+
+void LayerCommand::slotECButtonRelease(const quint32& ecKey)
+{
+    dispatchReleased(ecKey);
+}
+
+void LayerCommand::slotFramelessMessageBoxClosed(QMessageBox::StandardButton button)
+{
+    d->messageBoxClosed(button == QMessageBox::Yes);
+}
+
+// ---- Notifications of the model -------------------------------------------------------------------------
+
+void LayerCommand::slotActivedDeviceChanged()
+{
+    updateCurrentPageIndex(0);
+    updateKeyboard();
+}
+
+void LayerCommand::slotDeviceRemoved(std::shared_ptr<BizModel::Device> device)
+{
+    if (device)
+        ECConsoleManager::instance()->resetECCommandItems(device->ipMacSn(), KeyboardType::Layer);
+    updateCurrentPageIndex(0);
+    updateKeyboard();
+}
+
+void LayerCommand::slotActivedScreenChanged(
+    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen> screen)
+{
+    if (screen.expired() || checkScreenType(screen))
+        d->refreshKeys();
+}
+
+void LayerCommand::slotSelectedScreensChanged(std::weak_ptr<BizModel::Device>)
+{
+    d->refreshKeys();
+}
+
+void LayerCommand::slotDeviceRegulerScreenAdded(
+    std::weak_ptr<BizModel::Device> weakDevice, std::weak_ptr<BizModel::Screen> weakScreen)
+{
+    const auto device = weakDevice.lock();
+    const auto screen = weakScreen.lock();
+    if (!device || !screen || !checkScreenType(screen->screenType()))
+        return;
+    ECConsoleManager::instance()->initLayerECCommand(
+        device->ipMacSn(), KeyboardType::Layer, Internal::layerServerId(*screen));
+    d->refreshKeys();
+}
+
+void LayerCommand::slotDeviceRegulerScreenRemoved(
+    std::weak_ptr<BizModel::Device> weakDevice, std::shared_ptr<BizModel::Screen> screen)
+{
+    const auto device = weakDevice.lock();
+    if (!device || !screen)
+        return;
+    d->forgetScreen(*device, *screen);
+    d->refreshKeys();
+}
+
+void LayerCommand::slotDeviceScreenBaseLayerAdded(
+    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen>, std::weak_ptr<BizModel::Layer>)
+{
+    if (d->isLeftToOperation(d->m_bIsCreatingLayerOpe)) {
+        qInfo("Layer is created by key. ignore this slot.");
+        return;
+    }
+    d->refreshKeys();
+}
+
+void LayerCommand::slotDeviceScreenBaseLayerRemoved(
+    std::weak_ptr<BizModel::Device> weakDevice, std::weak_ptr<BizModel::Screen> weakScreen,
+    std::shared_ptr<BizModel::Layer> layer)
+{
+    if (!layer)
+        return;
+    const bool isRemovedByKey = d->takeKeyRemoval(layer->screenLayerId());
+    if (layer->sceneType() != BizModel::SceneType::PVW) {
+        qInfo("Layer scene type is not PVW.  Type:%d", int(layer->sceneType()));
+        return;
+    }
+    if (d->isLeftToOperation(d->m_bIsCreatingLayerOpe)) {
+        qInfo(
+            "Layer is created by key... Can not remove layer keyboard command configs, layer id:%u"
+            " layer name:%s",
+            layer->layerId(), qUtf8Printable(layer->name()));
+        return;
+    }
+    if (d->isLeftToOperation(d->m_bIsRemovingLayerOpe)) {
+        qInfo(
+            "Layer is removing by key... Can not remove layer keyboard command configs, layer id:%u"
+            " layer name:%s",
+            layer->layerId(), qUtf8Printable(layer->name()));
+        return;
+    }
+    const auto device = weakDevice.lock();
+    const auto screen = weakScreen.lock();
+    if (!isRemovedByKey && device && screen)
+        d->unbindRemovedLayer(*device, *screen, layer);
+    d->refreshKeys();
+}
+
+void LayerCommand::slotSelectedRegularLayersChanged(
+    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen)
+{
+    if (d->isLeftToOperation(d->m_bIsCreatingLayerOpe)) {
+        qInfo("Layer is created by key... ignore this slot");
+        return;
+    }
+    if (d->isLeftToOperation(d->m_bIsRemovingLayerOpe)) {
+        qInfo("Layer is removing by key... ignore this slot");
+        return;
+    }
+    if (device.expired()) {
+        qWarning("Device is nullptr.");
+        return;
+    }
+    const auto changed = screen.lock();
+    if (!changed) {
+        qWarning("Screen is nullptr.");
+        return;
+    }
+    const auto target = Internal::activedLayerScreen();
+    if (!target || target->screen != changed)
+        return;
+    d->updateECCommandItems();
+    d->showNewlySelectedLayer(*target);
+    d->updateLayerKeyboard();
+}
+
+void LayerCommand::slotNotifyUpdateLayer(const QList<std::weak_ptr<BizModel::Screen>>& screens, int type)
+{
+    Internal::logConsumeTime("preset consume time: Update LayerCommand Notify Timer start.");
+    d->rememberUpdate(screens, type);
+}
+
+void LayerCommand::slotUpdateTakeScreenTimeout()
+{
+    Internal::logConsumeTime("preset consume time: Timeout, Update LayerCommand Notify Timer start.");
+    updateLayerECButtonAfterTake();
+    Internal::logConsumeTime("preset consume time: end, Update LayerCommand Notify Timer end.");
+}
+
+void LayerCommand::updateLayerECButtonAfterTake()
+{
+    d->updateAfterTake();
+}
+
+void LayerCommand::slotLayerNameChanged(
+    std::weak_ptr<BizModel::Device> weakDevice, std::weak_ptr<BizModel::Screen> weakScreen,
+    std::weak_ptr<BizModel::Layer> weakLayer)
+{
+    const auto device = weakDevice.lock();
+    const auto screen = weakScreen.lock();
+    const auto layer = weakLayer.lock();
+    if (device && screen && layer && Internal::isKeyLayer(*layer))
+        d->updateLayerName(*device, *screen, *layer);
 }
 
 } // namespace Orvane::ECProxy::Client

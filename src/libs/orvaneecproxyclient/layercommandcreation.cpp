@@ -1,0 +1,365 @@
+// The select keys of the layers: a lit one selects its layer, a dark one makes a layer and keeps it.
+#include "layercommand_p.h"
+
+#include "ecconsolemanager.h"
+#include "layerplacement.h"
+#include "modelaccess.h"
+
+#include "bizmodel/connector.h"
+#include "bizmodel/device.h"
+#include "bizmodel/input.h"
+#include "bizmodel/layer.h"
+#include "bizmodel/output.h"
+#include "bizmodel/resourcecheck.h"
+#include "bizmodel/screen.h"
+#include "bizmodel/subcard.h"
+#include "bizmodel/translations.h"
+#include "modelcontrol/device.h"
+#include "modelcontrol/layer.h"
+
+#include <algorithm>
+
+namespace Orvane::ECProxy::Client::Internal {
+
+namespace Translate = BizModel::Translate;
+using BizModel::LayerType;
+using BizModel::SceneType;
+using BizModel::StatusBarMsgType;
+using ScreenState = BizModel::Enum::Screen::State;
+using ScreenType = BizModel::Enum::Screen::ScreenType;
+
+namespace {
+
+int layerCapacity(const BizModel::Screen& screen)
+{
+    int capacity = 0;
+    const auto subcards = screen.subCards();
+    for (const auto& weakSubcard : subcards) {
+        if (const auto subcard = weakSubcard.lock())
+            capacity += subcard->layerCapacity();
+    }
+    return capacity;
+}
+
+/// The mosaic rectangles of the screen's outputs in the outputs' z-order.
+QList<QRect> outputRects(const BizModel::Screen& screen)
+{
+    QList<std::shared_ptr<BizModel::Output>> outputs;
+    const auto weakOutputs = screen.outputs();
+    for (const auto& weakOutput : weakOutputs) {
+        if (const auto output = weakOutput.lock())
+            outputs.append(output);
+    }
+    std::stable_sort(outputs.begin(), outputs.end(), [](const auto& left, const auto& right) {
+        return left->zOrder() < right->zOrder();
+    });
+    QList<QRect> rects;
+    for (const auto& output : qAsConst(outputs))
+        rects.append(screen.mosaicRect(output).toRect());
+    return rects;
+}
+
+} // namespace
+
+// ---- A select key is pressed ----------------------------------------------------------------------------
+
+bool LayerCommandPrivate::selectLayerPressed(const quint32& ecKey)
+{
+    if (m_bIsRemovingLayerOpe) {
+        qWarning("Layer is removing ... Can not add layer ...");
+        return false;
+    }
+    const auto device = activedDevice();
+    if (!device) {
+        qWarning("Create layer failed: device is nullptr.");
+        return false;
+    }
+    const auto screen = device->activedScreen().lock();
+    if (!screen) {
+        qWarning("Create layer failed:screen is nullptr.");
+        return false;
+    }
+    if (!screen->isComplete()) {
+        qWarning("Create layer failed:layer key [%u] pressed but screen is not Complete.", ecKey);
+        return false;
+    }
+    const LayerScreen target{device, screen, device->ipMacSn(), layerServerId(*screen)};
+    if (const auto layer = findBindingLayer(target, ecKey))
+        return selectLayer(target, layer);
+
+    qInfo("layer key [%u] pressed to create layer.", ecKey);
+    const Operation creation(this, m_bIsCreatingLayerOpe, m_bIsRemovingLayerOpe);
+    if (!creation) {
+        // The other console was quicker.
+        qWarning(
+            m_bIsRemovingLayerOpe ? "Layer is removing ... Can not add layer ..."
+                                  : "Layer is created by key. Can not add layer ...");
+        return false;
+    }
+    if (!createLayer(ecKey)) {
+        qWarning("Create layer failed.");
+        return false;
+    }
+    return true;
+}
+
+LayerPtr LayerCommandPrivate::findBindingLayer(const LayerScreen& target, const quint32& ecKey) const
+{
+    const int buttonIndex = m_pCommand->findECButtonIndex(ecKey);
+    const ECObjectIdList ids = m_itemUpdates.read([&] {
+        return ECConsoleManager::instance()->findBindingObject(
+            target.ip, KeyboardType::Layer, buttonIndex, target.serverId);
+    });
+    const auto layers = previewLayers(*target.screen);
+    const auto found = std::find_if(layers.begin(), layers.end(), [&](const LayerPtr& layer) {
+        return ids.contains({target.serverId, layer->layerId()});
+    });
+    return found == layers.end() ? nullptr : *found;
+}
+
+bool LayerCommandPrivate::selectLayer(const LayerScreen& target, const LayerPtr& layer)
+{
+    const auto control = ModelControl::Screen::layerModelControl(layer->layerType(), target.device);
+    if (!control) {
+        qWarning("Select layer failed: layer model control is nullptr.");
+        return false;
+    }
+    if (control->setSelected(target.screen, {layer}, BizModel::SelectedType::Cover, true))
+        return true;
+    qWarning("Select layer failed: the model refused layer %u.", layer->layerId());
+    return false;
+}
+
+// ---- A layer for a free key -----------------------------------------------------------------------------
+
+LayerPtr LayerCommandPrivate::createLayer(const quint32& ecKey)
+{
+    const KeyPlace place = keyPlace(ecKey);
+    const auto device = activedDevice();
+    if (!device) {
+        qWarning("can not add layer, pDevice is nullptr.");
+        return nullptr;
+    }
+    const auto screen = device->activedScreen().lock();
+    if (!screen) {
+        qWarning("can not add layer, actived screen is nullptr.");
+        return nullptr;
+    }
+    if (!isReadyForNewLayer(*device, *screen))
+        return nullptr;
+    const auto input = getMachingInput();
+    const auto probe = input ? makeProbeLayer(*device, *screen, input) : nullptr;
+    if (!probe) {
+        qWarning("can not add layer, Unable to find matching input source!");
+        showStatusBarMsg(StatusBarMsgType::Error, Translate::tr(Translate::TR_THE_LAYER_NO_MATCHING_INPUT));
+        return nullptr;
+    }
+    const QSize size = probe->defulatSize(input);
+    const QPoint position = getNextPostition(input);
+    if (position == NoLayerPosition) {
+        if (screen->state() == ScreenState::Normal)
+            holdResourceOut(screen);
+        qWarning("Layer pos is (-1,-1). ");
+        return nullptr;
+    }
+    const auto control = ModelControl::Device::screenModelControl(ScreenType::RegularScreen, device);
+    if (!control) {
+        qWarning("screen model control is nullptr . ");
+        return nullptr;
+    }
+    const LayerScreen target{device, screen, device->ipMacSn(), layerServerId(*screen)};
+    logBinding(ecKey, place, target);
+    const auto layer = control->addLayer(
+        screen, LayerType::Regular, SceneType::PVW, int(input->interfaceId()), BizModel::SourceType::Input,
+        QRect(position, size));
+    if (!layer) {
+        qWarning("Create layer by drag failed: new layer is nullptr.");
+        return nullptr;
+    }
+    showNewLayer(target, ecKey, place, layer);
+    device->appendViewingScreen(screen);
+    return layer;
+}
+
+bool LayerCommandPrivate::isReadyForNewLayer(const BizModel::Device& device, const BizModel::Screen& screen)
+{
+    if (screen.screenType() != ScreenType::RegularScreen) {
+        qWarning("can not add layer, current Screen type is: %d", int(screen.screenType()));
+        return false;
+    }
+    if (screen.outputs().isEmpty()) {
+        qWarning("can not add layer, current Screen output count is 0.");
+        return false;
+    }
+    const ScreenState state = screen.state();
+    if (state != ScreenState::Normal && state != ScreenState::Resource_out) {
+        qWarning("can not add layer, Screen state is %d", int(state));
+        showStatusBarMsg(StatusBarMsgType::Error, Translate::tr(Translate::TR_THE_LAYER_SCREEN_TAKING));
+        return false;
+    }
+    if (device.isLayerLimited(SceneType::PVW)
+        || layerCapacity(screen) <= screen.layerCount(SceneType::PVW, LayerType::NotImageType)) {
+        qWarning("can not add layer, layer number is bigger than the max.");
+        showStatusBarMsg(StatusBarMsgType::Error, Translate::tr(Translate::TR_THE_LAYER_LIMIT));
+        return false;
+    }
+    return true;
+}
+
+void LayerCommandPrivate::logBinding(const quint32& ecKey, const KeyPlace& place, const LayerScreen& target)
+{
+    const quint32 screenId = target.screen->screenId();
+    const quint32 layerId = target.screen->nextLayerId(SceneType::PVW, LayerType::Regular);
+    const QString name = target.screen->nextLayerName(SceneType::PVW, LayerType::Regular);
+    qInfo(
+        "layer is binding ...  ECKey: %u layerId :%u nScreenId :%u layerIdentId :%u.%d.%u layer name :%s"
+        " key button index: %d key orderIndex index: %d",
+        ecKey, layerId, screenId, screenId, int(SceneType::PVW), layerId, qUtf8Printable(name),
+        place.buttonIndex, place.orderIndex);
+}
+
+LayerCommandPrivate::KeyPlace LayerCommandPrivate::keyPlace(const quint32& ecKey) const
+{
+    KeyPlace place;
+    place.pageIndex = m_pCommand->currentPageIndex();
+    place.orderIndex = m_pCommand->findECButtonOrderIndex(ecKey);
+    place.buttonIndex = place.pageIndex * m_pCommand->pageSize() + place.orderIndex;
+    return place;
+}
+
+void LayerCommandPrivate::showNewLayer(
+    const LayerScreen& target, const quint32& ecKey, const KeyPlace& place, const LayerPtr& layer)
+{
+    const QString name = layer->name();
+    if (!bindNewLayer(target, place, layer)) {
+        qWarning("Key %u has another layer by now, the new layer gets the next free one.", ecKey);
+        refreshKeys();
+        return;
+    }
+    if (place.pageIndex != m_pCommand->currentPageIndex())
+        return;
+    m_pCommand->updateECOledTextByBtnECKey(ecKey, name);
+    m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Yellow);
+}
+
+bool LayerCommandPrivate::bindNewLayer(
+    const LayerScreen& target, const KeyPlace& place, const LayerPtr& layer)
+{
+    const ECObjectId id{target.serverId, layer->layerId()};
+    const QString name = layer->name();
+    const auto readLayerIds = [&] {
+        std::set<quint32> ids;
+        const auto layers = previewLayers(*target.screen);
+        for (const auto& present : layers)
+            ids.insert(present->layerId());
+        return ids;
+    };
+    return m_itemUpdates.update(readLayerIds, [&](const std::set<quint32>& present) {
+        ECConsoleManager* store = ECConsoleManager::instance();
+        store->initLayerECCommand(target.ip, KeyboardType::Layer, target.serverId);
+        // An update that saw the layer before we did has given it the first free key.
+        store->resetECButtonData(target.ip, KeyboardType::Layer, id);
+        const ECObjectIdList bound =
+            store->findBindingObject(target.ip, KeyboardType::Layer, place.buttonIndex, target.serverId);
+        for (const ECObjectId& old : bound) {
+            if (old.first == target.serverId && present.count(old.second) == 0)
+                store->resetECButtonData(target.ip, KeyboardType::Layer, old);
+        }
+        const auto item = store->updateECButtonData(
+            target.ip, KeyboardType::Layer, place.orderIndex, place.buttonIndex, place.pageIndex, {id},
+            ECLEDColor::Yellow, name, false);
+        return item != nullptr;
+    });
+}
+
+// ---- Source and place of a new layer --------------------------------------------------------------------
+
+std::shared_ptr<BizModel::Input> LayerCommandPrivate::getMachingInput() const
+{
+    const auto device = activedDevice();
+    if (!device)
+        return nullptr;
+    QList<std::shared_ptr<BizModel::Input>> inputs;
+    const auto weakInputs = device->validInputs();
+    for (const auto& weakInput : weakInputs) {
+        if (const auto input = weakInput.lock())
+            inputs.append(input);
+    }
+    std::stable_sort(inputs.begin(), inputs.end(), [](const auto& left, const auto& right) {
+        return left->interfaceId() < right->interfaceId();
+    });
+    const BizModel::CapacityMode wanted = m_currentLayerTemplate;
+    const auto found = std::find_if(inputs.begin(), inputs.end(), [&](const auto& input) {
+        const auto connector = device->getConnector(input->interfaceFullId()).lock();
+        return input->isActive() && connector && connector->capacity() == wanted;
+    });
+    return found == inputs.end() ? nullptr : *found;
+}
+
+LayerPtr LayerCommandPrivate::makeProbeLayer(
+    const BizModel::Device& device, const BizModel::Screen& screen,
+    const std::shared_ptr<BizModel::Input>& input)
+{
+    const auto connector = device.getConnector(input->interfaceFullId()).lock();
+    return screen.createProbeLayer(input, connector ? connector->capacity() : input->capacity());
+}
+
+QPoint LayerCommandPrivate::getNextPostition(const std::shared_ptr<BizModel::Input>& input) const
+{
+    const auto device = activedDevice();
+    const auto screen = device ? device->activedScreen().lock() : nullptr;
+    if (!screen || screen->screenType() != ScreenType::RegularScreen)
+        return NoLayerPosition;
+    LayerPlacement placement;
+    placement.outputs = outputRects(*screen);
+    const auto probe = makeProbeLayer(*device, *screen, input);
+    if (placement.outputs.isEmpty() || !probe)
+        return NoLayerPosition;
+    placement.size = probe->defulatSize(input);
+    const auto layers = previewLayers(*screen);
+    for (const auto& layer : layers)
+        placement.layerOrigins.append(layer->windowRect().topLeft());
+
+    const QPoint position = findLayerPosition(placement, [&](const QRect& window) {
+        const bool hasResources = BizModel::ResourceCheck::CheckOperationResources(screen, {{probe, window}});
+        if (!hasResources)
+            qWarning("Layer resource out, failed to full screen layer.");
+        return hasResources;
+    });
+    if (position == NoLayerPosition) {
+        qWarning("Layer resource out, failed to get next layer position.");
+        showStatusBarMsg(StatusBarMsgType::Warning, Translate::tr(Translate::TR_THE_LAYER_NO_RESOURCES));
+    }
+    return position;
+}
+
+void LayerCommandPrivate::holdResourceOut(const std::shared_ptr<BizModel::Screen>& screen)
+{
+    screen->setState(ScreenState::Resource_out);
+    {
+        const std::lock_guard<std::mutex> lock(m_notificationMtx);
+        m_resourceOutScreens.append(screen);
+    }
+    m_pScreenStateTimer.restart(ResourceOutDuration);
+}
+
+void LayerCommandPrivate::slotScreenStateTimeOut()
+{
+    // The operator may have gone to another device since.
+    QList<std::weak_ptr<BizModel::Screen>> screens;
+    {
+        const std::lock_guard<std::mutex> lock(m_notificationMtx);
+        screens.swap(m_resourceOutScreens);
+    }
+    if (const auto device = activedDevice())
+        screens += device->screens(ScreenType::RegularScreen);
+    else
+        qWarning("current Device is nullptr.");
+    for (const auto& weakScreen : qAsConst(screens)) {
+        const auto screen = weakScreen.lock();
+        if (screen && screen->state() == ScreenState::Resource_out)
+            screen->setState(ScreenState::Normal);
+    }
+}
+
+} // namespace Orvane::ECProxy::Client::Internal

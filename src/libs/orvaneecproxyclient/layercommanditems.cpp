@@ -1,0 +1,403 @@
+// The layer keys' items, labels and pages: what the console shows of the active screen's preview.
+#include "layercommand_p.h"
+
+#include "ecconsolemanager.h"
+#include "layerplacement.h"
+#include "modelaccess.h"
+
+#include "bizmodel/device.h"
+#include "bizmodel/layer.h"
+#include "bizmodel/screen.h"
+#include "bizmodel/translations.h"
+#include "ec/eckeyboardconfig.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace Orvane::ECProxy::Client::Internal {
+
+namespace Translate = BizModel::Translate;
+
+namespace {
+
+/// The layer that an item of the screen is bound to.
+quint32 boundLayerId(const ECCommandItem& item, quint32 serverId)
+{
+    const ECObjectIdList ids = item.getObjectIdList();
+    for (const ECObjectId& id : ids) {
+        if (id.first == serverId)
+            return id.second;
+    }
+    return Constants::UnboundLayerIndex;
+}
+
+std::set<quint32> selectedPreviewLayers(const BizModel::Screen& screen)
+{
+    std::set<quint32> ids;
+    const auto selected = screen.selectedLayers(BizModel::SceneType::PVW);
+    for (const auto& weakLayer : selected) {
+        const auto layer = weakLayer.lock();
+        if (layer && isKeyLayer(*layer))
+            ids.insert(layer->layerId());
+    }
+    return ids;
+}
+
+const char* capacityLabel(BizModel::CapacityMode capacity)
+{
+    switch (capacity) {
+    case BizModel::CapacityMode::_DL:
+        return Translate::TR_THE_DL;
+    case BizModel::CapacityMode::_4K:
+        return Translate::TR_THE_4K;
+    case BizModel::CapacityMode::_SL:
+        break;
+    }
+    return Translate::TR_THE_SL;
+}
+
+} // namespace
+
+quint32 layerServerId(const BizModel::Screen& screen)
+{
+    constexpr int TypeShift = 24;
+    const auto type = screen.screenType();
+    return type == BizModel::Enum::Screen::RegularScreen ? screen.screenId()
+                                                         : screen.screenId() | quint32(type) << TypeShift;
+}
+
+std::optional<LayerScreen> activedLayerScreen()
+{
+    const auto device = activedDevice();
+    const auto screen = device ? device->activedScreen().lock() : nullptr;
+    if (!screen || !Command::checkScreenType(screen->screenType()))
+        return std::nullopt;
+    return LayerScreen{device, screen, device->ipMacSn(), layerServerId(*screen)};
+}
+
+QList<LayerPtr> previewLayers(const BizModel::Screen& screen)
+{
+    QList<LayerPtr> layers;
+    const auto weakLayers =
+        screen.layers(BizModel::SceneType::PVW, BizModel::Enum::Layer::RegularAndAUXLayers);
+    for (const auto& weakLayer : weakLayers) {
+        if (const auto layer = weakLayer.lock())
+            layers.append(layer);
+    }
+    return layers;
+}
+
+bool isKeyLayer(const BizModel::Layer& layer)
+{
+    return layer.sceneType() == BizModel::SceneType::PVW
+        && (layer.layerType() & BizModel::Enum::Layer::RegularAndAUXLayers) != 0;
+}
+
+LayerCommandPrivate::LayerCommandPrivate(LayerCommand* command)
+    : m_pCommand(command)
+    , m_pUpdateTakeTimer(UpdateTakeDelay, [this] { m_pCommand->slotUpdateTakeScreenTimeout(); })
+    , m_pFullScreenTimer([this] { fullnSelectedLayer(); })
+    , m_pScreenStateTimer([this] { slotScreenStateTimeOut(); })
+    , m_pClearAllLayerTimer([this] { clearHeld(); })
+    , m_pLayerTopZValueTimer([this] { changeZOrder(&ModelControl::Screen::topZOrder); })
+    , m_pLayerBottomZValueTimer([this] { changeZOrder(&ModelControl::Screen::bottomZOrder); })
+{
+}
+
+// ---- Page and labels ------------------------------------------------------------------------------------
+
+void LayerCommandPrivate::updateLayerKeyboard()
+{
+    const auto pageOled = m_pCommand->findPageOled(quint16(LayerCallbackType::ePageUp));
+    if (pageOled)
+        m_pCommand->updatePageOled(pageOled->ECKey, quint32(m_pCommand->currentPageIndex()));
+    else
+        refreshKeys();
+    initLayerCapacity();
+    updateFullScreenLabel();
+}
+
+void LayerCommandPrivate::initLayerCapacity()
+{
+    writeKeyLabel(
+        LayerCallbackType::eChangeNewLayerDefaultCapacityCB,
+        Translate::tr(capacityLabel(m_currentLayerTemplate)));
+}
+
+void LayerCommandPrivate::updateFullScreenLabel()
+{
+    writeKeyLabel(
+        LayerCallbackType::eSetSelectedLayerFullScreenCB, Translate::tr(Translate::TR_THE_FULL_SCREEN));
+}
+
+void LayerCommandPrivate::writeKeyLabel(LayerCallbackType type, const QString& text)
+{
+    if (!m_pCommand->ecCommandConfig()) {
+        qWarning("Button config error");
+        return;
+    }
+    const auto button = m_pCommand->findFunctionButton(quint16(type));
+    if (!button) {
+        qWarning("%s command has invalid page button", qUtf8Printable(m_pCommand->name()));
+        return;
+    }
+    if (!button->pECOledCfg) {
+        qWarning(
+            "%s command has invalid page button, button has no oled config",
+            qUtf8Printable(m_pCommand->name()));
+        return;
+    }
+    m_pCommand->updateECOledText(button->pECOledCfg->OrvaneECKey, button->pECOledCfg->ECKey, text);
+}
+
+// ---- Items ----------------------------------------------------------------------------------------------
+
+LayerCommandPrivate::TakenLayers LayerCommandPrivate::readTakenLayers(
+    const QList<std::weak_ptr<BizModel::Screen>>& screens)
+{
+    TakenLayers taken;
+    const auto device = activedDevice();
+    if (!device)
+        return taken;
+    taken.ip = device->ipMacSn();
+    const auto ownScreens = device->screens(BizModel::Enum::Screen::RegularAndAUXScreens);
+    for (const auto& weakScreen : ownScreens) {
+        const auto screen = weakScreen.lock();
+        const bool isTaken = screen && std::any_of(screens.begin(), screens.end(), [&](const auto& other) {
+                                 return other.lock() == screen;
+                             });
+        if (!isTaken)
+            continue;
+        const auto layers = previewLayers(*screen);
+        for (const auto& layer : layers)
+            taken.ids.append({layerServerId(*screen), layer->layerId()});
+    }
+    return taken;
+}
+
+std::optional<LayerCommandPrivate::ScreenLayers> LayerCommandPrivate::readActivedScreen()
+{
+    const auto target = activedLayerScreen();
+    if (!target)
+        return std::nullopt;
+    ScreenLayers read;
+    read.ip = target->ip;
+    read.serverId = target->serverId;
+    const std::set<quint32> selected = selectedPreviewLayers(*target->screen);
+    const auto layers = previewLayers(*target->screen);
+    for (const auto& layer : layers) {
+        const quint32 id = layer->layerId();
+        const auto color = selected.count(id) != 0 ? ECLEDColor::Green : ECLEDColor::Yellow;
+        read.layers.push_back({id, layer->name(), color});
+    }
+    std::sort(read.layers.begin(), read.layers.end(), [](const KeyLayer& left, const KeyLayer& right) {
+        return left.id < right.id;
+    });
+    for (const KeyLayer& layer : read.layers)
+        read.layerIds.push_back(layer.id);
+    return read;
+}
+
+void LayerCommandPrivate::updateECCommandItems()
+{
+    m_itemUpdates.update(readActivedScreen, [this](const std::optional<ScreenLayers>& screen) {
+        if (screen)
+            bindLayers(*screen);
+    });
+}
+
+void LayerCommandPrivate::bindLayers(const ScreenLayers& screen)
+{
+    ECConsoleManager* store = ECConsoleManager::instance();
+    store->initLayerECCommand(screen.ip, KeyboardType::Layer, screen.serverId);
+    ECCommandItemList items;
+    store->layerECCommandItems(screen.ip, screen.serverId, items);
+    std::vector<quint32> keys;
+    for (const auto& item : qAsConst(items))
+        keys.push_back(boundLayerId(*item, screen.serverId));
+
+    const std::vector<quint32> assigned = assignLayerKeys(keys, screen.layerIds);
+    const int pageSize = m_pCommand->pageSize();
+    for (std::size_t i = 0; i < assigned.size(); ++i) {
+        const auto& item = items.at(int(i));
+        if (assigned[i] != keys[i])
+            item->resetECCommandItem(KeyboardType::Layer);
+        if (assigned[i] == Constants::UnboundLayerIndex)
+            continue;
+        const auto found = std::lower_bound(screen.layerIds.begin(), screen.layerIds.end(), assigned[i]);
+        const KeyLayer& layer = screen.layers[std::size_t(found - screen.layerIds.begin())];
+        const int pageIndex = item->ecButtonPageIndex();
+        const int orderIndex = item->ecButtonOrderIndex();
+        store->updateECButtonData(
+            screen.ip, KeyboardType::Layer, orderIndex, pageIndex * pageSize + orderIndex, pageIndex,
+            {{screen.serverId, layer.id}}, layer.color, layer.name, false);
+    }
+}
+
+void LayerCommandPrivate::refreshKeys()
+{
+    updateECCommandItems();
+    m_pCommand->updateCommandKeypad(Enum::UpdateConsoleType::All);
+}
+
+bool LayerCommandPrivate::isOnCurrentPage(const ECCommandItem& item) const
+{
+    return item.ecButtonPageIndex() == m_pCommand->currentPageIndex();
+}
+
+void LayerCommandPrivate::showNewlySelectedLayer(const LayerScreen& target)
+{
+    const std::set<quint32> selected = selectedPreviewLayers(*target.screen);
+    std::set<quint32> before = selected;
+    {
+        const std::lock_guard<std::mutex> lock(m_notificationMtx);
+        before.swap(m_selectedLayerIds);
+        if (m_selectionServerId != target.serverId)
+            before.clear();
+        m_selectionServerId = target.serverId;
+    }
+    for (const quint32 layerId : selected) {
+        // The only selected layer is what the operator looks for, also when it is not new.
+        if (selected.size() > 1 && before.count(layerId) != 0)
+            continue;
+        const auto item = ECConsoleManager::instance()->findBindingECItem(
+            target.ip, KeyboardType::Layer, {target.serverId, layerId});
+        if (!item)
+            continue;
+        m_pCommand->updateCurrentPageIndex(item->ecButtonPageIndex());
+        return;
+    }
+}
+
+void LayerCommandPrivate::updateLayerName(
+    const BizModel::Device& device, const BizModel::Screen& screen, const BizModel::Layer& layer)
+{
+    const ECObjectId id{layerServerId(screen), layer.layerId()};
+    const QString name = layer.name();
+    const QString ip = device.ipMacSn();
+    const auto item = m_itemUpdates.write([&] {
+        auto found = ECConsoleManager::instance()->findBindingECItem(ip, KeyboardType::Layer, id);
+        if (found)
+            found->setECOledText(name);
+        return found;
+    });
+    const auto target = activedLayerScreen();
+    if (item && target && target->ip == ip && target->serverId == id.first && isOnCurrentPage(*item))
+        m_pCommand->updateECOledTextByBtnECKey(quint32(item->ecButtonKey()), name);
+}
+
+// ---- What the keys do comes back as notifications -------------------------------------------------------
+
+LayerCommandPrivate::Operation::Operation(
+    LayerCommandPrivate* owner, std::atomic<bool>& running, const std::atomic<bool>& excluded)
+    : m_pOwner(owner)
+    , m_running(running)
+    , m_bStarted(!running.exchange(true))
+{
+    // Each of two that begin at once has set its own flag before it looks at the other's.
+    if (m_bStarted && excluded) {
+        m_bStarted = false;
+        m_running = false;
+    }
+}
+
+LayerCommandPrivate::Operation::~Operation()
+{
+    if (!m_bStarted)
+        return;
+    m_running = false;
+    if (m_pOwner->m_bRefreshMissed.exchange(false))
+        m_pOwner->refreshKeys();
+}
+
+bool LayerCommandPrivate::isLeftToOperation(const std::atomic<bool>& operation)
+{
+    if (!operation)
+        return false;
+    m_bRefreshMissed = true;
+    return operation; // it may have ended before it could see the mark
+}
+
+bool LayerCommandPrivate::takeKeyRemoval(const BizModel::s_ScreenLayerId& id)
+{
+    const std::lock_guard<std::mutex> lock(m_keyLayerRemoveListMtx);
+    return m_keyLayerRemoveList.removeOne(id);
+}
+
+void LayerCommandPrivate::unbindRemovedLayer(
+    const BizModel::Device& device, const BizModel::Screen& screen, const LayerPtr& layer)
+{
+    const auto present = previewLayers(screen);
+    const bool isIdInUse = std::any_of(present.begin(), present.end(), [&](const LayerPtr& other) {
+        return other->layerId() == layer->layerId() && other != layer;
+    });
+    if (isIdInUse)
+        return;
+    const QString ip = device.ipMacSn();
+    const ECObjectId id{layerServerId(screen), layer->layerId()};
+    const auto item = m_itemUpdates.write(
+        [&] { return ECConsoleManager::instance()->resetECButtonData(ip, KeyboardType::Layer, id); });
+    if (item)
+        qInfo(
+            "layer is removed ...  ECKey: %d layerId :%u nScreenId :%u layer name:%s", item->ecButtonKey(),
+            layer->layerId(), screen.screenId(), qUtf8Printable(layer->name()));
+}
+
+void LayerCommandPrivate::forgetScreen(const BizModel::Device& device, const BizModel::Screen& screen)
+{
+    const auto present = device.screens(screen.screenType());
+    const bool isIdInUse = std::any_of(present.begin(), present.end(), [&](const auto& weakScreen) {
+        const auto other = weakScreen.lock();
+        return other && other.get() != &screen && other->screenId() == screen.screenId();
+    });
+    const quint32 serverId = layerServerId(screen);
+    m_itemUpdates.write([&, ip = device.ipMacSn()] {
+        // The removal is told late: a new screen may have taken the id.
+        if (isIdInUse)
+            ECConsoleManager::instance()->resetECCommandLayerItems(ip, serverId);
+        else
+            ECConsoleManager::instance()->removeECCommandLayerItems(ip, serverId);
+    });
+    const std::lock_guard<std::mutex> lock(m_keyLayerRemoveListMtx);
+    const auto ofScreen = [&](const BizModel::s_ScreenLayerId& id) {
+        return id.screenId == screen.screenId();
+    };
+    m_keyLayerRemoveList.erase(
+        std::remove_if(m_keyLayerRemoveList.begin(), m_keyLayerRemoveList.end(), ofScreen),
+        m_keyLayerRemoveList.end());
+}
+
+// ---- A burst of layer notifications ---------------------------------------------------------------------
+
+void LayerCommandPrivate::rememberUpdate(const QList<std::weak_ptr<BizModel::Screen>>& screens, int type)
+{
+    {
+        const std::lock_guard<std::mutex> lock(m_notificationMtx);
+        m_updateTakeScreens += screens;
+        m_iUpdateTakeType = type;
+    }
+    m_pUpdateTakeTimer.trigger();
+}
+
+void LayerCommandPrivate::updateAfterTake()
+{
+    qInfo("Start updating the layer interface button color");
+    QList<std::weak_ptr<BizModel::Screen>> screens;
+    {
+        const std::lock_guard<std::mutex> lock(m_notificationMtx);
+        screens.swap(m_updateTakeScreens);
+    }
+    // Freed and given anew in one step, so that a key pressed meanwhile does not find itself without a layer.
+    m_itemUpdates.update(
+        [&] { return std::pair(readTakenLayers(screens), readActivedScreen()); },
+        [this](const auto& model) {
+            const auto& [taken, actived] = model;
+            for (const ECObjectId& id : taken.ids)
+                ECConsoleManager::instance()->resetECButtonData(taken.ip, KeyboardType::Layer, id);
+            if (actived)
+                bindLayers(*actived);
+        });
+    m_pCommand->updateCommandKeypad(Enum::UpdateConsoleType::All);
+}
+
+} // namespace Orvane::ECProxy::Client::Internal

@@ -1,0 +1,386 @@
+// The keys that change the layers which are selected, or all of them.
+#include "layercommand_p.h"
+
+#include "ecconsolemanager.h"
+#include "layerplacement.h"
+#include "modelaccess.h"
+
+#include "bizmodel/device.h"
+#include "bizmodel/layer.h"
+#include "bizmodel/output.h"
+#include "bizmodel/resourcecheck.h"
+#include "bizmodel/screen.h"
+#include "bizmodel/translations.h"
+#include "ec/eckeyboardconfig.h"
+#include "modelcontrol/asyncmanager.h"
+#include "modelcontrol/device.h"
+#include "modelcontrol/layer.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace Orvane::ECProxy::Client::Internal {
+
+namespace Translate = BizModel::Translate;
+using BizModel::SceneType;
+using BizModel::StatusBarMsgType;
+using ScreenState = BizModel::Enum::Screen::State;
+using ScreenType = BizModel::Enum::Screen::ScreenType;
+
+namespace {
+
+/// The selected layers of both scenes that may be changed now.
+QList<LayerPtr> changeableSelection(const BizModel::Screen& screen)
+{
+    QList<LayerPtr> layers;
+    const auto selected = screen.selectedLayers(BizModel::Enum::Scene::BothScenes);
+    for (const auto& weakLayer : selected) {
+        const auto layer = weakLayer.lock();
+        if (layer && layer->getLayerOperationAllowed())
+            layers.append(layer);
+    }
+    return layers;
+}
+
+WeakLayers weakened(const QList<LayerPtr>& layers)
+{
+    WeakLayers weak;
+    for (const LayerPtr& layer : layers)
+        weak.append(layer);
+    return weak;
+}
+
+QList<QRect> mosaicRects(const BizModel::Screen& screen)
+{
+    QList<QRect> rects;
+    const auto outputs = screen.outputs();
+    for (const auto& output : outputs)
+        rects.append(screen.mosaicRect(output).toRect());
+    return rects;
+}
+
+/// True when the screen has the resources for the new windows, those of each scene together.
+bool hasResourcesFor(
+    const std::shared_ptr<BizModel::Screen>& screen, const QList<std::pair<LayerPtr, QRect>>& windows)
+{
+    for (const SceneType scene : {SceneType::PVW, SceneType::PGM}) {
+        BizModel::ResourceCheck::LayerRects rects;
+        for (const auto& [layer, window] : windows) {
+            if (layer->sceneType() == scene)
+                rects.append({layer, window});
+        }
+        if (!rects.isEmpty()
+            && !BizModel::ResourceCheck::CheckOperationResources(screen, rects, screen->outputs(), scene, {}))
+            return false;
+    }
+    return true;
+}
+
+/// Clears the layers of a scene; `failureLine` is logged when that fails.
+void startClearing(const LayerScreen& target, SceneType scene, const char* failureLine)
+{
+    auto* requests = ModelControl::AsyncManager::instance();
+    if (!requests) {
+        qWarning("%s", failureLine);
+        return;
+    }
+    if (target.device->onlineFlag())
+        showWaitingDialog(Translate::tr(Translate::TR_THE_LAYER_CLEAR_WAIT));
+    // The answer may come when the command is gone: it uses nothing of it.
+    const auto completion = [failureLine](bool ok, const QString& text) {
+        if (!ok)
+            qWarning("%s %s", failureLine, qUtf8Printable(text));
+        hideWaitingDialog();
+    };
+    requests->startAsyncRequest(ModelControl::AsyncRemoveLayer{
+        target.device, target.screen, scene, BizModel::LayerType::AllLayerType, completion});
+}
+
+} // namespace
+
+bool LayerCommandPrivate::darkenReleasedKey(const quint32& ecKey)
+{
+    m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Off);
+    return true;
+}
+
+void LayerCommandPrivate::darkenKey(LayerCallbackType type)
+{
+    if (const auto button = m_pCommand->findFunctionButton(quint16(type)))
+        m_pCommand->updateECButtonColor(button->ECKey, ECLEDColor::Off);
+}
+
+// ---- Remove the selected layers -------------------------------------------------------------------------
+
+bool LayerCommandPrivate::removeSelectedLayerPressed(const quint32& ecKey)
+{
+    m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green);
+    const Operation removal(this, m_bIsRemovingLayerOpe, m_bIsCreatingLayerOpe);
+    if (!removal) {
+        qWarning(
+            m_bIsCreatingLayerOpe ? "Layer is created by key. Can not remove layer."
+                                  : "Layer is removing by key. Can not remove layer.");
+        return false;
+    }
+    const auto device = activedDevice();
+    if (!device) {
+        qWarning("active device is nullptr.");
+        return false;
+    }
+    const auto screen = device->activedScreen().lock();
+    if (!screen || screen->screenType() != ScreenType::RegularScreen) {
+        qWarning("active reguler screen is nullptr.");
+        return false;
+    }
+    const ScreenState state = screen->state();
+    if (state == ScreenState::Taking || state == ScreenState::Cut || state == ScreenState::Tbar_taking
+        || state == ScreenState::MatchingPGM) {
+        qWarning("remove layer failed, Screen state is %d", int(state));
+        return false;
+    }
+    const auto layers = changeableSelection(*screen);
+    if (layers.isEmpty()) {
+        qWarning("remove layer failed, no layer that may be removed is selected.");
+        return false;
+    }
+    removeLayers({device, screen, device->ipMacSn(), layerServerId(*screen)}, layers);
+    return true;
+}
+
+void LayerCommandPrivate::removeLayers(const LayerScreen& target, const QList<LayerPtr>& layers)
+{
+    const auto control = ModelControl::Device::screenModelControl(ScreenType::RegularScreen, target.device);
+    if (!control) {
+        qWarning("screen model control is nullptr . ");
+        return;
+    }
+    // Known before the model can tell of the first removal.
+    QList<BizModel::s_ScreenLayerId> ids;
+    for (const LayerPtr& layer : layers)
+        ids.append(layer->screenLayerId());
+    {
+        const std::lock_guard<std::mutex> lock(m_keyLayerRemoveListMtx);
+        m_keyLayerRemoveList += ids;
+    }
+    qInfo("Add layer id list size:%d", ids.size());
+    for (const auto& id : qAsConst(ids))
+        qInfo(" ScreenId:%u layerId :%u", id.screenId, id.layerId);
+
+    QList<std::pair<BizModel::s_ScreenLayerId, QString>> failed;
+    control->removeLayers(target.screen, weakened(layers), failed);
+    qInfo("Remove layer id list size:%d", ids.size() - failed.size());
+    for (const auto& [id, error] : qAsConst(failed)) {
+        qWarning(" Remove layer failed: layer id:%u errMsg:%s", id.layerId, qUtf8Printable(error));
+        takeKeyRemoval(id);
+    }
+    for (int i = 0; i < layers.size(); ++i) {
+        const bool isRemoved = std::none_of(
+            failed.begin(), failed.end(), [&](const auto& failure) { return failure.first == ids.at(i); });
+        if (isRemoved && ids.at(i).sceneType == SceneType::PVW)
+            unbindKeyOf(target, *layers.at(i));
+    }
+    m_pCommand->updateCommandKeypad(Enum::UpdateConsoleType::All);
+}
+
+void LayerCommandPrivate::unbindKeyOf(const LayerScreen& target, const BizModel::Layer& layer)
+{
+    const ECObjectId id{target.serverId, layer.layerId()};
+    const auto item = m_itemUpdates.write(
+        [&] { return ECConsoleManager::instance()->resetECButtonData(target.ip, KeyboardType::Layer, id); });
+    if (item)
+        qInfo(
+            "layer is removing ...  ECKey: %d layerId :%u layer name:%s", item->ecButtonKey(),
+            layer.layerId(), qUtf8Printable(layer.name()));
+}
+
+// ---- Clear all layers -----------------------------------------------------------------------------------
+
+bool LayerCommandPrivate::clearLayersPressed(const quint32& ecKey)
+{
+    qInfo("Clear all layers pressed.");
+    m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green);
+    if (!m_pCommand->getVirtualConsoleMode()) {
+        m_pClearAllLayerTimer.restart(HoldDuration);
+        return true;
+    }
+    // Holding is for fingers on a console; on the screen a question does.
+    const auto screen = activedScreen();
+    if (!screen) {
+        qWarning("Clear layers failed: screen is nullptr.");
+        return false;
+    }
+    const SceneType scene = screen->operationTarget();
+    if (scene != SceneType::PGM && scene != SceneType::PVW) {
+        qWarning("Error screen operation target: %d", int(scene));
+        return false;
+    }
+    m_currentModule = true;
+    showFramelessMessageBox(
+        BizModel::FramelessMessageBoxMsgType::Question,
+        Translate::tr(
+            scene == SceneType::PGM ? Translate::TR_THE_LAYER_CLEAR_PGM : Translate::TR_THE_LAYER_CLEAR_PVW));
+    return true;
+}
+
+bool LayerCommandPrivate::clearLayersRelease(const quint32& ecKey)
+{
+    m_pClearAllLayerTimer.stop();
+    return darkenReleasedKey(ecKey);
+}
+
+void LayerCommandPrivate::messageBoxClosed(bool confirmed)
+{
+    if (m_currentModule.exchange(false) && confirmed)
+        clearAllLayer();
+    darkenKey(LayerCallbackType::eClearLayersCB);
+}
+
+void LayerCommandPrivate::clearHeld()
+{
+    clearAllLayer();
+    darkenKey(LayerCallbackType::eClearLayersCB);
+}
+
+void LayerCommandPrivate::clearAllLayer()
+{
+    qInfo("Clear all layers timeout.");
+    const auto device = activedDevice();
+    const auto screen = device ? device->activedScreen().lock() : nullptr;
+    if (!screen) {
+        qWarning("Clear layers failed: screen is nullptr.");
+        return;
+    }
+    if (screen->state() != ScreenState::Normal) {
+        qWarning("Clear layers failed, Screen state is %d", int(screen->state()));
+        return;
+    }
+    const LayerScreen target{device, screen, device->ipMacSn(), layerServerId(*screen)};
+    switch (screen->operationTarget()) {
+    case SceneType::PGM:
+        startClearing(target, SceneType::PGM, "Clear PGM Layers failed.");
+        break;
+    case SceneType::PVW:
+        startClearing(target, SceneType::PVW, "Clear PVW Layers failed.");
+        break;
+    default:
+        qWarning("Error screen operation target: %d", int(screen->operationTarget()));
+        break;
+    }
+}
+
+// ---- To the front, to the back --------------------------------------------------------------------------
+
+bool LayerCommandPrivate::setSelectedLayerTopZValuePressed(const quint32& ecKey)
+{
+    m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green);
+    m_pLayerTopZValueTimer.restart(HoldDuration);
+    return true;
+}
+
+bool LayerCommandPrivate::setSelectedLayerTopZValueRelease(const quint32& ecKey)
+{
+    if (m_pLayerTopZValueTimer.stop())
+        changeZOrder(&ModelControl::Screen::incrZOrder);
+    return darkenReleasedKey(ecKey);
+}
+
+bool LayerCommandPrivate::setSelectedLayerBottomZValuePressed(const quint32& ecKey)
+{
+    m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green);
+    m_pLayerBottomZValueTimer.restart(HoldDuration);
+    return true;
+}
+
+bool LayerCommandPrivate::setSelectedLayerBottomZValueRelease(const quint32& ecKey)
+{
+    if (m_pLayerBottomZValueTimer.stop())
+        changeZOrder(&ModelControl::Screen::decrZOrder);
+    return darkenReleasedKey(ecKey);
+}
+
+void LayerCommandPrivate::changeZOrder(ZOrderOperation operation)
+{
+    const auto device = activedDevice();
+    const auto screen = device ? device->activedScreen().lock() : nullptr;
+    if (!screen) {
+        qWarning("Layer order failed: screen is nullptr.");
+        return;
+    }
+    const auto layers = changeableSelection(*screen);
+    if (layers.isEmpty()) {
+        qWarning("Layer order failed: no layer that may be moved is selected.");
+        return;
+    }
+    const auto control = ModelControl::Device::screenModelControl(screen->screenType(), device);
+    if (!control) {
+        qWarning("screen model control is nullptr . ");
+        return;
+    }
+    if (!(control.get()->*operation)(screen, weakened(layers)))
+        qWarning("Layer order failed: the model refused it.");
+}
+
+// ---- Capacity of new layers -----------------------------------------------------------------------------
+
+bool LayerCommandPrivate::changeNewLayerDefaultCapacityPressed(const quint32& ecKey)
+{
+    m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green);
+    BizModel::CapacityMode current = m_currentLayerTemplate;
+    const auto next = [](BizModel::CapacityMode capacity) {
+        return capacity == BizModel::CapacityMode::_4K ? BizModel::CapacityMode::_SL
+                                                       : BizModel::CapacityMode(int(capacity) + 1);
+    };
+    while (!m_currentLayerTemplate.compare_exchange_weak(current, next(current))) { }
+    initLayerCapacity();
+    return true;
+}
+
+// ---- Full screen ----------------------------------------------------------------------------------------
+
+bool LayerCommandPrivate::setSelectedLayerFullScreenPressed(const quint32& ecKey)
+{
+    m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green);
+    ++m_fullScreenPressCnt;
+    m_pFullScreenTimer.restart(FullScreenPressWindow);
+    return true;
+}
+
+void LayerCommandPrivate::fullnSelectedLayer()
+{
+    const int presses = m_fullScreenPressCnt.exchange(0);
+    const auto device = activedDevice();
+    const auto screen = device ? device->activedScreen().lock() : nullptr;
+    if (!screen || screen->screenType() != ScreenType::RegularScreen) {
+        qWarning("full layer failed, there is no active regular screen.");
+        return;
+    }
+    if (presses < 1) {
+        qWarning("full layer failed, fullScreenPressCnt is %d", presses);
+        return;
+    }
+    const QRect mosaic = screen->mosaicWindowRect();
+    const QList<QRect> outputs = mosaicRects(*screen);
+    QList<std::pair<LayerPtr, QRect>> windows;
+    const auto layers = changeableSelection(*screen);
+    for (const LayerPtr& layer : layers) {
+        const QRect window =
+            presses > 1 ? mosaic : windowOverTouchedOutputs(layer->windowRect(), outputs, mosaic);
+        windows.append({layer, window});
+    }
+    if (windows.isEmpty()) {
+        qWarning("full layer failed, no layer that may be resized is selected.");
+        return;
+    }
+    if (!hasResourcesFor(screen, windows)) {
+        qWarning("Layer resource out, failed to full screen layer.");
+        showStatusBarMsg(StatusBarMsgType::Warning, Translate::tr(Translate::TR_THE_LAYER_NO_RESOURCES));
+        return;
+    }
+    for (const auto& [layer, window] : qAsConst(windows)) {
+        const auto control = ModelControl::Screen::layerModelControl(layer->layerType(), device);
+        if (!control || !control->updateWindow(layer, window))
+            qWarning("Send command to device failed, failed to expand layers.");
+    }
+}
+
+} // namespace Orvane::ECProxy::Client::Internal
