@@ -4,14 +4,86 @@
 
 namespace Orvane::ECProxy::Client {
 
-/// The console's group of keys for input sources.
+/// Function codes of the input keys.
+enum class InputCallbackType {
+    eNothing = 0,
+    eSelecInputCB = 1,
+    ePageUp = 2,
+    ePageDown = 3,
+    InputCallbackTypeCnt = 4
+};
+
+namespace Internal {
+class InputCommandPrivate;
+}
+
+/// The console's keys for the active device's inputs, on two pages: by ascending interface id the inputs
+/// fill the keys of the first page, then those of the second. A key makes the selected layers of the active
+/// screen show its input.
+///
+/// A key tells of its input: `Green` when it feeds the selected preview layer, or `Red` when it does so
+/// without a signal or overloaded; otherwise `Yellow` with a signal, `Orange` overloaded, `Off` without a
+/// signal. A key without an input is dark and blank.
 class ORVANEECPROXYCLIENT_EXPORT InputCommand : public Command {
     Q_OBJECT
 
 public:
-    using Command::Command;
+    explicit InputCommand(QObject* parent = nullptr);
+    ~InputCommand() override;
 
     QString name() const override;
+    int maxPage() override;
+    /// Number of select keys.
+    int pageSize() const override;
+    void retranslateUi() override;
+    /// The items of the active device; without one, unbound copies that paint the keys dark.
+    QList<std::shared_ptr<ECCommandItem>> commandItems() const override;
+    /// Shows the page with its keys as they are now.
+    bool updatePageOled(const quint32& oledECKey, const quint32& pageIndex) override;
+    using Command::updatePageOled;
+    void updateSelectModeButtonConfig() override;
+    int getMinUnusedECButtonIndex(int& orderIndex) const override;
+    std::shared_ptr<EC::s_ECButtonConfig> findSelectModeButtonByIndex(const int& index) const override;
+    void updateKeyboard() override;
+    bool containsSelectedECButtonConfigByECKey(const quint32& ecKey) const override;
+
+    /// Rewrites the page label alone, the keys stay as they are.
+    void udpateECPageOled();
+
+public Q_SLOTS:
+    void slotActivedDeviceChanged() override;
+    void slotDeviceRemoved(std::shared_ptr<BizModel::Device> device) override;
+    void slotActivedScreenChanged(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen) override;
+    void slotDeviceRegulerScreenRemoved(
+        std::weak_ptr<BizModel::Device> device, std::shared_ptr<BizModel::Screen> screen) override;
+    void slotDeviceScreenBaseLayerRemoved(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen,
+        std::shared_ptr<BizModel::Layer> layer) override;
+    void slotSelectedRegularLayersChanged(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen) override;
+    void slotDeviceInputNameChanged(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Interface> interface) override;
+    void slotInterfaceOverLoadChanged(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Interface> interface) override;
+    void slotInterfaceCapacityChanged(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Subcard> subcard,
+        std::weak_ptr<BizModel::Connector> connector) override;
+    void slotDeviceInputAdded(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Input> input) override;
+    void slotDeviceInputCleared(std::weak_ptr<BizModel::Device> device) override;
+    void slotSelectedInputChanged(std::weak_ptr<BizModel::Device> device) override;
+    void slotDeviceInputRemoved(
+        std::weak_ptr<BizModel::Device> device, std::shared_ptr<BizModel::Input> input) override;
+    void slotLayerSourceChanged(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen,
+        std::weak_ptr<BizModel::Layer> layer) override;
+    void slotECButtonPressed(const quint32& ecKey) override;
+    void slotECButtonRelease(const quint32& ecKey) override;
+
+private:
+    friend class Internal::InputCommandPrivate;
+    Internal::InputCommandPrivate* const d;
 };
 
 } // namespace Orvane::ECProxy::Client
