@@ -6,6 +6,8 @@
 #include "screencommandbindings.h"
 #include "selectkeys.h"
 
+#include "completion.h"
+
 #include <QObject>
 
 #include <atomic>
@@ -130,6 +132,13 @@ public:
     quint32 m_tbarTimerId = 0xFFFFFFFF; ///< kept, without effect
 
 private:
+    bool reserveKey(
+        const quint32& ecKey, const std::shared_ptr<BizModel::Device>& device,
+        const std::shared_ptr<BizModel::Screen>& screen);
+    Completion screenCreated(
+        const std::shared_ptr<BizModel::Device>& device,
+        const std::shared_ptr<BizModel::Screen>& screen) const;
+
     /// Puts the key out and logs why. Always false.
     bool refuse(const quint32& ecKey, const char* text);
 

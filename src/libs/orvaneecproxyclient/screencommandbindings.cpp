@@ -177,14 +177,20 @@ std::shared_ptr<BizModel::Screen> ScreenBindings::find(
     const std::shared_ptr<BizModel::Device>& device, int buttonIndex) const
 {
     const QString ip = device->ipMacSn();
-    const std::vector<ScreenState> screens = screensOf(*device);
+    std::vector<std::pair<ECObjectId, std::shared_ptr<BizModel::Screen>>> screens;
+    const auto weakScreens = device->screens(BizModel::Enum::Screen::RegularAndAUXScreens);
+    for (const auto& weakScreen : weakScreens) {
+        if (const auto screen = weakScreen.lock())
+            screens.emplace_back(screenObjectId(*screen), screen);
+    }
 
     const std::lock_guard<std::mutex> lock(m_mutex);
-    const auto found = std::find_if(screens.cbegin(), screens.cend(), [&](const ScreenState& state) {
-        const auto* const store = ECConsoleManager::instance();
-        return store->findBindingButtonIndex(ip, KeyboardType::Screen, state.id) == buttonIndex;
-    });
-    return found == screens.cend() ? nullptr : found->screen;
+    const auto* const store = ECConsoleManager::instance();
+    for (const auto& [id, screen] : screens) {
+        if (store->findBindingButtonIndex(ip, KeyboardType::Screen, id) == buttonIndex)
+            return screen;
+    }
+    return nullptr;
 }
 
 bool ScreenBindings::reserve(

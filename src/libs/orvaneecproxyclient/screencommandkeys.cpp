@@ -190,22 +190,42 @@ bool ScreenCommandPrivate::createScreen(const quint32& ecKey)
     const auto output = device->firstUnsedOutput();
     if (!output.expired())
         screen->addOutput(output);
-
-    const QString ip = device->ipMacSn();
-    const int pageIndex = m_pCommand->currentPageIndex();
-    const int orderIndex = m_pCommand->findECButtonOrderIndex(ecKey);
-    const auto item =
-        ECConsoleManager::instance()->findEcCommandItem(ip, KeyboardType::Screen, orderIndex, pageIndex);
-    const int buttonIndex = pageIndex * m_pCommand->pageSize() + orderIndex;
-    screen->setUiScreenIndex(buttonIndex);
-    if (!item || !m_pBindings->reserve(device, screen, *item, buttonIndex)) {
+    if (!reserveKey(ecKey, device, screen)) {
         qWarning(" Binding screen data error... Key %u cannot take a new screen.", ecKey);
         return giveUp();
     }
+    const Completion created = screenCreated(device, screen);
+    auto* const manager = ModelControl::AsyncManager::instance();
+    if (!manager) {
+        created(false, QStringLiteral("There is nobody to create it."));
+        return false;
+    }
+    manager->startAsyncRequest(ModelControl::AsyncCreateScreen{device, {screen}, created});
+    return true;
+}
 
-    // Comes on a thread of the model, perhaps when the command is gone: it holds what it needs.
-    const auto created = [bindings = m_pBindings, isCreating = m_isCreatingScreen,
-                          device = WeakDevice(device), ip, screen](bool ok, const QString& text) {
+bool ScreenCommandPrivate::reserveKey(
+    const quint32& ecKey, const std::shared_ptr<BizModel::Device>& device,
+    const std::shared_ptr<BizModel::Screen>& screen)
+{
+    const int pageIndex = m_pCommand->currentPageIndex();
+    const int orderIndex = m_pCommand->findECButtonOrderIndex(ecKey);
+    const int buttonIndex = pageIndex * m_pCommand->pageSize() + orderIndex;
+    const auto item = ECConsoleManager::instance()->findEcCommandItem(
+        device->ipMacSn(), KeyboardType::Screen, orderIndex, pageIndex);
+    if (!item)
+        return false;
+    screen->setUiScreenIndex(buttonIndex);
+    return m_pBindings->reserve(device, screen, *item, buttonIndex);
+}
+
+/// What happens when the model has created the screen or has given up. That is on a thread of the model,
+/// perhaps when the command is gone: it holds what it needs.
+Completion ScreenCommandPrivate::screenCreated(
+    const std::shared_ptr<BizModel::Device>& device, const std::shared_ptr<BizModel::Screen>& screen) const
+{
+    return [bindings = m_pBindings, isCreating = m_isCreatingScreen, device = WeakDevice(device),
+            ip = device->ipMacSn(), screen](bool ok, const QString& text) {
         if (ok) {
             bindings->bindReserved();
             if (const auto controller = ModelControl::Device::create(device))
@@ -220,13 +240,6 @@ bool ScreenCommandPrivate::createScreen(const quint32& ecKey)
         hideWaitingDialog();
         *isCreating = false;
     };
-    auto* const manager = ModelControl::AsyncManager::instance();
-    if (!manager) {
-        created(false, QStringLiteral("There is nobody to create it."));
-        return false;
-    }
-    manager->startAsyncRequest(ModelControl::AsyncCreateScreen{device, {screen}, created});
-    return true;
 }
 
 bool ScreenCommandPrivate::isKeyOfType(const quint32& ecKey, ScreenCallbackType type) const

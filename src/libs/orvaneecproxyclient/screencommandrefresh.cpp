@@ -134,9 +134,15 @@ void ScreenCommandPrivate::updateECPageIndexOLED()
 {
     if (!m_pCommand->ecCommandConfig())
         return;
-    if (const auto oled = m_pCommand->findPageOled(quint16(ScreenCallbackType::ePageUp)))
-        m_pCommand->updatePageOled(
-            std::weak_ptr<EC::s_ECOledConfig>(oled), quint32(m_pCommand->currentPageIndex()));
+    const auto oled = m_pCommand->findPageOled(quint16(ScreenCallbackType::ePageUp));
+    if (!oled)
+        return;
+    int pageIndex = m_pCommand->currentPageIndex();
+    for (int shown = -1; shown != pageIndex; pageIndex = m_pCommand->currentPageIndex()) {
+        // Once more if the page is turned while this is under way.
+        shown = pageIndex;
+        m_pCommand->updatePageOled(std::weak_ptr<EC::s_ECOledConfig>(oled), quint32(pageIndex));
+    }
 }
 
 void ScreenCommandPrivate::updateFTBColor()
