@@ -167,7 +167,7 @@ void ScreenCommand::slotActivedDeviceChanged()
 void ScreenCommand::slotDeviceRemoved(std::shared_ptr<BizModel::Device> device)
 {
     if (device)
-        ECConsoleManager::instance()->resetECCommandItems(device->ipMacSn(), KeyboardType::Screen);
+        d->m_pBindings->unbindAll(*device);
     d->updateKeyboard();
 }
 

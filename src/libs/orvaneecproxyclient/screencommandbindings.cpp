@@ -129,47 +129,31 @@ ECObjectId screenObjectId(const BizModel::Screen& screen)
     return {screen.screenId(), quint32(screen.screenType())};
 }
 
-quint64 ScreenBindings::changeCount() const
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_nChanges;
-}
-
 void ScreenBindings::rebuild(const std::shared_ptr<BizModel::Device>& device, int pageSize)
 {
     const QString ip = device->ipMacSn();
     // A device that has just become the active one may not have its keys yet.
     ECConsoleManager::instance()->initDeviceECCommandItems(ip);
-
-    QStringList homeless;
-    for (bool done = false; !done;) {
-        const quint64 changesBefore = changeCount();
-        const std::vector<ScreenState> states = screensOf(*device);
-
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        if (m_nChanges != changesBefore)
-            continue; // somebody with a newer view of the model was faster
-        ++m_nChanges;
-        done = true;
-
+    const auto readModel = [&] { return screensOf(*device); };
+    const QStringList homeless = m_updates.update(readModel, [&](const std::vector<ScreenState>& states) {
         Places places = placesOf(ip, pageSize);
-        Place* reserved = nullptr;
-        if (m_reservation.screen && m_reservation.deviceIp == ip
-            && places.contains(m_reservation.buttonIndex)) {
-            reserved = &places[m_reservation.buttonIndex];
+        const auto reserved = m_reservation.screen && m_reservation.deviceIp == ip
+            ? places.find(m_reservation.buttonIndex)
+            : places.end();
+        if (reserved != places.end())
             reserved->reserved = true;
-        }
         std::vector<const ScreenState*> screens;
         for (const ScreenState& state : states) {
-            if (reserved && state.screen == m_reservation.screen)
+            if (reserved != places.end() && state.screen == m_reservation.screen)
                 reserved->screen = &state;
             else
                 screens.push_back(&state);
         }
-        homeless = distribute(std::move(screens), ip, places);
+        const QStringList leftOver = distribute(std::move(screens), ip, places);
         apply(ip, places);
-    }
-    for (const QString& name : qAsConst(homeless))
+        return leftOver;
+    });
+    for (const QString& name : homeless)
         qWarning(" Binding screen data error... No key is left for the screen %s.", qUtf8Printable(name));
 }
 
@@ -183,69 +167,68 @@ std::shared_ptr<BizModel::Screen> ScreenBindings::find(
         if (const auto screen = weakScreen.lock())
             screens.emplace_back(screenObjectId(*screen), screen);
     }
-
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    const auto* const store = ECConsoleManager::instance();
-    for (const auto& [id, screen] : screens) {
-        if (store->findBindingButtonIndex(ip, KeyboardType::Screen, id) == buttonIndex)
-            return screen;
-    }
-    return nullptr;
+    return m_updates.read([&]() -> std::shared_ptr<BizModel::Screen> {
+        const auto* const store = ECConsoleManager::instance();
+        for (const auto& [id, screen] : screens) {
+            if (store->findBindingButtonIndex(ip, KeyboardType::Screen, id) == buttonIndex)
+                return screen;
+        }
+        return nullptr;
+    });
 }
 
 bool ScreenBindings::reserve(
     const std::shared_ptr<BizModel::Device>& device, const std::shared_ptr<BizModel::Screen>& screen,
     const ECCommandItem& key, int buttonIndex)
 {
-    const Reservation reservation{device->ipMacSn(),        screen,
-                                  screenObjectId(*screen),  key.ecButtonPageIndex(),
-                                  key.ecButtonOrderIndex(), buttonIndex};
+    Reservation reservation;
+    reservation.deviceIp = device->ipMacSn();
+    reservation.screen = screen;
+    reservation.id = screenObjectId(*screen);
+    reservation.pageIndex = key.ecButtonPageIndex();
+    reservation.orderIndex = key.ecButtonOrderIndex();
+    reservation.buttonIndex = buttonIndex;
 
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    if (key.isBindKeyPad() || !key.getObjectIdList().isEmpty())
-        return false;
-    ++m_nChanges;
-    auto* const store = ECConsoleManager::instance();
-    // The id may have been another screen's, whose removal has not come through yet.
-    store->resetECButtonData(reservation.deviceIp, KeyboardType::Screen, reservation.id);
-    store->updateECButtonData(
-        reservation.deviceIp, KeyboardType::Screen, reservation.orderIndex, buttonIndex,
-        reservation.pageIndex, {reservation.id});
-    m_reservation = reservation;
-    return true;
+    return m_updates.write([&] {
+        if (key.isBindKeyPad() || !key.getObjectIdList().isEmpty())
+            return false;
+        // The id may have been another screen's, whose removal has not come through yet.
+        ECConsoleManager::instance()->resetECButtonData(
+            reservation.deviceIp, KeyboardType::Screen, reservation.id);
+        ECConsoleManager::instance()->updateECButtonData(
+            reservation.deviceIp, KeyboardType::Screen, reservation.orderIndex, buttonIndex,
+            reservation.pageIndex, {reservation.id});
+        m_reservation = reservation;
+        return true;
+    });
 }
 
 void ScreenBindings::bindReserved()
 {
-    Reservation reservation;
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        reservation = m_reservation;
-    }
+    const Reservation reservation = m_updates.read([this] { return m_reservation; });
     if (!reservation.screen)
         return;
     const ScreenState screen = stateOf(reservation.screen);
-
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    ++m_nChanges;
-    auto* const store = ECConsoleManager::instance();
-    if (screen.id != reservation.id)
-        store->resetECButtonData(reservation.deviceIp, KeyboardType::Screen, reservation.id);
-    store->updateECButtonData(
-        reservation.deviceIp, KeyboardType::Screen, reservation.orderIndex, reservation.buttonIndex,
-        reservation.pageIndex, {screen.id}, screen.color, screen.name, false);
-    m_reservation = {};
+    m_updates.write([&] {
+        if (screen.id != reservation.id)
+            ECConsoleManager::instance()->resetECButtonData(
+                reservation.deviceIp, KeyboardType::Screen, reservation.id);
+        ECConsoleManager::instance()->updateECButtonData(
+            reservation.deviceIp, KeyboardType::Screen, reservation.orderIndex, reservation.buttonIndex,
+            reservation.pageIndex, {screen.id}, screen.color, screen.name, false);
+        m_reservation = {};
+    });
 }
 
 bool ScreenBindings::unbindReserved()
 {
-    Reservation dropped; // with the screen, whose destruction is the model's
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    std::swap(dropped, m_reservation);
-    ++m_nChanges;
-    return dropped.screen
-        && ECConsoleManager::instance()->resetECButtonData(
-            dropped.deviceIp, KeyboardType::Screen, dropped.id, ECLEDColor::Off);
+    Reservation dropped; // outside, for the screen's destruction is the model's business
+    return m_updates.write([&]() -> bool {
+        std::swap(dropped, m_reservation);
+        return dropped.screen
+            && ECConsoleManager::instance()->resetECButtonData(
+                dropped.deviceIp, KeyboardType::Screen, dropped.id, ECLEDColor::Off);
+    });
 }
 
 void ScreenBindings::unbind(const BizModel::Device& device, const BizModel::Screen& screen)
@@ -256,12 +239,16 @@ void ScreenBindings::unbind(const BizModel::Device& device, const BizModel::Scre
         if (present.id == id)
             return; // the news comes late: a new screen has got the id
     }
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        ++m_nChanges;
+    m_updates.write([&] {
         ECConsoleManager::instance()->resetECButtonData(ip, KeyboardType::Screen, id, ECLEDColor::Off);
-    }
+    });
     ECConsoleManager::instance()->resetECCommandItems(ip, KeyboardType::Screen, quint32(id.first));
+}
+
+void ScreenBindings::unbindAll(const BizModel::Device& device)
+{
+    const QString ip = device.ipMacSn();
+    m_updates.write([&] { ECConsoleManager::instance()->resetECCommandItems(ip, KeyboardType::Screen); });
 }
 
 } // namespace Orvane::ECProxy::Client::Internal

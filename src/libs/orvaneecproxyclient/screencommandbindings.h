@@ -1,11 +1,11 @@
 #pragma once
 
 #include "eccommanditem.h"
+#include "itemupdates.h"
 
 #include "bizmodel/fwd.h"
 
 #include <memory>
-#include <mutex>
 
 namespace Orvane::ECProxy::Client::Internal {
 
@@ -48,6 +48,8 @@ public:
 
     /// Unbinds the key of a screen that is gone.
     void unbind(const BizModel::Device& device, const BizModel::Screen& screen);
+    /// Unbinds all keys of a device that is gone.
+    void unbindAll(const BizModel::Device& device);
 
 private:
     struct Reservation {
@@ -60,14 +62,9 @@ private:
         int buttonIndex = -1;
     };
 
-    quint64 changeCount() const;
-
-    // Guards m_reservation and m_nChanges, and makes the steps of one change of bindings one. The model is
-    // never called under it and nothing is logged; the item store is called.
-    mutable std::mutex m_mutex;
+    // Guards m_reservation too: it is touched only while items are read or written.
+    ItemUpdates m_updates;
     Reservation m_reservation;
-    /// Tells a rebuild that what it learnt of the model may be out of date.
-    quint64 m_nChanges = 0;
 };
 
 } // namespace Orvane::ECProxy::Client::Internal
