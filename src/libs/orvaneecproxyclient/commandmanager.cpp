@@ -89,7 +89,7 @@ std::shared_ptr<Command> CommandManagerPrivate::findOwner(quint32 key, quint32& 
 {
     bool isVirtual = false;
     ecKey = m_pCommandMgr->getOperateECKey(key, isVirtual);
-    const auto owner = findCommand(ecKey);
+    auto owner = findCommand(ecKey);
     ECManager* manager = ECManager::instance();
     if (owner && manager)
         manager->setIsVirtualConsoleMode(isVirtual);
