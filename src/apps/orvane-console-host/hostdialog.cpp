@@ -22,6 +22,7 @@ HostDialog::HostDialog(EventWriter& events, QWidget* parent)
 
     auto* text = new QLineEdit;
     text->setObjectName(QStringLiteral("dialogText"));
+    text->setMaxLength(MaxFieldCharacters);
     reportTextChanges(*text, events);
     auto* number = new QSpinBox;
     number->setObjectName(QStringLiteral("dialogNumber"));

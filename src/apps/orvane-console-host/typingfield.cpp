@@ -4,15 +4,11 @@
 
 namespace Orvane::ConsoleHost {
 
-namespace {
-constexpr int MaxCharacters = 64;
-}
-
 TypingField::TypingField(EventWriter& events, QWidget* parent)
     : QLineEdit(parent)
 {
     setObjectName(QStringLiteral("field"));
-    setMaxLength(MaxCharacters);
+    setMaxLength(MaxFieldCharacters);
     setPlaceholderText(QStringLiteral("The keypad types here"));
     reportTextChanges(*this, events);
     connect(this, &QLineEdit::returnPressed, this, [this, &events] {

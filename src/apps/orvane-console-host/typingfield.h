@@ -6,6 +6,9 @@ namespace Orvane::ConsoleHost {
 
 class EventWriter;
 
+/// What a field takes; more would be no number, and a stuck key should not fill the memory.
+constexpr int MaxFieldCharacters = 64;
+
 /// The field that the numeric keypad types into. Enter takes the text and leaves the field empty.
 class TypingField : public QLineEdit {
     Q_OBJECT
