@@ -1,0 +1,98 @@
+#pragma once
+
+#include "bizmodel/screen.h"
+#include "records.h"
+
+#include <QMessageBox>
+#include <QString>
+
+#include <memory>
+
+namespace Orvane::MemoryModel {
+
+class Change;
+class MemoryDevice;
+class MemoryDeviceList;
+class MemoryScreen;
+class ModelHub;
+
+/// What a user does at the device or in the application rather than at the console, for the host and for
+/// tests: plain calls with plain values, none of which is journaled or can be told to fail.
+///
+/// Devices are named by their identity (`ipMacSn`). Every call answers false, and changes nothing, when what
+/// it names is not there or a value is out of its range. Any thread may call any member; a change has been
+/// announced when the call returns.
+class Control final {
+public:
+    Control(std::shared_ptr<ModelHub> hub, MemoryDeviceList& list);
+
+    /// @name Devices
+    /// @{
+    /// Makes the device the one that the console works on; empty for none.
+    bool activateDevice(const QString& device);
+    bool setOnline(const QString& device, bool online);
+    /// A firmware upgrade of the device runs.
+    bool setUpgrading(const QString& device, bool upgrading);
+    /// An upgrade for compatibility with older devices runs.
+    void setCompatibleUpgrading(bool upgrading);
+    /// `BizModel::Device::defaultDeviceGroupId` or empty for no group.
+    bool setGroup(const QString& device, const QString& groupId);
+    /// Gives the device another identity, which no other may have.
+    bool changeAddress(const QString& device, const QString& ipMacSn);
+    /// The device is gone; was it the active one, none is active then.
+    bool removeDevice(const QString& device);
+    /// Without, all but the first selected screen are deselected.
+    bool setMultiScreens(const QString& device, bool several);
+    bool setSwap(const QString& device, bool swap);
+    bool setLoadToPGM(const QString& device, bool loadToPGM);
+    bool setOutputOnline(const QString& device, quint32 outputId, bool online);
+    /// @}
+
+    /// @name Screens
+    /// @{
+    /// Adds a default screen with the first unused output and answers its key; id 0 when the limit is
+    /// reached or there is no such device.
+    ScreenKey addScreen(const QString& device, ScreenType type);
+    /// Was it the active screen, the first of the remaining ones becomes active.
+    bool removeScreen(const QString& device, ScreenKey screen);
+    bool renameScreen(const QString& device, ScreenKey screen, const QString& name);
+    /// Puts the screen to the place of @p target in the device's list of screens.
+    bool moveScreen(const QString& device, ScreenKey screen, ScreenKey target);
+    /// Place of the screen's key on the console; -1 for none.
+    bool setScreenIndex(const QString& device, ScreenKey screen, int index);
+    /// Selects these screens alone; none deselects all.
+    bool selectScreens(const QString& device, const QList<ScreenKey>& screens);
+    bool activateScreen(const QString& device, ScreenKey screen);
+    /// The state as it is, whatever runs: a transition that it ends does not change the scenes.
+    bool setScreenState(const QString& device, ScreenKey screen, BizModel::Screen::State state);
+    /// From 0 to `MaxEffectSeconds`.
+    bool setEffectTime(const QString& device, ScreenKey screen, double seconds);
+    bool setEffectType(const QString& device, ScreenKey screen, BizModel::EffectType type);
+    bool setFreeze(const QString& device, ScreenKey screen, bool freeze);
+    bool setFTB(const QString& device, ScreenKey screen, bool fadeToBlack);
+    /// Regular screens only.
+    bool setPGMEdit(const QString& device, ScreenKey screen, bool edit);
+    /// How far the screen's transition has come, by time or by the T-Bar: 0.0 to 1.0, 0.0 without one.
+    double transitionProgress(const QString& device, ScreenKey screen) const;
+    /// @}
+
+    /// @name Answers and notices of the application
+    /// @{
+    /// The user closed the message box that is shown.
+    void answerMessageBox(QMessageBox::StandardButton button);
+    /// The application turned its own page of presets; from 0.
+    void showPresetPage(int page);
+    /// @}
+
+private:
+    Q_DISABLE_COPY_MOVE(Control)
+
+    template <typename Function> bool onDevice(const QString& device, Function function);
+    template <typename Function>
+    bool onScreen(const QString& device, const ScreenKey& screen, Function function);
+
+    const std::shared_ptr<ModelHub> m_pHub;
+    MemoryDeviceList& m_list;
+};
+
+} // namespace Orvane::MemoryModel

@@ -1,0 +1,147 @@
+#include "control_p.h"
+
+namespace Orvane::MemoryModel {
+
+using BizModel::DeviceList;
+
+Control::Control(std::shared_ptr<ModelHub> hub, MemoryDeviceList& list)
+    : m_pHub(std::move(hub))
+    , m_list(list)
+{
+}
+
+bool Control::activateDevice(const QString& device)
+{
+    Change change(*m_pHub);
+    const std::shared_ptr<MemoryDevice> wanted = m_list.device(change, device);
+    if (!wanted && !device.isEmpty())
+        return false;
+    if (std::exchange(m_list.data(change).activeDevice, wanted) != wanted)
+        change.announce([](MemoryDeviceList& list) { Q_EMIT list.signalActivedDeviceChanged(); });
+    return true;
+}
+
+bool Control::setOnline(const QString& device, bool online)
+{
+    return onDevice(device, [online](Change& change, const auto& present) {
+        present->data(change).online = online;
+        change.markChanged();
+        return true;
+    });
+}
+
+bool Control::setUpgrading(const QString& device, bool upgrading)
+{
+    return onDevice(device, [upgrading](Change& change, const auto& present) {
+        present->data(change).upgrading = upgrading;
+        change.markChanged();
+        return true;
+    });
+}
+
+void Control::setCompatibleUpgrading(bool upgrading)
+{
+    Change change(*m_pHub);
+    m_list.data(change).compatibleUpgrading = upgrading;
+    change.markChanged();
+}
+
+bool Control::setGroup(const QString& device, const QString& groupId)
+{
+    const QString wanted = groupId.isEmpty() ? BizModel::Device::defaultDeviceGroupId : groupId;
+    return onDevice(device, [&wanted](Change& change, const auto& present) {
+        if (std::exchange(present->data(change).groupId, wanted) != wanted)
+            change.announce([](MemoryDeviceList& list) { Q_EMIT list.signalDeviceGroupInfoChanged(); });
+        return true;
+    });
+}
+
+bool Control::changeAddress(const QString& device, const QString& ipMacSn)
+{
+    return onDevice(device, [&](Change& change, const auto& present) {
+        MemoryDevice::Data& state = present->data(change);
+        if (ipMacSn.isEmpty() || m_list.device(change, ipMacSn))
+            return false;
+        state.preIPMacSn = std::exchange(state.ipMacSn, ipMacSn);
+        change.announce([weak = std::weak_ptr<MemoryDevice>(present)](MemoryDeviceList& list) {
+            Q_EMIT list.signalDeviceIPChanged(weak);
+        });
+        return true;
+    });
+}
+
+bool Control::removeDevice(const QString& device)
+{
+    return onDevice(device, [this](Change& change, const auto& present) {
+        MemoryDeviceList::Data& state = m_list.data(change);
+        state.devices.removeOne(present);
+        change.announce([present = present](MemoryDeviceList& list) {
+            Q_EMIT list.signalDeviceRemoved(present);
+        });
+        if (state.activeDevice == present) {
+            state.activeDevice = nullptr;
+            change.announce([](MemoryDeviceList& list) { Q_EMIT list.signalActivedDeviceChanged(); });
+        }
+        return true;
+    });
+}
+
+bool Control::setMultiScreens(const QString& device, bool several)
+{
+    return onDevice(device, [several](Change& change, const auto& present) {
+        present->data(change).multiScreens = several;
+        change.markChanged();
+        bool oneSelected = false;
+        bool changed = false;
+        for (const auto& screen : std::as_const(present->data(change).screens)) {
+            bool& selected = screen->data(change).selected;
+            if (selected && oneSelected && !several)
+                changed = !(selected = false);
+            oneSelected |= selected;
+        }
+        if (changed)
+            present->announceSelectedScreens(change);
+        return true;
+    });
+}
+
+bool Control::setSwap(const QString& device, bool swap)
+{
+    return onDevice(device, [swap](Change& change, const auto& present) {
+        return setAndAnnounce(
+            change, present->data(change).swap, swap, present, &DeviceList::signalSwapStateChanged);
+    });
+}
+
+bool Control::setLoadToPGM(const QString& device, bool loadToPGM)
+{
+    return onDevice(device, [loadToPGM](Change& change, const auto& present) {
+        return setAndAnnounce(
+            change, present->data(change).loadToPGM, loadToPGM, present,
+            &DeviceList::signalLoadToPGMStateChanged);
+    });
+}
+
+bool Control::setOutputOnline(const QString& device, quint32 outputId, bool online)
+{
+    return onDevice(device, [&](Change& change, const auto& present) {
+        const std::shared_ptr<MemoryOutput> output = present->output(outputId);
+        if (!output)
+            return false;
+        output->online(change) = online;
+        change.markChanged();
+        return true;
+    });
+}
+
+void Control::answerMessageBox(QMessageBox::StandardButton button)
+{
+    Q_EMIT m_list.signalFramelessMessageBoxClosed(button);
+}
+
+void Control::showPresetPage(int page)
+{
+    Q_EMIT m_list.signalPageChanged(page);
+}
+
+} // namespace Orvane::MemoryModel

@@ -1,0 +1,116 @@
+#include "devicecontroller.h"
+
+#include "operationtext.h"
+#include "presets.h"
+
+#include <QStringList>
+
+#include <algorithm>
+#include <utility>
+
+namespace Orvane::MemoryModel {
+
+DeviceController::DeviceController(
+    std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, std::weak_ptr<BizModel::Device> device)
+    : m_pHub(std::move(hub))
+    , m_list(list)
+    , m_pDevice(std::move(device))
+{
+}
+
+bool DeviceController::takeCutEnabled() const
+{
+    const Guard guard(*m_pHub);
+    const std::shared_ptr<MemoryDevice> device = m_list.own(guard, m_pDevice);
+    if (!device)
+        return false;
+    bool anySelected = false;
+    for (const auto& screen : std::as_const(*device).data(guard).screens) {
+        const MemoryScreen::Data& state = std::as_const(*screen).data(guard);
+        if (!(screen->screenType() & BizModel::Enum::Screen::RegularAndAUXScreens) || !state.selected)
+            continue;
+        anySelected = true;
+        if (!state.isIdle())
+            return false;
+    }
+    return anySelected;
+}
+
+void DeviceController::setActivedScreen(const std::weak_ptr<BizModel::Screen>& screen)
+{
+    const QString arguments = deviceText(m_pDevice) + QLatin1Char(' ') + screenText(screen);
+    if (m_pHub->operations.perform(Operation::SetActivedScreen, arguments))
+        return;
+    Change change(*m_pHub);
+    const std::shared_ptr<MemoryDevice> device = m_list.own(change, m_pDevice);
+    const auto own = device ? device->own(change, screen) : nullptr;
+    if (own)
+        device->setActiveScreen(change, own);
+}
+
+QList<std::weak_ptr<BizModel::Screen>> DeviceController::getTakeScreens(
+    int screenTypeMask, const ModelControl::s_SwitchEffectBody&, bool onlySelected) const
+{
+    const Guard guard(*m_pHub);
+    QList<std::weak_ptr<BizModel::Screen>> list;
+    const std::shared_ptr<MemoryDevice> device = m_list.own(guard, m_pDevice);
+    if (!device)
+        return list;
+    const auto screens = device->takeScreens(guard, screenTypeMask, onlySelected);
+    for (const std::shared_ptr<MemoryScreen>& screen : screens)
+        list += screen;
+    return list;
+}
+
+bool DeviceController::createPresetFile(FileType type, quint16 fileId, QString& error)
+{
+    const QString arguments =
+        deviceText(m_pDevice) + QStringLiteral(" type=%1 preset=%2").arg(int(type)).arg(fileId);
+    if (const auto failure = m_pHub->operations.perform(Operation::CreatePresetFile, arguments)) {
+        error = *failure;
+        return false;
+    }
+    Change change(*m_pHub);
+    const std::shared_ptr<MemoryDevice> device = m_list.own(change, m_pDevice);
+    if (!device) {
+        error = QStringLiteral("The device is gone.");
+        return false;
+    }
+    return createPreset(change, m_pHub, *device, type, fileId, error);
+}
+
+bool DeviceController::removeFile(const QList<std::weak_ptr<BizModel::File>>& files, QString& error)
+{
+    QStringList ids;
+    for (const std::weak_ptr<BizModel::File>& file : files) {
+        const std::shared_ptr<BizModel::File> present = file.lock();
+        ids += present ? QStringLiteral("%1:%2").arg(int(present->fileType())).arg(present->fileId())
+                       : QStringLiteral("gone");
+    }
+    const QString arguments =
+        deviceText(m_pDevice) + QStringLiteral(" files=[%1]").arg(ids.join(QLatin1Char(',')));
+    if (const auto failure = m_pHub->operations.perform(Operation::RemoveFile, arguments)) {
+        error = *failure;
+        return false;
+    }
+    Change change(*m_pHub);
+    const std::shared_ptr<MemoryDevice> device = m_list.own(change, m_pDevice);
+    if (!device) {
+        error = QStringLiteral("The device is gone.");
+        return false;
+    }
+    bool ok = true;
+    const MemoryDeviceList::Devices members = m_list.group(change, device);
+    for (const std::weak_ptr<BizModel::File>& file : files) {
+        const auto preset = ownObject<MemoryPreset>(file);
+        // A key shows the presets of the whole group, so one of another member may be meant.
+        ok &= preset && std::any_of(members.cbegin(), members.cend(), [&](const auto& member) {
+            return member->removePreset(change, preset);
+        });
+    }
+    if (!ok)
+        error = QStringLiteral("A file is gone.");
+    return ok;
+}
+
+} // namespace Orvane::MemoryModel

@@ -1,0 +1,137 @@
+#include "layers.h"
+
+#include "memorydevicelist.h"
+
+#include <algorithm>
+
+namespace Orvane::MemoryModel {
+
+using BizModel::SceneType;
+
+namespace {
+
+bool liesOn(
+    const Guard& guard, const MemoryScreen& screen, const QRect& window, const MemorySubcard& card)
+{
+    const auto& places = screen.data(guard).outputs;
+    return std::any_of(places.cbegin(), places.cend(), [&](const MemoryScreen::OutputPlace& place) {
+        return place.output->subcardId() == card.subcardId() && place.rect.intersects(window);
+    });
+}
+
+/// Units of the card that the scene takes.
+int unitsTaken(
+    const Guard& guard, const MemoryDevice& device, const std::shared_ptr<MemoryScreen>& planningScreen,
+    QList<PlannedWindow> planned, const MemorySubcard& card, SceneType scene,
+    const std::shared_ptr<MemoryLayer>& ignored)
+{
+    int units = 0;
+    const auto count = [&](const MemoryScreen& screen, const std::shared_ptr<MemoryLayer>& layer,
+                           const QRect& window) {
+        if (layer != ignored && liesOn(guard, screen, window, card))
+            units += capacityCost(std::as_const(*layer).data(guard).capacity);
+    };
+    for (const std::shared_ptr<MemoryScreen>& screen : device.data(guard).screens) {
+        for (const std::shared_ptr<MemoryLayer>& layer : std::as_const(*screen).data(guard).layers(scene)) {
+            const auto plan = std::find_if(planned.begin(), planned.end(), [&layer](const auto& each) {
+                return each.layer == layer;
+            });
+            if (plan == planned.end()) {
+                count(*screen, layer, std::as_const(*layer).data(guard).window);
+            } else {
+                count(*screen, layer, plan->window);
+                planned.erase(plan);
+            }
+        }
+    }
+    for (const PlannedWindow& extra : std::as_const(planned))
+        count(*planningScreen, extra.layer, extra.window);
+    return units;
+}
+
+} // namespace
+
+bool isSceneEditable(const Guard& guard, const MemoryScreen& screen, SceneType scene, QString& error)
+{
+    const MemoryScreen::Data& state = screen.data(guard);
+    if (!state.registered)
+        error = QStringLiteral("The screen is gone.");
+    else if (!state.isIdle())
+        error = QStringLiteral("The screen is busy.");
+    else if (scene == SceneType::PGM && !state.pgmEdit)
+        error = QStringLiteral("The screen's program is not being edited.");
+    else
+        return true;
+    return false;
+}
+
+std::shared_ptr<MemoryLayer> addLayer(
+    Change& change, const std::shared_ptr<ModelHub>& hub, MemoryDevice& device,
+    const std::shared_ptr<MemoryScreen>& screen, SceneType scene, LayerRecord record, QString& error)
+{
+    if (!isSceneEditable(change, *screen, scene, error))
+        return nullptr;
+    MemoryScreen::Layers& present = screen->data(change).layers(scene);
+    if (device.layerCount(change, scene) >= device.limits().layers
+        || present.size() >= screen->layerCapacity(change)) {
+        error = QStringLiteral("The number of layers exceeds the limit.");
+        return nullptr;
+    }
+    record.id = screen->freeLayerId(change, scene);
+    if (record.name.isEmpty())
+        record.name = layerName(record.id);
+    const auto added = std::make_shared<MemoryLayer>(hub, screen, scene, record);
+    QList<std::shared_ptr<MemoryOutput>> outputs;
+    for (const MemoryScreen::OutputPlace& place : screen->data(change).outputs)
+        outputs += place.output;
+    if (!hasResources(change, device, screen, {{added, record.window}}, outputs, scene, nullptr)) {
+        error = QStringLiteral("Not enough resources.");
+        return nullptr;
+    }
+    present += added;
+    change.announce([device = device.weak_from_this(), screen = std::weak_ptr<MemoryScreen>(screen),
+                     layer = std::weak_ptr<MemoryLayer>(added)](MemoryDeviceList& list) {
+        Q_EMIT list.signalLayerAdded(device, screen, layer);
+    });
+    return added;
+}
+
+void removeLayers(
+    Change& change, const std::shared_ptr<MemoryScreen>& screen, const MemoryScreen::Layers& layers)
+{
+    bool selectionChanged = false;
+    for (const std::shared_ptr<MemoryLayer>& layer : layers) {
+        MemoryScreen::Data& state = screen->data(change);
+        if (!state.pvw.removeOne(layer) && !state.pgm.removeOne(layer))
+            continue;
+        selectionChanged |= std::exchange(layer->data(change).selected, false);
+        change.announce([device = std::weak_ptr<MemoryDevice>(screen->device()),
+                         screen = std::weak_ptr<MemoryScreen>(screen), layer](MemoryDeviceList& list) {
+            Q_EMIT list.signalLayerRemoved(device, screen, layer);
+        });
+    }
+    if (selectionChanged)
+        announceSelectedLayers(change, screen);
+}
+
+void announceSelectedLayers(Change& change, const std::shared_ptr<MemoryScreen>& screen)
+{
+    change.announce([device = std::weak_ptr<MemoryDevice>(screen->device()),
+                     screen = std::weak_ptr<MemoryScreen>(screen)](MemoryDeviceList& list) {
+        Q_EMIT list.signalSelectedLayersChanged(device, screen);
+    });
+}
+
+bool hasResources(
+    const Guard& guard, const MemoryDevice& device, const std::shared_ptr<MemoryScreen>& screen,
+    const QList<PlannedWindow>& planned, const QList<std::shared_ptr<MemoryOutput>>& outputs,
+    SceneType scene, const std::shared_ptr<MemoryLayer>& ignored)
+{
+    return std::all_of(outputs.cbegin(), outputs.cend(), [&](const auto& output) {
+        const std::shared_ptr<MemorySubcard> card = device.subcard(output->subcardId());
+        return !card
+            || unitsTaken(guard, device, screen, planned, *card, scene, ignored) <= card->layerCapacity();
+    });
+}
+
+} // namespace Orvane::MemoryModel

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "memorydevice.h"
+
+/// Changes of the layers of a scene, and what the hardware has room for.
+namespace Orvane::MemoryModel {
+
+/// False, with the reason in @p error, when the scene's layers cannot be changed now: the screen is busy, or
+/// it is the program of a screen whose program is not being edited.
+bool isSceneEditable(
+    const Guard& guard, const MemoryScreen& screen, BizModel::SceneType scene, QString& error);
+
+/// Puts a new layer on top of the scene; its id is the scene's next. Refused when a limit is reached or the
+/// hardware lacks resources.
+std::shared_ptr<MemoryLayer> addLayer(
+    Change& change, const std::shared_ptr<ModelHub>& hub, MemoryDevice& device,
+    const std::shared_ptr<MemoryScreen>& screen, BizModel::SceneType scene, LayerRecord record,
+    QString& error);
+
+/// Removes those of the layers that are on the screen.
+void removeLayers(
+    Change& change, const std::shared_ptr<MemoryScreen>& screen, const MemoryScreen::Layers& layers);
+
+void announceSelectedLayers(Change& change, const std::shared_ptr<MemoryScreen>& screen);
+
+/// A window that is planned, of a layer of a scene or of one to be.
+struct PlannedWindow {
+    std::shared_ptr<MemoryLayer> layer;
+    QRect window;
+};
+
+/// Whether the sub-cards of the outputs can show the scene of all their screens with the planned windows.
+/// A layer takes 1, 2 or 4 units (SL, DL, 4K) of each sub-card that it lies on an output of. Planned layers
+/// that are not on a screen lie on @p screen; @p ignored is left out.
+bool hasResources(
+    const Guard& guard, const MemoryDevice& device, const std::shared_ptr<MemoryScreen>& screen,
+    const QList<PlannedWindow>& planned, const QList<std::shared_ptr<MemoryOutput>>& outputs,
+    BizModel::SceneType scene, const std::shared_ptr<MemoryLayer>& ignored);
+
+} // namespace Orvane::MemoryModel

@@ -1,0 +1,49 @@
+#include "memorycontrollerfactory.h"
+
+#include "devicecontroller.h"
+#include "screencontroller.h"
+
+#include <utility>
+
+namespace Orvane::MemoryModel {
+
+MemoryControllerFactory::MemoryControllerFactory(std::shared_ptr<ModelHub> hub, MemoryDeviceList& list)
+    : m_pHub(std::move(hub))
+    , m_list(list)
+{
+}
+
+std::shared_ptr<ModelControl::Device> MemoryControllerFactory::createDevice(
+    const std::weak_ptr<BizModel::Device>& device)
+{
+    if (!isPresent(device))
+        return nullptr;
+    return std::make_shared<DeviceController>(m_pHub, m_list, device);
+}
+
+std::shared_ptr<ModelControl::Screen> MemoryControllerFactory::createScreen(
+    ScreenType type, const std::weak_ptr<BizModel::Device>& device)
+{
+    if (!isPresent(device) || (type != ScreenType::RegularScreen && type != ScreenType::AUXScreen))
+        return nullptr;
+    return std::make_shared<ScreenController>(m_pHub, m_list, type, device);
+}
+
+std::shared_ptr<ModelControl::Layer> MemoryControllerFactory::createLayer(
+    BizModel::LayerType, const std::weak_ptr<BizModel::Device>&)
+{
+    return nullptr;
+}
+
+std::shared_ptr<ModelControl::Preset> MemoryControllerFactory::createPreset(
+    const std::weak_ptr<BizModel::Device>&)
+{
+    return nullptr;
+}
+
+bool MemoryControllerFactory::isPresent(const std::weak_ptr<BizModel::Device>& device) const
+{
+    return m_list.own(Guard(*m_pHub), device) != nullptr;
+}
+
+} // namespace Orvane::MemoryModel

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "bizmodel/devicelist.h"
+#include "memorydevice.h"
+#include "modelhub.h"
+
+namespace Orvane::MemoryModel {
+
+class MemoryDeviceList final : public BizModel::DeviceList {
+    Q_OBJECT
+public:
+    using Devices = QList<std::shared_ptr<MemoryDevice>>;
+
+    struct Data {
+        Devices devices;
+        std::shared_ptr<MemoryDevice> activeDevice;
+        bool compatibleUpgrading = false;
+        BizModel::Enum::Preset::PresetOptMode presetMode = BizModel::Enum::Preset::Noting;
+    };
+
+    explicit MemoryDeviceList(std::shared_ptr<ModelHub> hub);
+    ~MemoryDeviceList() override;
+
+    std::weak_ptr<BizModel::Device> activedDevice() const override;
+    bool isCompatibleUpgrading() const override;
+    QList<std::weak_ptr<BizModel::Device>> groupDevices(
+        const QString& groupId, bool includeOffline = true, bool excludeActived = false) const override;
+    QList<std::weak_ptr<BizModel::Device>> groupDevices(
+        const std::weak_ptr<BizModel::Device>& device, bool includeOffline,
+        bool excludeActived) const override;
+    BizModel::Enum::Preset::PresetOptMode presetOperateMode() const override;
+    void setPresetOperateMode(BizModel::Enum::Preset::PresetOptMode mode) override;
+
+    /// All devices, in the order of the show. Any thread.
+    QList<std::weak_ptr<BizModel::Device>> devices() const;
+
+    const Data& data(const Guard& guard) const { return m_data.get(guard); }
+    Data& data(Change& change) { return m_data.get(change); }
+    std::shared_ptr<MemoryDevice> device(const Guard& guard, const QString& ipMacSn) const;
+    /// The device when it is one of this list, else empty.
+    std::shared_ptr<MemoryDevice> own(
+        const Guard& guard, const std::weak_ptr<BizModel::Device>& device) const;
+    /// The device, then the others of its group.
+    Devices group(const Guard& guard, const std::shared_ptr<MemoryDevice>& device) const;
+
+Q_SIGNALS:
+    /// Something of the model changed, with or without a signal of its own. Any thread.
+    void signalModelChanged();
+
+private:
+    const std::shared_ptr<ModelHub> m_pHub;
+    Guarded<Data> m_data;
+};
+
+} // namespace Orvane::MemoryModel

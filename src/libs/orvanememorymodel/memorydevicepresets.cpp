@@ -1,0 +1,159 @@
+#include "memorydevice.h"
+
+#include "memorydevicelist.h"
+#include "operationtext.h"
+
+#include <algorithm>
+
+namespace Orvane::MemoryModel {
+
+using ScreenState = BizModel::Screen::State;
+
+QList<std::weak_ptr<BizModel::Preset>> MemoryDevice::presets() const
+{
+    const Guard guard(*m_pHub);
+    QList<std::weak_ptr<BizModel::Preset>> list;
+    for (const std::shared_ptr<MemoryPreset>& preset : data(guard).presets)
+        list += preset;
+    return list;
+}
+
+std::weak_ptr<BizModel::Preset> MemoryDevice::activedPreset() const
+{
+    return data(Guard(*m_pHub)).activePreset;
+}
+
+int MemoryDevice::activedPresetKeyNo() const
+{
+    const Guard guard(*m_pHub);
+    const std::shared_ptr<MemoryPreset>& active = data(guard).activePreset;
+    return active ? active->fileId() : 0;
+}
+
+void MemoryDevice::setActivedPreset(const std::weak_ptr<BizModel::Preset>& preset, quint16 fileId)
+{
+    const QString arguments = deviceText(weak_from_this()) + QStringLiteral(" preset=%1").arg(fileId);
+    if (m_pHub->operations.perform(Operation::SetActivedPreset, arguments))
+        return;
+    Change change(*m_pHub);
+    const std::shared_ptr<MemoryPreset> present = own(change, preset);
+    if (present && present->fileId() == fileId)
+        setActivePreset(change, present);
+}
+
+bool MemoryDevice::editPresetValidityCheck(const QString& text, QString& error) const
+{
+    const auto refuse = [&](const QString& reason) {
+        error = text + QStringLiteral(": ") + reason;
+        return false;
+    };
+    if (const auto failure = m_pHub->operations.perform(
+            Operation::EditPresetValidityCheck, QStringLiteral("device=%1").arg(ipMacSn())))
+        return refuse(*failure);
+    const Guard guard(*m_pHub);
+    const Data& device = data(guard);
+    if (device.upgrading)
+        return refuse(QStringLiteral("the device is being upgraded."));
+    const bool idle =
+        std::all_of(device.screens.cbegin(), device.screens.cend(), [&guard](const auto& screen) {
+            return screen->data(guard).isIdle();
+        });
+    return idle || refuse(QStringLiteral("a transition is running."));
+}
+
+bool MemoryDevice::loadToPGMEnable() const
+{
+    return data(Guard(*m_pHub)).loadToPGM;
+}
+
+QList<std::weak_ptr<BizModel::File>> MemoryDevice::files(FileType type) const
+{
+    const Guard guard(*m_pHub);
+    QList<std::weak_ptr<BizModel::File>> list;
+    if (type == FileType::keypad) {
+        if (data(guard).keypad)
+            list += data(guard).keypad;
+        return list;
+    }
+    for (const std::shared_ptr<MemoryPreset>& preset : data(guard).presets) {
+        if (preset->fileType() == type)
+            list += preset;
+    }
+    return list;
+}
+
+void MemoryDevice::addKeypadFile(const std::shared_ptr<BizModel::Keypad>& keypad)
+{
+    const QString arguments = deviceText(weak_from_this());
+    if (m_pHub->operations.perform(Operation::AddKeypadFile, arguments) || !keypad)
+        return;
+    Change change(*m_pHub);
+    setKeypad(change, keypad);
+}
+
+void MemoryDevice::setKeypad(Change& change, const std::shared_ptr<BizModel::Keypad>& keypad)
+{
+    data(change).keypad = keypad;
+    change.announce([device = weak_from_this(),
+                     keypad = std::weak_ptr<BizModel::Keypad>(keypad)](MemoryDeviceList& list) {
+        Q_EMIT list.signalKeypadChanged(device, keypad);
+    });
+}
+
+void MemoryDevice::setActivePreset(Change& change, const std::shared_ptr<MemoryPreset>& preset)
+{
+    Data& device = data(change);
+    if (device.activePreset == preset)
+        return;
+    device.activePreset = preset;
+    change.announce([device = weak_from_this()](MemoryDeviceList& list) {
+        Q_EMIT list.signalActivedPresetKeyNoChanged(device);
+    });
+}
+
+void MemoryDevice::insertPreset(Change& change, const std::shared_ptr<MemoryPreset>& preset)
+{
+    Presets& all = data(change).presets;
+    const auto behind = std::find_if(all.begin(), all.end(), [&preset](const auto& each) {
+        return each->fileType() != preset->fileType() ? each->fileType() > preset->fileType()
+                                                       : each->fileId() > preset->fileId();
+    });
+    all.insert(behind, preset);
+}
+
+bool MemoryDevice::removePreset(Change& change, const std::shared_ptr<MemoryPreset>& preset)
+{
+    Data& device = data(change);
+    if (!device.presets.removeOne(preset))
+        return false;
+    change.announce([device = weak_from_this(), preset](MemoryDeviceList& list) {
+        Q_EMIT list.signalPresetRemoved(device, preset);
+    });
+    if (device.activePreset == preset)
+        setActivePreset(change, nullptr);
+    return true;
+}
+
+void MemoryDevice::removeFiles(Change& change, const QList<FileType>& types)
+{
+    Data& device = data(change);
+    if (types.contains(FileType::keypad) && device.keypad)
+        setKeypad(change, nullptr);
+    Presets removed;
+    for (const std::shared_ptr<MemoryPreset>& preset : std::as_const(device.presets)) {
+        if (types.contains(preset->fileType()))
+            removed += preset;
+    }
+    if (!types.contains(FileType::PresetPVW) || !types.contains(FileType::PresetPGM)) {
+        for (const std::shared_ptr<MemoryPreset>& preset : std::as_const(removed))
+            removePreset(change, preset);
+        return;
+    }
+    device.presets.clear();
+    change.announce([device = weak_from_this()](MemoryDeviceList& list) {
+        Q_EMIT list.signalPresetCleared(device);
+    });
+    setActivePreset(change, nullptr);
+}
+
+} // namespace Orvane::MemoryModel

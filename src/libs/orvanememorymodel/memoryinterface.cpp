@@ -1,0 +1,95 @@
+#include "memoryinterface.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace Orvane::MemoryModel {
+
+using BizModel::CapacityMode;
+
+MemoryConnector::MemoryConnector(
+    std::shared_ptr<ModelHub> hub, quint32 subcardId, const ConnectorRecord& record)
+    : m_pHub(std::move(hub))
+    , m_nSubcardId(subcardId)
+    , m_nId(record.id)
+    , m_capacity(record.capacity)
+{
+}
+
+CapacityMode MemoryConnector::capacity() const
+{
+    return data(Guard(*m_pHub));
+}
+
+MemorySubcard::MemorySubcard(const std::shared_ptr<ModelHub>& hub, const SubcardRecord& record)
+    : m_nId(record.id)
+    , m_nLayerCapacity(record.layerCapacity)
+{
+    for (const ConnectorRecord& connector : record.connectors)
+        m_connectors += std::make_shared<MemoryConnector>(hub, m_nId, connector);
+}
+
+std::shared_ptr<MemoryConnector> MemorySubcard::connector(quint32 connectorId) const
+{
+    const auto found = std::find_if(m_connectors.cbegin(), m_connectors.cend(), [&](const auto& connector) {
+        return connector->connectorId() == connectorId;
+    });
+    return found == m_connectors.cend() ? nullptr : *found;
+}
+
+MemoryInput::MemoryInput(std::shared_ptr<ModelHub> hub, const InputRecord& record)
+    : m_pHub(std::move(hub))
+    , m_nId(record.id)
+    , m_nSubcardId(record.subcardId)
+    , m_nConnectorId(record.connectorId)
+    , m_state(State{record.name, record.capacity, record.signal, record.overload})
+{
+}
+
+QString MemoryInput::name() const
+{
+    return data(Guard(*m_pHub)).name;
+}
+
+CapacityMode MemoryInput::capacity() const
+{
+    return data(Guard(*m_pHub)).capacity;
+}
+
+bool MemoryInput::isActive() const
+{
+    return data(Guard(*m_pHub)).signal;
+}
+
+bool MemoryInput::isOverLoad() const
+{
+    return data(Guard(*m_pHub)).overload;
+}
+
+InputRecord MemoryInput::record(const Guard& guard) const
+{
+    const State& state = data(guard);
+    return {m_nId, state.name, m_nSubcardId, m_nConnectorId, state.capacity, state.signal, state.overload};
+}
+
+MemoryOutput::MemoryOutput(std::shared_ptr<ModelHub> hub, const OutputRecord& record)
+    : m_pHub(std::move(hub))
+    , m_nId(record.id)
+    , m_nSubcardId(record.subcardId)
+    , m_nZOrder(record.zOrder)
+    , m_size(record.size)
+    , m_bOnline(record.online)
+{
+}
+
+bool MemoryOutput::isOnline() const
+{
+    return online(Guard(*m_pHub));
+}
+
+OutputRecord MemoryOutput::record(const Guard& guard) const
+{
+    return {m_nId, m_nSubcardId, m_nZOrder, m_size, online(guard)};
+}
+
+} // namespace Orvane::MemoryModel

@@ -1,0 +1,101 @@
+#pragma once
+
+#include "bizmodel/connector.h"
+#include "bizmodel/input.h"
+#include "bizmodel/output.h"
+#include "bizmodel/subcard.h"
+#include "modelhub.h"
+#include "records.h"
+
+/// The hardware of a device.
+namespace Orvane::MemoryModel {
+
+class MemoryConnector final : public BizModel::Connector {
+public:
+    MemoryConnector(std::shared_ptr<ModelHub> hub, quint32 subcardId, const ConnectorRecord& record);
+
+    BizModel::CapacityMode capacity() const override;
+
+    quint32 connectorId() const { return m_nId; }
+    quint32 subcardId() const { return m_nSubcardId; }
+    const BizModel::CapacityMode& data(const Guard& guard) const { return m_capacity.get(guard); }
+    BizModel::CapacityMode& data(Change& change) { return m_capacity.get(change); }
+
+private:
+    const std::shared_ptr<ModelHub> m_pHub;
+    const quint32 m_nSubcardId;
+    const quint32 m_nId;
+    Guarded<BizModel::CapacityMode> m_capacity;
+};
+
+class MemorySubcard final : public BizModel::Subcard {
+public:
+    MemorySubcard(const std::shared_ptr<ModelHub>& hub, const SubcardRecord& record);
+
+    int layerCapacity() const override { return m_nLayerCapacity; }
+
+    quint32 subcardId() const { return m_nId; }
+    const QList<std::shared_ptr<MemoryConnector>>& connectors() const { return m_connectors; }
+    std::shared_ptr<MemoryConnector> connector(quint32 connectorId) const;
+
+private:
+    const quint32 m_nId;
+    const int m_nLayerCapacity;
+    QList<std::shared_ptr<MemoryConnector>> m_connectors;
+};
+
+class MemoryInput final : public BizModel::Input {
+public:
+    struct State {
+        QString name;
+        BizModel::CapacityMode capacity = BizModel::CapacityMode::_SL;
+        bool signal = true;
+        bool overload = false;
+    };
+
+    MemoryInput(std::shared_ptr<ModelHub> hub, const InputRecord& record);
+
+    quint32 interfaceId() const override { return m_nId; }
+    BizModel::s_InterfaceFullId interfaceFullId() const override { return {m_nSubcardId, m_nId}; }
+    QString name() const override;
+    BizModel::CapacityMode capacity() const override;
+    bool isActive() const override;
+    bool isOverLoad() const override;
+
+    quint32 connectorId() const { return m_nConnectorId; }
+    const State& data(const Guard& guard) const { return m_state.get(guard); }
+    State& data(Change& change) { return m_state.get(change); }
+    InputRecord record(const Guard& guard) const;
+
+private:
+    const std::shared_ptr<ModelHub> m_pHub;
+    const quint32 m_nId;
+    const quint32 m_nSubcardId;
+    const quint32 m_nConnectorId;
+    Guarded<State> m_state;
+};
+
+class MemoryOutput final : public BizModel::Output {
+public:
+    MemoryOutput(std::shared_ptr<ModelHub> hub, const OutputRecord& record);
+
+    int zOrder() const override { return m_nZOrder; }
+
+    quint32 outputId() const { return m_nId; }
+    quint32 subcardId() const { return m_nSubcardId; }
+    QSize size() const { return m_size; }
+    bool isOnline() const;
+    const bool& online(const Guard& guard) const { return m_bOnline.get(guard); }
+    bool& online(Change& change) { return m_bOnline.get(change); }
+    OutputRecord record(const Guard& guard) const;
+
+private:
+    const std::shared_ptr<ModelHub> m_pHub;
+    const quint32 m_nId;
+    const quint32 m_nSubcardId;
+    const int m_nZOrder;
+    const QSize m_size;
+    Guarded<bool> m_bOnline;
+};
+
+} // namespace Orvane::MemoryModel

@@ -1,0 +1,112 @@
+#include "memorylayer.h"
+
+#include "memoryinterface.h"
+#include "memoryscreen.h"
+
+#include <utility>
+
+namespace Orvane::MemoryModel {
+
+using BizModel::CapacityMode;
+using BizModel::SceneType;
+
+MemoryLayer::MemoryLayer(
+    std::shared_ptr<ModelHub> hub, std::weak_ptr<MemoryScreen> screen, SceneType scene,
+    const LayerRecord& record)
+    : m_pHub(std::move(hub))
+    , m_pScreen(std::move(screen))
+    , m_nScreenId(m_pScreen.lock() ? m_pScreen.lock()->screenId() : 0)
+    , m_nId(record.id)
+    , m_type(record.type)
+    , m_state(State{record.name, scene, record.inputId, record.window, record.capacity, record.selected})
+{
+}
+
+BizModel::s_ScreenLayerId MemoryLayer::screenLayerId() const
+{
+    return {m_nScreenId, sceneType(), m_nId};
+}
+
+QString MemoryLayer::name() const
+{
+    return data(Guard(*m_pHub)).name;
+}
+
+SceneType MemoryLayer::sceneType() const
+{
+    return data(Guard(*m_pHub)).scene;
+}
+
+quint32 MemoryLayer::sourceId() const
+{
+    return data(Guard(*m_pHub)).inputId;
+}
+
+QRect MemoryLayer::windowRect() const
+{
+    return data(Guard(*m_pHub)).window;
+}
+
+CapacityMode MemoryLayer::capacity() const
+{
+    return data(Guard(*m_pHub)).capacity;
+}
+
+void MemoryLayer::setCapacity(CapacityMode capacity)
+{
+    Change change(*m_pHub);
+    data(change).capacity = capacity;
+}
+
+QSize MemoryLayer::defulatSize(const std::weak_ptr<BizModel::Input>& input) const
+{
+    const std::shared_ptr<BizModel::Input> source = input.lock();
+    return defaultLayerSize(source ? source->capacity() : CapacityMode::_SL);
+}
+
+bool MemoryLayer::getLayerOperationAllowed() const
+{
+    return operationAllowed(Guard(*m_pHub));
+}
+
+LayerRecord MemoryLayer::record(const Guard& guard) const
+{
+    const State& state = data(guard);
+    return {m_nId, state.name, m_type, state.inputId, state.window, state.capacity, state.selected};
+}
+
+bool MemoryLayer::operationAllowed(const Guard& guard) const
+{
+    if (data(guard).scene == SceneType::PVW)
+        return true;
+    const std::shared_ptr<MemoryScreen> owner = screen();
+    return owner && owner->data(guard).pgmEdit;
+}
+
+QSize defaultLayerSize(CapacityMode capacity)
+{
+    switch (capacity) {
+    case CapacityMode::_4K:
+        return {1920, 1080};
+    case CapacityMode::_DL:
+        return {1920, 540};
+    case CapacityMode::_SL:
+        break;
+    }
+    return {960, 540};
+}
+
+int capacityCost(CapacityMode capacity)
+{
+    switch (capacity) {
+    case CapacityMode::_4K:
+        return 4;
+    case CapacityMode::_DL:
+        return 2;
+    case CapacityMode::_SL:
+        break;
+    }
+    return 1;
+}
+
+} // namespace Orvane::MemoryModel

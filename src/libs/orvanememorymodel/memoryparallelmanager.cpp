@@ -1,0 +1,463 @@
+#include "memoryparallelmanager.h"
+
+#include "operationtext.h"
+#include "transitions.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace Orvane::MemoryModel {
+
+using namespace ParallelControl;
+using ScreenState = BizModel::Screen::State;
+
+namespace {
+
+const QString stoppedText = QStringLiteral("The model has stopped.");
+
+template <typename... Handlers> struct Overloaded : Handlers... {
+    using Handlers::operator()...;
+};
+template <typename... Handlers> Overloaded(Handlers...) -> Overloaded<Handlers...>;
+
+struct TaskText {
+    Operation operation;
+    QString arguments;
+};
+
+TaskText describe(const ParallelTask& task)
+{
+    const auto onScreens = [](const auto& each, Operation operation) {
+        return TaskText{
+            operation, deviceText(each.device) + QStringLiteral(" types=%1").arg(each.screenTypeMask)};
+    };
+    const auto flag = [](TaskText text, int value) {
+        text.arguments += QStringLiteral(" value=%1").arg(value);
+        return text;
+    };
+    return std::visit(
+        Overloaded{
+            [&](const ParallelTakeScreen& each) { return onScreens(each, Operation::ParallelTakeScreen); },
+            [&](const ParallelCutScreen& each) { return onScreens(each, Operation::ParallelCutScreen); },
+            [&](const ParallelMatchPGM& each) { return onScreens(each, Operation::ParallelMatchPGM); },
+            [&](const ParallelFreezeScreen& each) {
+                return flag(onScreens(each, Operation::ParallelFreezeScreen), each.freeze);
+            },
+            [&](const ParallelFTBScreen& each) {
+                return flag(onScreens(each, Operation::ParallelFTBScreen), each.fadeToBlack);
+            },
+            [&](const ParallelSetSwapStatus& each) {
+                return flag({Operation::ParallelSetSwapStatus, deviceText(each.device)}, each.swap);
+            },
+            [&](const ParallelSetLoadToPresetPGMStatus& each) {
+                return flag(
+                    {Operation::ParallelSetLoadToPresetPGMStatus, deviceText(each.device)}, each.status);
+            }},
+        task);
+}
+
+/// State of the screens while a task changes their scenes; `Normal` for a task that changes none.
+ScreenState busyState(const ParallelTask& task)
+{
+    if (std::holds_alternative<ParallelTakeScreen>(task))
+        return ScreenState::Taking;
+    if (std::holds_alternative<ParallelCutScreen>(task))
+        return ScreenState::Cut;
+    if (std::holds_alternative<ParallelMatchPGM>(task))
+        return ScreenState::MatchingPGM;
+    return ScreenState::Normal;
+}
+
+int screenTypeMask(const ParallelTask& task)
+{
+    return std::visit(
+        Overloaded{
+            [](const ParallelSetSwapStatus&) { return 0; },
+            [](const ParallelSetLoadToPresetPGMStatus&) { return 0; },
+            [](const auto& each) { return each.screenTypeMask; }},
+        task);
+}
+
+void tellDone(const ParallelTask& task, bool ok, const QString& text)
+{
+    const auto tell = [&](const Completion& done) {
+        if (done)
+            done(ok, text);
+    };
+    if (const auto* take = std::get_if<ParallelTakeScreen>(&task))
+        tell(take->done);
+    else if (const auto* cut = std::get_if<ParallelCutScreen>(&task))
+        tell(cut->done);
+}
+
+} // namespace
+
+/// What one call of `startParallelRequest` asked for.
+class MemoryParallelManager::Request {
+public:
+    Request(Completion callback, std::deque<std::shared_ptr<Run>> runs)
+        : m_callback(std::move(callback))
+        , m_waiting(std::move(runs))
+        , m_nRemaining(m_waiting.size())
+    {
+    }
+
+    /// The next task to be started; empty when all were.
+    std::shared_ptr<Run> next()
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_waiting.empty())
+            return nullptr;
+        const std::shared_ptr<Run> run = m_waiting.front();
+        m_waiting.pop_front();
+        return run;
+    }
+
+    void runEnded(bool ok, const QString& text)
+    {
+        {
+            const std::lock_guard lock(m_mutex);
+            if (!ok && std::exchange(m_bOk, false))
+                m_strError = text;
+            if (--m_nRemaining > 0)
+                return;
+        }
+        // The last task's thread alone comes here, and nobody writes the outcome any more.
+        if (m_callback)
+            m_callback(m_bOk, m_strError);
+        const std::lock_guard lock(m_mutex);
+        m_bEnded = true;
+        m_ended.notify_all();
+    }
+
+    bool wait(QString& error)
+    {
+        std::unique_lock lock(m_mutex);
+        m_ended.wait(lock, [this] { return m_bEnded; });
+        error = m_strError;
+        return m_bOk;
+    }
+
+private:
+    const Completion m_callback;
+
+    /// Guards all that follows.
+    std::mutex m_mutex;
+    std::condition_variable m_ended;
+    std::deque<std::shared_ptr<Run>> m_waiting;
+    std::size_t m_nRemaining;
+    bool m_bOk = true;
+    bool m_bEnded = false;
+    QString m_strError;
+};
+
+/// One device's part in a request. After `begin` it is used on its device's worker alone.
+struct MemoryParallelManager::Run {
+    std::shared_ptr<Request> request;
+    std::shared_ptr<MemoryDevice> device;
+    ParallelTask task;
+    TaskText text;
+    /// Screens whose scenes the task changes.
+    MemoryDevice::Screens screens;
+    /// Groups of screens whose transition has not ended.
+    int openTransitions = 0;
+    /// Why the task cannot be carried out.
+    QString obstacle;
+};
+
+MemoryParallelManager::MemoryParallelManager(std::shared_ptr<ModelHub> hub, MemoryDeviceList& list)
+    : m_pHub(std::move(hub))
+    , m_list(list)
+{
+}
+
+MemoryParallelManager::~MemoryParallelManager()
+{
+    stop();
+}
+
+bool MemoryParallelManager::startParallelRequest(
+    const std::weak_ptr<BizModel::Device>& device, const ParallelTaskFactory& factory, bool waitForResult,
+    QString* error, Completion callback)
+{
+    QString reason;
+    bool ok = false;
+    if (waitForResult && Worker::isWorkerThread()) {
+        reason = QStringLiteral("A thread of the model cannot wait for a request.");
+    } else if (const auto request = start(device, factory, std::move(callback), 0, reason)) {
+        ok = !waitForResult || request->wait(reason);
+    }
+    if (error)
+        *error = reason;
+    return ok;
+}
+
+bool MemoryParallelManager::startParallelRequest(
+    const std::weak_ptr<BizModel::Device>& device, const ParallelTaskFactory& factory, Completion completion,
+    int count)
+{
+    QString reason;
+    return start(device, factory, std::move(completion), count, reason) != nullptr;
+}
+
+int MemoryParallelManager::currentTaskCount() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_nTaskCount;
+}
+
+void MemoryParallelManager::stop()
+{
+    std::map<const MemoryDevice*, std::shared_ptr<Worker>> workers;
+    {
+        const std::lock_guard lock(m_mutex);
+        m_bStopped = true;
+        workers.swap(m_workers);
+    }
+    for (const auto& worker : workers)
+        worker.second->stop();
+}
+
+/// Starts the tasks; empty with the reason in @p error when none was started.
+std::shared_ptr<MemoryParallelManager::Request> MemoryParallelManager::start(
+    const std::weak_ptr<BizModel::Device>& device, const ParallelTaskFactory& factory, Completion callback,
+    int count, QString& error)
+{
+    if (m_pHub->operations.stopped() || !factory) {
+        error = factory ? stoppedText : QStringLiteral("The request has no tasks.");
+        return nullptr;
+    }
+    const QList<std::weak_ptr<BizModel::Device>> members = m_list.groupDevices(device, true, false);
+    if (members.isEmpty()) {
+        error = QStringLiteral("The device is gone.");
+        return nullptr;
+    }
+    std::deque<std::shared_ptr<Run>> runs;
+    for (const std::weak_ptr<BizModel::Device>& member : members) {
+        const auto run = std::make_shared<Run>();
+        run->task = factory(member);
+        run->text = describe(run->task);
+        m_pHub->operations.request(run->text.operation, run->text.arguments);
+        runs.push_back(run);
+    }
+    begin(runs);
+
+    const std::size_t size = runs.size();
+    const auto request = std::make_shared<Request>(std::move(callback), runs);
+    for (const std::shared_ptr<Run>& run : runs)
+        run->request = request;
+    {
+        const std::lock_guard lock(m_mutex);
+        m_nTaskCount += int(size);
+    }
+    const std::size_t atOnce = count > 0 ? std::min(size, std::size_t(count)) : size;
+    for (std::size_t i = 0; i < atOnce; ++i)
+        post(request->next());
+    return request;
+}
+
+/// Marks the screens whose scenes the tasks will change.
+void MemoryParallelManager::begin(const std::deque<std::shared_ptr<Run>>& runs)
+{
+    bool anyScreen = false;
+    Change change(*m_pHub);
+    for (const std::shared_ptr<Run>& run : runs) {
+        const ScreenState busy = busyState(run->task);
+        const auto device = std::visit([](const auto& task) { return task.device; }, run->task);
+        run->device = m_list.own(change, device);
+        if (!run->device) {
+            run->obstacle = QStringLiteral("The device is gone.");
+            continue;
+        }
+        if (busy == ScreenState::Normal)
+            continue;
+        const auto candidates = run->device->takeScreens(change, screenTypeMask(run->task), true);
+        for (const std::shared_ptr<MemoryScreen>& screen : candidates) {
+            MemoryScreen::Data& state = screen->data(change);
+            if (!state.isIdle())
+                continue;
+            state.state = busy;
+            state.transitionStart = MemoryScreen::Clock::now();
+            state.transitionTime = std::chrono::milliseconds(qRound64(state.effectSeconds * 1000));
+            run->screens += screen;
+            anyScreen = true;
+            change.markChanged();
+        }
+    }
+    for (const std::shared_ptr<Run>& run : runs) {
+        if (!anyScreen && busyState(run->task) != ScreenState::Normal && run->obstacle.isEmpty())
+            run->obstacle = QStringLiteral("No selected screen with outputs is free.");
+    }
+}
+
+void MemoryParallelManager::post(const std::shared_ptr<Run>& run)
+{
+    const std::shared_ptr<Worker> own = worker(run->device);
+    if (!own || !own->post([this, run](bool stopping) { carryOut(run, stopping); }))
+        carryOut(run, true);
+}
+
+void MemoryParallelManager::carryOut(const std::shared_ptr<Run>& run, bool stopping)
+{
+    const auto verdict = m_pHub->operations.start(run->text.operation, run->text.arguments);
+    if (stopping || !m_pHub->operations.sleepFor(verdict.delay))
+        return abandon(run, stoppedText);
+    if (verdict.failure)
+        return abandon(run, *verdict.failure);
+    if (!run->obstacle.isEmpty())
+        return abandon(run, run->obstacle);
+    switch (busyState(run->task)) {
+    case ScreenState::Taking:
+        return startTransition(run);
+    case ScreenState::Cut:
+    case ScreenState::MatchingPGM:
+        changeScenes(*run, run->screens);
+        break;
+    default:
+        applyFlags(*run);
+        break;
+    }
+    end(run, true, {});
+}
+
+/// Lets each screen's transition run for its own time.
+void MemoryParallelManager::startTransition(const std::shared_ptr<Run>& run)
+{
+    std::map<std::chrono::milliseconds, MemoryDevice::Screens> groups;
+    const Worker::Clock::time_point now = Worker::Clock::now();
+    {
+        Change change(*m_pHub);
+        for (const std::shared_ptr<MemoryScreen>& screen : run->screens) {
+            screen->data(change).transitionStart = now;
+            groups[screen->data(change).transitionTime] += screen;
+        }
+    }
+    if (groups.empty())
+        return end(run, true, {});
+    run->openTransitions = int(groups.size());
+    const std::shared_ptr<Worker> own = worker(run->device);
+    for (const auto& group : groups) {
+        const auto finish = [this, run, screens = group.second](bool stopping) {
+            finishTransition(run, screens, stopping);
+        };
+        if (!own || !own->postAt(now + group.first, finish))
+            finish(true);
+    }
+}
+
+void MemoryParallelManager::finishTransition(
+    const std::shared_ptr<Run>& run, const MemoryDevice::Screens& screens, bool stopping)
+{
+    if (stopping)
+        release(screens, ScreenState::Taking);
+    else
+        changeScenes(*run, screens);
+    if (--run->openTransitions == 0)
+        end(run, !stopping, stopping ? stoppedText : QString());
+}
+
+/// Takes, cuts or matches those of the screens that are still at it.
+void MemoryParallelManager::changeScenes(const Run& run, const MemoryDevice::Screens& screens)
+{
+    const ScreenState busy = busyState(run.task);
+    MemoryDevice::Screens changed;
+    Change change(*m_pHub);
+    for (const std::shared_ptr<MemoryScreen>& screen : screens) {
+        MemoryScreen::Data& state = screen->data(change);
+        if (!state.registered || state.state != busy)
+            continue;
+        if (busy == ScreenState::MatchingPGM)
+            matchScene(change, m_pHub, *screen);
+        else
+            takeScene(change, m_pHub, *run.device, *screen);
+        state.state = ScreenState::Normal;
+        changed += screen;
+    }
+    const LayersChangedBy reason = busy == ScreenState::MatchingPGM ? LayersChangedBy::MatchPGM
+        : busy == ScreenState::Cut                                  ? LayersChangedBy::Cut
+                                                                    : LayersChangedBy::Take;
+    announceLayersChanged(change, changed, reason);
+}
+
+/// Puts screens that are still in the state back to `Normal`, their scenes as they were.
+void MemoryParallelManager::release(const MemoryDevice::Screens& screens, ScreenState busy)
+{
+    Change change(*m_pHub);
+    for (const std::shared_ptr<MemoryScreen>& screen : screens) {
+        MemoryScreen::Data& state = screen->data(change);
+        if (state.state != busy)
+            continue;
+        state.state = ScreenState::Normal;
+        change.markChanged();
+    }
+}
+
+void MemoryParallelManager::abandon(const std::shared_ptr<Run>& run, const QString& reason)
+{
+    release(run->screens, busyState(run->task));
+    end(run, false, reason);
+}
+
+/// Carries out a task that sets a flag of the device or of its selected screens.
+void MemoryParallelManager::applyFlags(const Run& run)
+{
+    Change change(*m_pHub);
+    const std::shared_ptr<MemoryDevice>& device = run.device;
+    const std::weak_ptr<BizModel::Device> announced = device;
+    MemoryDevice::Data& state = device->data(change);
+    const auto setOnScreens = [&](int mask, bool MemoryScreen::Data::*flag, bool value, auto signal) {
+        for (const std::shared_ptr<MemoryScreen>& screen : state.screens) {
+            MemoryScreen::Data& data = screen->data(change);
+            if (!(screen->screenType() & mask) || !data.selected || data.*flag == value)
+                continue;
+            data.*flag = value;
+            change.announce([announced, signal, weak = std::weak_ptr<MemoryScreen>(screen)](
+                                MemoryDeviceList& list) { Q_EMIT(list.*signal)(announced, weak); });
+        }
+    };
+    const auto setOnDevice = [&](bool& flag, bool value, auto signal) {
+        if (std::exchange(flag, value) != value)
+            change.announce(
+                [announced, signal](MemoryDeviceList& list) { Q_EMIT(list.*signal)(announced); });
+    };
+    if (const auto* freeze = std::get_if<ParallelFreezeScreen>(&run.task))
+        setOnScreens(
+            freeze->screenTypeMask, &MemoryScreen::Data::freeze, freeze->freeze,
+            &BizModel::DeviceList::signalScreenPGMFreezeChanged);
+    else if (const auto* ftb = std::get_if<ParallelFTBScreen>(&run.task))
+        setOnScreens(
+            ftb->screenTypeMask, &MemoryScreen::Data::fadeToBlack, ftb->fadeToBlack,
+            &BizModel::DeviceList::signalScreenFTBChanged);
+    else if (const auto* swap = std::get_if<ParallelSetSwapStatus>(&run.task))
+        setOnDevice(state.swap, swap->swap, &BizModel::DeviceList::signalSwapStateChanged);
+    else if (const auto* load = std::get_if<ParallelSetLoadToPresetPGMStatus>(&run.task))
+        setOnDevice(
+            state.loadToPGM, load->status == BizModel::Enum::Device::LoadToPGM,
+            &BizModel::DeviceList::signalLoadToPGMStateChanged);
+}
+
+void MemoryParallelManager::end(const std::shared_ptr<Run>& run, bool ok, const QString& text)
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        --m_nTaskCount;
+    }
+    tellDone(run->task, ok, text);
+    if (const std::shared_ptr<Run> next = run->request->next())
+        post(next);
+    run->request->runEnded(ok, text);
+}
+
+/// Empty once the manager has stopped.
+std::shared_ptr<Worker> MemoryParallelManager::worker(const std::shared_ptr<MemoryDevice>& device)
+{
+    const std::lock_guard lock(m_mutex);
+    if (m_bStopped)
+        return nullptr;
+    std::shared_ptr<Worker>& own = m_workers[device.get()];
+    if (!own)
+        own = std::make_shared<Worker>(QStringLiteral("model-dev-%1").arg(m_workers.size()));
+    return own;
+}
+
+} // namespace Orvane::MemoryModel

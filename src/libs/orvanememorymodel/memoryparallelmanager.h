@@ -1,0 +1,66 @@
+#pragma once
+
+#include "memorydevicelist.h"
+#include "parallelcontrol/parallelmanager.h"
+#include "worker.h"
+
+#include <deque>
+#include <map>
+#include <memory>
+#include <mutex>
+
+namespace Orvane::MemoryModel {
+
+/// Carries out tasks with one worker for each device, so that the devices of a group work at the same time
+/// and each does what it is told in order.
+///
+/// A transition does not keep its device's worker busy: other tasks run while it lasts. A request that
+/// waits for its result returns after its callback has run; on a thread of the model it is refused, for the
+/// thread might be the one to carry it out.
+class MemoryParallelManager final : public ParallelControl::ParallelManager {
+public:
+    MemoryParallelManager(std::shared_ptr<ModelHub> hub, MemoryDeviceList& list);
+    ~MemoryParallelManager() override;
+
+    bool startParallelRequest(
+        const std::weak_ptr<BizModel::Device>& device, const ParallelControl::ParallelTaskFactory& factory,
+        bool waitForResult, QString* error, ParallelControl::Completion callback) override;
+    bool startParallelRequest(
+        const std::weak_ptr<BizModel::Device>& device, const ParallelControl::ParallelTaskFactory& factory,
+        ParallelControl::Completion completion, int count = 0) override;
+    int currentTaskCount() const override;
+
+    /// Tasks that have not ended fail; transitions end without a change of scenes.
+    void stop();
+
+private:
+    class Request;
+    struct Run;
+
+    std::shared_ptr<Request> start(
+        const std::weak_ptr<BizModel::Device>& device, const ParallelControl::ParallelTaskFactory& factory,
+        ParallelControl::Completion callback, int count, QString& error);
+    void begin(const std::deque<std::shared_ptr<Run>>& runs);
+    void post(const std::shared_ptr<Run>& run);
+    void carryOut(const std::shared_ptr<Run>& run, bool stopping);
+    void startTransition(const std::shared_ptr<Run>& run);
+    void finishTransition(
+        const std::shared_ptr<Run>& run, const MemoryDevice::Screens& screens, bool stopping);
+    void changeScenes(const Run& run, const MemoryDevice::Screens& screens);
+    void release(const MemoryDevice::Screens& screens, BizModel::Screen::State busy);
+    void abandon(const std::shared_ptr<Run>& run, const QString& reason);
+    void applyFlags(const Run& run);
+    void end(const std::shared_ptr<Run>& run, bool ok, const QString& text);
+    std::shared_ptr<Worker> worker(const std::shared_ptr<MemoryDevice>& device);
+
+    const std::shared_ptr<ModelHub> m_pHub;
+    MemoryDeviceList& m_list;
+
+    /// Guards m_workers, m_nTaskCount, m_bStopped.
+    mutable std::mutex m_mutex;
+    std::map<const MemoryDevice*, std::shared_ptr<Worker>> m_workers;
+    int m_nTaskCount = 0;
+    bool m_bStopped = false;
+};
+
+} // namespace Orvane::MemoryModel

@@ -1,0 +1,61 @@
+#include "memorypreset.h"
+
+#include "memorydevice.h"
+#include "operationtext.h"
+
+#include <utility>
+
+namespace Orvane::MemoryModel {
+
+MemoryPreset::MemoryPreset(
+    std::shared_ptr<ModelHub> hub, std::weak_ptr<MemoryDevice> device, const PresetRecord& record)
+    : m_pHub(std::move(hub))
+    , m_pDevice(std::move(device))
+    , m_type(record.type)
+    , m_nId(record.id)
+    , m_state(State{record.name, record.screens})
+{
+}
+
+QString MemoryPreset::name() const
+{
+    return data(Guard(*m_pHub)).name;
+}
+
+BizModel::s_PresetDetail MemoryPreset::presetDetail() const
+{
+    return {m_nId, name()};
+}
+
+bool MemoryPreset::presetSelectedScreens(
+    QList<std::weak_ptr<BizModel::Screen>>& screens, FileType type, QString& error) const
+{
+    const std::shared_ptr<MemoryDevice> owner = device();
+    const QString arguments =
+        deviceText(owner) + QStringLiteral(" preset=%1 type=%2").arg(m_nId).arg(int(type));
+    if (const auto failure = m_pHub->operations.perform(Operation::PresetSelectedScreens, arguments)) {
+        error = *failure;
+        return false;
+    }
+    if (!owner) {
+        error = QStringLiteral("The preset's device is gone.");
+        return false;
+    }
+    const Guard guard(*m_pHub);
+    screens.clear();
+    for (const PresetScreenRecord& stored : data(guard).screens) {
+        if (const std::shared_ptr<MemoryScreen> screen = owner->screen(guard, stored.key))
+            screens += screen;
+    }
+    if (screens.isEmpty())
+        error = QStringLiteral("None of the preset's screens is there.");
+    return !screens.isEmpty();
+}
+
+PresetRecord MemoryPreset::record(const Guard& guard) const
+{
+    const State& state = data(guard);
+    return {m_type, m_nId, state.name, state.screens};
+}
+
+} // namespace Orvane::MemoryModel

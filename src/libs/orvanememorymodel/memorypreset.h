@@ -1,0 +1,42 @@
+#pragma once
+
+#include "bizmodel/preset.h"
+#include "modelhub.h"
+#include "records.h"
+
+namespace Orvane::MemoryModel {
+
+class MemoryDevice;
+
+/// A preset file with the scenes that it stores.
+class MemoryPreset final : public BizModel::Preset {
+public:
+    struct State {
+        QString name;
+        QList<PresetScreenRecord> screens;
+    };
+
+    MemoryPreset(
+        std::shared_ptr<ModelHub> hub, std::weak_ptr<MemoryDevice> device, const PresetRecord& record);
+
+    quint16 fileId() const override { return m_nId; }
+    FileType fileType() const override { return m_type; }
+    QString name() const override;
+    BizModel::s_PresetDetail presetDetail() const override;
+    bool presetSelectedScreens(
+        QList<std::weak_ptr<BizModel::Screen>>& screens, FileType type, QString& error) const override;
+
+    std::shared_ptr<MemoryDevice> device() const { return m_pDevice.lock(); }
+    const State& data(const Guard& guard) const { return m_state.get(guard); }
+    State& data(Change& change) { return m_state.get(change); }
+    PresetRecord record(const Guard& guard) const;
+
+private:
+    const std::shared_ptr<ModelHub> m_pHub;
+    const std::weak_ptr<MemoryDevice> m_pDevice;
+    const FileType m_type;
+    const quint16 m_nId;
+    Guarded<State> m_state;
+};
+
+} // namespace Orvane::MemoryModel

@@ -1,0 +1,303 @@
+#include "memoryscreen.h"
+
+#include "memorydevice.h"
+#include "memorydevicelist.h"
+#include "operationtext.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace Orvane::MemoryModel {
+
+using BizModel::LayerType;
+using BizModel::SceneType;
+
+MemoryScreen::MemoryScreen(
+    std::shared_ptr<ModelHub> hub, std::weak_ptr<MemoryDevice> device, ScreenKey key, Data data)
+    : m_pHub(std::move(hub))
+    , m_pDevice(std::move(device))
+    , m_key(key)
+    , m_data(std::move(data))
+{
+}
+
+QString MemoryScreen::name() const
+{
+    return data(Guard(*m_pHub)).name;
+}
+
+MemoryScreen::State MemoryScreen::state() const
+{
+    return data(Guard(*m_pHub)).state;
+}
+
+void MemoryScreen::setState(State state)
+{
+    const QString arguments = screenText(*this) + QStringLiteral(" state=%1").arg(state);
+    if (m_pHub->operations.perform(Operation::SetScreenState, arguments))
+        return;
+    Change change(*m_pHub);
+    Data& screen = data(change);
+    // A transition that has begun in the meantime ends by itself.
+    const bool marks = screen.state == State::Normal && state == State::Resource_out;
+    const bool resets = screen.state == State::Resource_out && state == State::Normal;
+    if (!marks && !resets)
+        return;
+    screen.state = state;
+    change.markChanged();
+}
+
+bool MemoryScreen::isComplete() const
+{
+    const Guard guard(*m_pHub);
+    const auto& places = data(guard).outputs;
+    return std::all_of(places.cbegin(), places.cend(), [&guard](const OutputPlace& place) {
+        return place.output->online(guard);
+    });
+}
+
+bool MemoryScreen::selected() const
+{
+    return data(Guard(*m_pHub)).selected;
+}
+
+SceneType MemoryScreen::operationTarget() const
+{
+    return data(Guard(*m_pHub)).pgmEdit ? SceneType::PGM : SceneType::PVW;
+}
+
+int MemoryScreen::uiScreenIndex() const
+{
+    return data(Guard(*m_pHub)).uiScreenIndex;
+}
+
+void MemoryScreen::setUiScreenIndex(int index)
+{
+    const QString arguments = screenText(*this) + QStringLiteral(" index=%1").arg(index);
+    if (m_pHub->operations.perform(Operation::SetUiScreenIndex, arguments))
+        return;
+    Change change(*m_pHub);
+    setUiScreenIndex(change, index);
+}
+
+bool MemoryScreen::setUiScreenIndex(Change& change, int index)
+{
+    Data& screen = data(change);
+    if (screen.uiScreenIndex == index)
+        return false;
+    screen.uiScreenIndex = index;
+    if (screen.registered) {
+        change.announce([device = m_pDevice, self = weak_from_this()](MemoryDeviceList& list) {
+            Q_EMIT list.signalScreenIndexChanged(device, self);
+        });
+    }
+    return true;
+}
+
+double MemoryScreen::switchEffectTime() const
+{
+    return data(Guard(*m_pHub)).effectSeconds;
+}
+
+bool MemoryScreen::FTBEnable() const
+{
+    return data(Guard(*m_pHub)).fadeToBlack;
+}
+
+bool MemoryScreen::freeze() const
+{
+    return data(Guard(*m_pHub)).freeze;
+}
+
+bool MemoryScreen::PGMEditEnable() const
+{
+    return data(Guard(*m_pHub)).pgmEdit;
+}
+
+QList<std::weak_ptr<BizModel::Output>> MemoryScreen::outputs() const
+{
+    const Guard guard(*m_pHub);
+    QList<std::weak_ptr<BizModel::Output>> list;
+    for (const OutputPlace& place : data(guard).outputs)
+        list += place.output;
+    return list;
+}
+
+void MemoryScreen::addOutput(const std::weak_ptr<BizModel::Output>& output)
+{
+    const auto added = std::dynamic_pointer_cast<MemoryOutput>(output.lock());
+    const QString arguments =
+        screenText(*this) + QStringLiteral(" output=%1").arg(added ? QString::number(added->outputId()) : QString());
+    if (m_pHub->operations.perform(Operation::AddOutput, arguments) || !added)
+        return;
+    Change change(*m_pHub);
+    Data& screen = data(change);
+    const bool present =
+        std::any_of(screen.outputs.cbegin(), screen.outputs.cend(), [&added](const OutputPlace& place) {
+            return place.output == added;
+        });
+    if (screen.registered || present)
+        return;
+    const QRect whole = mosaic(change);
+    const int left = whole.isEmpty() ? 0 : whole.x() + whole.width();
+    screen.outputs += OutputPlace{added, QRect(QPoint(left, whole.y()), added->size())};
+}
+
+QRectF MemoryScreen::mosaicRect(const std::weak_ptr<BizModel::Output>& output) const
+{
+    const std::shared_ptr<BizModel::Output> wanted = output.lock();
+    const Guard guard(*m_pHub);
+    for (const OutputPlace& place : data(guard).outputs) {
+        if (place.output == wanted)
+            return place.rect;
+    }
+    return {};
+}
+
+QRect MemoryScreen::mosaicWindowRect() const
+{
+    return mosaic(Guard(*m_pHub));
+}
+
+QRect MemoryScreen::mosaic(const Guard& guard) const
+{
+    QRect whole;
+    for (const OutputPlace& place : data(guard).outputs)
+        whole |= place.rect;
+    return whole;
+}
+
+QList<std::weak_ptr<BizModel::Subcard>> MemoryScreen::subCards() const
+{
+    const Guard guard(*m_pHub);
+    QList<std::weak_ptr<BizModel::Subcard>> list;
+    const auto cards = subcards(guard);
+    for (const std::shared_ptr<MemorySubcard>& card : cards)
+        list += card;
+    return list;
+}
+
+QList<std::shared_ptr<MemorySubcard>> MemoryScreen::subcards(const Guard& guard) const
+{
+    QList<std::shared_ptr<MemorySubcard>> list;
+    const std::shared_ptr<MemoryDevice> owner = device();
+    if (!owner)
+        return list;
+    for (const OutputPlace& place : data(guard).outputs) {
+        const std::shared_ptr<MemorySubcard> card = owner->subcard(place.output->subcardId());
+        if (card && !list.contains(card))
+            list += card;
+    }
+    return list;
+}
+
+int MemoryScreen::layerCapacity(const Guard& guard) const
+{
+    int sum = 0;
+    const auto cards = subcards(guard);
+    for (const std::shared_ptr<MemorySubcard>& card : cards)
+        sum += card->layerCapacity();
+    return sum;
+}
+
+QList<std::weak_ptr<BizModel::Layer>> MemoryScreen::layers(SceneType scene, int layerTypeMask) const
+{
+    const Guard guard(*m_pHub);
+    QList<std::weak_ptr<BizModel::Layer>> list;
+    for (const std::shared_ptr<MemoryLayer>& layer : data(guard).layers(scene)) {
+        if (layer->layerType() & layerTypeMask)
+            list += layer;
+    }
+    return list;
+}
+
+int MemoryScreen::layerCount(SceneType scene, int layerTypeMask) const
+{
+    return layers(scene, layerTypeMask).size();
+}
+
+QList<std::weak_ptr<BizModel::Layer>> MemoryScreen::selectedLayers(int sceneMask) const
+{
+    const Guard guard(*m_pHub);
+    QList<std::weak_ptr<BizModel::Layer>> list;
+    for (const SceneType scene : {SceneType::PGM, SceneType::PVW}) {
+        if (!(scene & sceneMask))
+            continue;
+        for (const std::shared_ptr<MemoryLayer>& layer : data(guard).layers(scene)) {
+            if (layer->data(guard).selected)
+                list += layer;
+        }
+    }
+    return list;
+}
+
+int MemoryScreen::maxLayerCount() const
+{
+    return layerCapacity(Guard(*m_pHub));
+}
+
+quint32 MemoryScreen::nextLayerId(SceneType scene, LayerType) const
+{
+    return freeLayerId(Guard(*m_pHub), scene);
+}
+
+QString MemoryScreen::nextLayerName(SceneType scene, LayerType type) const
+{
+    return layerName(nextLayerId(scene, type));
+}
+
+quint32 MemoryScreen::freeLayerId(const Guard& guard, SceneType scene) const
+{
+    const Layers& present = data(guard).layers(scene);
+    quint32 id = 1;
+    while (std::any_of(present.cbegin(), present.cend(), [id](const auto& layer) {
+        return layer->layerId() == id;
+    }))
+        ++id;
+    return id;
+}
+
+std::shared_ptr<BizModel::Layer> MemoryScreen::createProbeLayer(
+    const std::weak_ptr<BizModel::Input>& source, BizModel::CapacityMode capacity) const
+{
+    const std::shared_ptr<BizModel::Input> input = source.lock();
+    if (!input)
+        return nullptr;
+    LayerRecord probe;
+    probe.type = m_key.type == ScreenType::AUXScreen ? LayerType::AUX : LayerType::Regular;
+    probe.inputId = input->interfaceId();
+    probe.capacity = capacity;
+    probe.window = QRect(QPoint(0, 0), defaultLayerSize(capacity));
+    // The probe does not change the screen; the layer's link to its screen is not const by nature.
+    const auto self = std::const_pointer_cast<MemoryScreen>(shared_from_this());
+    return std::make_shared<MemoryLayer>(m_pHub, self, SceneType::PVW, probe);
+}
+
+ScreenRecord MemoryScreen::record(const Guard& guard) const
+{
+    const Data& screen = data(guard);
+    ScreenRecord record;
+    record.key = m_key;
+    record.name = screen.name;
+    record.uiScreenIndex = screen.uiScreenIndex;
+    record.selected = screen.selected;
+    record.freeze = screen.freeze;
+    record.fadeToBlack = screen.fadeToBlack;
+    record.pgmEdit = screen.pgmEdit;
+    record.effectType = screen.effectType;
+    record.effectSeconds = screen.effectSeconds;
+    for (const OutputPlace& place : screen.outputs)
+        record.outputs += ScreenOutputRecord{place.output->outputId(), place.rect};
+    for (const std::shared_ptr<MemoryLayer>& layer : screen.pgm)
+        record.pgm += layer->record(guard);
+    for (const std::shared_ptr<MemoryLayer>& layer : screen.pvw)
+        record.pvw += layer->record(guard);
+    return record;
+}
+
+QString layerName(quint32 layerId)
+{
+    return QStringLiteral("Layer %1").arg(layerId);
+}
+
+} // namespace Orvane::MemoryModel

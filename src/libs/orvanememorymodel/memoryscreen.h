@@ -1,0 +1,116 @@
+#pragma once
+
+#include "bizmodel/screen.h"
+#include "memoryinterface.h"
+#include "memorylayer.h"
+#include "modelhub.h"
+#include "records.h"
+
+#include <chrono>
+
+namespace Orvane::MemoryModel {
+
+class MemoryDevice;
+
+class MemoryScreen final : public BizModel::Screen, public std::enable_shared_from_this<MemoryScreen> {
+public:
+    using Clock = std::chrono::steady_clock;
+    /// From the bottom to the top.
+    using Layers = QList<std::shared_ptr<MemoryLayer>>;
+
+    struct OutputPlace {
+        std::shared_ptr<MemoryOutput> output;
+        QRect rect;
+    };
+
+    /// What changes over a screen's life.
+    struct Data {
+        QString name;
+        int uiScreenIndex = -1;
+        /// Part of the device's list of screens.
+        bool registered = false;
+        State state = State::Normal;
+        bool selected = false;
+        bool freeze = false;
+        bool fadeToBlack = false;
+        bool pgmEdit = false;
+        BizModel::EffectType effectType = BizModel::EffectType::fade;
+        double effectSeconds = 0.5;
+        QList<OutputPlace> outputs;
+        Layers pgm;
+        Layers pvw;
+        /// While the screen is `Taking`: when it began and how long it lasts.
+        Clock::time_point transitionStart;
+        std::chrono::milliseconds transitionTime{0};
+        /// While the screen is `Tbar_taking`: 0.0 to 1.0.
+        double tbarProgress = 0.0;
+
+        const Layers& layers(BizModel::SceneType scene) const
+        {
+            return scene == BizModel::SceneType::PGM ? pgm : pvw;
+        }
+        Layers& layers(BizModel::SceneType scene)
+        {
+            return scene == BizModel::SceneType::PGM ? pgm : pvw;
+        }
+        /// The screen neither runs a transition nor is it being matched.
+        bool isIdle() const { return state == State::Normal || state == State::Resource_out; }
+    };
+
+    MemoryScreen(std::shared_ptr<ModelHub> hub, std::weak_ptr<MemoryDevice> device, ScreenKey key, Data data);
+
+    quint32 screenId() const override { return m_key.id; }
+    ScreenType screenType() const override { return m_key.type; }
+    QString name() const override;
+    State state() const override;
+    void setState(State state) override;
+    bool isComplete() const override;
+    bool selected() const override;
+    BizModel::SceneType operationTarget() const override;
+    int uiScreenIndex() const override;
+    void setUiScreenIndex(int index) override;
+    double switchEffectTime() const override;
+    bool FTBEnable() const override;
+    bool freeze() const override;
+    bool PGMEditEnable() const override;
+    QList<std::weak_ptr<BizModel::Output>> outputs() const override;
+    void addOutput(const std::weak_ptr<BizModel::Output>& output) override;
+    QRectF mosaicRect(const std::weak_ptr<BizModel::Output>& output) const override;
+    QRect mosaicWindowRect() const override;
+    QList<std::weak_ptr<BizModel::Subcard>> subCards() const override;
+    QList<std::weak_ptr<BizModel::Layer>> layers(
+        BizModel::SceneType scene, int layerTypeMask) const override;
+    int layerCount(BizModel::SceneType scene, int layerTypeMask) const override;
+    QList<std::weak_ptr<BizModel::Layer>> selectedLayers(
+        int sceneMask = BizModel::Enum::Scene::BothScenes) const override;
+    int maxLayerCount() const override;
+    quint32 nextLayerId(BizModel::SceneType scene, BizModel::LayerType type) const override;
+    QString nextLayerName(BizModel::SceneType scene, BizModel::LayerType type) const override;
+    std::shared_ptr<BizModel::Layer> createProbeLayer(
+        const std::weak_ptr<BizModel::Input>& source, BizModel::CapacityMode capacity) const override;
+
+    ScreenKey key() const { return m_key; }
+    std::shared_ptr<MemoryDevice> device() const { return m_pDevice.lock(); }
+    const Data& data(const Guard& guard) const { return m_data.get(guard); }
+    Data& data(Change& change) { return m_data.get(change); }
+    ScreenRecord record(const Guard& guard) const;
+
+    /// Union of the outputs' parts of the mosaic; empty without outputs.
+    QRect mosaic(const Guard& guard) const;
+    QList<std::shared_ptr<MemorySubcard>> subcards(const Guard& guard) const;
+    /// Layer capacity of the sub-cards that the screen is on.
+    int layerCapacity(const Guard& guard) const;
+    quint32 freeLayerId(const Guard& guard, BizModel::SceneType scene) const;
+    bool setUiScreenIndex(Change& change, int index);
+
+private:
+    const std::shared_ptr<ModelHub> m_pHub;
+    const std::weak_ptr<MemoryDevice> m_pDevice;
+    const ScreenKey m_key;
+    Guarded<Data> m_data;
+};
+
+/// Name of a new layer with the id.
+QString layerName(quint32 layerId);
+
+} // namespace Orvane::MemoryModel

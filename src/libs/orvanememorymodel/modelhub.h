@@ -1,0 +1,88 @@
+#pragma once
+
+#include "operations.h"
+
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+namespace Orvane::MemoryModel {
+
+class MemoryDeviceList;
+
+/// What all objects of one model share: its lock, its journal, and the way to announce changes. Objects that
+/// were removed from the model keep it, so it outlives the model as long as somebody holds one of them.
+class ModelHub final {
+public:
+    Operations operations;
+
+    /// Where changes are announced; null once the model is gone.
+    void setDeviceList(MemoryDeviceList* list);
+
+private:
+    friend class Guard;
+    friend class Change;
+
+    /// Guards every `Guarded` value of the model and m_pDeviceList.
+    std::mutex m_mutex;
+    MemoryDeviceList* m_pDeviceList = nullptr;
+};
+
+/// Holds the model's lock for reading.
+class Guard {
+public:
+    explicit Guard(ModelHub& hub)
+        : m_lock(hub.m_mutex)
+    {
+    }
+
+protected:
+    std::unique_lock<std::mutex> m_lock;
+
+private:
+    Q_DISABLE_COPY_MOVE(Guard)
+};
+
+/// Holds the model's lock for a change. When it ends, it lets go of the lock and then announces what was
+/// changed, so that no signal is ever emitted under the lock.
+class Change final : public Guard {
+public:
+    using Announcement = std::function<void(MemoryDeviceList&)>;
+
+    explicit Change(ModelHub& hub)
+        : Guard(hub)
+        , m_hub(hub)
+    {
+    }
+    ~Change();
+
+    void announce(Announcement announcement);
+    /// For a change that no signal of its own tells.
+    void markChanged() { m_bChanged = true; }
+    /// Announces nothing: the change was undone.
+    void forgetAnnouncements();
+
+private:
+    ModelHub& m_hub;
+    std::vector<Announcement> m_announcements;
+    bool m_bChanged = false;
+};
+
+/// A value that can be reached only by who holds the model's lock.
+template <typename T> class Guarded final {
+public:
+    Guarded() = default;
+    explicit Guarded(T value)
+        : m_value(std::move(value))
+    {
+    }
+
+    const T& get(const Guard&) const { return m_value; }
+    T& get(Change&) { return m_value; }
+
+private:
+    T m_value{};
+};
+
+} // namespace Orvane::MemoryModel

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "bizmodel/fwd.h"
+
+#include <QList>
+#include <QString>
+
+#include <memory>
+
+/// How operations' arguments are written in the journal. Not to be called with the model's lock held.
+namespace Orvane::MemoryModel {
+
+/// `device=<identity>`, empty when the device is gone.
+QString deviceText(const std::weak_ptr<BizModel::Device>& device);
+/// `screen=<type>:<id>`
+QString screenText(const BizModel::Screen& screen);
+QString screenText(const std::weak_ptr<BizModel::Screen>& screen);
+/// `screens=[<type>:<id>,...]`
+QString screensText(const QList<std::weak_ptr<BizModel::Screen>>& screens);
+/// `layers=[<scene>:<id>,...]`
+QString layersText(const QList<std::weak_ptr<BizModel::Layer>>& layers);
+/// `regular`, `AUX`, or the number of another type.
+QString screenTypeText(int screenType);
+/// `PGM` or `PVW`.
+QString sceneText(int scene);
+
+} // namespace Orvane::MemoryModel

@@ -1,0 +1,219 @@
+#include "requestmanager.h"
+
+#include "layers.h"
+#include "operationtext.h"
+
+#include <QStringList>
+
+#include <utility>
+
+namespace Orvane::MemoryModel {
+
+using namespace ModelControl;
+using BizModel::SceneType;
+
+namespace {
+
+struct RequestText {
+    Operation operation;
+    QString arguments;
+};
+
+RequestText describe(const AsyncCreateScreen& request)
+{
+    QList<std::weak_ptr<BizModel::Screen>> screens;
+    for (const std::shared_ptr<BizModel::Screen>& screen : request.screens)
+        screens += screen;
+    return {
+        Operation::AsyncCreateScreen, deviceText(request.device) + QLatin1Char(' ') + screensText(screens)};
+}
+
+RequestText describe(const AsyncRemoveLayer& request)
+{
+    return {
+        Operation::AsyncRemoveLayer,
+        QStringLiteral("%1 %2 scene=%3 types=%4")
+            .arg(deviceText(request.device), screenText(request.screen), sceneText(request.scene))
+            .arg(request.layerTypeMask)};
+}
+
+RequestText describe(const AsyncAddCopyLayers& request)
+{
+    return {
+        Operation::AsyncAddCopyLayers,
+        QStringLiteral("%1 %2 %3 mirrored=%4")
+            .arg(deviceText(request.device), screenText(request.screen), layersText(request.layers))
+            .arg(int(request.mirrored))};
+}
+
+RequestText describe(const AsyncSaveDeviceData& request)
+{
+    return {Operation::AsyncSaveDeviceData, deviceText(request.device)};
+}
+
+RequestText describe(const AsyncRemoveFile& request)
+{
+    QStringList types;
+    for (const FileType type : request.fileTypes)
+        types += QString::number(int(type));
+    return {
+        Operation::AsyncRemoveFile,
+        deviceText(request.device) + QStringLiteral(" types=[%1]").arg(types.join(QLatin1Char(',')))};
+}
+
+RequestText describe(const AsyncRequest& request)
+{
+    return std::visit([](const auto& each) { return describe(each); }, request);
+}
+
+const QString deviceGone = QStringLiteral("The device is gone.");
+const QString screenGone = QStringLiteral("The screen is gone.");
+
+} // namespace
+
+RequestManager::RequestManager(std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, SaveShow saveShow)
+    : m_pHub(std::move(hub))
+    , m_list(list)
+    , m_saveShow(std::move(saveShow))
+{
+}
+
+void RequestManager::startAsyncRequest(AsyncRequest request)
+{
+    const RequestText text = describe(request);
+    m_pHub->operations.request(text.operation, text.arguments);
+    // A job must be copyable, and the request's objects are to be let go of when it ends.
+    const auto shared = std::make_shared<AsyncRequest>(std::move(request));
+    if (!m_worker.post([this, shared](bool stopping) { carryOut(*shared, stopping); }))
+        carryOut(*shared, true);
+}
+
+void RequestManager::stop()
+{
+    m_worker.stop();
+}
+
+void RequestManager::carryOut(AsyncRequest& request, bool stopping)
+{
+    const RequestText text = describe(request);
+    const auto verdict = m_pHub->operations.start(text.operation, text.arguments);
+    QString error;
+    bool ok = false;
+    if (stopping || !m_pHub->operations.sleepFor(verdict.delay))
+        error = QStringLiteral("The model has stopped.");
+    else if (verdict.failure)
+        error = *verdict.failure;
+    else
+        ok = std::visit([&](const auto& each) { return perform(each, error); }, request);
+    const Completion completion = std::visit([](const auto& each) { return each.completion; }, request);
+    if (completion)
+        completion(ok, ok ? QString() : error);
+}
+
+/// All of the screens become part of the device, or none.
+bool RequestManager::perform(const AsyncCreateScreen& request, QString& error)
+{
+    Change change(*m_pHub);
+    const std::shared_ptr<MemoryDevice> device = m_list.own(change, request.device);
+    if (!device) {
+        error = deviceGone;
+        return false;
+    }
+    MemoryDevice::Screens added;
+    for (const std::shared_ptr<BizModel::Screen>& screen : request.screens) {
+        const auto own = std::dynamic_pointer_cast<MemoryScreen>(screen);
+        if (!own || !device->canAddScreen(change, own, added, error)) {
+            if (error.isEmpty())
+                error = screenGone;
+            return false;
+        }
+        added += own;
+    }
+    for (const std::shared_ptr<MemoryScreen>& screen : std::as_const(added))
+        device->addScreen(change, screen);
+    return true;
+}
+
+bool RequestManager::perform(const AsyncRemoveLayer& request, QString& error)
+{
+    Change change(*m_pHub);
+    const std::shared_ptr<MemoryDevice> device = m_list.own(change, request.device);
+    const auto screen = device ? device->own(change, request.screen) : nullptr;
+    if (!screen) {
+        error = device ? screenGone : deviceGone;
+        return false;
+    }
+    if (!isSceneEditable(change, *screen, request.scene, error))
+        return false;
+    MemoryScreen::Layers removed;
+    for (const std::shared_ptr<MemoryLayer>& layer : screen->data(change).layers(request.scene)) {
+        if (layer->layerType() & request.layerTypeMask)
+            removed += layer;
+    }
+    removeLayers(change, screen, removed);
+    return true;
+}
+
+/// All of the copies are added, or none.
+bool RequestManager::perform(const AsyncAddCopyLayers& request, QString& error)
+{
+    Change change(*m_pHub);
+    const std::shared_ptr<MemoryDevice> device = m_list.own(change, request.device);
+    const auto screen = device ? device->own(change, request.screen) : nullptr;
+    if (!screen) {
+        error = device ? screenGone : deviceGone;
+        return false;
+    }
+    const QRect mosaic = screen->mosaic(change);
+    MemoryScreen::Layers copies;
+    for (const std::weak_ptr<BizModel::Layer>& original : request.layers) {
+        const auto layer = ownObject<MemoryLayer>(original);
+        const bool present = layer
+            && screen->data(change).layers(layer->data(change).scene).contains(layer);
+        if (!present) {
+            error = QStringLiteral("A layer to be copied is gone.");
+            break;
+        }
+        LayerRecord record = layer->record(change);
+        record.name.clear();
+        record.selected = false;
+        if (request.mirrored)
+            record.window.moveLeft(mosaic.left() + mosaic.right() - record.window.right());
+        const auto copy =
+            addLayer(change, m_pHub, *device, screen, layer->data(change).scene, record, error);
+        if (!copy)
+            break;
+        copies += copy;
+    }
+    if (error.isEmpty())
+        return true;
+    removeLayers(change, screen, copies);
+    change.forgetAnnouncements();
+    return false;
+}
+
+bool RequestManager::perform(const AsyncSaveDeviceData& request, QString& error)
+{
+    {
+        const Guard guard(*m_pHub);
+        if (!m_list.own(guard, request.device)) {
+            error = deviceGone;
+            return false;
+        }
+    }
+    return m_saveShow(error);
+}
+
+bool RequestManager::perform(const AsyncRemoveFile& request, QString& error)
+{
+    Change change(*m_pHub);
+    const std::shared_ptr<MemoryDevice> device = m_list.own(change, request.device);
+    if (!device) {
+        error = deviceGone;
+        return false;
+    }
+    device->removeFiles(change, request.fileTypes);
+    return true;
+}
+
+} // namespace Orvane::MemoryModel

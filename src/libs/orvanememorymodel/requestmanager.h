@@ -1,0 +1,35 @@
+#pragma once
+
+#include "modelcontrol/asyncmanager.h"
+#include "memorydevicelist.h"
+#include "worker.h"
+
+namespace Orvane::MemoryModel {
+
+/// Carries out requests one after another on a thread of its own.
+class RequestManager final : public ModelControl::AsyncManager {
+public:
+    /// Writes the show and answers true, or false with the reason in the text.
+    using SaveShow = std::function<bool(QString& error)>;
+
+    RequestManager(std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, SaveShow saveShow);
+
+    void startAsyncRequest(ModelControl::AsyncRequest request) override;
+    /// Requests that still wait end as failed, those that come later at once.
+    void stop();
+
+private:
+    void carryOut(ModelControl::AsyncRequest& request, bool stopping);
+    bool perform(const ModelControl::AsyncCreateScreen& request, QString& error);
+    bool perform(const ModelControl::AsyncRemoveLayer& request, QString& error);
+    bool perform(const ModelControl::AsyncAddCopyLayers& request, QString& error);
+    bool perform(const ModelControl::AsyncSaveDeviceData& request, QString& error);
+    bool perform(const ModelControl::AsyncRemoveFile& request, QString& error);
+
+    const std::shared_ptr<ModelHub> m_pHub;
+    MemoryDeviceList& m_list;
+    const SaveShow m_saveShow;
+    Worker m_worker{QStringLiteral("model-request")};
+};
+
+} // namespace Orvane::MemoryModel

@@ -1,0 +1,208 @@
+#include "samplingqueue.h"
+
+#include "operationtext.h"
+#include "transitions.h"
+
+#include <QtDebug>
+
+#include <algorithm>
+#include <utility>
+
+namespace Orvane::MemoryModel {
+
+using namespace TaskSampling;
+using ScreenState = BizModel::Screen::State;
+
+namespace {
+
+constexpr double EndTolerance = 0.000001;
+
+bool isComplete(double process)
+{
+    return process >= 1.0 - EndTolerance;
+}
+
+bool isBack(double process)
+{
+    return process <= EndTolerance;
+}
+
+SamplingType typeOf(const s_TBarSampling&)
+{
+    return SamplingType::TBar;
+}
+
+SamplingType typeOf(const s_LoadPresetSampling&)
+{
+    return SamplingType::LoadPreset;
+}
+
+struct SampleText {
+    Operation operation;
+    QString arguments;
+};
+
+SampleText describe(const s_TBarSampling& sample)
+{
+    return {
+        Operation::SampleTBar,
+        deviceText(sample.pCurDevice)
+            + QStringLiteral(" types=%1 process=%2").arg(sample.takeScreenType).arg(sample.process)};
+}
+
+SampleText describe(const s_LoadPresetSampling& sample)
+{
+    return {
+        Operation::SampleLoadPreset,
+        deviceText(sample.pCurDevice) + QStringLiteral(" preset=%1").arg(sample.nFileID)};
+}
+
+} // namespace
+
+SamplingQueue::SamplingQueue(std::shared_ptr<ModelHub> hub, MemoryDeviceList& list)
+    : m_pHub(std::move(hub))
+    , m_list(list)
+{
+}
+
+bool SamplingQueue::setSamplingType(SamplingType type)
+{
+    if (m_pHub->operations.perform(
+            Operation::SetSamplingType, QStringLiteral("type=%1").arg(int(type))))
+        return false;
+    const std::lock_guard lock(m_mutex);
+    const bool otherWaits = std::any_of(m_waiting.cbegin(), m_waiting.cend(), [type](const Sample& sample) {
+        return std::visit([](const auto& each) { return typeOf(each); }, sample) != type;
+    });
+    if (otherWaits)
+        return false;
+    m_type = type;
+    return true;
+}
+
+bool SamplingQueue::appendData(const std::shared_ptr<s_TBarSampling>& sampling)
+{
+    const bool usable = sampling && sampling->process >= -EndTolerance
+        && sampling->process <= 1.0 + EndTolerance && !sampling->pCurDevice.expired();
+    if (!usable) {
+        qWarning("Sampling data container is %s", sampling ? "invalid" : "null");
+        return false;
+    }
+    return append(*sampling);
+}
+
+bool SamplingQueue::appendData(const std::shared_ptr<s_LoadPresetSampling>& sampling)
+{
+    if (!sampling || sampling->pCurDevice.expired()) {
+        qWarning("Sampling data container is %s", sampling ? "invalid" : "null");
+        return false;
+    }
+    return append(*sampling);
+}
+
+void SamplingQueue::stop()
+{
+    m_worker.stop();
+}
+
+bool SamplingQueue::append(Sample sample)
+{
+    const SampleText text = std::visit([](const auto& each) { return describe(each); }, sample);
+    m_pHub->operations.request(text.operation, text.arguments);
+    const std::lock_guard lock(m_mutex);
+    if (m_pHub->operations.stopped()
+        || m_type != std::visit([](const auto& each) { return typeOf(each); }, sample)) {
+        qWarning("Sampling data container is invalid");
+        return false;
+    }
+    if (!m_waiting.empty()) {
+        Sample& last = m_waiting.back();
+        const auto* const tbar = std::get_if<s_TBarSampling>(&last);
+        if (last.index() == sample.index() && !(tbar && isComplete(tbar->process))) {
+            last = std::move(sample);
+            return true;
+        }
+    }
+    m_waiting.push_back(std::move(sample));
+    return m_worker.post([this](bool stopping) { carryOutNext(stopping); });
+}
+
+void SamplingQueue::carryOutNext(bool stopping)
+{
+    std::optional<Sample> sample;
+    {
+        const std::lock_guard lock(m_mutex);
+        sample = std::move(m_waiting.front());
+        m_waiting.pop_front();
+    }
+    if (!stopping)
+        std::visit([this](const auto& each) { carryOut(each); }, *sample);
+}
+
+void SamplingQueue::carryOut(const s_TBarSampling& sample)
+{
+    const SampleText text = describe(sample);
+    if (m_pHub->operations.perform(text.operation, text.arguments))
+        return;
+    Change change(*m_pHub);
+    const std::shared_ptr<MemoryDevice> device = m_list.own(change, sample.pCurDevice);
+    if (!device)
+        return;
+    const MemoryDeviceList::Devices members = m_list.group(change, device);
+    for (const std::shared_ptr<MemoryDevice>& member : members)
+        moveTBar(change, member, sample);
+}
+
+void SamplingQueue::moveTBar(
+    Change& change, const std::shared_ptr<MemoryDevice>& device, const s_TBarSampling& sample)
+{
+    // Screens that a transition has begun with stay in it, whatever is selected meanwhile.
+    MemoryDevice::Screens screens;
+    for (const std::shared_ptr<MemoryScreen>& screen : std::as_const(device->data(change).screens)) {
+        if ((screen->screenType() & sample.takeScreenType)
+            && screen->data(change).state == ScreenState::Tbar_taking)
+            screens += screen;
+    }
+    if (screens.isEmpty() && !isBack(sample.process)) {
+        const auto candidates = device->takeScreens(change, sample.takeScreenType, true);
+        for (const std::shared_ptr<MemoryScreen>& screen : candidates) {
+            if (screen->data(change).isIdle())
+                screens += screen;
+        }
+    }
+    if (screens.isEmpty())
+        return;
+    const bool complete = isComplete(sample.process);
+    const bool ended = complete || isBack(sample.process);
+    for (const std::shared_ptr<MemoryScreen>& screen : std::as_const(screens)) {
+        MemoryScreen::Data& state = screen->data(change);
+        if (complete)
+            takeScene(change, m_pHub, *device, *screen);
+        state.state = ended ? ScreenState::Normal : ScreenState::Tbar_taking;
+        state.tbarProgress = ended ? 0.0 : sample.process;
+    }
+    change.markChanged();
+    if (complete)
+        announceLayersChanged(change, screens, LayersChangedBy::TBar);
+}
+
+void SamplingQueue::carryOut(const s_LoadPresetSampling& sample)
+{
+    const SampleText text = describe(sample);
+    const bool failed = m_pHub->operations.perform(text.operation, text.arguments).has_value();
+    Change change(*m_pHub);
+    const std::shared_ptr<MemoryDevice> device = m_list.own(change, sample.pCurDevice);
+    if (!device)
+        return;
+    if (failed) {
+        device->setKeypad(change, std::make_shared<BizModel::Keypad>(sample.lastKeypadInfo));
+        return;
+    }
+    std::shared_ptr<MemoryPreset> loaded = device->preset(change, FileType::PresetPVW, sample.nFileID);
+    if (!loaded)
+        loaded = device->preset(change, FileType::PresetPGM, sample.nFileID);
+    if (loaded)
+        device->setActivePreset(change, loaded);
+}
+
+} // namespace Orvane::MemoryModel

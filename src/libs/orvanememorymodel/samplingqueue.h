@@ -1,0 +1,53 @@
+#pragma once
+
+#include "memorydevicelist.h"
+#include "tasksampling/samplingthread.h"
+#include "worker.h"
+
+#include <deque>
+#include <optional>
+#include <variant>
+
+namespace Orvane::MemoryModel {
+
+/// The sampling thread: progress of the T-Bar and loads of presets, at the pace at which they are carried
+/// out.
+///
+/// Of the samples of a type that wait only the newest is kept. A T-Bar sample that ends a transition is an
+/// exception: those that come after it belong to the next transition, so it waits its turn.
+///
+/// The T-Bar works on the selected screens with outputs of the device and its group. Between the ends they
+/// are `Tbar_taking`; at 1.0 their scenes change as in a take, at 0.0 they fall back.
+class SamplingQueue final : public TaskSampling::SamplingThread {
+public:
+    SamplingQueue(std::shared_ptr<ModelHub> hub, MemoryDeviceList& list);
+
+    bool setSamplingType(TaskSampling::SamplingType type) override;
+    bool appendData(const std::shared_ptr<TaskSampling::s_TBarSampling>& sampling) override;
+    bool appendData(const std::shared_ptr<TaskSampling::s_LoadPresetSampling>& sampling) override;
+
+    /// Samples that still wait are dropped.
+    void stop();
+
+private:
+    using Sample = std::variant<TaskSampling::s_TBarSampling, TaskSampling::s_LoadPresetSampling>;
+
+    bool append(Sample sample);
+    void carryOutNext(bool stopping);
+    void carryOut(const TaskSampling::s_TBarSampling& sample);
+    void carryOut(const TaskSampling::s_LoadPresetSampling& sample);
+    void moveTBar(
+        Change& change, const std::shared_ptr<MemoryDevice>& device,
+        const TaskSampling::s_TBarSampling& sample);
+
+    const std::shared_ptr<ModelHub> m_pHub;
+    MemoryDeviceList& m_list;
+
+    /// Guards m_type, m_waiting.
+    std::mutex m_mutex;
+    std::optional<TaskSampling::SamplingType> m_type;
+    std::deque<Sample> m_waiting;
+    Worker m_worker{QStringLiteral("model-sampling")};
+};
+
+} // namespace Orvane::MemoryModel

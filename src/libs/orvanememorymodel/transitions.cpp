@@ -1,0 +1,72 @@
+#include "transitions.h"
+
+#include "memorydevicelist.h"
+
+namespace Orvane::MemoryModel {
+
+using BizModel::SceneType;
+
+namespace {
+
+/// Copies for another scene, with the ids and names of the originals and nothing selected.
+MemoryScreen::Layers copies(
+    const Guard& guard, const std::shared_ptr<ModelHub>& hub, MemoryScreen& screen, SceneType from,
+    SceneType to)
+{
+    MemoryScreen::Layers list;
+    const MemoryScreen& source = screen;
+    for (const std::shared_ptr<MemoryLayer>& layer : source.data(guard).layers(from)) {
+        LayerRecord record = layer->record(guard);
+        record.selected = false;
+        list += std::make_shared<MemoryLayer>(hub, screen.weak_from_this(), to, record);
+    }
+    return list;
+}
+
+void moveTo(Change& change, const MemoryScreen::Layers& layers, SceneType scene)
+{
+    for (const std::shared_ptr<MemoryLayer>& layer : layers) {
+        layer->data(change).scene = scene;
+        layer->data(change).selected = false;
+    }
+}
+
+} // namespace
+
+void takeScene(
+    Change& change, const std::shared_ptr<ModelHub>& hub, const MemoryDevice& device, MemoryScreen& screen)
+{
+    MemoryScreen::Data& state = screen.data(change);
+    if (!device.data(change).swap) {
+        state.pgm = copies(change, hub, screen, SceneType::PVW, SceneType::PGM);
+        return;
+    }
+    state.pgm.swap(state.pvw);
+    moveTo(change, state.pgm, SceneType::PGM);
+    moveTo(change, state.pvw, SceneType::PVW);
+}
+
+void matchScene(Change& change, const std::shared_ptr<ModelHub>& hub, MemoryScreen& screen)
+{
+    screen.data(change).pvw = copies(change, hub, screen, SceneType::PGM, SceneType::PVW);
+}
+
+void announceLayersChanged(Change& change, const MemoryDevice::Screens& screens, LayersChangedBy reason)
+{
+    if (screens.isEmpty())
+        return;
+    QList<std::weak_ptr<BizModel::Screen>> changed;
+    for (const std::shared_ptr<MemoryScreen>& screen : screens)
+        changed += screen;
+    change.announce([changed, reason](MemoryDeviceList& list) {
+        Q_EMIT list.signalDeviceScreenLayersChanged(changed, int(reason));
+    });
+    for (const std::shared_ptr<MemoryScreen>& screen : screens) {
+        change.announce([device = std::weak_ptr<MemoryDevice>(screen->device()),
+                         screen = std::weak_ptr<MemoryScreen>(screen)](MemoryDeviceList& list) {
+            Q_EMIT list.signalSelectedLayersChanged(device, screen);
+        });
+    }
+}
+
+} // namespace Orvane::MemoryModel
