@@ -75,9 +75,8 @@ bool Control::removeDevice(const QString& device)
     return onDevice(device, [this](Change& change, const auto& present) {
         MemoryDeviceList::Data& state = m_list.data(change);
         state.devices.removeOne(present);
-        change.announce([present = present](MemoryDeviceList& list) {
-            Q_EMIT list.signalDeviceRemoved(present);
-        });
+        change.announce(
+            [present = present](MemoryDeviceList& list) { Q_EMIT list.signalDeviceRemoved(present); });
         if (state.activeDevice == present) {
             state.activeDevice = nullptr;
             change.announce([](MemoryDeviceList& list) { Q_EMIT list.signalActivedDeviceChanged(); });

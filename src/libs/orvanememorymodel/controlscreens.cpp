@@ -42,8 +42,8 @@ bool Control::renameScreen(const QString& device, ScreenKey screen, const QStrin
 {
     return onScreen(device, screen, [&name](Change& change, const auto& owner, const auto& present) {
         return setAndAnnounce(
-            change, present->data(change).name, name, owner,
-            std::shared_ptr<BizModel::Screen>(present), &DeviceList::signalScreenNameChanged);
+            change, present->data(change).name, name, owner, std::shared_ptr<BizModel::Screen>(present),
+            &DeviceList::signalScreenNameChanged);
     });
 }
 
@@ -117,8 +117,8 @@ bool Control::setEffectTime(const QString& device, ScreenKey screen, double seco
     return onScreen(device, screen, [seconds](Change& change, const auto& owner, const auto& present) {
         return seconds >= 0.0 && seconds <= MaxEffectSeconds
             && setAndAnnounce(
-                change, present->data(change).effectSeconds, seconds, owner,
-                std::shared_ptr<BizModel::Screen>(present), &DeviceList::signalScreenEffectChanged);
+                   change, present->data(change).effectSeconds, seconds, owner,
+                   std::shared_ptr<BizModel::Screen>(present), &DeviceList::signalScreenEffectChanged);
     });
 }
 
@@ -126,8 +126,8 @@ bool Control::setEffectType(const QString& device, ScreenKey screen, BizModel::E
 {
     return onScreen(device, screen, [type](Change& change, const auto& owner, const auto& present) {
         return setAndAnnounce(
-            change, present->data(change).effectType, type, owner,
-            std::shared_ptr<BizModel::Screen>(present), &DeviceList::signalScreenEffectChanged);
+            change, present->data(change).effectType, type, owner, std::shared_ptr<BizModel::Screen>(present),
+            &DeviceList::signalScreenEffectChanged);
     });
 }
 
@@ -135,8 +135,8 @@ bool Control::setFreeze(const QString& device, ScreenKey screen, bool freeze)
 {
     return onScreen(device, screen, [freeze](Change& change, const auto& owner, const auto& present) {
         return setAndAnnounce(
-            change, present->data(change).freeze, freeze, owner,
-            std::shared_ptr<BizModel::Screen>(present), &DeviceList::signalScreenPGMFreezeChanged);
+            change, present->data(change).freeze, freeze, owner, std::shared_ptr<BizModel::Screen>(present),
+            &DeviceList::signalScreenPGMFreezeChanged);
     });
 }
 
@@ -154,8 +154,8 @@ bool Control::setPGMEdit(const QString& device, ScreenKey screen, bool edit)
     return onScreen(device, screen, [edit](Change& change, const auto& owner, const auto& present) {
         return present->screenType() == ScreenType::RegularScreen
             && setAndAnnounce(
-                change, present->data(change).pgmEdit, edit, owner,
-                std::shared_ptr<BizModel::Screen>(present), &DeviceList::signalScreenPGMEditChanged);
+                   change, present->data(change).pgmEdit, edit, owner,
+                   std::shared_ptr<BizModel::Screen>(present), &DeviceList::signalScreenPGMEditChanged);
     });
 }
 

@@ -105,8 +105,8 @@ bool DeviceController::removeFile(const QList<std::weak_ptr<BizModel::File>>& fi
         const auto preset = ownObject<MemoryPreset>(file);
         // A key shows the presets of the whole group, so one of another member may be meant.
         ok &= preset && std::any_of(members.cbegin(), members.cend(), [&](const auto& member) {
-            return member->removePreset(change, preset);
-        });
+                  return member->removePreset(change, preset);
+              });
     }
     if (!ok)
         error = QStringLiteral("A file is gone.");

@@ -16,8 +16,7 @@ public:
     void setActivedScreen(const std::weak_ptr<BizModel::Screen>& screen) override;
     /// Whatever the screens are doing; a take passes over those that are busy.
     QList<std::weak_ptr<BizModel::Screen>> getTakeScreens(
-        int screenTypeMask, const ModelControl::s_SwitchEffectBody& effect,
-        bool onlySelected) const override;
+        int screenTypeMask, const ModelControl::s_SwitchEffectBody& effect, bool onlySelected) const override;
     bool createPresetFile(FileType type, quint16 fileId, QString& error) override;
     bool removeFile(const QList<std::weak_ptr<BizModel::File>>& files, QString& error) override;
 

@@ -10,8 +10,7 @@ using BizModel::SceneType;
 
 namespace {
 
-bool liesOn(
-    const Guard& guard, const MemoryScreen& screen, const QRect& window, const MemorySubcard& card)
+bool liesOn(const Guard& guard, const MemoryScreen& screen, const QRect& window, const MemorySubcard& card)
 {
     const auto& places = screen.data(guard).outputs;
     return std::any_of(places.cbegin(), places.cend(), [&](const MemoryScreen::OutputPlace& place) {
@@ -33,9 +32,8 @@ int unitsTaken(
     };
     for (const std::shared_ptr<MemoryScreen>& screen : device.data(guard).screens) {
         for (const std::shared_ptr<MemoryLayer>& layer : std::as_const(*screen).data(guard).layers(scene)) {
-            const auto plan = std::find_if(planned.begin(), planned.end(), [&layer](const auto& each) {
-                return each.layer == layer;
-            });
+            const auto plan = std::find_if(
+                planned.begin(), planned.end(), [&layer](const auto& each) { return each.layer == layer; });
             if (plan == planned.end()) {
                 count(*screen, layer, std::as_const(*layer).data(guard).window);
             } else {
@@ -124,8 +122,8 @@ void announceSelectedLayers(Change& change, const std::shared_ptr<MemoryScreen>&
 
 bool hasResources(
     const Guard& guard, const MemoryDevice& device, const std::shared_ptr<MemoryScreen>& screen,
-    const QList<PlannedWindow>& planned, const QList<std::shared_ptr<MemoryOutput>>& outputs,
-    SceneType scene, const std::shared_ptr<MemoryLayer>& ignored)
+    const QList<PlannedWindow>& planned, const QList<std::shared_ptr<MemoryOutput>>& outputs, SceneType scene,
+    const std::shared_ptr<MemoryLayer>& ignored)
 {
     return std::all_of(outputs.cbegin(), outputs.cend(), [&](const auto& output) {
         const std::shared_ptr<MemorySubcard> card = device.subcard(output->subcardId());

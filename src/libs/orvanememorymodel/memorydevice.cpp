@@ -299,8 +299,7 @@ std::shared_ptr<MemoryPreset> MemoryDevice::own(
     return findIn(data(guard).presets, [&wanted](const auto& each) { return each == wanted; });
 }
 
-std::shared_ptr<MemoryPreset> MemoryDevice::preset(
-    const Guard& guard, FileType type, quint16 fileId) const
+std::shared_ptr<MemoryPreset> MemoryDevice::preset(const Guard& guard, FileType type, quint16 fileId) const
 {
     return findIn(data(guard).presets, [type, fileId](const auto& preset) {
         return preset->fileType() == type && preset->fileId() == fileId;
@@ -342,16 +341,16 @@ bool MemoryDevice::isOutputUsed(
     const auto uses = [&](const std::shared_ptr<MemoryScreen>& screen) {
         const auto& places = std::as_const(*screen).data(guard).outputs;
         return screen != except && std::any_of(places.cbegin(), places.cend(), [&output](const auto& place) {
-            return place.output == output;
-        });
+                   return place.output == output;
+               });
     };
     const Data& device = data(guard);
     return std::any_of(device.screens.cbegin(), device.screens.cend(), uses)
         || std::any_of(
-            device.pendingScreens.cbegin(), device.pendingScreens.cend(), [&uses](const auto& pending) {
-                const std::shared_ptr<MemoryScreen> screen = pending.lock();
-                return screen && uses(screen);
-            });
+               device.pendingScreens.cbegin(), device.pendingScreens.cend(), [&uses](const auto& pending) {
+                   const std::shared_ptr<MemoryScreen> screen = pending.lock();
+                   return screen && uses(screen);
+               });
 }
 
 std::shared_ptr<MemoryScreen> MemoryDevice::createScreen(Change& change, ScreenType type)
@@ -412,10 +411,8 @@ void MemoryDevice::addScreen(Change& change, const std::shared_ptr<MemoryScreen>
 {
     added->data(change).registered = true;
     data(change).screens += added;
-    change.announce([device = weak_from_this(),
-                     screen = std::weak_ptr<MemoryScreen>(added)](MemoryDeviceList& list) {
-        Q_EMIT list.signalScreenAdded(device, screen);
-    });
+    change.announce([device = weak_from_this(), screen = std::weak_ptr<MemoryScreen>(added)](
+                        MemoryDeviceList& list) { Q_EMIT list.signalScreenAdded(device, screen); });
 }
 
 bool MemoryDevice::removeScreen(Change& change, const std::shared_ptr<MemoryScreen>& removed)
@@ -454,10 +451,8 @@ void MemoryDevice::setActiveScreen(Change& change, const std::shared_ptr<MemoryS
     if (device.activeScreen == screen)
         return;
     device.activeScreen = screen;
-    change.announce([device = weak_from_this(),
-                     screen = std::weak_ptr<MemoryScreen>(screen)](MemoryDeviceList& list) {
-        Q_EMIT list.signalActivedScreenChanged(device, screen);
-    });
+    change.announce([device = weak_from_this(), screen = std::weak_ptr<MemoryScreen>(screen)](
+                        MemoryDeviceList& list) { Q_EMIT list.signalActivedScreenChanged(device, screen); });
 }
 
 std::shared_ptr<MemoryScreen> MemoryDevice::makeScreen(const ScreenRecord& record)

@@ -87,9 +87,8 @@ QList<std::weak_ptr<BizModel::Device>> MemoryDeviceList::devices() const
 std::shared_ptr<MemoryDevice> MemoryDeviceList::device(const Guard& guard, const QString& ipMacSn) const
 {
     const Devices& all = data(guard).devices;
-    const auto found = std::find_if(all.cbegin(), all.cend(), [&](const auto& each) {
-        return each->data(guard).ipMacSn == ipMacSn;
-    });
+    const auto found = std::find_if(
+        all.cbegin(), all.cend(), [&](const auto& each) { return each->data(guard).ipMacSn == ipMacSn; });
     return found == all.cend() ? nullptr : *found;
 }
 

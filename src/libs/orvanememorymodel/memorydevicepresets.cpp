@@ -94,10 +94,8 @@ void MemoryDevice::addKeypadFile(const std::shared_ptr<BizModel::Keypad>& keypad
 void MemoryDevice::setKeypad(Change& change, const std::shared_ptr<BizModel::Keypad>& keypad)
 {
     data(change).keypad = keypad;
-    change.announce([device = weak_from_this(),
-                     keypad = std::weak_ptr<BizModel::Keypad>(keypad)](MemoryDeviceList& list) {
-        Q_EMIT list.signalKeypadChanged(device, keypad);
-    });
+    change.announce([device = weak_from_this(), keypad = std::weak_ptr<BizModel::Keypad>(keypad)](
+                        MemoryDeviceList& list) { Q_EMIT list.signalKeypadChanged(device, keypad); });
 }
 
 void MemoryDevice::setActivePreset(Change& change, const std::shared_ptr<MemoryPreset>& preset)
@@ -116,7 +114,7 @@ void MemoryDevice::insertPreset(Change& change, const std::shared_ptr<MemoryPres
     Presets& all = data(change).presets;
     const auto behind = std::find_if(all.begin(), all.end(), [&preset](const auto& each) {
         return each->fileType() != preset->fileType() ? each->fileType() > preset->fileType()
-                                                       : each->fileId() > preset->fileId();
+                                                      : each->fileId() > preset->fileId();
     });
     all.insert(behind, preset);
 }
@@ -150,9 +148,8 @@ void MemoryDevice::removeFiles(Change& change, const QList<FileType>& types)
         return;
     }
     device.presets.clear();
-    change.announce([device = weak_from_this()](MemoryDeviceList& list) {
-        Q_EMIT list.signalPresetCleared(device);
-    });
+    change.announce(
+        [device = weak_from_this()](MemoryDeviceList& list) { Q_EMIT list.signalPresetCleared(device); });
     setActivePreset(change, nullptr);
 }
 

@@ -412,13 +412,13 @@ void MemoryParallelManager::applyFlags(const Run& run)
                 continue;
             data.*flag = value;
             change.announce([announced, signal, weak = std::weak_ptr<MemoryScreen>(screen)](
-                                MemoryDeviceList& list) { Q_EMIT(list.*signal)(announced, weak); });
+                                MemoryDeviceList& list) { Q_EMIT(list.*signal)
+                                                          (announced, weak); });
         }
     };
     const auto setOnDevice = [&](bool& flag, bool value, auto signal) {
         if (std::exchange(flag, value) != value)
-            change.announce(
-                [announced, signal](MemoryDeviceList& list) { Q_EMIT(list.*signal)(announced); });
+            change.announce([announced, signal](MemoryDeviceList& list) { Q_EMIT(list.*signal)(announced); });
     };
     if (const auto* freeze = std::get_if<ParallelFreezeScreen>(&run.task))
         setOnScreens(

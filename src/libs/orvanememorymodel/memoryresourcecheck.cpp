@@ -38,8 +38,7 @@ bool MemoryResourceCheck::checkResources(
         if (const auto present = ownObject<MemoryOutput>(output))
             places += present;
     }
-    return hasResources(
-        Guard(*m_pHub), *device, own, planned, places, scene, ownObject<MemoryLayer>(layer));
+    return hasResources(Guard(*m_pHub), *device, own, planned, places, scene, ownObject<MemoryLayer>(layer));
 }
 
 } // namespace Orvane::MemoryModel

@@ -126,8 +126,8 @@ QList<std::weak_ptr<BizModel::Output>> MemoryScreen::outputs() const
 void MemoryScreen::addOutput(const std::weak_ptr<BizModel::Output>& output)
 {
     const auto added = std::dynamic_pointer_cast<MemoryOutput>(output.lock());
-    const QString arguments =
-        screenText(*this) + QStringLiteral(" output=%1").arg(added ? QString::number(added->outputId()) : QString());
+    const QString arguments = screenText(*this)
+        + QStringLiteral(" output=%1").arg(added ? QString::number(added->outputId()) : QString());
     if (m_pHub->operations.perform(Operation::AddOutput, arguments) || !added)
         return;
     Change change(*m_pHub);
@@ -250,9 +250,8 @@ quint32 MemoryScreen::freeLayerId(const Guard& guard, SceneType scene) const
 {
     const Layers& present = data(guard).layers(scene);
     quint32 id = 1;
-    while (std::any_of(present.cbegin(), present.cend(), [id](const auto& layer) {
-        return layer->layerId() == id;
-    }))
+    while (std::any_of(
+        present.cbegin(), present.cend(), [id](const auto& layer) { return layer->layerId() == id; }))
         ++id;
     return id;
 }

@@ -49,10 +49,7 @@ public:
         {
             return scene == BizModel::SceneType::PGM ? pgm : pvw;
         }
-        Layers& layers(BizModel::SceneType scene)
-        {
-            return scene == BizModel::SceneType::PGM ? pgm : pvw;
-        }
+        Layers& layers(BizModel::SceneType scene) { return scene == BizModel::SceneType::PGM ? pgm : pvw; }
         /// The screen neither runs a transition nor is it being matched.
         bool isIdle() const { return state == State::Normal || state == State::Resource_out; }
     };
@@ -78,8 +75,7 @@ public:
     QRectF mosaicRect(const std::weak_ptr<BizModel::Output>& output) const override;
     QRect mosaicWindowRect() const override;
     QList<std::weak_ptr<BizModel::Subcard>> subCards() const override;
-    QList<std::weak_ptr<BizModel::Layer>> layers(
-        BizModel::SceneType scene, int layerTypeMask) const override;
+    QList<std::weak_ptr<BizModel::Layer>> layers(BizModel::SceneType scene, int layerTypeMask) const override;
     int layerCount(BizModel::SceneType scene, int layerTypeMask) const override;
     QList<std::weak_ptr<BizModel::Layer>> selectedLayers(
         int sceneMask = BizModel::Enum::Scene::BothScenes) const override;

@@ -88,9 +88,8 @@ template <typename T> T takeFirst(std::deque<T>& queue)
 
 QString operationName(Operation operation)
 {
-    const auto* const found = std::find_if(names.begin(), names.end(), [operation](const Name& entry) {
-        return entry.operation == operation;
-    });
+    const auto* const found = std::find_if(
+        names.begin(), names.end(), [operation](const Name& entry) { return entry.operation == operation; });
     return found == names.end() ? QString() : QString::fromLatin1(found->name);
 }
 

@@ -9,8 +9,8 @@ namespace Orvane::MemoryModel {
 using BizModel::SceneType;
 
 bool createPreset(
-    Change& change, const std::shared_ptr<ModelHub>& hub, MemoryDevice& device, FileType type,
-    quint16 fileId, QString& error)
+    Change& change, const std::shared_ptr<ModelHub>& hub, MemoryDevice& device, FileType type, quint16 fileId,
+    QString& error)
 {
     PresetRecord record;
     record.type = type;
@@ -30,10 +30,8 @@ bool createPreset(
         return false;
     const auto preset = std::make_shared<MemoryPreset>(hub, device.weak_from_this(), record);
     device.insertPreset(change, preset);
-    change.announce([device = device.weak_from_this(),
-                     preset = std::weak_ptr<MemoryPreset>(preset)](MemoryDeviceList& list) {
-        Q_EMIT list.signalPresetAdded(device, preset);
-    });
+    change.announce([device = device.weak_from_this(), preset = std::weak_ptr<MemoryPreset>(preset)](
+                        MemoryDeviceList& list) { Q_EMIT list.signalPresetAdded(device, preset); });
     return true;
 }
 

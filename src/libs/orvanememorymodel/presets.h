@@ -9,8 +9,8 @@ namespace Orvane::MemoryModel {
 /// screens with outputs when none is selected. False with the reason in @p error when there is nothing to
 /// store, the slot is in use or no slot of the device.
 bool createPreset(
-    Change& change, const std::shared_ptr<ModelHub>& hub, MemoryDevice& device, FileType type,
-    quint16 fileId, QString& error);
+    Change& change, const std::shared_ptr<ModelHub>& hub, MemoryDevice& device, FileType type, quint16 fileId,
+    QString& error);
 
 /// The scenes that a preset of the type would store now.
 QList<PresetScreenRecord> presentScenes(const Guard& guard, const MemoryDevice& device, FileType type);

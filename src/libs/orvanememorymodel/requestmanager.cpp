@@ -168,8 +168,7 @@ bool RequestManager::perform(const AsyncAddCopyLayers& request, QString& error)
     MemoryScreen::Layers copies;
     for (const std::weak_ptr<BizModel::Layer>& original : request.layers) {
         const auto layer = ownObject<MemoryLayer>(original);
-        const bool present = layer
-            && screen->data(change).layers(layer->data(change).scene).contains(layer);
+        const bool present = layer && screen->data(change).layers(layer->data(change).scene).contains(layer);
         if (!present) {
             error = QStringLiteral("A layer to be copied is gone.");
             break;
@@ -179,8 +178,7 @@ bool RequestManager::perform(const AsyncAddCopyLayers& request, QString& error)
         record.selected = false;
         if (request.mirrored)
             record.window.moveLeft(mosaic.left() + mosaic.right() - record.window.right());
-        const auto copy =
-            addLayer(change, m_pHub, *device, screen, layer->data(change).scene, record, error);
+        const auto copy = addLayer(change, m_pHub, *device, screen, layer->data(change).scene, record, error);
         if (!copy)
             break;
         copies += copy;

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "modelcontrol/asyncmanager.h"
 #include "memorydevicelist.h"
+#include "modelcontrol/asyncmanager.h"
 #include "worker.h"
 
 namespace Orvane::MemoryModel {

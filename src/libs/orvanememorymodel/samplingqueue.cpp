@@ -67,8 +67,7 @@ SamplingQueue::SamplingQueue(std::shared_ptr<ModelHub> hub, MemoryDeviceList& li
 
 bool SamplingQueue::setSamplingType(SamplingType type)
 {
-    if (m_pHub->operations.perform(
-            Operation::SetSamplingType, QStringLiteral("type=%1").arg(int(type))))
+    if (m_pHub->operations.perform(Operation::SetSamplingType, QStringLiteral("type=%1").arg(int(type))))
         return false;
     const std::lock_guard lock(m_mutex);
     const bool otherWaits = std::any_of(m_waiting.cbegin(), m_waiting.cend(), [type](const Sample& sample) {

@@ -138,10 +138,10 @@ bool ScreenController::updatePGMEditStatus(const Screens& screens, bool enabled)
     for (const std::shared_ptr<MemoryScreen>& screen : wanted) {
         if (std::exchange(screen->data(change).pgmEdit, enabled) == enabled)
             continue;
-        change.announce([device = m_pDevice,
-                         screen = std::weak_ptr<MemoryScreen>(screen)](MemoryDeviceList& list) {
-            Q_EMIT list.signalScreenPGMEditChanged(device, screen);
-        });
+        change.announce(
+            [device = m_pDevice, screen = std::weak_ptr<MemoryScreen>(screen)](MemoryDeviceList& list) {
+                Q_EMIT list.signalScreenPGMEditChanged(device, screen);
+            });
     }
     return !wanted.isEmpty();
 }

@@ -126,8 +126,7 @@ bool ShowReader::toInteger(
     return true;
 }
 
-bool ShowReader::readInteger(
-    const char* name, qint64& number, qint64 low, qint64 high, Presence presence)
+bool ShowReader::readInteger(const char* name, qint64& number, qint64 low, qint64 high, Presence presence)
 {
     return !missing(name, presence) && toInteger(take(name), memberPlace(name), number, low, high);
 }
@@ -138,8 +137,7 @@ int ShowReader::readWord(const char* name, const QStringList& known, Presence pr
         return -1;
     const int index = known.indexOf(take(name).toString());
     if (index < 0)
-        fault(
-            memberPlace(name), QStringLiteral("expected one of %1").arg(known.join(QStringLiteral(", "))));
+        fault(memberPlace(name), QStringLiteral("expected one of %1").arg(known.join(QStringLiteral(", "))));
     return index;
 }
 
@@ -193,8 +191,7 @@ void ShowWriter::text(const char* name, QString& value, Presence)
 
 void ShowWriter::rect(const char* name, QRect& value)
 {
-    m_object.insert(
-        QLatin1String(name), QJsonArray{value.x(), value.y(), value.width(), value.height()});
+    m_object.insert(QLatin1String(name), QJsonArray{value.x(), value.y(), value.width(), value.height()});
 }
 
 void ShowWriter::size(const char* name, QSize& value)

@@ -180,7 +180,8 @@ private:
             if (preset.id > m_device.maxPresetCount)
                 fault(
                     place + QStringLiteral(".id"),
-                    QStringLiteral("expected a number up to maxPresetCount, %1").arg(m_device.maxPresetCount));
+                    QStringLiteral("expected a number up to maxPresetCount, %1")
+                        .arg(m_device.maxPresetCount));
             QSet<ScreenKey> screens;
             for (int j = 0; j < preset.screens.size(); ++j) {
                 const PresetScreenRecord& screen = preset.screens[j];

@@ -135,8 +135,7 @@ struct DescribePreset {
 };
 
 struct DescribeKey {
-    template <typename Archive>
-    void operator()(Archive& archive, ProtoModel::File::s_KeypadFile& key) const
+    template <typename Archive> void operator()(Archive& archive, ProtoModel::File::s_KeypadFile& key) const
     {
         archive.integer("modelId", key.modelId, 0, 255);
         archive.integer("modelType", key.modelType, 0, 255);
@@ -185,9 +184,8 @@ struct DescribeDevice {
             "activeScreen", active, [&device](auto& key) { describeKey(key, device.activeScreen); });
         archive.list("presets", device.presets, DescribePreset());
         archive.integer("activePreset", device.activePreset, 0, MaxPresetCount);
-        archive.object("keypad", device.hasKeypad, [&device](auto& keypad) {
-            describeKeypad(keypad, device.keypad);
-        });
+        archive.object(
+            "keypad", device.hasKeypad, [&device](auto& keypad) { describeKeypad(keypad, device.keypad); });
     }
 };
 

@@ -9,11 +9,11 @@ namespace Orvane::MemoryModel {
 enum class LayersChangedBy : int { Take = 1, Cut = 2, MatchPGM = 3, TBar = 4, LoadPreset = 5 };
 
 /// Puts the preview to program: exchanges both when the device swaps, else copies the preview.
-void takeScene(Change& change, const std::shared_ptr<ModelHub>& hub, const MemoryDevice& device, MemoryScreen& screen);
+void takeScene(
+    Change& change, const std::shared_ptr<ModelHub>& hub, const MemoryDevice& device, MemoryScreen& screen);
 /// Makes the preview a copy of the program.
 void matchScene(Change& change, const std::shared_ptr<ModelHub>& hub, MemoryScreen& screen);
 /// Announces that the screens' layers changed, and with them what is selected.
-void announceLayersChanged(
-    Change& change, const MemoryDevice::Screens& screens, LayersChangedBy reason);
+void announceLayersChanged(Change& change, const MemoryDevice::Screens& screens, LayersChangedBy reason);
 
 } // namespace Orvane::MemoryModel

@@ -1,0 +1,247 @@
+#include "modeltestsupport.h"
+
+#include "showfile.h"
+
+#include <QtTest>
+
+namespace Orvane::MemoryModel::Test {
+
+using BizModel::CapacityMode;
+using BizModel::SceneType;
+
+LayerRecord layerRecord(quint32 id, quint32 inputId, const QRect& window)
+{
+    LayerRecord layer;
+    layer.id = id;
+    layer.name = QStringLiteral("Layer %1").arg(id);
+    layer.inputId = inputId;
+    layer.window = window;
+    return layer;
+}
+
+ShowRecord smallShow()
+{
+    const QSize hd(1920, 1080);
+    const auto screen = [](ScreenType type, quint32 id) {
+        ScreenRecord record;
+        record.key = {type, id};
+        record.name = QStringLiteral("Screen %1").arg(id);
+        record.effectSeconds = 0.05;
+        return record;
+    };
+    DeviceRecord a;
+    a.ipMacSn = QStringLiteral("A");
+    a.groupId = QStringLiteral("0");
+    a.multiScreens = true;
+    a.limits = {4, 2, 8};
+    a.subcards = {
+        {1, 0, {{1, CapacityMode::_SL}, {2, CapacityMode::_DL}, {3, CapacityMode::_4K}}}, {2, 8, {}}};
+    a.inputs = {
+        {1, QStringLiteral("In 1"), 1, 1, CapacityMode::_SL, true, false},
+        {2, QStringLiteral("In 2"), 1, 2, CapacityMode::_DL, true, false},
+        {3, QStringLiteral("In 3"), 1, 3, CapacityMode::_4K, false, false}};
+    a.outputs = {{1, 2, 0, hd, true}, {2, 2, 1, hd, true}, {3, 2, 2, hd, true}};
+    ScreenRecord first = screen(ScreenType::RegularScreen, 1);
+    first.selected = true;
+    first.outputs = {{1, QRect(QPoint(0, 0), hd)}, {2, QRect(QPoint(1920, 0), hd)}};
+    first.pvw = {layerRecord(1, 1), layerRecord(2, 2, QRect(1920, 0, 960, 540))};
+    first.pgm = {layerRecord(1, 3)};
+    ScreenRecord second = screen(ScreenType::RegularScreen, 2);
+    second.outputs = {{3, QRect(QPoint(0, 0), hd)}};
+    second.pvw = {layerRecord(1, 2)};
+    a.screens = {first, second, screen(ScreenType::RegularScreen, 3), screen(ScreenType::AUXScreen, 1)};
+    a.activeScreen = first.key;
+
+    DeviceRecord b;
+    b.ipMacSn = QStringLiteral("B");
+    b.groupId = QStringLiteral("0");
+    b.subcards = {{1, 8, {{1, CapacityMode::_SL}}}};
+    b.inputs = {{1, QStringLiteral("In B"), 1, 1, CapacityMode::_SL, true, false}};
+    b.outputs = {{1, 1, 0, hd, true}};
+    ScreenRecord only = screen(ScreenType::RegularScreen, 1);
+    only.selected = true;
+    only.outputs = {{1, QRect(QPoint(0, 0), hd)}};
+    only.pvw = {layerRecord(1, 1)};
+    b.screens = {only};
+    b.activeScreen = only.key;
+    return {QStringLiteral("A"), {a, b}};
+}
+
+SignalLog::SignalLog(MemoryDeviceList& list)
+{
+    const auto log = [&](auto signal, const char* name) {
+        QObject::connect(
+            &list, signal, &m_context, [this, name](const auto&...) { add(name); }, Qt::DirectConnection);
+    };
+#define LOG_SIGNAL(signal) log(&MemoryDeviceList::signal, #signal)
+    LOG_SIGNAL(signalActivedDeviceChanged);
+    LOG_SIGNAL(signalDeviceGroupInfoChanged);
+    LOG_SIGNAL(signalDeviceRemoved);
+    LOG_SIGNAL(signalDeviceIPChanged);
+    LOG_SIGNAL(signalSelectedRegularScreensChanged);
+    LOG_SIGNAL(signalScreenIndexChanged);
+    LOG_SIGNAL(signalActivedScreenChanged);
+    LOG_SIGNAL(signalScreenAdded);
+    LOG_SIGNAL(signalScreenMoved);
+    LOG_SIGNAL(signalScreenRemoved);
+    LOG_SIGNAL(signalScreenNameChanged);
+    LOG_SIGNAL(signalScreenPGMFreezeChanged);
+    LOG_SIGNAL(signalScreenFTBChanged);
+    LOG_SIGNAL(signalSwapStateChanged);
+    LOG_SIGNAL(signalScreenPGMEditChanged);
+    LOG_SIGNAL(signalScreenEffectChanged);
+    LOG_SIGNAL(signalLoadToPGMStateChanged);
+    LOG_SIGNAL(signalLayerAdded);
+    LOG_SIGNAL(signalLayerRemoved);
+    LOG_SIGNAL(signalSelectedLayersChanged);
+    LOG_SIGNAL(signalDeviceScreenLayersChanged);
+    LOG_SIGNAL(signalLayerNameChanged);
+    LOG_SIGNAL(signalLayerSourceChanged);
+    LOG_SIGNAL(signalInterfaceNameChanged);
+    LOG_SIGNAL(signalInputAdded);
+    LOG_SIGNAL(signalInputRemoved);
+    LOG_SIGNAL(signalSelectedInputChanged);
+    LOG_SIGNAL(signalInterfaceOverLoadChanged);
+    LOG_SIGNAL(signalInterfaceSignalChanged);
+    LOG_SIGNAL(signalConnectorCapacityChanged);
+    LOG_SIGNAL(signalPresetAdded);
+    LOG_SIGNAL(signalPresetRemoved);
+    LOG_SIGNAL(signalPresetCleared);
+    LOG_SIGNAL(signalNameChanged);
+    LOG_SIGNAL(signalActivedPresetKeyNoChanged);
+    LOG_SIGNAL(signalPresetCovered);
+    LOG_SIGNAL(signalKeypadChanged);
+#undef LOG_SIGNAL
+}
+
+void SignalLog::add(const char* name)
+{
+    const std::lock_guard lock(m_mutex);
+    m_names += QString::fromLatin1(name);
+    m_added.notify_all();
+}
+
+QStringList SignalLog::names() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_names;
+}
+
+int SignalLog::count(const QString& name) const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_names.count(name);
+}
+
+void SignalLog::clear()
+{
+    const std::lock_guard lock(m_mutex);
+    m_names.clear();
+}
+
+bool SignalLog::waitFor(const QString& name, int count)
+{
+    std::unique_lock lock(m_mutex);
+    return m_added.wait_for(
+        lock, std::chrono::milliseconds(WaitMs), [&] { return m_names.count(name) >= count; });
+}
+
+std::function<void(bool, QString)> Outcome::completion()
+{
+    return [state = m_p](bool ok, const QString& text) {
+        const std::lock_guard lock(state->mutex);
+        ++state->calls;
+        state->ok = ok;
+        state->text = text;
+        state->ended.notify_all();
+    };
+}
+
+bool Outcome::wait()
+{
+    std::unique_lock lock(m_p->mutex);
+    return m_p->ended.wait_for(lock, std::chrono::milliseconds(WaitMs), [this] { return m_p->calls > 0; });
+}
+
+bool Outcome::called() const
+{
+    const std::lock_guard lock(m_p->mutex);
+    return m_p->calls > 0;
+}
+
+bool Outcome::ok() const
+{
+    const std::lock_guard lock(m_p->mutex);
+    return m_p->calls == 1 && m_p->ok;
+}
+
+QString Outcome::text() const
+{
+    const std::lock_guard lock(m_p->mutex);
+    return m_p->text;
+}
+
+Model::Model(const ShowRecord& show)
+{
+    QStringList faults;
+    if (!model.load(writeShow(show), faults))
+        qFatal("The test's show has faults: %s", qUtf8Printable(faults.join(QLatin1Char('\n'))));
+    log.clear();
+}
+
+std::shared_ptr<BizModel::Device> Model::device(const QString& ipMacSn)
+{
+    const auto devices = model.deviceList().devices();
+    for (const auto& weak : devices) {
+        const auto each = weak.lock();
+        if (each && each->ipMacSn() == ipMacSn)
+            return each;
+    }
+    return nullptr;
+}
+
+std::shared_ptr<BizModel::Screen> Model::screen(quint32 id, ScreenType type, const QString& device)
+{
+    const auto screens = this->device(device)->screens(type);
+    for (const auto& weak : screens) {
+        const auto each = weak.lock();
+        if (each && each->screenId() == id)
+            return each;
+    }
+    return nullptr;
+}
+
+std::shared_ptr<ModelControl::Device> Model::deviceControl(const QString& device)
+{
+    return ModelControl::Device::create(this->device(device));
+}
+
+std::shared_ptr<ModelControl::Screen> Model::screenControl(ScreenType type)
+{
+    return ModelControl::Device::screenModelControl(type, device());
+}
+
+QList<quint32> Model::sources(quint32 screen, SceneType scene, const QString& device)
+{
+    QList<quint32> ids;
+    const auto layers = this->screen(screen, ScreenType::RegularScreen, device)
+                            ->layers(scene, BizModel::LayerType::AllLayerType);
+    for (const auto& weak : layers) {
+        if (const auto layer = weak.lock())
+            ids += layer->sourceId();
+    }
+    return ids;
+}
+
+bool Model::waitForState(quint32 screen, BizModel::Screen::State state, const QString& device)
+{
+    const auto present = this->screen(screen, ScreenType::RegularScreen, device);
+    return waitUntil([&] { return present->state() == state; });
+}
+
+bool waitUntil(const std::function<bool()>& condition)
+{
+    return QTest::qWaitFor(condition, WaitMs);
+}
+
+} // namespace Orvane::MemoryModel::Test

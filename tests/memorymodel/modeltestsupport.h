@@ -1,0 +1,91 @@
+#pragma once
+
+#include "bizmodel/device.h"
+#include "bizmodel/layer.h"
+#include "bizmodel/screen.h"
+#include "memorydevicelist.h"
+#include "memorymodel.h"
+#include "modelcontrol/device.h"
+#include "modelcontrol/layer.h"
+#include "modelcontrol/screen.h"
+#include "records.h"
+
+#include <QStringList>
+
+#include <condition_variable>
+#include <mutex>
+
+namespace Orvane::MemoryModel::Test {
+
+constexpr int WaitMs = 5000;
+
+/// Two devices, "A" and "B", each alone. A has outputs 1 to 3 on a card of 8 units, screens 1 (outputs 1 and
+/// 2, selected), 2 (output 3) and 3 (no output), AUX 1 (no output), and inputs 1 (SL), 2 (DL), 3 (4K).
+/// Transitions last 50 ms. B has one selected screen with an output.
+ShowRecord smallShow();
+LayerRecord layerRecord(quint32 id, quint32 inputId, const QRect& window = QRect(0, 0, 960, 540));
+
+/// Names of signals in the order in which they came, from whatever thread.
+class SignalLog {
+public:
+    explicit SignalLog(MemoryDeviceList& list);
+
+    QStringList names() const;
+    int count(const QString& name) const;
+    void clear();
+    /// Waits until the signal has come this often; false when it does not.
+    bool waitFor(const QString& name, int count = 1);
+
+private:
+    void add(const char* name);
+
+    mutable std::mutex m_mutex;
+    std::condition_variable m_added;
+    QStringList m_names;
+    QObject m_context;
+};
+
+/// A completion that can be waited for.
+class Outcome {
+public:
+    std::function<void(bool, QString)> completion();
+    bool wait();
+    bool called() const;
+    bool ok() const;
+    QString text() const;
+
+private:
+    struct State {
+        mutable std::mutex mutex;
+        std::condition_variable ended;
+        int calls = 0;
+        bool ok = false;
+        QString text;
+    };
+    std::shared_ptr<State> m_p = std::make_shared<State>();
+};
+
+/// A model with `smallShow`, device A active, and shorthands for what is on it.
+struct Model {
+    explicit Model(const ShowRecord& show = smallShow());
+
+    std::shared_ptr<BizModel::Device> device(const QString& ipMacSn = QStringLiteral("A"));
+    std::shared_ptr<BizModel::Screen> screen(
+        quint32 id, ScreenType type = ScreenType::RegularScreen, const QString& device = QStringLiteral("A"));
+    std::shared_ptr<ModelControl::Device> deviceControl(const QString& device = QStringLiteral("A"));
+    std::shared_ptr<ModelControl::Screen> screenControl(ScreenType type = ScreenType::RegularScreen);
+    /// Input ids of a scene's layers, from the bottom to the top.
+    QList<quint32> sources(
+        quint32 screen, BizModel::SceneType scene, const QString& device = QStringLiteral("A"));
+    /// Waits until the screen is in the state.
+    bool waitForState(
+        quint32 screen, BizModel::Screen::State state, const QString& device = QStringLiteral("A"));
+
+    MemoryModel model;
+    SignalLog log{model.deviceList()};
+};
+
+/// Waits until the condition holds, on any change of the model.
+bool waitUntil(const std::function<bool()>& condition);
+
+} // namespace Orvane::MemoryModel::Test
