@@ -1,0 +1,309 @@
+#include "logcapture.h"
+#include "orvaneecclientdecoder.h"
+#include "uptlv_p.h"
+
+#include <QLoggingCategory>
+#include <QNetworkDatagram>
+#include <QRandomGenerator>
+#include <QtTest>
+
+#include <atomic>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+using namespace Orvane::ECProxy::Client;
+using Internal::parseUpDatagram;
+using Internal::UpReport;
+using Orvane::TestSupport::LogCapture;
+
+namespace {
+
+constexpr int WaitLimitMs = 20000;
+
+QByteArray bytesOf(const char* hex)
+{
+    return QByteArray::fromHex(hex);
+}
+
+/// Parses a copy that ends where its memory ends, so that a sanitizer sees any look beyond it.
+template <typename Check> void parseExactly(const QByteArray& datagram, Check check)
+{
+    const std::size_t size = std::size_t(datagram.size());
+    const std::unique_ptr<char[]> exact(new char[size]);
+    std::copy_n(datagram.constData(), size, exact.get());
+    check(parseUpDatagram(exact.get(), size), exact.get());
+}
+
+/// Takes reports as the decoder hands them out, the values as they are, without a copy.
+class Reports {
+public:
+    UpTLVDecodeFinishedCallbackType callback()
+    {
+        return [this](const eECUpMessageTag& tag, const QByteArray& value) {
+            const std::lock_guard<std::mutex> lock(m_mutex);
+            m_list.append({int(tag), value});
+            return false; // nobody looks
+        };
+    }
+    QList<QPair<int, QByteArray>> list() const
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        return m_list;
+    }
+    int count() const { return list().size(); }
+
+private:
+    mutable std::mutex m_mutex; // guards m_list
+    QList<QPair<int, QByteArray>> m_list;
+};
+
+QByteArray press(quint32 key)
+{
+    QByteArray datagram = bytesOf("55ee55ee 01000001 0000 0900 c900 0500 00000000 00");
+    Wire::store<quint32>(key, datagram.data() + 16);
+    return datagram;
+}
+
+} // namespace
+
+class tst_decoder : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyReportHasItsBytes_data()
+    {
+        QTest::addColumn<QByteArray>("datagram");
+        QTest::addColumn<int>("tag");
+        QTest::addColumn<QByteArray>("value");
+
+        QTest::newRow("201 pressed") << bytesOf("55ee55ee0100000101000900 c9000500 f403000000") << 201
+                                     << bytesOf("f403000000");
+        QTest::newRow("201 its length field denies the value")
+            << bytesOf("55ee55ee0100000101000900 c9000000 f403000000") << 201 << bytesOf("f403000000");
+        QTest::newRow("202 released, the rest of the head is anything")
+            << bytesOf("55ee55eeffffffffffffffff ca00ffff f403000001") << 202 << bytesOf("f403000001");
+        QTest::newRow("203") << bytesOf("55ee55ee0100000103000900 cb000500 4000000040") << 203
+                             << bytesOf("4000000040");
+        QTest::newRow("204") << bytesOf("55ee55ee0100000104000500 cc000100 01") << 204 << bytesOf("01");
+        QTest::newRow("205") << bytesOf("55ee55ee0100000105000500 cd000100 00") << 205 << bytesOf("00");
+        QTest::newRow("206 two inputs")
+            << bytesOf("55ee55ee0100000106000800 ce000400 00010100") << 206 << bytesOf("00010100");
+        QTest::newRow("206 none") << bytesOf("55ee55ee0100000106000400 ce000000") << 206 << QByteArray();
+        QTest::newRow("207") << bytesOf("55ee55ee0100000107001200 cf000e00 0201c0a80105ffffff00c0a80101")
+                             << 207 << bytesOf("0201c0a80105ffffff00c0a80101");
+        QTest::newRow("a tag nobody knows")
+            << bytesOf("55ee55ee0100000107000500 ffff0100 aa") << 65535 << bytesOf("aa");
+        QTest::newRow("13 bytes") << bytesOf("55ee55ee0000000000000000 c9") << 201 << QByteArray();
+        QTest::newRow("14 bytes") << bytesOf("55ee55ee0000000000000000 c901") << 457 << QByteArray();
+        QTest::newRow("15 bytes") << bytesOf("55ee55ee0000000000000000 c90105") << 457 << QByteArray();
+        QTest::newRow("12 bytes") << bytesOf("55ee55ee0000000000000000") << -1 << QByteArray();
+        QTest::newRow("4 bytes") << bytesOf("55ee55ee") << -1 << QByteArray();
+    }
+
+    void everyReportHasItsBytes()
+    {
+        QFETCH(QByteArray, datagram);
+        QFETCH(int, tag);
+        QFETCH(QByteArray, value);
+        parseExactly(datagram, [&](const UpReport& report, const char*) {
+            QCOMPARE(report.kind == UpReport::Report, tag >= 0);
+            QVERIFY(report.kind != UpReport::InvalidHead);
+            if (tag >= 0)
+                QCOMPARE(int(report.tag), tag);
+            QCOMPARE(QByteArray(report.value, report.valueSize), value);
+        });
+    }
+
+    void aWrongHeadIsToldWithItsNumber_data()
+    {
+        QTest::addColumn<QByteArray>("datagram");
+        QTest::addColumn<QString>("head");
+        QTest::newRow("nothing at all") << QByteArray() << "0";
+        QTest::newRow("3 bytes of the right one") << bytesOf("55ee55") << "5631573";
+        QTest::newRow("the other direction's") << bytesOf("ee55ee5501000001010004006800") << "1441682926";
+        QTest::newRow("the right one further on") << bytesOf("0055ee55ee") + press(1) << "1441682688";
+    }
+
+    void aWrongHeadIsToldWithItsNumber()
+    {
+        QFETCH(QByteArray, datagram);
+        QFETCH(QString, head);
+        LogCapture log;
+        Reports reports;
+        ECClientDecoder decoder;
+        decoder.registerUpTLVDecodeFinishedCB(reports.callback());
+        decoder.startDecode();
+        decoder.appendDatagram(datagram);
+        const QString line("Orvane ec up decoder receive invalid package. The head is " + head);
+        QVERIFY2(log.waitFor(line), qPrintable(log.all()));
+        decoder.stopDecode();
+        QCOMPARE(reports.count(), 0);
+    }
+
+    void recordsReadAsTheyWereWritten()
+    {
+        const ECButtonOperState key = Wire::readButtonOperState(bytesOf("0403020101"));
+        QCOMPARE(quint32(key.ButtonKey), 0x01020304u);
+        QCOMPARE(int(key.ButtonPressed), int(Release));
+        const ECTBarValue bar = Wire::readTBarValue(bytesOf("4000000001"));
+        QCOMPARE(quint32(bar.Value), 64u);
+        QCOMPARE(int(bar.IsBottomToTop), int(BottomToTop));
+        const DVIInSignal signal = Wire::readDVIInSignal(bytesOf("0305"));
+        QCOMPARE(int(signal.Index), 3);
+        QCOMPARE(int(signal.Signal), 5);
+        const QByteArray ip = bytesOf("0201c0a80105ffffff00c0a80101");
+        char again[sizeof(ECDeviceIPData)];
+        Wire::write(Wire::readDeviceIPData(ip), again);
+        QCOMPARE(QByteArray(again, sizeof(again)), ip);
+        QCOMPARE(quint32(Wire::readDeviceIPData(ip).Gateway), 0x0101A8C0u);
+    }
+
+    void whatWaitsAtTheStartIsOneBatchInOrder()
+    {
+        LogCapture log;
+        Reports reports;
+        ECClientDecoder decoder;
+        decoder.appendDatagram(press(1));
+        decoder.appendDatagram(QNetworkDatagram(press(2)));
+        decoder.appendDatagram(press(3));
+        decoder.registerUpTLVDecodeFinishedCB(reports.callback());
+        decoder.startDecode();
+        QTRY_COMPARE_WITH_TIMEOUT(reports.count(), 3, WaitLimitMs);
+        for (int i = 0; i < 3; ++i)
+            QCOMPARE(reports.list()[i], qMakePair(201, press(quint32(i + 1)).mid(16)));
+        decoder.stopDecode();
+        QCOMPARE(log.count("[locate key no response] received key command,parsing tlv."), 1);
+        QCOMPARE(log.count("[locate key no response] tag: 201 body's size: 5"), 3);
+        QCOMPARE(log.count("Orvane ec client decoder thread start"), 1);
+        QCOMPARE(log.count("Orvane ec client decoder thread stop"), 1);
+    }
+
+    void withoutACallbackReportsAreLostWithAWarning()
+    {
+        LogCapture log;
+        Reports reports;
+        ECClientDecoder decoder;
+        decoder.registerExDownTLVDecodeFinishedCB(reports.callback()); // never called
+        decoder.startDecode();
+        decoder.appendDatagram(press(1));
+        QVERIFY(log.waitFor("[locate key no response] up tlv decoder callback is null."));
+        decoder.registerUpTLVDecodeFinishedCB(reports.callback());
+        decoder.appendDatagram(press(2));
+        QTRY_COMPARE_WITH_TIMEOUT(reports.count(), 1, WaitLimitMs);
+        QCOMPARE(reports.list().first().second, press(2).mid(16));
+    }
+
+    void stopAndStartFromManyThreadsLoseNothing()
+    {
+        ECClientDecoder decoder;
+        QVERIFY(decoder.stopDecode()); // never started: at once
+        Reports reports;
+        decoder.registerUpTLVDecodeFinishedCB(reports.callback());
+        std::vector<std::thread> threads;
+        for (int t = 0; t < 4; ++t) {
+            threads.emplace_back([&decoder, t] {
+                for (int i = 0; i < 500; ++i)
+                    (i + t) % 2 ? decoder.stopDecode() : decoder.startDecode();
+            });
+        }
+        for (auto& thread : threads)
+            thread.join();
+        decoder.stopDecode();
+        QVERIFY(decoder.isFinished());
+        decoder.appendDatagram(press(1));
+        decoder.startDecode();
+        QTRY_COMPARE_WITH_TIMEOUT(reports.count(), 1, WaitLimitMs);
+    }
+
+    void theCallbackMayStopTheDecoder()
+    {
+        ECClientDecoder decoder;
+        std::atomic<int> calls{0};
+        std::atomic<bool> restarted{true};
+        decoder.appendDatagram(press(1));
+        decoder.appendDatagram(press(2));
+        decoder.registerUpTLVDecodeFinishedCB([&](const eECUpMessageTag&, const QByteArray&) {
+            ++calls;
+            decoder.stopDecode();
+            restarted = decoder.startDecode();
+            return true;
+        });
+        decoder.startDecode();
+        QVERIFY(decoder.wait(WaitLimitMs));
+        QCOMPARE(calls.load(), 1);
+        QVERIFY(!restarted);
+    }
+
+    void aCallbackReplacedUnderWayIsFollowedByTheNextWithoutALoss()
+    {
+        QLoggingCategory::setFilterRules("orvane.ecproxy.link=false");
+        constexpr int total = 20000;
+        std::atomic<int> calls{0};
+        ECClientDecoder decoder;
+        const auto counting = [&calls] {
+            return
+                [&calls, held = std::make_shared<int>(0)](const eECUpMessageTag&, const QByteArray& value) {
+                    *held += value.size(); // an instance of its own is never called by two at once
+                    ++calls;
+                    return true;
+                };
+        };
+        decoder.registerUpTLVDecodeFinishedCB(counting());
+        decoder.startDecode();
+        std::thread appending([&decoder] {
+            for (int i = 0; i < total; ++i)
+                decoder.appendDatagram(press(quint32(i)));
+        });
+        for (int i = 0; i < 2000; ++i)
+            decoder.registerUpTLVDecodeFinishedCB(counting());
+        appending.join();
+        QTRY_COMPARE_WITH_TIMEOUT(calls.load(), total, WaitLimitMs);
+        QLoggingCategory::setFilterRules(QString());
+    }
+
+    void twoHundredThousandRandomAndMutatedDatagrams()
+    {
+        QLoggingCategory::setFilterRules("orvane.ecproxy.link=false");
+        constexpr int total = 200000;
+        QRandomGenerator random(20240506);
+        std::atomic<int> calls{0};
+        std::atomic<qint64> bytes{0};
+        ECClientDecoder decoder;
+        decoder.registerUpTLVDecodeFinishedCB([&](const eECUpMessageTag&, const QByteArray& value) {
+            ++calls;
+            bytes += value.size();
+            return true;
+        });
+        decoder.startDecode();
+
+        int expectedCalls = 0;
+        qint64 expectedBytes = 0;
+        for (int i = 0; i < total; ++i) {
+            QByteArray datagram = press(random.generate());
+            if (i % 4 == 0)
+                datagram.resize(random.bounded(datagram.size() + 1));
+            if (i % 4 == 1)
+                datagram.append(QByteArray(random.bounded(200), char(random.bounded(256))));
+            for (int change = random.bounded(3); change > 0 && !datagram.isEmpty(); --change)
+                datagram[random.bounded(datagram.size())] = char(random.bounded(256));
+
+            const bool good = datagram.startsWith("\x55\xee\x55\xee");
+            if (good && datagram.size() > 12) {
+                ++expectedCalls;
+                expectedBytes += qMax(0, datagram.size() - 16);
+            }
+            parseExactly(datagram, [&](const UpReport& report, const char* begin) {
+                QCOMPARE(report.kind == UpReport::InvalidHead, !good);
+                QVERIFY(!report.value || report.value + report.valueSize == begin + datagram.size());
+            });
+            decoder.appendDatagram(datagram);
+        }
+        QTRY_COMPARE_WITH_TIMEOUT(calls.load(), expectedCalls, WaitLimitMs);
+        QCOMPARE(bytes.load(), expectedBytes);
+        QLoggingCategory::setFilterRules(QString());
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_decoder)
+#include "tst_decoder.moc"
