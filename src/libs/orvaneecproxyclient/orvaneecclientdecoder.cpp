@@ -75,6 +75,7 @@ void ECClientDecoderPrivate::decodeUntilStopped()
     }
     lock.unlock();
     qCInfo(lcECLink, "Orvane ec client decoder thread stop");
+    m_lifecycle.leave();
 }
 
 void ECClientDecoderPrivate::decode(const DatagramQueue& batch)

@@ -160,7 +160,6 @@ void ECClientReceiverPrivate::closeSocket()
     }
     m_pSocket->close();
     m_pSocket.reset();
-    const std::lock_guard<std::mutex> lock(m_mtxReceive); // the last of this thread with the members
 }
 
 void ECClientReceiverPrivate::waitWithoutSocket()
@@ -241,6 +240,7 @@ void ECClientReceiver::run()
     d->receiveUntilStopped();
     d->closeSocket();
     qCInfo(Internal::lcECLink, "Orvane ec server receiver stop receive");
+    d->m_lifecycle.leave();
 }
 
 } // namespace Orvane::ECProxy::Client

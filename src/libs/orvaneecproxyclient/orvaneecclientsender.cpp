@@ -172,11 +172,8 @@ void ECClientSender::run()
     d->openSocket();
     d->sendUntilStopped();
     d->m_pSocket.reset();
-    {
-        // The last of this thread with the members, for whoever waits for it to end.
-        const std::lock_guard<std::mutex> lock(d->m_mtxSend);
-    }
     qCInfo(Internal::lcECLink, "Orvane ec client sender stop send");
+    d->m_lifecycle.leave();
 }
 
 } // namespace Orvane::ECProxy::Client

@@ -56,8 +56,11 @@ void ThreadLifecycle::stop(const std::function<void()>& wake)
             return; // who started it anew has waited for the run that this stop ended
     }
     m_thread.wait();
-    // Whatever the thread wrote is known here after its last mutex; QThread alone does not say so to tools
-    // that watch the order of memory accesses.
+    const Locker lock(m_mtxFlag); // the other half of leave()
+}
+
+void ThreadLifecycle::leave()
+{
     const Locker lock(m_mtxFlag);
 }
 

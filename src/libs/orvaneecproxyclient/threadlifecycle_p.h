@@ -12,8 +12,7 @@ namespace Orvane::ECProxy::Client::Internal {
 /// another one that comes at the same moment.
 class ThreadLifecycle {
 public:
-    /// @param flagMutex under which `stopFlag` is written. The thread takes it while it waits, and once more
-    /// as the last thing it does with its own members.
+    /// @param flagMutex under which `stopFlag` is written, and which the thread takes to look at it and wait
     ThreadLifecycle(QThread& thread, std::mutex& flagMutex, std::atomic<bool>& stopFlag);
 
     /// Starts the thread unless it runs. One that is just being stopped is waited for first, then started
@@ -24,6 +23,10 @@ public:
     /// Tells the thread to stop and waits for it without a limit; on the thread itself it only tells.
     /// @param wake ends the thread's waiting; called with `flagMutex` held
     void stop(const std::function<void()>& wake);
+
+    /// The last that the thread does: whoever waits for its end knows all it did before. QThread orders the
+    /// two as well, but not in a way that tools see which watch the order of memory accesses.
+    void leave();
 
 private:
     QThread& m_thread;
