@@ -105,7 +105,8 @@ public:
     template <eECDownMessageTag Tag> bool buildBytes(const QByteArray& bytes, QByteArray& out) const
     {
         static_assert(downMessageShape(Tag).valueSize < 0);
-        const QByteArray held = bytes; // `bytes` and `out` may be one array
+        // `bytes` and `out` may be one array: the copy keeps the bytes.
+        const QByteArray held = bytes; // NOLINT(performance-unnecessary-copy-initialization)
         char* const value = begin<Tag>(held.size(), out);
         std::memcpy(value, held.constData(), std::size_t(held.size()));
         return true;
@@ -137,7 +138,8 @@ public:
         ECProtocolTL tl;
         tl.Tag = tag == PackTag::Write ? WriteFile : ReadFile;
 
-        const QByteArray held = chunk; // `chunk` and `out` may be one array
+        // `chunk` and `out` may be one array: the copy keeps the bytes.
+        const QByteArray held = chunk; // NOLINT(performance-unnecessary-copy-initialization)
         char* const bytes = claim(out, ECHeadSize + int(contentLength));
         Wire::store<quint16>(packIndex, bytes);
         Wire::store<quint16>(packCount, bytes + sizeof(packIndex));
@@ -147,7 +149,7 @@ public:
         return bytes + FilePack::DataOffset;
     }
 
-    const ECProtocolHead m_sendHead;
+    const ECProtocolHead m_sendHead{};
 
 private:
     static std::atomic<quint16> m_nECRequestSequence;

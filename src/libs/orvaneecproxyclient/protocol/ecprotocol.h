@@ -403,7 +403,8 @@ inline void write(const PeripheralControl& record, char* out)
     Writer put(out);
     put(record.ScreenNum);
     put(record.TargetScreenIndex);
-    for (std::size_t i = 0; i < 32; ++i)
+    // By index, since no reference can be bound to a packed member.
+    for (std::size_t i = 0; i < 32; ++i) // NOLINT(modernize-loop-convert)
         put(quint16(record.resolution[i]));
 }
 
