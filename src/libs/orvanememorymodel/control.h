@@ -76,6 +76,45 @@ public:
     double transitionProgress(const QString& device, ScreenKey screen) const;
     /// @}
 
+    /// @name Layers
+    /// Refused as from the console: while the screen is busy, in a program that is not being edited, at a
+    /// limit, and when the hardware lacks resources.
+    /// @{
+    /// Adds a layer on top of the scene that shows the input; answers its id, 0 when it was refused.
+    quint32 addLayer(
+        const QString& device, ScreenKey screen, BizModel::SceneType scene, quint32 inputId,
+        const QRect& window);
+    bool removeLayer(const QString& device, ScreenKey screen, BizModel::SceneType scene, quint32 layerId);
+    bool renameLayer(
+        const QString& device, ScreenKey screen, BizModel::SceneType scene, quint32 layerId,
+        const QString& name);
+    /// Selects these layers of the scene alone; none deselects all of the screen.
+    bool selectLayers(
+        const QString& device, ScreenKey screen, BizModel::SceneType scene, const QList<quint32>& layerIds);
+    bool setLayerWindow(
+        const QString& device, ScreenKey screen, BizModel::SceneType scene, quint32 layerId,
+        const QRect& window);
+    bool setLayerSource(
+        const QString& device, ScreenKey screen, BizModel::SceneType scene, quint32 layerId, quint32 inputId);
+    /// @}
+
+    /// @name Inputs
+    /// @{
+    /// The connector must be there and free.
+    bool addInput(const QString& device, const InputRecord& input);
+    /// Layers that show the input are left without a source.
+    bool removeInput(const QString& device, quint32 inputId);
+    bool renameInput(const QString& device, quint32 inputId, const QString& name);
+    bool setSignal(const QString& device, quint32 inputId, bool present);
+    bool setOverload(const QString& device, quint32 inputId, bool overload);
+    /// The input on the connector takes on the capacity; layers keep theirs until they are bound anew.
+    bool setConnectorCapacity(
+        const QString& device, quint32 subcardId, quint32 connectorId, BizModel::CapacityMode capacity);
+    /// The input that the application marks; 0 for none.
+    bool selectInput(const QString& device, quint32 inputId);
+    quint32 selectedInput(const QString& device) const;
+    /// @}
+
     /// @name Answers and notices of the application
     /// @{
     /// The user closed the message box that is shown.
@@ -90,6 +129,11 @@ private:
     template <typename Function> bool onDevice(const QString& device, Function function);
     template <typename Function>
     bool onScreen(const QString& device, const ScreenKey& screen, Function function);
+    template <typename Function>
+    bool onLayer(
+        const QString& device, const ScreenKey& screen, BizModel::SceneType scene, quint32 layerId,
+        Function function);
+    template <typename Function> bool onInput(const QString& device, quint32 inputId, Function function);
 
     const std::shared_ptr<ModelHub> m_pHub;
     MemoryDeviceList& m_list;

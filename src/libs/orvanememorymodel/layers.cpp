@@ -47,6 +47,16 @@ int unitsTaken(
     return units;
 }
 
+QList<std::shared_ptr<MemoryOutput>> outputsOf(const Guard& guard, const MemoryScreen& screen)
+{
+    QList<std::shared_ptr<MemoryOutput>> outputs;
+    for (const MemoryScreen::OutputPlace& place : screen.data(guard).outputs)
+        outputs += place.output;
+    return outputs;
+}
+
+const QString notEnoughResources = QStringLiteral("Not enough resources.");
+
 } // namespace
 
 bool isSceneEditable(const Guard& guard, const MemoryScreen& screen, SceneType scene, QString& error)
@@ -79,11 +89,8 @@ std::shared_ptr<MemoryLayer> addLayer(
     if (record.name.isEmpty())
         record.name = layerName(record.id);
     const auto added = std::make_shared<MemoryLayer>(hub, screen, scene, record);
-    QList<std::shared_ptr<MemoryOutput>> outputs;
-    for (const MemoryScreen::OutputPlace& place : screen->data(change).outputs)
-        outputs += place.output;
-    if (!hasResources(change, device, screen, {{added, record.window}}, outputs, scene, nullptr)) {
-        error = QStringLiteral("Not enough resources.");
+    if (!hasResources(change, device, screen, {{added, record.window}}, outputsOf(change, *screen), scene)) {
+        error = notEnoughResources;
         return nullptr;
     }
     present += added;
@@ -112,11 +119,82 @@ void removeLayers(
         announceSelectedLayers(change, screen);
 }
 
-void announceSelectedLayers(Change& change, const std::shared_ptr<MemoryScreen>& screen)
+void setSelectedLayers(
+    Change& change, const std::shared_ptr<MemoryScreen>& screen, const MemoryScreen::Layers& layers,
+    bool append, bool notify)
 {
+    bool changed = false;
+    for (const SceneType scene : {SceneType::PGM, SceneType::PVW}) {
+        for (const std::shared_ptr<MemoryLayer>& layer : std::as_const(screen->data(change).layers(scene))) {
+            bool& selected = layer->data(change).selected;
+            const bool now = layers.contains(layer) || (selected && append);
+            changed |= std::exchange(selected, now) != now;
+        }
+    }
+    if (changed)
+        announceSelectedLayers(change, screen, notify);
+}
+
+void announceSelectedLayers(Change& change, const std::shared_ptr<MemoryScreen>& screen, bool notify)
+{
+    change.markChanged();
+    if (!notify)
+        return;
     change.announce([device = std::weak_ptr<MemoryDevice>(screen->device()),
                      screen = std::weak_ptr<MemoryScreen>(screen)](MemoryDeviceList& list) {
         Q_EMIT list.signalSelectedLayersChanged(device, screen);
+    });
+}
+
+bool moveLayer(
+    Change& change, const std::shared_ptr<MemoryScreen>& screen, const std::shared_ptr<MemoryLayer>& layer,
+    const QRect& window, QString& error)
+{
+    const SceneType scene = layer->data(change).scene;
+    if (!isUsableWindow(window))
+        error = QStringLiteral("The window has no extent or is out of bounds.");
+    else if (!isSceneEditable(change, *screen, scene, error))
+        return false;
+    else if (!hasResources(
+                 change, *screen->device(), screen, {{layer, window}}, outputsOf(change, *screen), scene))
+        error = notEnoughResources;
+    if (!error.isEmpty())
+        return false;
+    layer->data(change).window = window;
+    change.markChanged();
+    return true;
+}
+
+bool bindLayers(
+    Change& change, const MemoryDevice& device, const MemoryScreen::Layers& layers, const MemoryInput& input)
+{
+    QList<BizModel::CapacityMode> before;
+    for (const std::shared_ptr<MemoryLayer>& layer : layers)
+        before += std::exchange(layer->data(change).capacity, input.data(change).capacity);
+    const bool enough = std::all_of(layers.cbegin(), layers.cend(), [&](const auto& layer) {
+        const std::shared_ptr<MemoryScreen> screen = layer->screen();
+        return screen->screenType() != ScreenType::RegularScreen
+            || hasResources(
+                   change, device, screen, {}, outputsOf(change, *screen), layer->data(change).scene);
+    });
+    for (int i = 0; i < layers.size(); ++i) {
+        if (enough)
+            setSource(change, layers[i], input.interfaceId());
+        else
+            layers[i]->data(change).capacity = before[i];
+    }
+    return enough;
+}
+
+void setSource(Change& change, const std::shared_ptr<MemoryLayer>& layer, quint32 inputId)
+{
+    if (std::exchange(layer->data(change).inputId, inputId) == inputId)
+        return;
+    const std::shared_ptr<MemoryScreen> screen = layer->screen();
+    change.announce([device = std::weak_ptr<MemoryDevice>(screen ? screen->device() : nullptr),
+                     screen = std::weak_ptr<MemoryScreen>(screen),
+                     layer = std::weak_ptr<MemoryLayer>(layer)](MemoryDeviceList& list) {
+        Q_EMIT list.signalLayerSourceChanged(device, screen, layer);
     });
 }
 

@@ -21,7 +21,25 @@ std::shared_ptr<MemoryLayer> addLayer(
 void removeLayers(
     Change& change, const std::shared_ptr<MemoryScreen>& screen, const MemoryScreen::Layers& layers);
 
-void announceSelectedLayers(Change& change, const std::shared_ptr<MemoryScreen>& screen);
+/// Selects the layers, which are on the screen, alone or with those that are selected already.
+void setSelectedLayers(
+    Change& change, const std::shared_ptr<MemoryScreen>& screen, const MemoryScreen::Layers& layers,
+    bool append, bool notify = true);
+/// The change of selection shows at once; @p notify also sends its signal.
+void announceSelectedLayers(Change& change, const std::shared_ptr<MemoryScreen>& screen, bool notify = true);
+
+/// Gives the layer, which is on the screen, another window. Refused as `addLayer` is.
+bool moveLayer(
+    Change& change, const std::shared_ptr<MemoryScreen>& screen, const std::shared_ptr<MemoryLayer>& layer,
+    const QRect& window, QString& error);
+
+/// Makes the layers, which are on screens of the device, show the input and take on its capacity. False, with
+/// nothing changed, when the hardware lacks the resources on a regular screen.
+bool bindLayers(
+    Change& change, const MemoryDevice& device, const MemoryScreen::Layers& layers, const MemoryInput& input);
+
+/// Changes a layer's source and announces it; 0 for none.
+void setSource(Change& change, const std::shared_ptr<MemoryLayer>& layer, quint32 inputId);
 
 /// A window that is planned, of a layer of a scene or of one to be.
 struct PlannedWindow {
@@ -35,6 +53,6 @@ struct PlannedWindow {
 bool hasResources(
     const Guard& guard, const MemoryDevice& device, const std::shared_ptr<MemoryScreen>& screen,
     const QList<PlannedWindow>& planned, const QList<std::shared_ptr<MemoryOutput>>& outputs,
-    BizModel::SceneType scene, const std::shared_ptr<MemoryLayer>& ignored);
+    BizModel::SceneType scene, const std::shared_ptr<MemoryLayer>& ignored = {});
 
 } // namespace Orvane::MemoryModel

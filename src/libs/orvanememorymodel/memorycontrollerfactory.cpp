@@ -1,6 +1,7 @@
 #include "memorycontrollerfactory.h"
 
 #include "devicecontroller.h"
+#include "layercontroller.h"
 #include "screencontroller.h"
 
 #include <utility>
@@ -30,9 +31,11 @@ std::shared_ptr<ModelControl::Screen> MemoryControllerFactory::createScreen(
 }
 
 std::shared_ptr<ModelControl::Layer> MemoryControllerFactory::createLayer(
-    BizModel::LayerType, const std::weak_ptr<BizModel::Device>&)
+    BizModel::LayerType type, const std::weak_ptr<BizModel::Device>& device)
 {
-    return nullptr;
+    if (!isPresent(device) || !(type & BizModel::Enum::Layer::RegularAndAUXLayers))
+        return nullptr;
+    return std::make_shared<LayerController>(m_pHub, m_list, device);
 }
 
 std::shared_ptr<ModelControl::Preset> MemoryControllerFactory::createPreset(

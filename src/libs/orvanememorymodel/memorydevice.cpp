@@ -334,23 +334,22 @@ MemoryDevice::Screens MemoryDevice::takeScreens(
     return list;
 }
 
-bool MemoryDevice::isOutputUsed(
-    const Guard& guard, const std::shared_ptr<MemoryOutput>& output,
-    const std::shared_ptr<MemoryScreen>& except) const
+bool MemoryDevice::isOutputShown(const Guard& guard, const std::shared_ptr<MemoryOutput>& output) const
 {
-    const auto uses = [&](const std::shared_ptr<MemoryScreen>& screen) {
-        const auto& places = std::as_const(*screen).data(guard).outputs;
-        return screen != except && std::any_of(places.cbegin(), places.cend(), [&output](const auto& place) {
-                   return place.output == output;
-               });
-    };
-    const Data& device = data(guard);
-    return std::any_of(device.screens.cbegin(), device.screens.cend(), uses)
-        || std::any_of(
-               device.pendingScreens.cbegin(), device.pendingScreens.cend(), [&uses](const auto& pending) {
-                   const std::shared_ptr<MemoryScreen> screen = pending.lock();
-                   return screen && uses(screen);
-               });
+    const Screens& all = data(guard).screens;
+    return std::any_of(all.cbegin(), all.cend(), [&](const auto& screen) {
+        return std::as_const(*screen).shows(guard, output);
+    });
+}
+
+bool MemoryDevice::isOutputUsed(const Guard& guard, const std::shared_ptr<MemoryOutput>& output) const
+{
+    const auto& pending = data(guard).pendingScreens;
+    return isOutputShown(guard, output)
+        || std::any_of(pending.cbegin(), pending.cend(), [&](const auto& each) {
+               const std::shared_ptr<const MemoryScreen> screen = each.lock();
+               return screen && screen->shows(guard, output);
+           });
 }
 
 std::shared_ptr<MemoryScreen> MemoryDevice::createScreen(Change& change, ScreenType type)
@@ -399,7 +398,10 @@ bool MemoryDevice::canAddScreen(
     else if (screenCount(guard, type) + int(sameType) >= limit)
         error = QStringLiteral("The number of screens exceeds the limit.");
     else if (std::any_of(places.cbegin(), places.cend(), [&](const auto& place) {
-                 return isOutputUsed(guard, place.output, screen);
+                 return isOutputShown(guard, place.output)
+                     || std::any_of(accepted.cbegin(), accepted.cend(), [&](const auto& other) {
+                            return std::as_const(*other).shows(guard, place.output);
+                        });
              }))
         error = QStringLiteral("An output of the screen is in use.");
     else

@@ -105,10 +105,9 @@ public:
     int layerCount(const Guard& guard, BizModel::SceneType scene) const;
     /// Screens of the types that are selected and have outputs: those that a take would act on.
     Screens takeScreens(const Guard& guard, int screenTypeMask, bool onlySelected) const;
-    /// True when a screen other than @p except shows the output.
-    bool isOutputUsed(
-        const Guard& guard, const std::shared_ptr<MemoryOutput>& output,
-        const std::shared_ptr<MemoryScreen>& except = {}) const;
+    bool isOutputShown(const Guard& guard, const std::shared_ptr<MemoryOutput>& output) const;
+    /// The same, screens that are not part of the device yet included.
+    bool isOutputUsed(const Guard& guard, const std::shared_ptr<MemoryOutput>& output) const;
 
     std::shared_ptr<MemoryScreen> createScreen(Change& change, ScreenType type);
     /// Whether the screen can become part of the device after those that are @p accepted. If not, @p error

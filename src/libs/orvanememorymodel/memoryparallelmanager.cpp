@@ -411,9 +411,11 @@ void MemoryParallelManager::applyFlags(const Run& run)
             if (!(screen->screenType() & mask) || !data.selected || data.*flag == value)
                 continue;
             data.*flag = value;
-            change.announce([announced, signal, weak = std::weak_ptr<MemoryScreen>(screen)](
-                                MemoryDeviceList& list) { Q_EMIT(list.*signal)
-                                                          (announced, weak); });
+            change.announce(
+                [announced, signal, weak = std::weak_ptr<MemoryScreen>(screen)](MemoryDeviceList& list) {
+                    Q_EMIT(list.*signal)
+                    (announced, weak);
+                });
         }
     };
     const auto setOnDevice = [&](bool& flag, bool value, auto signal) {

@@ -132,11 +132,7 @@ void MemoryScreen::addOutput(const std::weak_ptr<BizModel::Output>& output)
         return;
     Change change(*m_pHub);
     Data& screen = data(change);
-    const bool present =
-        std::any_of(screen.outputs.cbegin(), screen.outputs.cend(), [&added](const OutputPlace& place) {
-            return place.output == added;
-        });
-    if (screen.registered || present)
+    if (screen.registered || shows(change, added))
         return;
     const QRect whole = mosaic(change);
     const int left = whole.isEmpty() ? 0 : whole.x() + whole.width();
@@ -157,6 +153,14 @@ QRectF MemoryScreen::mosaicRect(const std::weak_ptr<BizModel::Output>& output) c
 QRect MemoryScreen::mosaicWindowRect() const
 {
     return mosaic(Guard(*m_pHub));
+}
+
+bool MemoryScreen::shows(const Guard& guard, const std::shared_ptr<MemoryOutput>& output) const
+{
+    const auto& places = data(guard).outputs;
+    return std::any_of(places.cbegin(), places.cend(), [&output](const OutputPlace& place) {
+        return place.output == output;
+    });
 }
 
 QRect MemoryScreen::mosaic(const Guard& guard) const

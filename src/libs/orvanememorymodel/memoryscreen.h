@@ -91,6 +91,7 @@ public:
     Data& data(Change& change) { return m_data.get(change); }
     ScreenRecord record(const Guard& guard) const;
 
+    bool shows(const Guard& guard, const std::shared_ptr<MemoryOutput>& output) const;
     /// Union of the outputs' parts of the mosaic; empty without outputs.
     QRect mosaic(const Guard& guard) const;
     QList<std::shared_ptr<MemorySubcard>> subcards(const Guard& guard) const;

@@ -57,6 +57,15 @@ QString layersText(const QList<std::weak_ptr<BizModel::Layer>>& layers)
     });
 }
 
+QString windowText(const QRect& window)
+{
+    return QStringLiteral("window=%1,%2,%3x%4")
+        .arg(window.x())
+        .arg(window.y())
+        .arg(window.width())
+        .arg(window.height());
+}
+
 QString screenTypeText(int screenType)
 {
     using namespace BizModel::Enum::Screen;

@@ -3,6 +3,7 @@
 #include "bizmodel/fwd.h"
 
 #include <QList>
+#include <QRect>
 #include <QString>
 
 #include <memory>
@@ -19,6 +20,8 @@ QString screenText(const std::weak_ptr<BizModel::Screen>& screen);
 QString screensText(const QList<std::weak_ptr<BizModel::Screen>>& screens);
 /// `layers=[<scene>:<id>,...]`
 QString layersText(const QList<std::weak_ptr<BizModel::Layer>>& layers);
+/// `window=x,y,widthxheight`
+QString windowText(const QRect& window);
 /// `regular`, `AUX`, or the number of another type.
 QString screenTypeText(int screenType);
 /// `PGM` or `PVW`.

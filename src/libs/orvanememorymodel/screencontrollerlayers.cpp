@@ -14,16 +14,13 @@ std::shared_ptr<BizModel::Layer> ScreenController::addLayer(
     const std::weak_ptr<BizModel::Screen>& screen, LayerType type, SceneType scene, int sourceId,
     int sourceType, const QRect& window)
 {
-    const QString arguments = QStringLiteral("%1 type=%2 scene=%3 source=%4:%5 window=%6,%7,%8x%9")
+    const QString arguments = QStringLiteral("%1 type=%2 scene=%3 source=%4:%5 %6")
                                   .arg(screenText(screen))
                                   .arg(int(type))
                                   .arg(sceneText(scene))
                                   .arg(sourceType)
                                   .arg(sourceId)
-                                  .arg(window.x())
-                                  .arg(window.y())
-                                  .arg(window.width())
-                                  .arg(window.height());
+                                  .arg(windowText(window));
     if (!start(Operation::AddLayer, arguments))
         return nullptr;
     Change change(*m_pHub);

@@ -1,0 +1,128 @@
+#include "control_p.h"
+#include "layers.h"
+
+#include <algorithm>
+
+namespace Orvane::MemoryModel {
+
+using BizModel::DeviceList;
+using BizModel::SceneType;
+
+/// Calls @p function with the change, the device and the input; false when one is not there.
+template <typename Function> bool Control::onInput(const QString& device, quint32 inputId, Function function)
+{
+    return onDevice(device, [&](Change& change, const auto& owner) {
+        const std::shared_ptr<MemoryInput> input = owner->data(change).inputs.value(inputId);
+        return input && function(change, owner, input);
+    });
+}
+
+bool Control::addInput(const QString& device, const InputRecord& input)
+{
+    return onDevice(device, [&](Change& change, const auto& owner) {
+        auto& inputs = owner->data(change).inputs;
+        const auto added = std::make_shared<MemoryInput>(m_pHub, input);
+        const bool connectorTaken = std::any_of(inputs.cbegin(), inputs.cend(), [&](const auto& other) {
+            return owner->connector(*other) == owner->connector(*added);
+        });
+        if (input.id == 0 || inputs.contains(input.id) || !owner->connector(*added) || connectorTaken)
+            return false;
+        inputs.insert(input.id, added);
+        change.announce([device = std::weak_ptr<MemoryDevice>(owner),
+                         added = std::weak_ptr<MemoryInput>(added)](MemoryDeviceList& list) {
+            Q_EMIT list.signalInputAdded(device, added);
+        });
+        return true;
+    });
+}
+
+bool Control::removeInput(const QString& device, quint32 inputId)
+{
+    return onInput(device, inputId, [&](Change& change, const auto& owner, const auto& input) {
+        MemoryDevice::Data& state = owner->data(change);
+        state.inputs.remove(inputId);
+        change.announce([device = std::weak_ptr<MemoryDevice>(owner), input](MemoryDeviceList& list) {
+            Q_EMIT list.signalInputRemoved(device, input);
+        });
+        if (state.selectedInput == inputId)
+            setAndAnnounce(change, state.selectedInput, 0U, owner, &DeviceList::signalSelectedInputChanged);
+        for (const auto& screen : std::as_const(state.screens)) {
+            for (const SceneType scene : {SceneType::PGM, SceneType::PVW}) {
+                for (const auto& layer : std::as_const(screen->data(change).layers(scene))) {
+                    if (layer->data(change).inputId == inputId)
+                        setSource(change, layer, 0);
+                }
+            }
+        }
+        return true;
+    });
+}
+
+bool Control::renameInput(const QString& device, quint32 inputId, const QString& name)
+{
+    return onInput(device, inputId, [&name](Change& change, const auto& owner, const auto& input) {
+        return setAndAnnounce(
+            change, input->data(change).name, name, owner, std::shared_ptr<BizModel::Interface>(input),
+            &DeviceList::signalInterfaceNameChanged);
+    });
+}
+
+bool Control::setSignal(const QString& device, quint32 inputId, bool present)
+{
+    return onInput(device, inputId, [present](Change& change, const auto& owner, const auto& input) {
+        return setAndAnnounce(
+            change, input->data(change).signal, present, owner, std::shared_ptr<BizModel::Interface>(input),
+            &DeviceList::signalInterfaceSignalChanged);
+    });
+}
+
+bool Control::setOverload(const QString& device, quint32 inputId, bool overload)
+{
+    return onInput(device, inputId, [overload](Change& change, const auto& owner, const auto& input) {
+        return setAndAnnounce(
+            change, input->data(change).overload, overload, owner,
+            std::shared_ptr<BizModel::Interface>(input), &DeviceList::signalInterfaceOverLoadChanged);
+    });
+}
+
+bool Control::setConnectorCapacity(
+    const QString& device, quint32 subcardId, quint32 connectorId, BizModel::CapacityMode capacity)
+{
+    return onDevice(device, [&](Change& change, const auto& owner) {
+        const std::shared_ptr<MemorySubcard> card = owner->subcard(subcardId);
+        const auto connector = card ? card->connector(connectorId) : nullptr;
+        if (!connector || capacity < BizModel::CapacityMode::_SL || capacity > BizModel::CapacityMode::_4K)
+            return false;
+        if (std::exchange(connector->data(change), capacity) == capacity)
+            return true;
+        for (const std::shared_ptr<MemoryInput>& input : std::as_const(owner->data(change).inputs)) {
+            if (owner->connector(*input) == connector)
+                input->data(change).capacity = capacity;
+        }
+        change.announce([device = std::weak_ptr<MemoryDevice>(owner),
+                         card = std::weak_ptr<MemorySubcard>(card),
+                         connector = std::weak_ptr<MemoryConnector>(connector)](MemoryDeviceList& list) {
+            Q_EMIT list.signalConnectorCapacityChanged(device, card, connector);
+        });
+        return true;
+    });
+}
+
+bool Control::selectInput(const QString& device, quint32 inputId)
+{
+    return onDevice(device, [inputId](Change& change, const auto& owner) {
+        MemoryDevice::Data& state = owner->data(change);
+        return (inputId == 0 || state.inputs.contains(inputId))
+            && setAndAnnounce(
+                   change, state.selectedInput, inputId, owner, &DeviceList::signalSelectedInputChanged);
+    });
+}
+
+quint32 Control::selectedInput(const QString& device) const
+{
+    const Guard guard(*m_pHub);
+    const std::shared_ptr<MemoryDevice> owner = m_list.device(guard, device);
+    return owner ? std::as_const(*owner).data(guard).selectedInput : 0;
+}
+
+} // namespace Orvane::MemoryModel

@@ -1,0 +1,127 @@
+#include "layercontroller.h"
+
+#include "layers.h"
+#include "operationtext.h"
+
+#include <utility>
+
+namespace Orvane::MemoryModel {
+
+using BizModel::SceneType;
+
+LayerController::LayerController(
+    std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, std::weak_ptr<BizModel::Device> device)
+    : m_pHub(std::move(hub))
+    , m_list(list)
+    , m_pDevice(std::move(device))
+{
+}
+
+bool LayerController::setSelected(
+    const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers, BizModel::SelectedType mode,
+    bool notify)
+{
+    const QString arguments = QStringLiteral("%1 %2 mode=%3 notify=%4")
+                                  .arg(screenText(screen), layersText(layers))
+                                  .arg(int(mode))
+                                  .arg(int(notify));
+    if (!start(Operation::SetLayersSelected, arguments))
+        return false;
+    Change change(*m_pHub);
+    MemoryScreen::Layers wanted;
+    const std::shared_ptr<MemoryScreen> present = find(change, screen, layers, wanted);
+    if (!present)
+        return false;
+    setSelectedLayers(change, present, wanted, mode == BizModel::SelectedType::Append, notify);
+    return true;
+}
+
+bool LayerController::cancelSelected(
+    const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers, bool notify)
+{
+    const QString arguments =
+        QStringLiteral("%1 %2 notify=%3").arg(screenText(screen), layersText(layers)).arg(int(notify));
+    if (!start(Operation::CancelLayersSelected, arguments))
+        return false;
+    Change change(*m_pHub);
+    MemoryScreen::Layers wanted;
+    const std::shared_ptr<MemoryScreen> present = find(change, screen, layers, wanted);
+    if (!present)
+        return false;
+    bool changed = false;
+    for (const std::shared_ptr<MemoryLayer>& layer : std::as_const(wanted))
+        changed |= std::exchange(layer->data(change).selected, false);
+    if (changed)
+        announceSelectedLayers(change, present, notify);
+    return true;
+}
+
+bool LayerController::updateWindow(const std::weak_ptr<BizModel::Layer>& layer, const QRect& window)
+{
+    const QString arguments = layersText({layer}) + QLatin1Char(' ') + windowText(window);
+    if (!start(Operation::UpdateWindow, arguments))
+        return false;
+    Change change(*m_pHub);
+    const auto present = ownObject<MemoryLayer>(layer);
+    const std::shared_ptr<MemoryScreen> screen = screenOf(change, present);
+    QString error;
+    return screen && moveLayer(change, screen, present, window, error);
+}
+
+bool LayerController::bindSource(const Layers& layers, quint32 sourceId, int sourceType)
+{
+    const QString arguments =
+        layersText(layers) + QStringLiteral(" source=%1:%2").arg(sourceType).arg(sourceId);
+    if (!start(Operation::BindSource, arguments) || sourceType != BizModel::SourceType::Input)
+        return false;
+    Change change(*m_pHub);
+    const std::shared_ptr<MemoryDevice> device = m_list.own(change, m_pDevice);
+    const auto input = device ? device->data(change).inputs.value(sourceId) : nullptr;
+    if (!input)
+        return false;
+    bool ok = !layers.isEmpty();
+    MemoryScreen::Layers bound;
+    for (const std::weak_ptr<BizModel::Layer>& each : layers) {
+        const auto layer = ownObject<MemoryLayer>(each);
+        const std::shared_ptr<MemoryScreen> screen = screenOf(change, layer);
+        QString error;
+        if (screen && isSceneEditable(change, *screen, layer->data(change).scene, error))
+            bound += layer;
+        else
+            ok = false;
+    }
+    return bindLayers(change, *device, bound, *input) && ok;
+}
+
+/// Writes the operation into the journal; false when it has to fail.
+bool LayerController::start(Operation operation, const QString& arguments) const
+{
+    return !m_pHub->operations.perform(operation, deviceText(m_pDevice) + QLatin1Char(' ') + arguments);
+}
+
+std::shared_ptr<MemoryScreen> LayerController::find(
+    const Guard& guard, const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers,
+    MemoryScreen::Layers& found) const
+{
+    const std::shared_ptr<MemoryDevice> device = m_list.own(guard, m_pDevice);
+    const auto present = device ? device->own(guard, screen) : nullptr;
+    for (const std::weak_ptr<BizModel::Layer>& each : layers) {
+        const auto layer = ownObject<MemoryLayer>(each);
+        if (!present || screenOf(guard, layer) != present)
+            return nullptr;
+        found += layer;
+    }
+    return present;
+}
+
+std::shared_ptr<MemoryScreen> LayerController::screenOf(
+    const Guard& guard, const std::shared_ptr<MemoryLayer>& layer) const
+{
+    const std::shared_ptr<MemoryScreen> screen = layer ? layer->screen() : nullptr;
+    if (!screen || !std::as_const(*screen).data(guard).registered || screen->device() != m_pDevice.lock())
+        return nullptr;
+    const SceneType scene = std::as_const(*layer).data(guard).scene;
+    return std::as_const(*screen).data(guard).layers(scene).contains(layer) ? screen : nullptr;
+}
+
+} // namespace Orvane::MemoryModel

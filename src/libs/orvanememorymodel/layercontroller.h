@@ -1,0 +1,42 @@
+#pragma once
+
+#include "memorydevicelist.h"
+#include "modelcontrol/layer.h"
+
+namespace Orvane::MemoryModel {
+
+/// Works on layers of any type of a device.
+class LayerController final : public ModelControl::Layer {
+public:
+    LayerController(
+        std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, std::weak_ptr<BizModel::Device> device);
+
+    /// Refused as a whole when one of the layers is not on the screen. Replacing a selection reaches both
+    /// scenes.
+    bool setSelected(
+        const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers, BizModel::SelectedType mode,
+        bool notify) override;
+    bool cancelSelected(
+        const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers, bool notify) override;
+    /// Refused when the layer cannot be changed now or the hardware lacks resources for the window.
+    bool updateWindow(const std::weak_ptr<BizModel::Layer>& layer, const QRect& window) override;
+    /// The layers take on the input's capacity. Those that cannot be changed now stay as they are, and the
+    /// answer is false. On regular screens the hardware must have the resources.
+    bool bindSource(const Layers& layers, quint32 sourceId, int sourceType) override;
+
+private:
+    bool start(Operation operation, const QString& arguments) const;
+    /// The screen and those of the layers that are on it; no screen when one of them is not.
+    std::shared_ptr<MemoryScreen> find(
+        const Guard& guard, const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers,
+        MemoryScreen::Layers& found) const;
+    /// The screen that the layer is on now; empty when it is on none of this device.
+    std::shared_ptr<MemoryScreen> screenOf(
+        const Guard& guard, const std::shared_ptr<MemoryLayer>& layer) const;
+
+    const std::shared_ptr<ModelHub> m_pHub;
+    MemoryDeviceList& m_list;
+    const std::weak_ptr<BizModel::Device> m_pDevice;
+};
+
+} // namespace Orvane::MemoryModel
