@@ -4,13 +4,30 @@
 #include "eccommanditem.h"
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 namespace Orvane::ECProxy::Client::Internal {
 
 void SelectKeys::collect(const std::shared_ptr<EC::s_ECCommandConfig>& config, quint16 orvaneKey)
 {
-    auto found = config ? config->findECButtonConfigsByOrvaneKey(orvaneKey)
-                        : QList<std::shared_ptr<EC::s_ECButtonConfig>>();
+    set(config ? config->findECButtonConfigsByOrvaneKey(orvaneKey)
+               : QList<std::shared_ptr<EC::s_ECButtonConfig>>());
+}
+
+void SelectKeys::collectFunctions(const std::shared_ptr<EC::s_ECCommandConfig>& config)
+{
+    QList<std::shared_ptr<EC::s_ECButtonConfig>> found;
+    if (config) {
+        std::copy_if(
+            config->m_buttons.cbegin(), config->m_buttons.cend(), std::back_inserter(found),
+            [](const auto& button) { return button && button->OrvaneKey != 0; });
+    }
+    set(std::move(found));
+}
+
+void SelectKeys::set(QList<std::shared_ptr<EC::s_ECButtonConfig>> found)
+{
     std::stable_sort(found.begin(), found.end(), [](const auto& left, const auto& right) {
         return left->OrderIndex < right->OrderIndex;
     });

@@ -27,6 +27,9 @@ public:
     /// Takes all keys of `config` with that function code; none for an empty configuration.
     void collect(const std::shared_ptr<EC::s_ECCommandConfig>& config, quint16 orvaneKey);
 
+    /// Takes all keys of `config` that have a function code.
+    void collectFunctions(const std::shared_ptr<EC::s_ECCommandConfig>& config);
+
     Buttons buttons() const;
     int count() const;
     /// Empty when `index` is out of range or the configuration is gone.
@@ -37,6 +40,8 @@ public:
     QList<std::shared_ptr<ECCommandItem>> makeItems(int pageCount) const;
 
 private:
+    void set(QList<std::shared_ptr<EC::s_ECButtonConfig>> found);
+
     // m_mutex guards m_buttons.
     mutable std::mutex m_mutex;
     Buttons m_buttons;

@@ -1,0 +1,364 @@
+#include "functioncommand_p.h"
+
+#include "ecmanager.h"
+#include "hoststate.h"
+#include "modelaccess.h"
+
+#include "bizmodel/device.h"
+#include "bizmodel/layer.h"
+#include "bizmodel/screen.h"
+#include "bizmodel/subcard.h"
+#include "bizmodel/translations.h"
+#include "ec/eckeyboardconfig.h"
+#include "modelcontrol/asyncmanager.h"
+
+#include <QCoreApplication>
+#include <QThread>
+
+#include <thread>
+
+namespace Orvane::ECProxy::Client::Internal {
+
+using BizModel::FramelessMessageBoxMsgType;
+using BizModel::SceneType;
+using BizModel::StatusBarMsgType;
+
+namespace Translate = BizModel::Translate;
+
+namespace {
+
+/// The source of the secondary screen, by its name on the console: the connected computer's picture, or the
+/// application's own.
+constexpr DVISource SignalSource = dvi1;
+constexpr DVISource ApplicationSource = arm_left;
+constexpr int MvrInput = 0;
+
+bool isGuiThread()
+{
+    const QCoreApplication* app = QCoreApplication::instance();
+    return app && QThread::currentThread() == app->thread();
+}
+
+void switchSource(DVISource source)
+{
+    if (ECManager* manager = ECManager::instance())
+        manager->switchSource(source);
+}
+
+void showPropertyPopup(bool visible)
+{
+    if (ECManager* manager = ECManager::instance())
+        Q_EMIT manager->signalPropertyPopupVisible(visible);
+}
+
+/// The source switched to last; without a manager there is nothing to be switched.
+DVISource currentSource()
+{
+    const ECManager* manager = ECManager::instance();
+    return manager ? manager->getCurrentSource() : DVISource(0xFF);
+}
+
+void waitForSource()
+{
+    std::this_thread::sleep_for(FunctionCommandPrivate::SourceSwitchDuration);
+}
+
+/// Number of layers in a scene that the cards behind the screen can show.
+int layerLimit(const BizModel::Screen& screen)
+{
+    int limit = 0;
+    const auto cards = screen.subCards();
+    for (const auto& weakCard : cards) {
+        if (const auto card = weakCard.lock())
+            limit += card->layerCapacity();
+    }
+    return limit;
+}
+
+/// Scene of the first of the layers that is still there.
+SceneType sceneOf(const QList<std::weak_ptr<BizModel::Layer>>& layers)
+{
+    for (const auto& weakLayer : layers) {
+        if (const auto layer = weakLayer.lock())
+            return layer->sceneType();
+    }
+    return SceneType::PVW;
+}
+
+/// Whether the scene has room for copies of the selected layers. Tells the user when it has not.
+bool hasRoomFor(const BizModel::Screen& screen, const QList<std::weak_ptr<BizModel::Layer>>& selected)
+{
+    const bool isPreview = sceneOf(selected) == SceneType::PVW;
+    const int present = isPreview ? screen.PVWLayers(BizModel::Enum::Layer::RegularAndAUXLayers).size()
+                                  : screen.PGMLayers(BizModel::Enum::Layer::RegularAndAUXLayers).size();
+    const int limit = layerLimit(screen);
+    if (present + selected.size() <= limit)
+        return true;
+    if (isPreview)
+        qWarning("Create layer by CopyAndMirror failed:Layer count is more than PVW");
+    else
+        qWarning("Create layer by CopyAndMirror failed:Layer count is more than PGM");
+    showStatusBarMsg(
+        StatusBarMsgType::Warning, Translate::tr(Translate::TR_THE_FUNCTION_LAYER_LIMIT).arg(limit));
+    return false;
+}
+
+void tellSaveEnded(bool ok, const QString& reason)
+{
+    hideWaitingDialog();
+    if (ok) {
+        showFramelessMessageBox(
+            FramelessMessageBoxMsgType::Information, Translate::tr(Translate::TR_THE_FUNCTION_SAVE_SUCCESS));
+        return;
+    }
+    qWarning("Save device data has failed. %s", qUtf8Printable(reason));
+    showFramelessMessageBox(
+        FramelessMessageBoxMsgType::Warning, Translate::tr(Translate::TR_THE_FUNCTION_SAVE_FAILURE));
+}
+
+} // namespace
+
+FunctionCommandPrivate::FunctionCommandPrivate(FunctionCommand* command)
+    : m_pCommand(command)
+    , m_pLockTBarTimer([this] { slotLockTBarTimeOut(); })
+    , m_pLockECKeyboardTimer([this] { slotLockECKeyboardTimeOut(); })
+{
+}
+
+void FunctionCommandPrivate::updateEcButtonColor(bool on, FunctionCallbackType type, ECLEDColor colour)
+{
+    const auto config = m_pCommand->ecCommandConfig();
+    if (!config) {
+        qWarning(" m_pCommand is nullptr or m_pECCommandCfg is nullptr");
+        return;
+    }
+    const auto button = config->findECButtonConfigByOrvaneKey(quint16(type));
+    if (!button) {
+        qWarning(" command has invalid page button");
+        return;
+    }
+    m_pCommand->setEcButtonLedColor(button->OrvaneECKey, button->ECKey, on, colour);
+}
+
+// ---- Saving ---------------------------------------------------------------------------------------------
+
+bool FunctionCommandPrivate::saveDataToDevicePressed(const quint32& ecKey)
+{
+    if (HostState::hasModalWindow())
+        return false;
+    if (!m_isSavedFinished->exchange(false))
+        return false;
+    m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green);
+    saveDataToDevice();
+    m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Off);
+    return true;
+}
+
+bool FunctionCommandPrivate::saveDataToDeviceRelease(const quint32&)
+{
+    return true;
+}
+
+void FunctionCommandPrivate::saveDataToDevice()
+{
+    const auto device = activedDevice();
+    if (!device || !device->onlineFlag()) {
+        qDebug("Device data is not saved: there is no active device or it is offline.");
+        *m_isSavedFinished = true;
+        return;
+    }
+    showWaitingDialog(Translate::tr(Translate::TR_THE_FUNCTION_SAVE_WAIT));
+    // The answer may come when the command is gone: it uses nothing of it.
+    const auto completion = [finished = m_isSavedFinished](bool ok, const QString& reason) {
+        tellSaveEnded(ok, reason);
+        *finished = true;
+    };
+    if (auto* requests = ModelControl::AsyncManager::instance())
+        requests->startAsyncRequest(ModelControl::AsyncSaveDeviceData{device, completion});
+    else
+        completion(false, QStringLiteral("There is nobody to save it."));
+}
+
+// ---- Locks ----------------------------------------------------------------------------------------------
+
+bool FunctionCommandPrivate::lockECTBarPressed(const quint32& ecKey)
+{
+    return holdPressed(ecKey, m_pLockTBarTimer);
+}
+
+bool FunctionCommandPrivate::lockECTBarRelease(const quint32& ecKey)
+{
+    return holdRelease(ecKey, m_pLockTBarTimer, m_bLockTBar);
+}
+
+bool FunctionCommandPrivate::lockECKeyboardPressed(const quint32& ecKey)
+{
+    return holdPressed(ecKey, m_pLockECKeyboardTimer);
+}
+
+bool FunctionCommandPrivate::lockECKeyboardRelease(const quint32& ecKey)
+{
+    return holdRelease(ecKey, m_pLockECKeyboardTimer, m_bLockECKeyboard);
+}
+
+bool FunctionCommandPrivate::holdPressed(const quint32& ecKey, HoldTimer& timer)
+{
+    m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green);
+    timer.restart(LockHoldDuration);
+    return true;
+}
+
+bool FunctionCommandPrivate::holdRelease(
+    const quint32& ecKey, HoldTimer& timer, const std::atomic<bool>& locked)
+{
+    const bool wasCutShort = timer.stop();
+    // A time-out that is just running has the last word on the light.
+    if (!wasCutShort && timer.isRunning())
+        return true;
+    if (!locked)
+        m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Off);
+    return true;
+}
+
+void FunctionCommandPrivate::slotLockTBarTimeOut()
+{
+    const bool locked = !m_bLockTBar;
+    m_bLockTBar = locked;
+    qDebug("current T-Bar status is %s", locked ? "true" : "false");
+    m_pCommand->lockedTBar(locked);
+    updateEcButtonColor(locked, FunctionCallbackType::eLockECTBarCB, ECLEDColor::Green);
+}
+
+void FunctionCommandPrivate::slotLockECKeyboardTimeOut()
+{
+    m_bLockECKeyboard = true;
+    m_pCommand->lockedKeyPad(true);
+    updateEcButtonColor(true, FunctionCallbackType::eLockECKeyboardCB, ECLEDColor::Green);
+}
+
+// ---- Source of the secondary screen ---------------------------------------------------------------------
+
+bool FunctionCommandPrivate::switchSecondaryScreenSignalPressed(const quint32&)
+{
+    return true;
+}
+
+bool FunctionCommandPrivate::switchSecondaryScreenSignalRelease(const quint32&)
+{
+    qDebug("functionkeyboard MVR key clicked start.");
+    if (HostState::isQuenor())
+        return false;
+    ECManager* manager = ECManager::instance();
+    if (!manager || !manager->dviInSignal(MvrInput))
+        return false;
+    switchInTurn([this] { exchangeSource(); });
+    return true;
+}
+
+void FunctionCommandPrivate::exchangeSource()
+{
+    constexpr auto mvrKey = FunctionCallbackType::eSwitchSecondaryScreenSignalCB;
+    switch (currentSource()) {
+    case ApplicationSource:
+        qDebug("mvr pressed: switch source dvi1");
+        switchSource(SignalSource);
+        waitForSource();
+        updateEcButtonColor(true, mvrKey, ECLEDColor::Green);
+        showPropertyPopup(false);
+        // The source that it was switched away from.
+        qDebug("functionkeyboard MVR key clicked end. current is arm_left");
+        break;
+    case SignalSource:
+        qDebug("mvr pressed: switch source arm_left");
+        updateEcButtonColor(true, mvrKey, ECLEDColor::Yellow);
+        showPropertyPopup(true);
+        waitForSource();
+        switchSource(ApplicationSource);
+        qDebug("functionkeyboard MVR key clicked end. current is dvi1");
+        break;
+    }
+}
+
+void FunctionCommandPrivate::followDVISignal(bool hasSignal)
+{
+    switchInTurn([this, hasSignal] {
+        constexpr auto mvrKey = FunctionCallbackType::eSwitchSecondaryScreenSignalCB;
+        const DVISource source = currentSource();
+        if (!hasSignal || source == ApplicationSource) {
+            showPropertyPopup(true);
+            waitForSource();
+            switchSource(ApplicationSource);
+            updateEcButtonColor(hasSignal, mvrKey, ECLEDColor::Yellow);
+        } else if (source == SignalSource) {
+            switchSource(SignalSource);
+            waitForSource();
+            showPropertyPopup(false);
+            updateEcButtonColor(true, mvrKey, ECLEDColor::Green);
+        }
+    });
+}
+
+void FunctionCommandPrivate::switchInTurn(const SerialJobs::Job& change)
+{
+    if (isGuiThread())
+        m_sourceChanges.post(change);
+    else
+        m_sourceChanges.runHere(change);
+}
+
+// ---- Layer copies ---------------------------------------------------------------------------------------
+
+bool FunctionCommandPrivate::layerCopyPressed(const quint32& ecKey)
+{
+    return layerCopyPressed(ecKey, false);
+}
+
+bool FunctionCommandPrivate::layerMirCopyPressed(const quint32& ecKey)
+{
+    return layerCopyPressed(ecKey, true);
+}
+
+bool FunctionCommandPrivate::layerCopyPressed(const quint32& ecKey, bool mirrored)
+{
+    if (HostState::hasModalWindow())
+        return false;
+    m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green);
+    copySelectedLayers(mirrored);
+    return true;
+}
+
+bool FunctionCommandPrivate::layerCopyRelease(const quint32& ecKey)
+{
+    m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Off);
+    return true;
+}
+
+void FunctionCommandPrivate::copySelectedLayers(bool mirrored)
+{
+    const auto device = activedDevice();
+    const auto screen = device ? device->activedScreen().lock() : nullptr;
+    if (!screen) {
+        qWarning("Create layer by Copy failed: actived screen is null.");
+        return;
+    }
+    const auto selected = screen->selectedLayers();
+    if (selected.isEmpty()) {
+        qWarning("Create layer by Copy failed: select layer is empty.");
+        return;
+    }
+    if (!hasRoomFor(*screen, selected))
+        return;
+    const auto completion = [](bool ok, const QString& reason) {
+        if (ok)
+            return;
+        qWarning("Create layer by Copy failed: %s", qUtf8Printable(reason));
+        showStatusBarMsg(StatusBarMsgType::Warning, reason);
+    };
+    if (auto* requests = ModelControl::AsyncManager::instance())
+        requests->startAsyncRequest(
+            ModelControl::AsyncAddCopyLayers{device, screen, selected, mirrored, completion});
+    else
+        qWarning("Create layer by Copy failed: there is nobody to carry it out.");
+}
+
+} // namespace Orvane::ECProxy::Client::Internal
