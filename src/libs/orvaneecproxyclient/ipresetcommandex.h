@@ -1,0 +1,57 @@
+#pragma once
+
+#include "command.h"
+
+namespace Orvane::ECProxy::Client {
+
+/// A further receiver of what happens on the preset keys: derive from it, make the object on the GUI thread,
+/// hand it to `PresetCommand::registerPresetCommand()`, and delete it on the GUI thread when it is no longer
+/// wanted.
+///
+/// Threads: a registered extension lives on the application's thread, and the preset command calls it there
+/// and nowhere else, in the order of the keys. Keys of the physical console reach it queued, after the preset
+/// command has begun to act on them; nobody waits for it.
+///
+/// What the preset command calls: `selectPresetPressed()` and, right after it, `isBindProgram()`;
+/// `selectPresetRelease()`; `clearPresetsPressed()`; `takePressed()` and `cutPressed()`, whose keys are the
+/// screen group's; `ecTBarChanged()`; `updatePageIndex()`. It calls nothing else, the slots of `Command`
+/// included. Results are not looked at, except for that of `isBindProgram()`. By default nothing is done and
+/// the answer is false.
+class ORVANEECPROXYCLIENT_EXPORT IPresetCommandEx : public Command {
+    Q_OBJECT
+
+public:
+    explicit IPresetCommandEx(QObject* parent = nullptr);
+    ~IPresetCommandEx() override;
+
+    virtual bool selectPresetPressed(const quint32& ecKey);
+    virtual bool selectPresetRelease(const quint32& ecKey);
+    virtual bool removeSelectedPresetPressed(const quint32& ecKey);
+    virtual bool removeSelectedPresetRelease(const quint32& ecKey);
+    /// All presets are to be removed: the clear key was held, or the question was answered with yes.
+    virtual bool clearPresetsPressed();
+    virtual bool clearPresetsRelease(const quint32& ecKey);
+    virtual bool savePresetPressed(const quint32& ecKey);
+    virtual bool savePresetRelease(const quint32& ecKey);
+    virtual bool cutPressed(const quint32& ecKey);
+    virtual bool takePressed(const quint32& ecKey);
+    virtual bool cutRelease(const quint32& ecKey);
+    virtual bool takeRelease(const quint32& ecKey);
+    /// The T-Bar left an end while neither it nor the keypad was locked.
+    virtual void ecTBarChanged(const ECTBarValue& value);
+    /// Whether the extension has bound a program of its own to the key. Asked on the application's thread: a
+    /// press on the physical console finds the answer of the key's press before.
+    virtual bool isBindProgram(const quint32& ecKey);
+    /// The preset keys show another page. By default it becomes this command's own page.
+    virtual void updatePageIndex();
+
+    bool isAllowedKeyPressed(const quint16& ecKey) override;
+    bool isAllowedKeyReleased(const quint16& ecKey) override;
+    void updateSelectModeButtonConfig() override;
+
+public Q_SLOTS:
+    void slotECButtonPressed(const quint32& ecKey) override;
+    void slotECButtonRelease(const quint32& ecKey) override;
+};
+
+} // namespace Orvane::ECProxy::Client

@@ -1,0 +1,319 @@
+#include "orvanepresetcommand.h"
+
+#include "ecconsolemanager.h"
+#include "modelaccess.h"
+#include "orvanepresetcommand_p.h"
+#include "presetgroup_p.h"
+
+#include "bizmodel/device.h"
+#include "bizmodel/devicelist.h"
+#include "ec/eckeyboardconfig.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace Orvane::ECProxy::Client {
+
+namespace Internal {
+
+// ---- Items ----------------------------------------------------------------------------------------------
+
+OrvanePresetCommandPrivate::KeyPresets OrvanePresetCommandPrivate::readPresets(const BizModel::Device& device)
+{
+    struct Found {
+        std::shared_ptr<BizModel::Preset> preset;
+        std::shared_ptr<BizModel::Device> device;
+        quint16 fileId = 0;
+    };
+    std::vector<Found> found;
+    const BizModel::DeviceList* devices = BizModel::DeviceList::instance();
+    const auto members = devices ? devices->groupDevices(device.groupId(), true, false)
+                                 : QList<std::weak_ptr<BizModel::Device>>();
+    for (const auto& weakMember : members) {
+        const auto member = weakMember.lock();
+        if (!member)
+            continue;
+        const auto presets = member->presets();
+        for (const auto& weakPreset : presets) {
+            if (const auto preset = weakPreset.lock())
+                found.push_back({preset, member, preset->fileId()});
+        }
+    }
+    std::stable_sort(found.begin(), found.end(), [](const Found& left, const Found& right) {
+        return left.fileId < right.fileId;
+    });
+
+    const auto actived = device.activedPreset().lock();
+    KeyPresets keys;
+    for (const Found& each : found) {
+        if (each.fileId == 0)
+            continue; // no slot
+        KeyPreset& key = keys[each.fileId - 1];
+        const ECObjectId id(each.fileId, quint32(each.preset->fileType()));
+        if (!key.ids.contains(id))
+            key.ids.append(id);
+        if (key.namedBy != each.device.get())
+            key.names.append(each.preset->name());
+        key.namedBy = each.device.get();
+        key.isActived = key.isActived || each.preset == actived;
+    }
+    return keys;
+}
+
+void OrvanePresetCommandPrivate::bindPresets(const QString& ip, int pageSize, const KeyPresets& presets)
+{
+    ECConsoleManager* store = ECConsoleManager::instance();
+    store->resetECCommandItems(ip, KeyboardType::Preset);
+    QMap<quint32, quint32> fileIds;
+    for (const auto& [slot, preset] : presets) {
+        store->updateECButtonData(
+            ip, KeyboardType::Preset, slot % pageSize, slot, slot / pageSize, preset.ids,
+            preset.isActived ? ECLEDColor::Green : ECLEDColor::Yellow, preset.names.join(QLatin1Char('/')),
+            false);
+        fileIds[quint32(slot)] = quint32(preset.ids.first().first);
+    }
+    const std::lock_guard<std::mutex> lock(m_keyMapMutex);
+    presetKeyMap.swap(fileIds);
+}
+
+void OrvanePresetCommandPrivate::updateECCommandItems()
+{
+    const auto command = presetCommand();
+    const int pageSize = command && command->ecCommandConfig() ? command->pageSize() : 0;
+    if (pageSize <= 0) {
+        qWarning("ECCommandItem config is not exist.");
+        return;
+    }
+    const auto device = activedDevice();
+    if (!device) {
+        qCritical("No actived device");
+        return;
+    }
+    const QString ip = device->ipMacSn();
+    // A device that has just become the active one may not have its keys yet.
+    ECConsoleManager::instance()->initDeviceECCommandItems(ip);
+    m_itemUpdates.update(
+        [&] { return readPresets(*device); },
+        [&](const KeyPresets& presets) { bindPresets(ip, pageSize, presets); });
+}
+
+std::shared_ptr<BizModel::Preset> OrvanePresetCommandPrivate::findPresetByEckey(const quint32& ecKey) const
+{
+    const auto device = activedDevice();
+    const BizModel::DeviceList* devices = BizModel::DeviceList::instance();
+    const auto command = presetCommand();
+    if (!command) {
+        qWarning("Find preset command data error.");
+        return nullptr;
+    }
+    if (!device || !devices)
+        return nullptr;
+    const int slot = command->findECButtonIndex(ecKey);
+    const ECObjectIdList bound = m_itemUpdates.read([&, ip = device->ipMacSn()] {
+        return ECConsoleManager::instance()->findBindingObject(ip, KeyboardType::Preset, slot);
+    });
+    if (bound.isEmpty())
+        return nullptr;
+    const auto presets = devices->groupDevicePresets(device);
+    for (const auto& weakPreset : presets) {
+        auto preset = weakPreset.lock();
+        if (preset && preset->presetDetail().id == bound.first().first)
+            return preset;
+    }
+    return nullptr;
+}
+
+void OrvanePresetCommandPrivate::unbindRemovedPreset(
+    const BizModel::Device& device, const BizModel::Preset& preset)
+{
+    const ECObjectId id(preset.fileId(), quint32(preset.fileType()));
+    m_itemUpdates.write([&, ip = device.ipMacSn()] {
+        ECConsoleManager::instance()->resetECButtonData(ip, KeyboardType::Preset, id, ECLEDColor::Off);
+    });
+}
+
+bool OrvanePresetCommandPrivate::isOfActivedGroup(const std::weak_ptr<BizModel::Device>& weakDevice)
+{
+    const auto device = weakDevice.lock();
+    const auto actived = activedDevice();
+    const BizModel::DeviceList* devices = BizModel::DeviceList::instance();
+    if (!device || !actived || !devices)
+        return false;
+    const auto members = devices->groupDevices(actived->groupId(), true, false);
+    return std::any_of(
+        members.cbegin(), members.cend(), [&](const auto& member) { return member.lock() == device; });
+}
+
+QMap<quint32, quint32> OrvanePresetCommandPrivate::presetKeyMapCopy() const
+{
+    const std::lock_guard<std::mutex> lock(m_keyMapMutex);
+    return presetKeyMap;
+}
+
+} // namespace Internal
+
+using BizModel::Enum::Preset::PresetOptMode;
+using Internal::OrvanePresetCommandPrivate;
+
+OrvanePresetCommand::OrvanePresetCommand(QObject* parent)
+    : IPresetCommandEx(parent)
+    , d(new OrvanePresetCommandPrivate(this))
+{
+}
+
+OrvanePresetCommand::~OrvanePresetCommand()
+{
+    delete d;
+}
+
+// ---- The group of keys ----------------------------------------------------------------------------------
+
+QString OrvanePresetCommand::name() const
+{
+    return Constants::PRESETCOMMANDNAME;
+}
+
+int OrvanePresetCommand::maxPage()
+{
+    constexpr int pagesWithoutDevice = 4;
+    const int size = pageSize();
+    return size > 0 && Internal::activedDevice() ? Internal::pageCount(Internal::MaxKeyPresets, size)
+                                                 : pagesWithoutDevice;
+}
+
+int OrvanePresetCommand::pageSize() const
+{
+    const auto command = Internal::presetCommand();
+    return command ? command->pageSize() : 0;
+}
+
+QList<std::shared_ptr<ECCommandItem>> OrvanePresetCommand::commandItems() const
+{
+    const auto device = Internal::activedDevice();
+    const QString ip = device ? device->ipMacSn() : QString();
+    return d->m_itemUpdates.read([&] {
+        QList<std::shared_ptr<ECCommandItem>> copies;
+        const auto items = ECConsoleManager::instance()->presetECCommandItems(ip);
+        copies.reserve(items.size());
+        for (const auto& item : items)
+            copies.append(std::make_shared<ECCommandItem>(*item));
+        return copies;
+    });
+}
+
+bool OrvanePresetCommand::updatePageOled(const quint32& oledECKey, const quint32& pageIndex)
+{
+    const bool isShown = Command::updatePageOled(oledECKey, pageIndex);
+    updateECCommandItems();
+    if (const auto command = Internal::presetCommand())
+        command->updateCommandKeypad(Enum::UpdateConsoleType::All);
+    return isShown;
+}
+
+void OrvanePresetCommand::updateKeyboard()
+{
+    if (const auto oled = findPageOled(quint16(PresetCallbackType::ePageUp)))
+        updatePageOled(oled->ECKey, quint32(page()));
+}
+
+bool OrvanePresetCommand::isAllowedKeyReleased(const quint16& ecKey)
+{
+    return Internal::isPresetKeyReleaseAllowed(*this, ecKey);
+}
+
+void OrvanePresetCommand::updateECCommandItems()
+{
+    d->updateECCommandItems();
+}
+
+QMap<quint32, quint32> OrvanePresetCommand::presetKeyMap() const
+{
+    return d->presetKeyMapCopy();
+}
+
+// ---- Keys -----------------------------------------------------------------------------------------------
+
+bool OrvanePresetCommand::selectPresetPressed(const quint32& ecKey)
+{
+    return selectPresetPressed(ecKey, false);
+}
+
+bool OrvanePresetCommand::selectPresetPressed(const quint32& ecKey, bool bound)
+{
+    qDebug("press preset key:%u", ecKey);
+    switch (Internal::presetOperateMode()) {
+    case PresetOptMode::Clear:
+        d->clearPreset(ecKey);
+        break;
+    case PresetOptMode::Save:
+        d->savePreset(ecKey);
+        break;
+    case PresetOptMode::Select:
+        d->loadPreset(ecKey, bound);
+        break;
+    case PresetOptMode::Noting:
+    case PresetOptMode::ClearAll:
+        break;
+    }
+    return true;
+}
+
+bool OrvanePresetCommand::clearPresetsPressed()
+{
+    qDebug("Clear all presets pressed.");
+    d->clearAllPresets();
+    return true;
+}
+
+// ---- The model's notifications --------------------------------------------------------------------------
+
+void OrvanePresetCommand::slotDeviceRemoved(std::shared_ptr<BizModel::Device> device)
+{
+    if (!device)
+        return;
+    d->m_itemUpdates.write([ip = device->ipMacSn()] {
+        ECConsoleManager::instance()->resetECCommandItems(ip, KeyboardType::Preset);
+    });
+}
+
+void OrvanePresetCommand::slotDevicePresetAdded(
+    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Preset>)
+{
+    if (OrvanePresetCommandPrivate::isOfActivedGroup(device))
+        updateECCommandItems();
+}
+
+void OrvanePresetCommand::slotDevicePresetRemoved(
+    std::weak_ptr<BizModel::Device> weakDevice, std::shared_ptr<BizModel::Preset> preset)
+{
+    const auto device = weakDevice.lock();
+    if (device && preset)
+        d->unbindRemovedPreset(*device, *preset);
+    Internal::offFunctionkeyColor(PresetCallbackType::eRemoveSelectedPresetCB);
+    updateECCommandItems();
+}
+
+void OrvanePresetCommand::slotDeviceDevicePresetCleared(std::weak_ptr<BizModel::Device>)
+{
+    updateECCommandItems();
+    Internal::offFunctionkeyColor(PresetCallbackType::eClearPresetsCB);
+}
+
+void OrvanePresetCommand::slotPresetNameChanged(
+    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::File>)
+{
+    updateECCommandItems();
+}
+
+void OrvanePresetCommand::slotDevicePresetSelectChanged(std::weak_ptr<BizModel::Device>)
+{
+    updateECCommandItems();
+}
+
+void OrvanePresetCommand::slotDevicePresetCovered(
+    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Preset>)
+{
+    updateECCommandItems();
+}
+
+} // namespace Orvane::ECProxy::Client

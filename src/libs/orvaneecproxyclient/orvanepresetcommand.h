@@ -1,0 +1,68 @@
+#pragma once
+
+#include "ipresetcommandex.h"
+
+#include <QMap>
+
+namespace Orvane::ECProxy::Client {
+
+namespace Internal {
+class OrvanePresetCommandPrivate;
+}
+
+/// Turns preset keys into preset files of the active device.
+///
+/// A key on a page stands for a slot, page times page size plus place; slot b holds the preset with the file
+/// id b + 1. Pressing the key stores the present preview there, removes the preset or loads it, as the
+/// application's preset mode says. The keys show the presets of the device and of its group: green for the
+/// device's active one, yellow for the others, dark for a free slot.
+///
+/// Made and called by the preset command, whose keys and page it works with. Threads: any. Loading goes on
+/// after the press, on Qt's global thread pool for the model and on the sampling thread for the device;
+/// destruction waits for a model update that has begun and drops those that have not.
+class ORVANEECPROXYCLIENT_EXPORT OrvanePresetCommand : public IPresetCommandEx {
+    Q_OBJECT
+
+public:
+    explicit OrvanePresetCommand(QObject* parent = nullptr);
+    ~OrvanePresetCommand() override;
+
+    /// The same as the preset command's.
+    QString name() const override;
+    int maxPage() override;
+    int pageSize() const override;
+    /// Copies of the active device's items, all of one moment.
+    QList<std::shared_ptr<ECCommandItem>> commandItems() const override;
+    using Command::updatePageOled;
+    bool updatePageOled(const quint32& oledECKey, const quint32& pageIndex) override;
+    void updateKeyboard() override;
+    bool isAllowedKeyReleased(const quint16& ecKey) override;
+
+    bool selectPresetPressed(const quint32& ecKey) override;
+    /// Stores, removes or loads. @p bound changes nothing. Returns true.
+    bool selectPresetPressed(const quint32& ecKey, bool bound);
+    bool clearPresetsPressed() override;
+
+    /// Binds the presets of the active device's group to its keys and gives the keys their looks.
+    void updateECCommandItems();
+    /// File ids by slot, as of the last binding.
+    QMap<quint32, quint32> presetKeyMap() const;
+
+public Q_SLOTS:
+    void slotDeviceRemoved(std::shared_ptr<BizModel::Device> device) override;
+    void slotDevicePresetAdded(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Preset> preset) override;
+    void slotDevicePresetRemoved(
+        std::weak_ptr<BizModel::Device> device, std::shared_ptr<BizModel::Preset> preset) override;
+    void slotDeviceDevicePresetCleared(std::weak_ptr<BizModel::Device> device) override;
+    void slotPresetNameChanged(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::File> file) override;
+    void slotDevicePresetSelectChanged(std::weak_ptr<BizModel::Device> device) override;
+    void slotDevicePresetCovered(
+        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Preset> preset) override;
+
+private:
+    Internal::OrvanePresetCommandPrivate* const d;
+};
+
+} // namespace Orvane::ECProxy::Client

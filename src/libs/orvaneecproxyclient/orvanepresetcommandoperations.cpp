@@ -1,0 +1,237 @@
+// What a preset key does to the device's preset files.
+#include "orvanepresetcommand_p.h"
+
+#include "consumetime.h"
+#include "modelaccess.h"
+#include "presetgroup_p.h"
+
+#include "bizmodel/device.h"
+#include "bizmodel/keypad.h"
+#include "bizmodel/translations.h"
+#include "modelcontrol/asyncmanager.h"
+#include "modelcontrol/device.h"
+#include "parallelcontrol/parallelmanager.h"
+#include "tasksampling/samplingthread.h"
+
+namespace Orvane::ECProxy::Client::Internal {
+
+using BizModel::FramelessMessageBoxMsgType;
+using BizModel::Enum::File::FileType;
+using BizModel::Enum::Preset::PresetOptMode;
+using ProtoModel::File::s_KeypadInfo;
+
+namespace Translate = BizModel::Translate;
+
+namespace {
+
+void endSaveMode()
+{
+    setPresetOperateMode(PresetOptMode::Noting);
+    offFunctionkeyColor(PresetCallbackType::eSavePresetCB);
+}
+
+/// Hands the load to the sampling thread, which keeps the newest of those that wait.
+bool sampleLoad(const std::shared_ptr<TaskSampling::s_LoadPresetSampling>& sampling)
+{
+    logConsumeTime("preset consume time:SamplingThread appendData start.");
+    qDebug("***************************************5.22");
+    auto* const thread = TaskSampling::SamplingThread::instance();
+    if (thread && thread->setSamplingType(TaskSampling::LoadPreset) && thread->appendData(sampling))
+        return true;
+    qWarning("Load preset failed: sampling failed.");
+    return false;
+}
+
+} // namespace
+
+// ---- Saving ---------------------------------------------------------------------------------------------
+
+std::shared_ptr<BizModel::Preset> OrvanePresetCommandPrivate::presetOf(
+    const BizModel::Device& device, quint16 fileId)
+{
+    const auto presets = device.presets();
+    for (const auto& weakPreset : presets) {
+        auto preset = weakPreset.lock();
+        if (preset && preset->presetDetail().id == fileId)
+            return preset;
+    }
+    return nullptr;
+}
+
+bool OrvanePresetCommandPrivate::storePreset(const std::shared_ptr<BizModel::Device>& device, quint16 fileId)
+{
+    QString error;
+    if (const auto present = presetOf(*device, fileId)) {
+        const auto presets = ModelControl::Preset::create(device);
+        if (presets && presets->coverPreset(present, FileType::PresetPVW, error))
+            return true;
+        qWarning("Failed to cover the PVW preset! errMsg :%s", qUtf8Printable(error));
+        return false;
+    }
+    const auto files = ModelControl::Device::create(device);
+    if (files && files->createPresetFile(FileType::PresetPVW, fileId, error))
+        return true;
+    qWarning("Failed to create the PVW preset! %s", qUtf8Printable(error));
+    return false;
+}
+
+bool OrvanePresetCommandPrivate::savePreset(const quint32& ecKey)
+{
+    qDebug("preset key [%u] pressed to create preset.", ecKey);
+    const auto device = activedDevice();
+    if (!device) {
+        qWarning("Create preset failed: device is nullptr.");
+        return false;
+    }
+    QString error;
+    if (!device->editPresetValidityCheck(Translate::tr(Translate::TR_THE_FUNCTION_CREATEPRESET), error)) {
+        showFramelessMessageBox(FramelessMessageBoxMsgType::Information, error);
+        endSaveMode();
+        return false;
+    }
+    const auto command = presetCommand();
+    const int slot = command ? command->findECButtonIndex(ecKey) : -1;
+    if (slot < 0 || slot >= device->maxPresetCount()) {
+        endSaveMode();
+        return false;
+    }
+    const auto fileId = quint16(slot + 1);
+    if (!storePreset(device, fileId))
+        return false;
+    updateECCommandItems();
+    if (const auto preset = presetOf(*device, fileId))
+        device->setActivedPreset(preset, fileId);
+    endSaveMode();
+    return true;
+}
+
+// ---- Loading --------------------------------------------------------------------------------------------
+
+bool OrvanePresetCommandPrivate::loadPreset(const quint32& ecKey, bool)
+{
+    const auto* const parallel = ParallelControl::ParallelManager::instance();
+    if (parallel && parallel->currentTaskCount() != 0) {
+        qDebug("preset key [%u] ignored: a request is running.", ecKey);
+        return false;
+    }
+    logConsumeTime("preset consume time:OrvanePresetCommand loadPreset start.");
+    qDebug("preset key [%u] pressed to load preset.", ecKey);
+    const auto device = activedDevice();
+    if (!device) {
+        qWarning("Load preset failed: device is nullptr.");
+        return false;
+    }
+    const auto preset = findPresetByEckey(ecKey);
+    if (!preset) {
+        qWarning("Actived preset is null");
+        return false;
+    }
+    const auto presets = ModelControl::Preset::create(device);
+    if (!presets) {
+        qWarning("Load preset failed: there is nobody to load it.");
+        return false;
+    }
+    QString error;
+    if (!presets->checkPresetData(preset, error)) {
+        showFramelessMessageBox(FramelessMessageBoxMsgType::Warning, error);
+        return false;
+    }
+    ModelControl::Preset::Screens screens;
+    if (!preset->presetSelectedScreens(screens, preset->fileType(), error))
+        qWarning("Load preset: its screens are not known. %s", qUtf8Printable(error));
+
+    const auto sampling = std::make_shared<TaskSampling::s_LoadPresetSampling>();
+    if (const auto keypad = keypadFile(*device))
+        sampling->lastKeypadInfo = keypad->keypadInfo();
+    if (!presets->createKeypadInfo(preset, screens, sampling->keypadInfo)) {
+        qWarning("create keypadInfo failed");
+        sampling->keypadInfo = sampling->lastKeypadInfo;
+    }
+    sampling->nFileID = quint8(preset->fileId());
+    sampling->pCurDevice = device;
+
+    m_modelUpdates.post(
+        [device = std::weak_ptr<BizModel::Device>(device), preset = std::weak_ptr<BizModel::Preset>(preset),
+         screens,
+         keypadInfo = sampling->keypadInfo] { updatePresetModel(device, preset, screens, keypadInfo); });
+    sampleLoad(sampling);
+    setPresetOperateMode(PresetOptMode::Noting);
+    logConsumeTime("preset consume time:OrvanePresetCommand loadPreset end");
+    return true;
+}
+
+void OrvanePresetCommandPrivate::updatePresetModel(
+    const std::weak_ptr<BizModel::Device>& weakDevice, const std::weak_ptr<BizModel::Preset>& preset,
+    const ModelControl::Preset::Screens& screens, const s_KeypadInfo& keypadInfo)
+{
+    const auto device = weakDevice.lock();
+    if (!device) {
+        qWarning("Load preset failed: device is nullptr.");
+        return;
+    }
+    if (preset.expired()) {
+        qWarning("Load preset failed: preset is nullptr.");
+        return;
+    }
+    QString error;
+    const auto presets = ModelControl::Preset::create(device);
+    if (!presets || !presets->updatePresetModelData(preset, screens, error))
+        qWarning("Load preset: the model was not updated. %s", qUtf8Printable(error));
+    device->addKeypadFile(std::make_shared<BizModel::Keypad>(keypadInfo));
+}
+
+// ---- Removing -------------------------------------------------------------------------------------------
+
+bool OrvanePresetCommandPrivate::clearPreset(const quint32& ecKey)
+{
+    qDebug("preset key [%u] pressed to clear preset.", ecKey);
+    const auto device = activedDevice();
+    if (!device) {
+        qWarning("Clear preset failed: device is nullptr.");
+        return false;
+    }
+    const auto preset = findPresetByEckey(ecKey);
+    if (!preset) {
+        qWarning("clear preset is null");
+        return false;
+    }
+    if (device->onlineFlag()) {
+        showWaitingDialog(Translate::tr(Translate::TR_THE_PRESET_DELETE_WAIT));
+        QString error;
+        const auto files = ModelControl::Device::create(device);
+        const bool removed = files && files->removeFile({preset}, error);
+        hideWaitingDialog();
+        if (!removed)
+            qWarning("Remove preset has failed! %s", qUtf8Printable(error));
+    }
+    if (const auto command = std::dynamic_pointer_cast<PresetCommand>(presetCommand()))
+        command->setClearStatus(true);
+    return true;
+}
+
+bool OrvanePresetCommandPrivate::clearAllPresets()
+{
+    const auto device = activedDevice();
+    if (!device) {
+        qWarning("Clear all presets failed: device is nullptr.");
+        return false;
+    }
+    if (!device->onlineFlag())
+        return true;
+    showWaitingDialog(Translate::tr(Translate::TR_THE_PRESET_CLEAR_WAIT));
+    // The answer may come when the command is gone: it uses nothing of it.
+    const auto completion = [](bool ok, const QString& reason) {
+        if (!ok)
+            qWarning(
+                "Remove preset file has failed! PresetPVW & PresetPVW file type. %s", qUtf8Printable(reason));
+        hideWaitingDialog();
+    };
+    if (auto* requests = ModelControl::AsyncManager::instance())
+        requests->startAsyncRequest(
+            ModelControl::AsyncRemoveFile{device, {FileType::PresetPVW, FileType::PresetPGM}, completion});
+    else
+        completion(false, QStringLiteral("There is nobody to remove them."));
+    return true;
+}
+
+} // namespace Orvane::ECProxy::Client::Internal
