@@ -251,8 +251,11 @@ std::shared_ptr<MemoryParallelManager::Request> MemoryParallelManager::start(
         m_nTaskCount += int(size);
     }
     const std::size_t atOnce = count > 0 ? std::min(size, std::size_t(count)) : size;
-    for (std::size_t i = 0; i < atOnce; ++i)
-        post(request->next());
+    for (std::size_t i = 0; i < atOnce; ++i) {
+        // A task that has ended meanwhile may have begun the last one already.
+        if (const std::shared_ptr<Run> run = request->next())
+            post(run);
+    }
     return request;
 }
 
