@@ -484,13 +484,13 @@ bool Command::pageUpRelease(const quint32& ecKey)
     if (isKeypadLocked())
         return false;
     updateECButtonColor(ecKey, ECLEDColor::Off);
-    if (m_nPageIndex < 1) {
+    if (!stepPageIndex(-1)) {
         qWarning(
             "Can't perform page turning, the minimum page number is currently reached. This is %s",
             qUtf8Printable(name()));
         return false;
     }
-    turnPage(ecKey, -1);
+    showTurnedPage(ecKey);
     qDebug("keyboard pageup release end.");
     return true;
 }
@@ -501,27 +501,42 @@ bool Command::pageDownRelease(const quint32& ecKey)
     if (isKeypadLocked())
         return false;
     updateECButtonColor(ecKey, ECLEDColor::Off);
-    if (maxPage() <= m_nPageIndex + 1) {
+    if (!stepPageIndex(1)) {
         qWarning(
             "Can't perform page turning, the maximum page number is currently reached. This is %s",
             qUtf8Printable(name()));
         return false;
     }
-    turnPage(ecKey, 1);
+    showTurnedPage(ecKey);
     qDebug("keyboard pagedown release end.");
     return true;
 }
 
-void Command::turnPage(const quint32& ecKey, int step)
+/// False, and nothing changes, when there is no such page.
+bool Command::stepPageIndex(int step)
 {
-    const int pageIndex = m_nPageIndex += step;
+    // Another thread may go to a page of its own at the same time.
+    int pageIndex = m_nPageIndex;
+    do {
+        if (pageIndex + step < 0 || pageIndex + step >= maxPage())
+            return false;
+    } while (!m_nPageIndex.compare_exchange_weak(pageIndex, pageIndex + step));
+    return true;
+}
+
+void Command::showTurnedPage(const quint32& ecKey)
+{
     const auto button = findButton(ecKey);
     if (!button) {
         qWarning("%scommand has invalid page button", qUtf8Printable(name()));
     } else if (!button->pECOledCfg) {
         qWarning("%scommand has invalid page oled", qUtf8Printable(name()));
     } else {
-        updatePageOled(button->pECOledCfg->ECKey, quint32(pageIndex));
+        // Once more when the page has changed meanwhile: the label's last word is the page that is shown.
+        for (int shown = -1; shown != m_nPageIndex;) {
+            shown = m_nPageIndex;
+            updatePageOled(button->pECOledCfg->ECKey, quint32(shown));
+        }
     }
 }
 

@@ -251,7 +251,8 @@ private:
     using CallbackTable = QMap<quint32, KeyCallback>;
 
     std::shared_ptr<EC::s_ECButtonConfig> findButton(const quint32& ecKey) const;
-    void turnPage(const quint32& ecKey, int step);
+    bool stepPageIndex(int step);
+    void showTurnedPage(const quint32& ecKey);
     void paintPage(Enum::UpdateConsoleType type);
     void sendItem(
         const ECCommandItem& item, const EC::s_ECButtonConfig& button, Enum::UpdateConsoleType type);

@@ -12,6 +12,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <mutex>
 
@@ -143,6 +144,9 @@ private:
     bool refuse(const quint32& ecKey, const char* text);
 
     void darkenMomentaryKeys();
+    /// Lights a key as long as the active device is in the state; dark without a device.
+    void showState(
+        ScreenCallbackType type, ECLEDColor color, const std::function<bool(const BizModel::Device&)>& isOn);
 
     bool updateTransitionTime(bool reduce);
     void increaseEffectTime();

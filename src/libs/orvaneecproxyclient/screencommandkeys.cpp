@@ -389,7 +389,7 @@ bool ScreenCommandPrivate::setSwapStatusPressed(const quint32&)
     return false;
 }
 
-bool ScreenCommandPrivate::setPGMEditPressed(const quint32& ecKey)
+bool ScreenCommandPrivate::setPGMEditPressed(const quint32&)
 {
     const auto device = activedDevice();
     const auto controller = device ? screenController(device) : nullptr;
@@ -406,7 +406,7 @@ bool ScreenCommandPrivate::setPGMEditPressed(const quint32& ecKey)
         qWarning("PGM edit failed:%s", screens.isEmpty() ? "No screen is selected." : "It was refused.");
         return false;
     }
-    m_pCommand->updateECButtonColor(ecKey, edit ? ECLEDColor::Green : ECLEDColor::Off);
+    updatePGMEditColor();
     return true;
 }
 
@@ -501,16 +501,18 @@ void ScreenCommandPrivate::stepEffectTime(bool reduce)
 
 void ScreenCommandPrivate::repeatEffectStep(bool reduce)
 {
-    int intervalMs = 0;
     {
+        // The lock keeps two steps from starting the timer into each other; a release comes before or after.
         const std::lock_guard<std::mutex> lock(m_effectSpeedMutex);
-        if (m_bRelease || m_bEffectTimeReduce != reduce)
+        if (!m_bRelease && m_bEffectTimeReduce == reduce) {
+            (reduce ? m_effectReduceTimer : m_effectTimer).restart(milliseconds(m_takeMilliSecTime));
+            m_takeMilliSecTime = std::max(m_takeMilliSecTime - RepeatSpeedUpMs, FastestRepeatMs);
             return;
-        intervalMs = m_takeMilliSecTime;
-        m_takeMilliSecTime = std::max(intervalMs - RepeatSpeedUpMs, FastestRepeatMs);
+        }
+        if (!m_bRelease)
+            return;
     }
-    // A release that comes here stops the timer, and then this does not start it any more.
-    (reduce ? m_effectReduceTimer : m_effectTimer).restart(milliseconds(intervalMs));
+    updateTimeFunData(); // the step was shown after the release: back to what is true
 }
 
 bool ScreenCommandPrivate::releaseTransitionTime(const quint32& ecKey, HoldTimer& timer)

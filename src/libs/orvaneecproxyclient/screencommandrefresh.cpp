@@ -11,6 +11,7 @@
 #include "ec/eckeyboardconfig.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace Orvane::ECProxy::Client::Internal {
 
@@ -41,6 +42,19 @@ template <typename Predicate> bool isAnySelectedInGroup(const BizModel::Device& 
         const auto locked = member.lock();
         return locked && isAnySelected(*locked, predicate);
     });
+}
+
+/// Sends what is true until it still is afterwards: of several threads that show the same thing, none may
+/// have the last word with what it has read before the others.
+template <typename Read, typename Show> void showUntilTrue(Read read, Show show)
+{
+    auto value = read();
+    for (bool isTrue = false; !isTrue;) {
+        show(value);
+        auto now = read();
+        isTrue = now == value;
+        value = now;
+    }
 }
 
 /// Keys whose colour tells a state; the others are lit only while they are pressed.
@@ -137,38 +151,33 @@ void ScreenCommandPrivate::updateECPageIndexOLED()
     const auto oled = m_pCommand->findPageOled(quint16(ScreenCallbackType::ePageUp));
     if (!oled)
         return;
-    int pageIndex = m_pCommand->currentPageIndex();
-    for (int shown = -1; shown != pageIndex; pageIndex = m_pCommand->currentPageIndex()) {
-        // Once more if the page is turned while this is under way.
-        shown = pageIndex;
-        m_pCommand->updatePageOled(std::weak_ptr<EC::s_ECOledConfig>(oled), quint32(pageIndex));
-    }
+    showUntilTrue(
+        [this] { return m_pCommand->currentPageIndex(); },
+        [&](int pageIndex) {
+            m_pCommand->updatePageOled(std::weak_ptr<EC::s_ECOledConfig>(oled), quint32(pageIndex));
+        });
 }
 
 void ScreenCommandPrivate::updateFTBColor()
 {
-    const auto device = activedDevice();
-    updateECButtonColor(
-        device && isPGMFadedToBlack(*device), ScreenCallbackType::eFTBPGMCB, ECLEDColor::Green);
+    showState(ScreenCallbackType::eFTBPGMCB, ECLEDColor::Green, isPGMFadedToBlack);
 }
 
 void ScreenCommandPrivate::updateFreezeColor()
 {
-    const auto device = activedDevice();
-    updateECButtonColor(device && isPGMFrozen(*device), ScreenCallbackType::eFreezePGMCB, ECLEDColor::Red);
+    showState(ScreenCallbackType::eFreezePGMCB, ECLEDColor::Red, isPGMFrozen);
 }
 
 void ScreenCommandPrivate::updatePGMEditColor()
 {
-    const auto device = activedDevice();
-    updateECButtonColor(device && isPGMEdited(*device), ScreenCallbackType::eSetPGMEdit, ECLEDColor::Green);
+    showState(ScreenCallbackType::eSetPGMEdit, ECLEDColor::Green, isPGMEdited);
 }
 
 void ScreenCommandPrivate::updateSwapColor()
 {
-    const auto device = activedDevice();
-    updateECButtonColor(
-        device && device->swapEnable(), ScreenCallbackType::eSetSwapStatusCB, ECLEDColor::Green);
+    showState(ScreenCallbackType::eSetSwapStatusCB, ECLEDColor::Green, [](const BizModel::Device& device) {
+        return device.swapEnable();
+    });
 }
 
 void ScreenCommandPrivate::updateMixType()
@@ -176,18 +185,36 @@ void ScreenCommandPrivate::updateMixType()
     updateFunctionOled(
         ScreenCallbackType::eSetTransitionMixTypeCB,
         BizModel::Translate::tr(BizModel::Translate::TR_THE_FADE));
-    const bool hasDevice = activedDevice() != nullptr;
-    updateECButtonColor(hasDevice, ScreenCallbackType::eSetTransitionMixTypeCB, ECLEDColor::Green);
+    const auto always = [](const BizModel::Device&) { return true; };
+    showState(ScreenCallbackType::eSetTransitionMixTypeCB, ECLEDColor::Green, always);
+}
+
+void ScreenCommandPrivate::showState(
+    ScreenCallbackType type, ECLEDColor color, const std::function<bool(const BizModel::Device&)>& isOn)
+{
+    showUntilTrue(
+        [&] {
+            const auto device = activedDevice();
+            return device && isOn(*device);
+        },
+        [&](bool on) { updateECButtonColor(on, type, color); });
 }
 
 void ScreenCommandPrivate::updateTimeFunData()
 {
-    if (const auto screen = activedScreen()) {
-        updateTimeSpeedOledText(screen->switchEffectTime());
-        return;
-    }
-    updateFunctionOled(ScreenCallbackType::eSetTransitionTimeCB, QString());
-    updateFunctionOled(ScreenCallbackType::eSetTransitionTimeReduceCB, QString());
+    showUntilTrue(
+        [] {
+            const auto screen = activedScreen();
+            return screen ? std::optional<double>(screen->switchEffectTime()) : std::nullopt;
+        },
+        [this](const std::optional<double>& seconds) {
+            if (seconds) {
+                updateTimeSpeedOledText(*seconds);
+                return;
+            }
+            updateFunctionOled(ScreenCallbackType::eSetTransitionTimeCB, QString());
+            updateFunctionOled(ScreenCallbackType::eSetTransitionTimeReduceCB, QString());
+        });
 }
 
 void ScreenCommandPrivate::updateTimeSpeedOledText(double seconds)
