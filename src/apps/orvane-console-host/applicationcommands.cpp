@@ -5,6 +5,7 @@
 #include "ecmanager.h"
 #include "hostdialog.h"
 #include "modeltranslator.h"
+#include "noticepresenter.h"
 #include "typingfield.h"
 
 #include <QApplication>
@@ -82,6 +83,23 @@ Answer takeScreenshot(QWidget* window, const QString& path)
     return Answer::done();
 }
 
+/// The buttons by name.
+const QMap<QString, QMessageBox::StandardButton>& messageBoxButtons()
+{
+    static const QMap<QString, QMessageBox::StandardButton> buttons = {
+        {QStringLiteral("yes"), QMessageBox::Yes},
+        {QStringLiteral("no"), QMessageBox::No},
+        {QStringLiteral("ok"), QMessageBox::Ok}};
+    return buttons;
+}
+
+Answer answerMessageBox(NoticePresenter& notices, const QString& button)
+{
+    return notices.answer(messageBoxButtons().value(button))
+        ? Answer::done()
+        : Answer::refused(QStringLiteral("there is no message box with that button"));
+}
+
 Answer tellState(const TypingField& field)
 {
     const ECManager* const manager = ECManager::instance();
@@ -106,49 +124,50 @@ void addApplicationCommands(CommandTable& table, const ApplicationParts& parts)
         {QStringLiteral("openDialog"),
          QStringLiteral("opens a modal dialog with a text and a number"),
          {},
-         [dialog](const QJsonObject&) { return dialog->open(); }});
+         [dialog](const Arguments&) { return dialog->open(); }});
     table.add(
         {QStringLiteral("closeDialog"),
          QStringLiteral("closes it"),
          {Parameter::flag("accept").orElse(false)},
-         [dialog](const QJsonObject& arguments) {
-             return dialog->close(arguments[QLatin1String("accept")].toBool());
+         [dialog](const Arguments& arguments) { return dialog->close(arguments.flag("accept")); }});
+    table.add(
+        {QStringLiteral("answerMessageBox"),
+         QStringLiteral("presses a button of the message box that is shown"),
+         {Parameter::choice("button", messageBoxButtons().keys())},
+         [notices = &parts.notices](const Arguments& arguments) {
+             return answerMessageBox(*notices, arguments.text("button"));
          }});
     table.add(
         {QStringLiteral("focus"),
          QStringLiteral("moves the focus to the widget with a name"),
          {Parameter::text("widget")},
-         [](const QJsonObject& arguments) {
-             return focusOn(arguments[QLatin1String("widget")].toString());
-         }});
+         [](const Arguments& arguments) { return focusOn(arguments.text("widget")); }});
     table.add(
         {QStringLiteral("setQuenor"),
          QStringLiteral("sets the property that makes the console ignore most keys"),
          {Parameter::flag("on")},
-         [](const QJsonObject& arguments) {
-             qApp->setProperty(Constants::QuenorProperty, arguments[QLatin1String("on")].toBool());
+         [](const Arguments& arguments) {
+             qApp->setProperty(Constants::QuenorProperty, arguments.flag("on"));
              return Answer::done();
          }});
     table.add(
         {QStringLiteral("setLanguage"),
          QStringLiteral("changes the language of the labels and notices"),
          {Parameter::choice("language", ModelTranslator::languages())},
-         [](const QJsonObject& arguments) {
-             return setLanguage(arguments[QLatin1String("language")].toString());
-         }});
+         [](const Arguments& arguments) { return setLanguage(arguments.text("language")); }});
     table.add(
         {QStringLiteral("screenshot"),
          QStringLiteral("writes a picture of the window"),
          {Parameter::text("file")},
-         [window = parts.window](const QJsonObject& arguments) {
-             return takeScreenshot(window, arguments[QLatin1String("file")].toString());
+         [window = parts.window](const Arguments& arguments) {
+             return takeScreenshot(window, arguments.text("file"));
          }});
     table.add(
         {QStringLiteral("state"),
          QStringLiteral("tells what the host knows of itself and the console"),
          {},
-         [field = &parts.field](const QJsonObject&) { return tellState(*field); }});
-    table.add({QStringLiteral("quit"), QStringLiteral("ends the host"), {}, [](const QJsonObject&) {
+         [field = &parts.field](const Arguments&) { return tellState(*field); }});
+    table.add({QStringLiteral("quit"), QStringLiteral("ends the host"), {}, [](const Arguments&) {
                    // After the answer to this command.
                    QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
                    return Answer::done();

@@ -6,12 +6,14 @@ namespace Orvane::ConsoleHost {
 
 class CommandTable;
 class EventWriter;
+class NoticePresenter;
 class TypingField;
 
 /// What the commands need of the application; all of it outlives the command table.
 struct ApplicationParts {
     EventWriter& events;
     TypingField& field;
+    NoticePresenter& notices;
     QWidget* window = nullptr; ///< null without a window
 };
 

@@ -35,9 +35,22 @@ Parameter Parameter::flag(const char* name)
 Parameter Parameter::integer(const char* name, qint64 minimum, qint64 maximum)
 {
     Parameter parameter(Integer, name);
+    parameter.m_nMinimum = double(minimum);
+    parameter.m_nMaximum = double(maximum);
+    return parameter;
+}
+
+Parameter Parameter::number(const char* name, double minimum, double maximum)
+{
+    Parameter parameter(Number, name);
     parameter.m_nMinimum = minimum;
     parameter.m_nMaximum = maximum;
     return parameter;
+}
+
+Parameter Parameter::texts(const char* name)
+{
+    return Parameter(Texts, name);
 }
 
 Parameter Parameter::text(const char* name)
@@ -59,15 +72,24 @@ Parameter Parameter::orElse(const QJsonValue& fallback) const
     return optional;
 }
 
+bool Parameter::isInRange(const QJsonValue& value) const
+{
+    return value.isDouble() && value.toDouble() >= m_nMinimum && value.toDouble() <= m_nMaximum;
+}
+
 bool Parameter::accepts(const QJsonValue& value) const
 {
     switch (m_kind) {
     case Flag:
         return value.isBool();
-    case Integer: {
-        const double number = value.toDouble();
-        return value.isDouble() && std::trunc(number) == number && number >= double(m_nMinimum)
-            && number <= double(m_nMaximum);
+    case Integer:
+        return isInRange(value) && std::trunc(value.toDouble()) == value.toDouble();
+    case Number:
+        return isInRange(value);
+    case Texts: {
+        const QJsonArray array = value.toArray();
+        return value.isArray()
+            && std::all_of(array.begin(), array.end(), [](const QJsonValue& one) { return one.isString(); });
     }
     case Text:
         return value.isString();
@@ -83,7 +105,11 @@ QString Parameter::expected() const
     case Flag:
         return QStringLiteral("true or false");
     case Integer:
-        return QStringLiteral("a whole number from %1 to %2").arg(m_nMinimum).arg(m_nMaximum);
+        return QStringLiteral("a whole number from %1 to %2").arg(qint64(m_nMinimum)).arg(qint64(m_nMaximum));
+    case Number:
+        return QStringLiteral("a number from %1 to %2").arg(m_nMinimum).arg(m_nMaximum);
+    case Texts:
+        return QStringLiteral("a list of texts");
     case Text:
         return QStringLiteral("a text");
     case Choice:
@@ -92,10 +118,19 @@ QString Parameter::expected() const
     return {};
 }
 
+QStringList Arguments::texts(const char* name) const
+{
+    QStringList texts;
+    const QJsonArray array = m_values[QLatin1String(name)].toArray();
+    for (const QJsonValue& one : array)
+        texts.append(one.toString());
+    return texts;
+}
+
 CommandTable::CommandTable(EventWriter& events)
     : m_events(events)
 {
-    add({QStringLiteral("help"), QStringLiteral("lists the commands"), {}, [this](const QJsonObject&) {
+    add({QStringLiteral("help"), QStringLiteral("lists the commands"), {}, [this](const Arguments&) {
              return help();
          }});
 }
@@ -161,7 +196,7 @@ Answer CommandTable::run(const QJsonObject& object) const
         problems += QStringLiteral("there is no argument ") + quoted(unknown);
     if (!problems.isEmpty())
         return Answer::refused(problems.join(QStringLiteral("; ")));
-    return command->run(arguments);
+    return command->run(Arguments(arguments));
 }
 
 Answer CommandTable::help() const

@@ -16,7 +16,9 @@ class Parameter {
 public:
     static Parameter flag(const char* name);
     static Parameter integer(const char* name, qint64 minimum, qint64 maximum);
+    static Parameter number(const char* name, double minimum, double maximum);
     static Parameter text(const char* name);
+    static Parameter texts(const char* name);
     /// One of some words.
     static Parameter choice(const char* name, const QStringList& words);
 
@@ -31,15 +33,37 @@ public:
     QString expected() const;
 
 private:
-    enum Kind { Flag, Integer, Text, Choice };
+    enum Kind { Flag, Integer, Number, Text, Texts, Choice };
     Parameter(Kind kind, const char* name);
+
+    bool isInRange(const QJsonValue& value) const;
 
     Kind m_kind;
     QString m_strName;
-    qint64 m_nMinimum = 0;
-    qint64 m_nMaximum = 0;
+    double m_nMinimum = 0;
+    double m_nMaximum = 0;
     QStringList m_words;
     QJsonValue m_fallback = QJsonValue::Undefined;
+};
+
+/// The arguments that a command was given, each of the right kind.
+class Arguments {
+public:
+    explicit Arguments(const QJsonObject& values)
+        : m_values(values)
+    {
+    }
+
+    bool flag(const char* name) const { return m_values[QLatin1String(name)].toBool(); }
+    int integer(const char* name) const { return m_values[QLatin1String(name)].toInt(); }
+    double number(const char* name) const { return m_values[QLatin1String(name)].toDouble(); }
+    QString text(const char* name) const { return m_values[QLatin1String(name)].toString(); }
+    QStringList texts(const char* name) const;
+    /// Place among the words that a choice has.
+    int choice(const char* name, const QStringList& words) const { return words.indexOf(text(name)); }
+
+private:
+    const QJsonObject m_values;
 };
 
 /// What a command comes to.
@@ -57,8 +81,7 @@ struct HostCommand {
     QString name;
     QString purpose;
     std::vector<Parameter> parameters;
-    /// Gets a value of the right kind for each parameter.
-    std::function<Answer(const QJsonObject& arguments)> run;
+    std::function<Answer(const Arguments& arguments)> run;
 };
 
 /// The host's commands by name, and the way from a line of standard input to the answer.

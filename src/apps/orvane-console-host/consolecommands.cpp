@@ -17,22 +17,7 @@ constexpr qint64 MaxByte = 255;
 constexpr qint64 MaxPercent = 100;
 constexpr qint64 MaxPackSize = 0xFFFF;
 
-using Action = void (*)(const QJsonObject&);
-
-QString text(const QJsonObject& arguments, const char* name)
-{
-    return arguments[QLatin1String(name)].toString();
-}
-
-int number(const QJsonObject& arguments, const char* name)
-{
-    return arguments[QLatin1String(name)].toInt();
-}
-
-bool flag(const QJsonObject& arguments, const char* name)
-{
-    return arguments[QLatin1String(name)].toBool();
-}
+using Action = void (*)(const Arguments&);
 
 /// A command that cannot fail once its arguments are right.
 void addAction(
@@ -41,7 +26,7 @@ void addAction(
 {
     table.add(
         {QLatin1String(name), QLatin1String(purpose), std::move(parameters),
-         [action](const QJsonObject& arguments) {
+         [action](const Arguments& arguments) {
              action(arguments);
              return Answer::done();
          }});
@@ -60,51 +45,51 @@ const QStringList& fileTypeNames() // in the order of eFlieType
     return names;
 }
 
-void setLight(const QJsonObject& arguments)
+void setLight(const Arguments& arguments)
 {
     auto light = std::make_shared<LightControl>();
-    light->LightType = quint8(lightNames().indexOf(text(arguments, "light")));
-    light->IsEnabled = flag(arguments, "on") ? 1 : 0;
-    light->Brightness = quint8(number(arguments, "brightness"));
+    light->LightType = quint8(arguments.choice("light", lightNames()));
+    light->IsEnabled = arguments.flag("on") ? 1 : 0;
+    light->Brightness = quint8(arguments.integer("brightness"));
     ECManager::instance()->updateLightControlState(light);
 }
 
-void setLuminance(const QJsonObject& arguments)
+void setLuminance(const Arguments& arguments)
 {
     auto luminance = std::make_shared<ScreenLuminance>();
-    luminance->Brightness = quint8(number(arguments, "percent"));
+    luminance->Brightness = quint8(arguments.integer("percent"));
     ECManager::instance()->updatepScreenLuminance(luminance);
 }
 
-void sendSystemTime(const QJsonObject& arguments)
+void sendSystemTime(const Arguments& arguments)
 {
     const QDateTime now = QDateTime::currentDateTime();
-    const QString date = text(arguments, "date");
-    const QString time = text(arguments, "time");
+    const QString date = arguments.text("date");
+    const QString time = arguments.text("time");
     ECManager::instance()->updateSystemTime(
         date.isEmpty() ? now.toString(QStringLiteral("yyyy-MM-dd")) : date,
         time.isEmpty() ? now.toString(QStringLiteral("hh:mm:ss")) : time);
 }
 
-Answer askDVISignal(const QJsonObject& arguments)
+Answer askDVISignal(const Arguments& arguments)
 {
-    const bool hasSignal = ECManager::instance()->dviInSignal(number(arguments, "index"));
+    const bool hasSignal = ECManager::instance()->dviInSignal(arguments.integer("index"));
     return Answer::done({{QStringLiteral("signal"), hasSignal}});
 }
 
-Answer sendFile(const QJsonObject& arguments)
+Answer sendFile(const Arguments& arguments)
 {
-    const auto type = eFlieType(fileTypeNames().indexOf(text(arguments, "type")));
-    const auto operation = text(arguments, "operation") == QLatin1String("read") ? OpeReadFile : OpeWriteFile;
+    const auto type = eFlieType(arguments.choice("type", fileTypeNames()));
+    const auto operation = arguments.text("operation") == QLatin1String("read") ? OpeReadFile : OpeWriteFile;
     const bool sent = ECManager::instance()->sendFile(
-        text(arguments, "file"), operation, type, quint16(number(arguments, "packSize")), true);
+        arguments.text("file"), operation, type, quint16(arguments.integer("packSize")), true);
     return sent ? Answer::done() : Answer::refused(QStringLiteral("the file cannot be read"));
 }
 
 /// A key of an on-screen console goes the way of the console's own keys, on the GUI thread.
-template <eECUpMessageTag tag> void reportVirtualKey(const QJsonObject& arguments)
+template <eECUpMessageTag tag> void reportVirtualKey(const Arguments& arguments)
 {
-    const quint32 key = Constants::VirtualKeyOffset + quint32(number(arguments, "key"));
+    const quint32 key = Constants::VirtualKeyOffset + quint32(arguments.integer("key"));
     QByteArray value(sizeof(ECButtonOperState), '\0');
     Wire::store<quint32>(key, value.data() + offsetof(ECButtonOperState, ButtonKey));
     value[int(offsetof(ECButtonOperState, ButtonPressed))] = tag == ReportECButtonPressed ? Pressed : Release;
@@ -113,11 +98,10 @@ template <eECUpMessageTag tag> void reportVirtualKey(const QJsonObject& argument
 
 void addLockCommands(CommandTable& table)
 {
-    addAction(table, "lockKeypad", "locks the keys", {}, [](const QJsonObject&) { setKeypadLocked(true); });
-    addAction(
-        table, "unlockKeypad", "frees the keys", {}, [](const QJsonObject&) { setKeypadLocked(false); });
-    addAction(table, "lockTBar", "locks the T-Bar", {}, [](const QJsonObject&) { setTBarLocked(true); });
-    addAction(table, "unlockTBar", "frees the T-Bar", {}, [](const QJsonObject&) { setTBarLocked(false); });
+    addAction(table, "lockKeypad", "locks the keys", {}, [](const Arguments&) { setKeypadLocked(true); });
+    addAction(table, "unlockKeypad", "frees the keys", {}, [](const Arguments&) { setKeypadLocked(false); });
+    addAction(table, "lockTBar", "locks the T-Bar", {}, [](const Arguments&) { setTBarLocked(true); });
+    addAction(table, "unlockTBar", "frees the T-Bar", {}, [](const Arguments&) { setTBarLocked(false); });
 }
 
 void addLightCommands(CommandTable& table)
@@ -130,16 +114,16 @@ void addLightCommands(CommandTable& table)
     addAction(
         table, "setLuminance", "sets the brightness of the console's display",
         {Parameter::integer("percent", 0, MaxPercent)}, &setLuminance);
-    addAction(table, "closeAllLights", "darkens every key", {}, [](const QJsonObject&) {
+    addAction(table, "closeAllLights", "darkens every key", {}, [](const Arguments&) {
         ECManager::instance()->closeAllButtonLED();
     });
-    addAction(table, "repaint", "lights every key anew", {}, [](const QJsonObject&) {
+    addAction(table, "repaint", "lights every key anew", {}, [](const Arguments&) {
         ECManager::instance()->slotOrvanePluginModeChanged();
     });
     addAction(
         table, "showPeripheral", "shows or hides the plug-in display", {Parameter::flag("visible")},
-        [](const QJsonObject& arguments) {
-            ECManager::instance()->controlPeripheralState(flag(arguments, "visible"));
+        [](const Arguments& arguments) {
+            ECManager::instance()->controlPeripheralState(arguments.flag("visible"));
         });
 }
 
@@ -153,37 +137,37 @@ void addSystemCommands(CommandTable& table)
         table, "sendSystemIP", "tells the console the application's network settings",
         {Parameter::text("first"), Parameter::text("second"), Parameter::text("third"),
          Parameter::text("fourth")},
-        [](const QJsonObject& arguments) {
+        [](const Arguments& arguments) {
             ECManager::instance()->updateSystemIP(
-                text(arguments, "first"), text(arguments, "second"), text(arguments, "third"),
-                text(arguments, "fourth"));
+                arguments.text("first"), arguments.text("second"), arguments.text("third"),
+                arguments.text("fourth"));
         });
     addAction(
         table, "requestConsoleIP", "asks for a console's network settings",
-        {Parameter::integer("index", 0, MaxByte)}, [](const QJsonObject& arguments) {
-            ECManager::instance()->reqECDeviceIP(quint8(number(arguments, "index")));
+        {Parameter::integer("index", 0, MaxByte)}, [](const Arguments& arguments) {
+            ECManager::instance()->reqECDeviceIP(quint8(arguments.integer("index")));
         });
     addAction(
         table, "setIPMode", "sets how a console gets its address",
         {Parameter::integer("index", 0, MaxByte), Parameter::integer("mode", 0, MaxByte)},
-        [](const QJsonObject& arguments) {
+        [](const Arguments& arguments) {
             ECManager::instance()->setIPMode(
-                quint8(number(arguments, "index")), quint8(number(arguments, "mode")));
+                quint8(arguments.integer("index")), quint8(arguments.integer("mode")));
         });
     addAction(
         table, "restartConsole", "restarts the console's service",
-        {Parameter::integer("value", 0, MaxByte).orElse(1)}, [](const QJsonObject& arguments) {
-            ECManager::instance()->restartEventController(quint8(number(arguments, "value")));
+        {Parameter::integer("value", 0, MaxByte).orElse(1)}, [](const Arguments& arguments) {
+            ECManager::instance()->restartEventController(quint8(arguments.integer("value")));
         });
     addAction(
         table, "resetMCU", "resets the console's microcontroller",
-        {Parameter::integer("value", 0, MaxByte).orElse(1)}, [](const QJsonObject& arguments) {
-            ECManager::instance()->resetMCU(quint8(number(arguments, "value")));
+        {Parameter::integer("value", 0, MaxByte).orElse(1)}, [](const Arguments& arguments) {
+            ECManager::instance()->resetMCU(quint8(arguments.integer("value")));
         });
     addAction(
         table, "listenKeyboardMouse", "starts or stops the console's keyboard and mouse",
-        {Parameter::flag("on")}, [](const QJsonObject& arguments) {
-            if (flag(arguments, "on"))
+        {Parameter::flag("on")}, [](const Arguments& arguments) {
+            if (arguments.flag("on"))
                 ECManager::instance()->startKeyboardMouseEventListen();
             else
                 ECManager::instance()->stopKeyboardMouseEventListen();
@@ -202,8 +186,8 @@ void addSourceCommands(CommandTable& table)
 {
     addAction(
         table, "switchSource", "switches the monitor's source",
-        {Parameter::integer("source", dvi1, arm_left)}, [](const QJsonObject& arguments) {
-            ECManager::instance()->switchSource(DVISource(number(arguments, "source")));
+        {Parameter::integer("source", dvi1, arm_left)}, [](const Arguments& arguments) {
+            ECManager::instance()->switchSource(DVISource(arguments.integer("source")));
         });
     table.add(
         {QStringLiteral("askDVISignal"),
@@ -212,16 +196,14 @@ void addSourceCommands(CommandTable& table)
          &askDVISignal});
     addAction(
         table, "setTimeType", "changes the format of the time", {Parameter::integer("type", 0, MaxByte)},
-        [](const QJsonObject& arguments) {
-            ECManager::instance()->modifyTimeType(number(arguments, "type"));
-        });
+        [](const Arguments& arguments) { ECManager::instance()->modifyTimeType(arguments.integer("type")); });
     addAction(
         table, "openPGMPrompt", "tells that the prompt for loading to program opens", {},
-        [](const QJsonObject&) { ECManager::instance()->setOpenPGMPrompt(); });
+        [](const Arguments&) { ECManager::instance()->setOpenPGMPrompt(); });
     addAction(
         table, "answerPGMPrompt", "answers that prompt", {Parameter::flag("loadToPGM")},
-        [](const QJsonObject& arguments) {
-            ECManager::instance()->getOpenPGMPrompt(flag(arguments, "loadToPGM"));
+        [](const Arguments& arguments) {
+            ECManager::instance()->getOpenPGMPrompt(arguments.flag("loadToPGM"));
         });
 }
 

@@ -33,6 +33,9 @@ ConsoleSession::ConsoleSession(const std::shared_ptr<EC::s_ECKeyboardConfig>& ke
     // 5. The console's lights and its plug-in display, as they were left.
     manager->updateECConsoleLight();
     manager->updateECConsolePluginSettings();
+
+    // 6. The keys, as the model is already: by themselves they follow its changes only.
+    manager->slotOrvanePluginModeChanged();
 }
 
 ConsoleSession::~ConsoleSession()

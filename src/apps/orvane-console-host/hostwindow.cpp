@@ -3,12 +3,17 @@
 #include "ecmanager.h"
 #include "hostlog.h"
 #include "lockcontrol.h"
+#include "memorydevicelist.h"
+#include "memorymodel.h"
+#include "screenwall.h"
 #include "typingfield.h"
 
 #include <QFontDatabase>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPlainTextEdit>
+#include <QSplitter>
+#include <QStatusBar>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -19,7 +24,22 @@ using ECProxy::Client::ECManager;
 namespace {
 
 constexpr int MaxLogLines = 2000;
-constexpr QSize PreferredSize(960, 540);
+constexpr QSize FirstSize(1080, 720);
+constexpr int LogHeight = 140;
+
+QPalette darkPalette()
+{
+    QPalette palette;
+    palette.setColor(QPalette::Window, QColor(0x1d, 0x1f, 0x23));
+    palette.setColor(QPalette::Base, QColor(0x15, 0x16, 0x19));
+    palette.setColor(QPalette::Button, QColor(0x34, 0x38, 0x40));
+    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(role, QColor(0xe6, 0xe6, 0xe6));
+    palette.setColor(QPalette::PlaceholderText, QColor(0x80, 0x80, 0x80));
+    palette.setColor(QPalette::Highlight, QColor(0x35, 0x7a, 0xb0));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    return palette;
+}
 
 void showLock(QToolButton& button, bool locked)
 {
@@ -29,11 +49,13 @@ void showLock(QToolButton& button, bool locked)
 
 } // namespace
 
-HostWindow::HostWindow(TypingField* field, HostLog& log)
+HostWindow::HostWindow(MemoryModel::MemoryModel& model, TypingField* field, HostLog& log)
     : m_log(log)
 {
     setObjectName(QStringLiteral("hostWindow"));
     setWindowTitle(QStringLiteral("Orvane console host"));
+    setPalette(darkPalette());
+    resize(FirstSize);
 
     m_pLogView = new QPlainTextEdit;
     m_pLogView->setReadOnly(true);
@@ -43,39 +65,44 @@ HostWindow::HostWindow(TypingField* field, HostLog& log)
     m_pLogView->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     connect(&m_log, &HostLog::signalLinesPending, this, &HostWindow::showLogLines, Qt::QueuedConnection);
 
-    auto* content = new QWidget;
-    auto* rows = new QVBoxLayout(content);
+    auto* content = new QSplitter(Qt::Vertical);
+    content->addWidget(new ScreenWall(model));
+    content->addWidget(m_pLogView);
+    content->setStretchFactor(0, 1);
+    content->setSizes({FirstSize.height(), LogHeight});
+    auto* central = new QWidget;
+    auto* rows = new QVBoxLayout(central);
+    rows->addWidget(content, 1);
     rows->addWidget(createInputRow(field));
-    rows->addWidget(m_pLogView, 1);
-    setCentralWidget(content);
+    setCentralWidget(central);
+
+    connect(
+        &model.deviceList(), &BizModel::DeviceList::signalShowStatusBarMsg, this,
+        [this](BizModel::StatusBarMsgType, const QString& text, int durationMs) {
+            statusBar()->showMessage(text, durationMs);
+        });
+    statusBar();
     field->setFocus();
     showLogLines();
-}
-
-QSize HostWindow::sizeHint() const
-{
-    return PreferredSize;
 }
 
 QWidget* HostWindow::createInputRow(TypingField* field)
 {
     const ECManager* const manager = ECManager::instance();
-    m_pKeypadLock = createLockButton(QStringLiteral("Keypad"), &setKeypadLocked);
-    connect(manager, &ECManager::signalKeyboardLocked, m_pKeypadLock, [this](bool locked) {
-        showLock(*m_pKeypadLock, locked);
+    auto* keypad = createLockButton(QStringLiteral("Keypad"), &setKeypadLocked);
+    connect(manager, &ECManager::signalKeyboardLocked, keypad, [keypad](bool locked) {
+        showLock(*keypad, locked);
     });
-    m_pTBarLock = createLockButton(QStringLiteral("T-Bar"), &setTBarLocked);
-    connect(manager, &ECManager::signalTbarLocked, m_pTBarLock, [this](bool locked) {
-        showLock(*m_pTBarLock, locked);
-    });
+    auto* tbar = createLockButton(QStringLiteral("T-Bar"), &setTBarLocked);
+    connect(manager, &ECManager::signalTbarLocked, tbar, [tbar](bool locked) { showLock(*tbar, locked); });
 
     auto* row = new QWidget;
     auto* layout = new QHBoxLayout(row);
     layout->setContentsMargins({});
     layout->addWidget(new QLabel(QStringLiteral("Keypad input")));
     layout->addWidget(field, 1);
-    layout->addWidget(m_pKeypadLock);
-    layout->addWidget(m_pTBarLock);
+    layout->addWidget(keypad);
+    layout->addWidget(tbar);
     return row;
 }
 

@@ -5,11 +5,14 @@
 #include "consolesession.h"
 #include "ec/eckeyboardloader.h"
 #include "ecmanager.h"
-#include "emptydevicelist.h"
 #include "eventwriter.h"
 #include "hostlog.h"
 #include "hostwindow.h"
 #include "keyinjector.h"
+#include "memorydevicelist.h"
+#include "memorymodel.h"
+#include "modelcommands.h"
+#include "noticepresenter.h"
 #include "options.h"
 #include "signalreporter.h"
 #include "typingfield.h"
@@ -35,12 +38,9 @@ ExitStatus fail(const QStringList& problems)
     return Failure;
 }
 
-QStringList describe(const QList<EC::KeyboardProblem>& problems, const QString& file)
+QString refusal(const char* what, const QString& file)
 {
-    QStringList lines{QStringLiteral("The keyboard file %1 is refused:").arg(file)};
-    for (const EC::KeyboardProblem& problem : problems)
-        lines.append(problem.toString());
-    return lines;
+    return QStringLiteral("The %1 file %2 is refused:").arg(QLatin1String(what), file);
 }
 
 /// Whoever starts the process with a standard stream closed would have it write events into the socket that
@@ -68,28 +68,38 @@ int runApplication(const Options& options, const std::shared_ptr<EC::s_ECKeyboar
     HostLog log(options.verbose);
     UnixSignals unixSignals;
     QObject::connect(&unixSignals, &UnixSignals::signalTerminate, qApp, &QCoreApplication::quit);
-
-    // The model is there before the console asks it anything.
-    const EmptyDeviceList devices;
-
     EventWriter events(options.events ? EventWriter::Everything : EventWriter::AnswersOnly);
+
+    // The model is there before the console asks it anything, and until nobody can ask any more.
+    MemoryModel::MemoryModel model;
+    QStringList faults;
+    if (!options.showFile.isEmpty() && !model.loadFile(options.showFile, faults))
+        return fail(QStringList(refusal("show", options.showFile)) + faults);
+    reportOperations(model.operations(), events);
+    reportNotices(model.deviceList(), events);
     reportManagerSignals(*ECManager::instance(), events);
-    reportNotices(devices, events);
 
     // Without a window the field is one of its own, on a display that nobody sees.
     auto* const field = new TypingField(events);
     const std::unique_ptr<QWidget> window(
-        options.headless ? static_cast<QWidget*>(field) : new HostWindow(field, log));
+        options.headless ? static_cast<QWidget*>(field) : new HostWindow(model, field, log));
     window->show();
     window->activateWindow();
+    NoticePresenter notices(model.deviceList(), *window);
+    QObject::connect(
+        &notices, &NoticePresenter::signalAnswered, &events,
+        [&model](QMessageBox::StandardButton button) { model.control().answerMessageBox(button); });
     KeyInjector injector(*field);
     QObject::connect(
         ECManager::instance(), &ECManager::signalStandardKeyPressed, &injector,
         &KeyInjector::slotStandardKeyPressed);
 
     CommandTable commands(events);
-    addApplicationCommands(commands, {events, *field, options.headless ? nullptr : window.get()});
+    addApplicationCommands(commands, {events, *field, notices, options.headless ? nullptr : window.get()});
     addConsoleCommands(commands);
+    addModelCommands(commands, model);
+    addOperationCommands(commands, model);
+    addShowCommands(commands, model);
     CommandReader reader;
     QObject::connect(&reader, &CommandReader::signalLine, &events, [&commands](const QByteArray& line) {
         commands.execute(line);
@@ -99,7 +109,9 @@ int runApplication(const Options& options, const std::shared_ptr<EC::s_ECKeyboar
 
     const ConsoleSession session(keyboard);
     events.writeEvent(QStringLiteral("ready"));
-    return QApplication::exec();
+    const int status = QApplication::exec();
+    model.stop(); // what still runs in it would hold up the end of the session
+    return status;
 }
 
 } // namespace
@@ -120,8 +132,12 @@ int main(int argc, char* argv[])
     QApplication::setQuitOnLastWindowClosed(!options.headless);
 
     const EC::KeyboardLoadResult keyboard = EC::loadKeyboardFile(options.keyboardFile);
-    if (!keyboard)
-        return fail(describe(keyboard.problems, options.keyboardFile));
+    if (!keyboard) {
+        QStringList lines{refusal("keyboard", options.keyboardFile)};
+        for (const EC::KeyboardProblem& problem : keyboard.problems)
+            lines.append(problem.toString());
+        return fail(lines);
+    }
     const QString portProblem = reportPortProblem();
     if (!portProblem.isEmpty())
         return fail({portProblem});

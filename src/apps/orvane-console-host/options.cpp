@@ -30,6 +30,9 @@ std::variant<Options, ExitStatus> readOptions(int argc, char* argv[])
     const QCommandLineOption keyboard(
         QStringLiteral("keyboard"), QStringLiteral("Which key of the console does what (JSON)."),
         QStringLiteral("file"));
+    const QCommandLineOption show(
+        QStringLiteral("show"), QStringLiteral("The devices, screens and presets (JSON)."),
+        QStringLiteral("file"));
     const QCommandLineOption headless(
         QStringLiteral("headless"), QStringLiteral("Run without a window; no display is needed."));
     const QCommandLineOption events(
@@ -38,7 +41,7 @@ std::variant<Options, ExitStatus> readOptions(int argc, char* argv[])
         QStringLiteral("quit-at-end"), QStringLiteral("Quit when standard input ends, rather than run on."));
     const QCommandLineOption verbose(
         QStringLiteral("verbose"), QStringLiteral("Log what each key does, not only what went wrong."));
-    parser.addOptions({help, version, keyboard, headless, events, quitAtEnd, verbose});
+    parser.addOptions({help, version, keyboard, show, headless, events, quitAtEnd, verbose});
 
     QStringList arguments;
     for (int i = 0; i < argc; ++i)
@@ -63,6 +66,7 @@ std::variant<Options, ExitStatus> readOptions(int argc, char* argv[])
 
     Options options;
     options.keyboardFile = parser.value(keyboard);
+    options.showFile = parser.value(show);
     options.headless = parser.isSet(headless);
     options.events = parser.isSet(events);
     options.quitAtEnd = parser.isSet(quitAtEnd);

@@ -12,6 +12,7 @@ enum ExitStatus { Success = 0, Failure = 1, BadUsage = 2 };
 /// What the command line asks for.
 struct Options {
     QString keyboardFile;
+    QString showFile; ///< empty: no device
     bool headless = false; ///< no window on any display
     bool events = false; ///< tell every event on standard output, not only the answers to commands
     bool quitAtEnd = false; ///< quit at the end of standard input

@@ -3,6 +3,7 @@
 #include "bizmodel/devicelist.h"
 #include "ecmanager.h"
 #include "eventwriter.h"
+#include "operations.h"
 
 namespace Orvane::ConsoleHost {
 
@@ -109,6 +110,22 @@ void reportNotices(const DeviceList& devices, EventWriter& events)
         [&events](QMessageBox::StandardButton button) {
             events.writeEvent(QStringLiteral("messageBoxClosed"), {{QStringLiteral("button"), int(button)}});
         });
+}
+
+void reportOperations(MemoryModel::Operations& operations, EventWriter& events)
+{
+    const auto start = std::chrono::steady_clock::now();
+    operations.setListener([&events, start](const MemoryModel::JournalEntry& entry) {
+        using namespace std::chrono;
+        const bool isRequest = entry.phase == MemoryModel::JournalEntry::Phase::Requested;
+        events.writeEvent(
+            QStringLiteral("operation"),
+            {{QStringLiteral("operation"), entry.operation},
+             {QStringLiteral("arguments"), entry.arguments},
+             {QStringLiteral("phase"), isRequest ? QStringLiteral("requested") : QStringLiteral("done")},
+             {QStringLiteral("thread"), QStringLiteral("%1 %2").arg(entry.threadName).arg(entry.threadId)},
+             {QStringLiteral("ms"), qint64(duration_cast<milliseconds>(entry.time - start).count())}});
+    });
 }
 
 } // namespace Orvane::ConsoleHost

@@ -9,6 +9,10 @@ namespace Orvane::ECProxy::Client {
 class ECManager;
 }
 
+namespace Orvane::MemoryModel {
+class Operations;
+}
+
 namespace Orvane::ConsoleHost {
 
 class EventWriter;
@@ -18,5 +22,9 @@ void reportManagerSignals(const ECProxy::Client::ECManager& manager, EventWriter
 
 /// Writes an event for every notice to the user.
 void reportNotices(const BizModel::DeviceList& devices, EventWriter& events);
+
+/// Writes an event for everything that the model is asked to do, and for everything that it does. `events`
+/// must outlive the model.
+void reportOperations(MemoryModel::Operations& operations, EventWriter& events);
 
 } // namespace Orvane::ConsoleHost

@@ -1,0 +1,317 @@
+#include "modelcommands.h"
+
+#include "bizmodel/device.h"
+#include "commandtable.h"
+#include "memorydevicelist.h"
+#include "memorymodel.h"
+#include "modelpicture.h"
+
+#include <QJsonDocument>
+
+namespace Orvane::ConsoleHost {
+
+using MemoryModel::Control;
+using MemoryModel::Operation;
+using MemoryModel::ScreenKey;
+using Model = MemoryModel::MemoryModel;
+
+namespace {
+
+constexpr qint64 MaxKeys = 0xFFFF;
+constexpr qint64 MaxId = 0xFFFFFFFF;
+constexpr qint64 MaxDelayMs = 60 * 60 * 1000;
+
+/// Every command on a device may name another one than the active.
+Parameter deviceParameter()
+{
+    return Parameter::text("device").orElse(QString());
+}
+
+QString deviceOf(const Arguments& arguments, Model& model)
+{
+    const QString named = arguments.text("device");
+    if (!named.isEmpty())
+        return named;
+    const auto active = model.deviceList().activedDevice().lock();
+    return active ? active->ipMacSn() : QString();
+}
+
+Answer answerOf(bool isDone)
+{
+    return isDone ? Answer::done()
+                  : Answer::refused(QStringLiteral("there is no such thing, or it cannot be changed so now"));
+}
+
+/// Adds commands that change something of a device, or of one of its screens.
+class ModelCommandAdder {
+public:
+    using DeviceChange = bool (*)(Control&, const QString& device, const Arguments&);
+    using ScreenChange = bool (*)(Control&, const QString& device, const ScreenKey&, const Arguments&);
+
+    ModelCommandAdder(CommandTable& table, Model& model)
+        : m_table(table)
+        , m_model(model)
+    {
+    }
+
+    void device(const char* name, const char* purpose, std::vector<Parameter> parameters, DeviceChange change)
+    {
+        parameters.push_back(deviceParameter());
+        m_table.add(
+            {QLatin1String(name), QLatin1String(purpose), std::move(parameters),
+             [change, model = &m_model](const Arguments& arguments) {
+                 return answerOf(change(model->control(), deviceOf(arguments, *model), arguments));
+             }});
+    }
+
+    void screen(const char* name, const char* purpose, std::vector<Parameter> parameters, ScreenChange change)
+    {
+        parameters.insert(parameters.begin(), Parameter::text("screen"));
+        parameters.push_back(deviceParameter());
+        m_table.add(
+            {QLatin1String(name), QLatin1String(purpose), std::move(parameters),
+             [change, model = &m_model](const Arguments& arguments) {
+                 const ScreenKey screen = screenOfName(arguments.text("screen"));
+                 return answerOf(change(model->control(), deviceOf(arguments, *model), screen, arguments));
+             }});
+    }
+
+private:
+    CommandTable& m_table;
+    Model& m_model;
+};
+
+/// A change of one flag, which is called "on".
+template <bool (Control::*change)(const QString&, bool)>
+bool switchDevice(Control& control, const QString& device, const Arguments& arguments)
+{
+    return (control.*change)(device, arguments.flag("on"));
+}
+
+template <bool (Control::*change)(const QString&, ScreenKey, bool)>
+bool switchScreen(
+    Control& control, const QString& device, const ScreenKey& screen, const Arguments& arguments)
+{
+    return (control.*change)(device, screen, arguments.flag("on"));
+}
+
+void addDeviceCommands(ModelCommandAdder add)
+{
+    const Parameter on = Parameter::flag("on");
+    add.device("setOnline", "connects or disconnects the device", {on}, &switchDevice<&Control::setOnline>);
+    add.device(
+        "setUpgrading", "begins or ends a firmware upgrade", {on}, &switchDevice<&Control::setUpgrading>);
+    add.device(
+        "setMultiScreens", "lets several screens be selected at once", {on},
+        &switchDevice<&Control::setMultiScreens>);
+    add.device("setSwap", "lets a take exchange program and preview", {on}, &switchDevice<&Control::setSwap>);
+    add.device("setLoadToPGM", "lets presets load to program", {on}, &switchDevice<&Control::setLoadToPGM>);
+    add.device(
+        "setOutputOnline", "connects or disconnects an output", {Parameter::integer("output", 0, MaxId), on},
+        [](Control& control, const QString& device, const Arguments& arguments) {
+            return control.setOutputOnline(device, quint32(arguments.number("output")), arguments.flag("on"));
+        });
+    add.device(
+        "setGroup", "puts the device into a group, \"0\" into none", {Parameter::text("group")},
+        [](Control& control, const QString& device, const Arguments& arguments) {
+            return control.setGroup(device, arguments.text("group"));
+        });
+    add.device(
+        "changeAddress", "gives the device another identity", {Parameter::text("to")},
+        [](Control& control, const QString& device, const Arguments& arguments) {
+            return control.changeAddress(device, arguments.text("to"));
+        });
+    add.device(
+        "activateDevice", "makes the device the one that the console works on", {},
+        [](Control& control, const QString& device, const Arguments&) {
+            return control.activateDevice(device);
+        });
+    add.device(
+        "removeDevice", "takes the device away", {},
+        [](Control& control, const QString& device, const Arguments&) {
+            return control.removeDevice(device);
+        });
+}
+
+void addScreenCommands(ModelCommandAdder add)
+{
+    const Parameter on = Parameter::flag("on");
+    add.screen("setFreeze", "freezes the program", {on}, &switchScreen<&Control::setFreeze>);
+    add.screen("setFTB", "fades the program to black", {on}, &switchScreen<&Control::setFTB>);
+    add.screen("setPGMEdit", "opens the program for editing", {on}, &switchScreen<&Control::setPGMEdit>);
+    add.screen(
+        "activateScreen", "makes the screen the one that layer and input keys work on", {},
+        [](Control& control, const QString& device, const ScreenKey& screen, const Arguments&) {
+            return control.activateScreen(device, screen);
+        });
+    add.screen(
+        "removeScreen", "removes the screen", {},
+        [](Control& control, const QString& device, const ScreenKey& screen, const Arguments&) {
+            return control.removeScreen(device, screen);
+        });
+    add.screen(
+        "renameScreen", "renames the screen", {Parameter::text("name")},
+        [](Control& control, const QString& device, const ScreenKey& screen, const Arguments& arguments) {
+            return control.renameScreen(device, screen, arguments.text("name"));
+        });
+    add.screen(
+        "moveScreen", "moves the screen to another one's place", {Parameter::text("target")},
+        [](Control& control, const QString& device, const ScreenKey& screen, const Arguments& arguments) {
+            return control.moveScreen(device, screen, screenOfName(arguments.text("target")));
+        });
+    add.screen(
+        "setScreenIndex", "puts the screen on another key, -1 on none",
+        {Parameter::integer("index", -1, MaxKeys)},
+        [](Control& control, const QString& device, const ScreenKey& screen, const Arguments& arguments) {
+            return control.setScreenIndex(device, screen, arguments.integer("index"));
+        });
+    add.screen(
+        "setScreenState", "sets the screen's state", {Parameter::choice("state", stateNames())},
+        [](Control& control, const QString& device, const ScreenKey& screen, const Arguments& arguments) {
+            return control.setScreenState(
+                device, screen, BizModel::Screen::State(arguments.choice("state", stateNames())));
+        });
+    add.screen(
+        "setEffectTime", "sets the duration of a transition",
+        {Parameter::number("seconds", 0, MemoryModel::MaxEffectSeconds)},
+        [](Control& control, const QString& device, const ScreenKey& screen, const Arguments& arguments) {
+            return control.setEffectTime(device, screen, arguments.number("seconds"));
+        });
+    add.screen(
+        "setEffectType", "sets how a transition mixes",
+        {Parameter::choice("type", {QStringLiteral("cut"), QStringLiteral("fade")})},
+        [](Control& control, const QString& device, const ScreenKey& screen, const Arguments& arguments) {
+            const bool isFade = arguments.text("type") == QLatin1String("fade");
+            return control.setEffectType(
+                device, screen, isFade ? BizModel::EffectType::fade : BizModel::EffectType::cut);
+        });
+    add.device(
+        "selectScreens", "selects these screens alone", {Parameter::texts("screens")},
+        [](Control& control, const QString& device, const Arguments& arguments) {
+            QList<ScreenKey> screens;
+            const QStringList names = arguments.texts("screens");
+            for (const QString& name : names)
+                screens.append(screenOfName(name));
+            return control.selectScreens(device, screens);
+        });
+}
+
+Answer addScreen(Model& model, const Arguments& arguments)
+{
+    const auto type = arguments.text("type") == QLatin1String("AUX") ? MemoryModel::ScreenType::AUXScreen
+                                                                     : MemoryModel::ScreenType::RegularScreen;
+    const ScreenKey screen = model.control().addScreen(deviceOf(arguments, model), type);
+    return screen.id == 0 ? Answer::refused(QStringLiteral("no further screen is possible"))
+                          : Answer::done({{QStringLiteral("screen"), screenName(screen)}});
+}
+
+Parameter operationParameter()
+{
+    return Parameter::choice("operation", MemoryModel::operationNames());
+}
+
+MemoryModel::Times timesOf(const Arguments& arguments)
+{
+    return arguments.flag("always") ? MemoryModel::Times::Always : MemoryModel::Times::Once;
+}
+
+} // namespace
+
+void addModelCommands(CommandTable& table, Model& model)
+{
+    const ModelCommandAdder add(table, model);
+    addDeviceCommands(add);
+    addScreenCommands(add);
+    table.add(
+        {QStringLiteral("setCompatibleUpgrading"),
+         QStringLiteral("begins or ends an upgrade for compatibility"),
+         {Parameter::flag("on")},
+         [&model](const Arguments& arguments) {
+             model.control().setCompatibleUpgrading(arguments.flag("on"));
+             return Answer::done();
+         }});
+    table.add(
+        {QStringLiteral("addScreen"),
+         QStringLiteral("adds a screen and tells its name"),
+         {Parameter::choice("type", {QStringLiteral("regular"), QStringLiteral("AUX")})
+              .orElse(QStringLiteral("regular")),
+          deviceParameter()},
+         [&model](const Arguments& arguments) { return addScreen(model, arguments); }});
+    table.add(
+        {QStringLiteral("showPresetPage"),
+         QStringLiteral("turns the application's own page of presets"),
+         {Parameter::integer("page", 0, MaxKeys)},
+         [&model](const Arguments& arguments) {
+             model.control().showPresetPage(arguments.integer("page"));
+             return Answer::done();
+         }});
+}
+
+void addOperationCommands(CommandTable& table, Model& model)
+{
+    const Parameter always = Parameter::flag("always").orElse(false);
+    table.add(
+        {QStringLiteral("fail"),
+         QStringLiteral("lets the next run of an operation of the model fail, or every run"),
+         {operationParameter(), Parameter::text("text").orElse(QStringLiteral("as ordered")), always},
+         [&model](const Arguments& arguments) {
+             model.operations().fail(
+                 *MemoryModel::findOperation(arguments.text("operation")), arguments.text("text"),
+                 timesOf(arguments));
+             return Answer::done();
+         }});
+    table.add(
+        {QStringLiteral("delay"),
+         QStringLiteral("lets the next run of an operation take longer, or every run"),
+         {operationParameter(), Parameter::integer("ms", 0, MaxDelayMs), always},
+         [&model](const Arguments& arguments) {
+             model.operations().delay(
+                 *MemoryModel::findOperation(arguments.text("operation")),
+                 std::chrono::milliseconds(arguments.integer("ms")), timesOf(arguments));
+             return Answer::done();
+         }});
+    table.add(
+        {QStringLiteral("clearOrders"),
+         QStringLiteral("forgets all such orders"),
+         {},
+         [&model](const Arguments&) {
+             model.operations().clearAllOrders();
+             return Answer::done();
+         }});
+}
+
+void addShowCommands(CommandTable& table, Model& model)
+{
+    table.add(
+        {QStringLiteral("screens"),
+         QStringLiteral("tells what the active device's screens show"),
+         {},
+         [&model](const Arguments&) { return Answer::done(toJson(pictureActiveDevice(model))); }});
+    table.add(
+        {QStringLiteral("show"),
+         QStringLiteral("tells the whole show, as a show file"),
+         {},
+         [&model](const Arguments&) {
+             return Answer::done({{QStringLiteral("show"), QJsonDocument::fromJson(model.show()).object()}});
+         }});
+    table.add(
+        {QStringLiteral("loadShow"),
+         QStringLiteral("replaces the show by a file's"),
+         {Parameter::text("file")},
+         [&model](const Arguments& arguments) {
+             QStringList faults;
+             return model.loadFile(arguments.text("file"), faults)
+                 ? Answer::done()
+                 : Answer::refused(faults.join(QStringLiteral("; ")));
+         }});
+    table.add(
+        {QStringLiteral("saveShow"),
+         QStringLiteral("writes the show to a file"),
+         {Parameter::text("file")},
+         [&model](const Arguments& arguments) {
+             QString error;
+             return model.saveFile(arguments.text("file"), error) ? Answer::done() : Answer::refused(error);
+         }});
+}
+
+} // namespace Orvane::ConsoleHost

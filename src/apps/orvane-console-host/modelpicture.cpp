@@ -1,0 +1,172 @@
+#include "modelpicture.h"
+
+#include "bizmodel/device.h"
+#include "bizmodel/input.h"
+#include "bizmodel/layer.h"
+#include "memorydevicelist.h"
+#include "memorymodel.h"
+
+#include <QJsonArray>
+
+namespace Orvane::ConsoleHost {
+
+using BizModel::Device;
+using BizModel::Screen;
+using MemoryModel::ScreenKey;
+using MemoryModel::ScreenType;
+
+namespace {
+
+const QString RegularName = QStringLiteral("regular");
+const QString AUXName = QStringLiteral("AUX");
+
+QList<LayerPicture> pictureLayers(const Device& device, const Screen& screen, BizModel::SceneType scene)
+{
+    QList<LayerPicture> pictures;
+    const auto layers = screen.layers(scene, BizModel::LayerType::AllLayerType);
+    for (const auto& reference : layers) {
+        const auto layer = reference.lock();
+        if (!layer)
+            continue;
+        LayerPicture picture;
+        picture.id = layer->layerId();
+        picture.name = layer->name();
+        picture.sourceId = layer->sourceId();
+        if (const auto input = device.findInput(picture.sourceId).lock())
+            picture.sourceName = input->name();
+        picture.window = layer->windowRect();
+        pictures.append(picture);
+    }
+    const auto selected = screen.selectedLayers(scene);
+    for (const auto& reference : selected) {
+        const auto layer = reference.lock();
+        for (LayerPicture& picture : pictures)
+            picture.isSelected = picture.isSelected || (layer && picture.id == layer->layerId());
+    }
+    return pictures;
+}
+
+ScreenPicture pictureScreen(const Device& device, const Screen& screen)
+{
+    ScreenPicture picture;
+    picture.key = {screen.screenType(), screen.screenId()};
+    picture.name = screen.name();
+    picture.state = screen.state();
+    picture.isSelected = screen.selected();
+    picture.isFrozen = screen.freeze();
+    picture.isFadedToBlack = screen.FTBEnable();
+    picture.isProgramEdited = screen.PGMEditEnable();
+    picture.effectSeconds = screen.switchEffectTime();
+    picture.mosaic = screen.mosaicWindowRect();
+    const auto outputs = screen.outputs();
+    for (const auto& output : outputs)
+        picture.outputs.append(screen.mosaicRect(output));
+    picture.program = pictureLayers(device, screen, BizModel::SceneType::PGM);
+    picture.preview = pictureLayers(device, screen, BizModel::SceneType::PVW);
+    return picture;
+}
+
+QJsonObject toJson(const LayerPicture& layer)
+{
+    return {
+        {QStringLiteral("id"), qint64(layer.id)},
+        {QStringLiteral("name"), layer.name},
+        {QStringLiteral("input"), qint64(layer.sourceId)},
+        {QStringLiteral("inputName"), layer.sourceName},
+        {QStringLiteral("window"),
+         QJsonArray{layer.window.x(), layer.window.y(), layer.window.width(), layer.window.height()}},
+        {QStringLiteral("selected"), layer.isSelected}};
+}
+
+QJsonArray toJson(const QList<LayerPicture>& layers)
+{
+    QJsonArray array;
+    for (const LayerPicture& layer : layers)
+        array.append(toJson(layer));
+    return array;
+}
+
+QJsonObject toJson(const ScreenPicture& screen)
+{
+    return {{QStringLiteral("screen"), screenName(screen.key)},
+            {QStringLiteral("name"), screen.name},
+            {QStringLiteral("state"), stateName(screen.state)},
+            {QStringLiteral("active"), screen.isActive},
+            {QStringLiteral("selected"), screen.isSelected},
+            {QStringLiteral("freeze"), screen.isFrozen},
+            {QStringLiteral("ftb"), screen.isFadedToBlack},
+            {QStringLiteral("pgmEdit"), screen.isProgramEdited},
+            {QStringLiteral("effectSeconds"), screen.effectSeconds},
+            {QStringLiteral("progress"), screen.progress},
+            {QStringLiteral("outputs"), screen.outputs.size()},
+            {QStringLiteral("pgm"), toJson(screen.program)},
+            {QStringLiteral("pvw"), toJson(screen.preview)}};
+}
+
+} // namespace
+
+DevicePicture pictureActiveDevice(MemoryModel::MemoryModel& model)
+{
+    DevicePicture picture;
+    const auto device = model.deviceList().activedDevice().lock();
+    if (!device)
+        return picture;
+    picture.identity = device->ipMacSn();
+    picture.isOnline = device->onlineFlag();
+    picture.isSwapEnabled = device->swapEnable();
+    const auto active = device->activedScreen().lock();
+    const auto screens = device->screens(BizModel::Enum::Screen::RegularAndAUXScreens);
+    for (const auto& reference : screens) {
+        const auto screen = reference.lock();
+        if (!screen)
+            continue;
+        ScreenPicture shown = pictureScreen(*device, *screen);
+        shown.isActive = screen == active;
+        shown.progress = model.control().transitionProgress(picture.identity, shown.key);
+        picture.screens.append(shown);
+    }
+    return picture;
+}
+
+QString screenName(const ScreenKey& key)
+{
+    return QStringLiteral("%1:%2").arg(key.type == ScreenType::AUXScreen ? AUXName : RegularName).arg(key.id);
+}
+
+ScreenKey screenOfName(const QString& name)
+{
+    const int colon = name.indexOf(QLatin1Char(':'));
+    const QString type = name.left(colon);
+    ScreenKey key;
+    if (type == AUXName)
+        key.type = ScreenType::AUXScreen;
+    else if (type != RegularName)
+        return {};
+    key.id = name.mid(colon + 1).toUInt();
+    return key;
+}
+
+QStringList stateNames() // in the order of Screen::State
+{
+    return {QStringLiteral("normal"),     QStringLiteral("taking"), QStringLiteral("resourceOut"),
+            QStringLiteral("tbarTaking"), QStringLiteral("cut"),    QStringLiteral("matchingPGM")};
+}
+
+QString stateName(Screen::State state)
+{
+    return stateNames().value(state);
+}
+
+QJsonObject toJson(const DevicePicture& device)
+{
+    QJsonArray screens;
+    for (const ScreenPicture& screen : device.screens)
+        screens.append(toJson(screen));
+    return {
+        {QStringLiteral("device"), device.identity},
+        {QStringLiteral("online"), device.isOnline},
+        {QStringLiteral("swap"), device.isSwapEnabled},
+        {QStringLiteral("screens"), screens}};
+}
+
+} // namespace Orvane::ConsoleHost
