@@ -153,3 +153,9 @@ bool Console::expect(const QByteArray& condition)
     qWarning("%s: %s", condition.constData(), qUtf8Printable(result.value("detail").toString()));
     return false;
 }
+
+void Console::tap(int key)
+{
+    writeLine("press " + QByteArray::number(key));
+    writeLine("release " + QByteArray::number(key));
+}

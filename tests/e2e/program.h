@@ -72,4 +72,6 @@ public:
     bool start();
     /// False, with the console's own words in the log, when the expectation fails.
     bool expect(const QByteArray& condition);
+    /// Down and up again, at once.
+    void tap(int key);
 };

@@ -54,8 +54,6 @@ private Q_SLOTS:
     void commandWithAFaultIsAnsweredAndChangesNothing();
 
 private:
-    void tap(int key);
-
     std::unique_ptr<Host> m_host;
     std::unique_ptr<Console> m_console;
 };
@@ -79,12 +77,6 @@ void KeypadSessionTest::cleanup()
     QCOMPARE(m_console->exitStatus(), 0);
 }
 
-void KeypadSessionTest::tap(int key)
-{
-    m_console->writeLine(press(key));
-    m_console->writeLine(release(key));
-}
-
 void KeypadSessionTest::digitIsTypedAndItsKeyLitWhileItIsDown()
 {
     for (const int digit : {4, 2}) {
@@ -100,14 +92,14 @@ void KeypadSessionTest::digitIsTypedAndItsKeyLitWhileItIsDown()
 void KeypadSessionTest::everyKeypadKeyDoesItsWork()
 {
     for (int digit = 0; digit <= 9; ++digit)
-        tap(FirstDigit + digit);
+        m_console->tap(FirstDigit + digit);
     QVERIFY(m_host->shows("field", "0123456789"));
-    tap(BackKey);
+    m_console->tap(BackKey);
     QVERIFY(m_host->shows("field", "012345678"));
-    tap(EnterKey);
+    m_console->tap(EnterKey);
     QVERIFY(m_host->tells("entered", {{"text", "012345678"}}));
-    tap(UpKey);
-    tap(DownKey);
+    m_console->tap(UpKey);
+    m_console->tap(DownKey);
     for (const int key : {Qt::Key_Up, Qt::Key_Down})
         QVERIFY(m_host->tells("standardKeyPressed", {{"key", key}}));
 }
@@ -126,13 +118,13 @@ void KeypadSessionTest::keypadTypesIntoAnOpenDialogAndOtherKeysWait()
 
     QVERIFY(m_host->hasDone("focus", {{"widget", "dialogNumber"}}));
     for (const int key : {UpKey, UpKey, DownKey})
-        tap(key);
+        m_console->tap(key);
     for (const char* shown : {"1", "2", "1"})
         QVERIFY(m_host->shows("dialogNumber", shown));
-    tap(EnterKey);
+    m_console->tap(EnterKey);
     QVERIFY(m_host->tells("dialogClosed", {{"accepted", true}, {"number", 1}}));
 
-    tap(FirstDigit + 3);
+    m_console->tap(FirstDigit + 3);
     QVERIFY(m_host->shows("field", "3"));
     m_console->writeLine(press(ScreenKey));
     QVERIFY(m_host->tells("keyClicked", {{"key", ScreenKey}}));
@@ -143,7 +135,7 @@ void KeypadSessionTest::quenorSilencesWhatTheDialogDoes()
     QVERIFY(m_host->hasDone("setQuenor", {{"on", true}}));
     m_console->writeLine(press(ScreenKey));
     QVERIFY(m_host->waitForLog("now there is an modal window."));
-    tap(FirstDigit + 5);
+    m_console->tap(FirstDigit + 5);
     QVERIFY(m_host->shows("field", "5"));
     m_console->writeLine("tbar 10 up");
     QVERIFY(m_host->waitForLog("T-Bar ignored: property Quenor is true"));
@@ -170,7 +162,7 @@ void KeypadSessionTest::lockedKeypadIsDeaf()
     QVERIFY(m_host->hasDone("unlockKeypad"));
     QVERIFY(m_console->expect("lock keypad off"));
     QVERIFY(m_host->tells("keyboardLocked", {{"locked", false}}));
-    tap(FirstDigit + 3);
+    m_console->tap(FirstDigit + 3);
     QVERIFY(m_host->shows("field", "13"));
 }
 
@@ -184,7 +176,7 @@ void KeypadSessionTest::onScreenKeyWorksAsTheKeyItStandsFor()
     m_console->writeLine(release(VirtualKeys + ApplicationNumberOffset + key));
     QVERIFY(m_console->expect(led(key, "off")));
 
-    tap(key);
+    m_console->tap(key);
     QVERIFY(m_host->shows("field", "55"));
     QVERIFY(!m_host->command("state").value("virtualConsole").toBool());
     int clicks = 0; // of the physical key alone
@@ -195,9 +187,9 @@ void KeypadSessionTest::onScreenKeyWorksAsTheKeyItStandsFor()
 
 void KeypadSessionTest::keyOfNobodyIsNamedInTheLog()
 {
-    tap(NoKey);
+    m_console->tap(NoKey);
     QVERIFY(m_host->waitForLog("[locate key no response] couldn't find command binding to key: 999"));
-    tap(FirstDigit);
+    m_console->tap(FirstDigit);
     QVERIFY(m_host->shows("field", "0"));
 }
 
@@ -208,7 +200,7 @@ void KeypadSessionTest::brokenReportsAreNoKeys()
           "55EE55EE0100000100000900C90005005D0000", "55EE55EE0100000100000900FF0005005D00000000",
           "DEADBEEF0100000100000900C90005005D00000000"})
         m_console->writeLine(QByteArray("send \"") + bytes + '"');
-    tap(FirstDigit + 8);
+    m_console->tap(FirstDigit + 8);
     QVERIFY(m_host->tells("field"));
     QCOMPARE(m_host->command("state").value("field").toString(), "8");
 }
