@@ -433,6 +433,17 @@ void Command::setEcButtonLedColor(const quint32& buttonKey, const quint32& ecKey
     updateECButton(buttonKey, ecKey, on ? color : ECLEDColor::Off, LightUp);
 }
 
+void Command::darkenKeys(const std::function<bool(quint16)>& isMeant)
+{
+    const auto config = ecCommandConfig();
+    if (!config)
+        return;
+    for (const auto& button : qAsConst(config->m_buttons)) {
+        if (button && isMeant(button->OrvaneKey))
+            updateECButtonColor(button->ECKey, ECLEDColor::Off);
+    }
+}
+
 void Command::updateECOledText(const quint32& oledKey, const quint32& ecKey, const QString& text)
 {
     ECManager* manager = ECManager::instance();
@@ -532,11 +543,15 @@ void Command::showTurnedPage(const quint32& ecKey)
     } else if (!button->pECOledCfg) {
         qWarning("%scommand has invalid page oled", qUtf8Printable(name()));
     } else {
-        // Once more when the page has changed meanwhile: the label's last word is the page that is shown.
-        for (int shown = -1; shown != m_nPageIndex;) {
-            shown = m_nPageIndex;
-            updatePageOled(button->pECOledCfg->ECKey, quint32(shown));
-        }
+        showCurrentPage([&](quint32 page) { updatePageOled(button->pECOledCfg->ECKey, page); });
+    }
+}
+
+void Command::showCurrentPage(const std::function<void(quint32)>& show)
+{
+    for (int shown = -1; shown != m_nPageIndex;) {
+        shown = m_nPageIndex;
+        show(quint32(shown));
     }
 }
 

@@ -199,6 +199,8 @@ public:
     /// Warns when no button has that number.
     void updateECButtonColor(const quint32& ecKey, ECLEDColor color, const int& state = 0);
     void setEcButtonLedColor(const quint32& buttonKey, const quint32& ecKey, bool on, ECLEDColor color);
+    /// Sets the keys dark that `isMeant` takes by their function code.
+    void darkenKeys(const std::function<bool(quint16)>& isMeant);
     void updateECOledText(const quint32& oledKey, const quint32& ecKey, const QString& text);
     /// Writes the label of the key with that number.
     void updateECOledTextByBtnECKey(const quint32& ecKey, const QString& text);
@@ -242,6 +244,9 @@ protected:
     /// The page label: the one of the key with that function code. Warns, and is empty, when the key or its
     /// label is missing.
     std::shared_ptr<EC::s_ECOledConfig> findPageOled(quint16 pageUpOrvaneKey) const;
+    /// Calls `show` with the current page, and once more when the page has changed meanwhile: the last word
+    /// on the page label is the page that is shown.
+    void showCurrentPage(const std::function<void(quint32)>& show);
     /// True when the key exists and has that function code.
     bool isKeyOfFunction(const quint32& ecKey, quint16 orvaneKey) const;
 

@@ -431,8 +431,9 @@ std::shared_ptr<EC::s_ECButtonConfig> InputCommand::findSelectModeButtonByIndex(
 
 void InputCommand::updateKeyboard()
 {
+    darkenKeys([](quint16 orvaneKey) { return orvaneKey != quint16(InputCallbackType::eSelecInputCB); });
     if (const auto oled = findPageOled(quint16(InputCallbackType::ePageUp)))
-        updatePageOled(oled->ECKey, quint32(currentPageIndex()));
+        showCurrentPage([&](quint32 page) { updatePageOled(oled->ECKey, page); });
     else
         d->refreshKeys(Enum::UpdateConsoleType::All);
 }
@@ -440,7 +441,7 @@ void InputCommand::updateKeyboard()
 void InputCommand::udpateECPageOled()
 {
     if (const auto oled = findPageOled(quint16(InputCallbackType::ePageUp)))
-        Command::updatePageOled(oled->ECKey, quint32(currentPageIndex()));
+        showCurrentPage([&](quint32 page) { Command::updatePageOled(oled->ECKey, page); });
 }
 
 bool InputCommand::containsSelectedECButtonConfigByECKey(const quint32& ecKey) const

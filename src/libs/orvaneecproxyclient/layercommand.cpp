@@ -82,7 +82,7 @@ int LayerCommand::pageSize() const
 void LayerCommand::retranslateUi()
 {
     if (const auto oled = findPageOled(quint16(LayerCallbackType::ePageUp)))
-        Command::updatePageOled(oled->ECKey, quint32(currentPageIndex()));
+        showCurrentPage([&](quint32 page) { Command::updatePageOled(oled->ECKey, page); });
     d->initLayerCapacity();
     d->updateFullScreenLabel();
 }
@@ -134,6 +134,7 @@ std::shared_ptr<EC::s_ECButtonConfig> LayerCommand::findSelectModeButtonByIndex(
 
 void LayerCommand::updateKeyboard()
 {
+    darkenKeys([](quint16 orvaneKey) { return orvaneKey != quint16(LayerCallbackType::eSelectLayerCB); });
     d->updateLayerKeyboard();
 }
 

@@ -110,7 +110,7 @@ void LayerCommandPrivate::updateLayerKeyboard()
 {
     const auto pageOled = m_pCommand->findPageOled(quint16(LayerCallbackType::ePageUp));
     if (pageOled)
-        m_pCommand->updatePageOled(pageOled->ECKey, quint32(m_pCommand->currentPageIndex()));
+        m_pCommand->showCurrentPage([&](quint32 page) { m_pCommand->updatePageOled(pageOled->ECKey, page); });
     else
         refreshKeys();
     initLayerCapacity();

@@ -1,6 +1,5 @@
 #include "numbercommand.h"
 
-#include "ec/eckeyboardconfig.h"
 #include "eccommanditem.h"
 #include "selectkeys.h"
 
@@ -146,13 +145,7 @@ void NumberCommand::updateSelectModeButtonConfig()
 
 void NumberCommand::updateKeyboard()
 {
-    const auto config = ecCommandConfig();
-    if (!config)
-        return;
-    for (const auto& button : qAsConst(config->m_buttons)) {
-        if (button)
-            updateECButtonColor(button->ECKey, ECLEDColor::Off);
-    }
+    darkenKeys([](quint16) { return true; });
 }
 
 bool NumberCommand::isAllowedKeyPressed(const quint16& ecKey)
