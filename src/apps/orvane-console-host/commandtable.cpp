@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace Orvane::ConsoleHost {
 
@@ -17,6 +18,17 @@ const QString ReasonMember = QStringLiteral("reason");
 QString quoted(const QString& text)
 {
     return QLatin1Char('"') + text + QLatin1Char('"');
+}
+
+bool isWhole(const QJsonValue& value)
+{
+    return std::trunc(value.toDouble()) == value.toDouble();
+}
+
+template <typename Accepts> bool isListOf(const QJsonValue& value, Accepts accepts)
+{
+    const QJsonArray array = value.toArray();
+    return value.isArray() && std::all_of(array.begin(), array.end(), accepts);
 }
 
 } // namespace
@@ -46,6 +58,11 @@ Parameter Parameter::number(const char* name, double minimum, double maximum)
     parameter.m_nMinimum = minimum;
     parameter.m_nMaximum = maximum;
     return parameter;
+}
+
+Parameter Parameter::numbers(const char* name)
+{
+    return Parameter(Numbers, name);
 }
 
 Parameter Parameter::texts(const char* name)
@@ -83,14 +100,16 @@ bool Parameter::accepts(const QJsonValue& value) const
     case Flag:
         return value.isBool();
     case Integer:
-        return isInRange(value) && std::trunc(value.toDouble()) == value.toDouble();
+        return isInRange(value) && isWhole(value);
     case Number:
         return isInRange(value);
-    case Texts: {
-        const QJsonArray array = value.toArray();
-        return value.isArray()
-            && std::all_of(array.begin(), array.end(), [](const QJsonValue& one) { return one.isString(); });
-    }
+    case Numbers:
+        return isListOf(value, [](const QJsonValue& one) {
+            constexpr double highest = std::numeric_limits<quint32>::max();
+            return one.isDouble() && isWhole(one) && one.toDouble() >= 0 && one.toDouble() <= highest;
+        });
+    case Texts:
+        return isListOf(value, [](const QJsonValue& one) { return one.isString(); });
     case Text:
         return value.isString();
     case Choice:
@@ -108,6 +127,8 @@ QString Parameter::expected() const
         return QStringLiteral("a whole number from %1 to %2").arg(qint64(m_nMinimum)).arg(qint64(m_nMaximum));
     case Number:
         return QStringLiteral("a number from %1 to %2").arg(m_nMinimum).arg(m_nMaximum);
+    case Numbers:
+        return QStringLiteral("a list of whole numbers from 0 on");
     case Texts:
         return QStringLiteral("a list of texts");
     case Text:
@@ -125,6 +146,15 @@ QStringList Arguments::texts(const char* name) const
     for (const QJsonValue& one : array)
         texts.append(one.toString());
     return texts;
+}
+
+QList<quint32> Arguments::numbers(const char* name) const
+{
+    QList<quint32> numbers;
+    const QJsonArray array = m_values[QLatin1String(name)].toArray();
+    for (const QJsonValue& one : array)
+        numbers.append(quint32(one.toDouble()));
+    return numbers;
 }
 
 CommandTable::CommandTable(EventWriter& events)

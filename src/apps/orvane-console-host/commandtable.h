@@ -19,6 +19,8 @@ public:
     static Parameter number(const char* name, double minimum, double maximum);
     static Parameter text(const char* name);
     static Parameter texts(const char* name);
+    /// A list of whole numbers from 0 on.
+    static Parameter numbers(const char* name);
     /// One of some words.
     static Parameter choice(const char* name, const QStringList& words);
 
@@ -33,7 +35,7 @@ public:
     QString expected() const;
 
 private:
-    enum Kind { Flag, Integer, Number, Text, Texts, Choice };
+    enum Kind { Flag, Integer, Number, Numbers, Text, Texts, Choice };
     Parameter(Kind kind, const char* name);
 
     bool isInRange(const QJsonValue& value) const;
@@ -59,6 +61,9 @@ public:
     double number(const char* name) const { return m_values[QLatin1String(name)].toDouble(); }
     QString text(const char* name) const { return m_values[QLatin1String(name)].toString(); }
     QStringList texts(const char* name) const;
+    QList<quint32> numbers(const char* name) const;
+    /// A number that may be as large as an id can.
+    quint32 id(const char* name) const { return quint32(number(name)); }
     /// Place among the words that a choice has.
     int choice(const char* name, const QStringList& words) const { return words.indexOf(text(name)); }
 

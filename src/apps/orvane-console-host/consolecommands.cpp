@@ -96,6 +96,15 @@ template <eECUpMessageTag tag> void reportVirtualKey(const Arguments& arguments)
     ECManager::instance()->upTLVDecodeFinished(tag, value);
 }
 
+/// The application may learn of its monitor inputs before the console does.
+void reportDVISignal(const Arguments& arguments)
+{
+    QByteArray value(sizeof(DVIInSignal), '\0');
+    value[int(offsetof(DVIInSignal, Index))] = char(arguments.integer("index"));
+    value[int(offsetof(DVIInSignal, Signal))] = arguments.flag("on") ? 1 : 0;
+    ECManager::instance()->upTLVDecodeFinished(ReportDVIInSignal, value);
+}
+
 void addLockCommands(CommandTable& table)
 {
     addAction(table, "lockKeypad", "locks the keys", {}, [](const Arguments&) { setKeypadLocked(true); });
@@ -194,6 +203,9 @@ void addSourceCommands(CommandTable& table)
          QStringLiteral("asks for a DVI input's signal and tells what was last reported"),
          {Parameter::integer("index", 0, MaxByte)},
          &askDVISignal});
+    addAction(
+        table, "reportDVISignal", "reports a DVI input's signal on the GUI thread",
+        {Parameter::integer("index", 0, MaxByte), Parameter::flag("on")}, &reportDVISignal);
     addAction(
         table, "setTimeType", "changes the format of the time", {Parameter::integer("type", 0, MaxByte)},
         [](const Arguments& arguments) { ECManager::instance()->modifyTimeType(arguments.integer("type")); });

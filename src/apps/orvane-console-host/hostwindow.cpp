@@ -1,10 +1,12 @@
 #include "hostwindow.h"
 
+#include "boards.h"
 #include "ecmanager.h"
 #include "hostlog.h"
 #include "lockcontrol.h"
 #include "memorydevicelist.h"
 #include "memorymodel.h"
+#include "modelwatcher.h"
 #include "screenwall.h"
 #include "typingfield.h"
 
@@ -24,7 +26,8 @@ using ECProxy::Client::ECManager;
 namespace {
 
 constexpr int MaxLogLines = 2000;
-constexpr QSize FirstSize(1080, 720);
+constexpr QSize FirstSize(1280, 820);
+constexpr int PresetsWidth = 330;
 constexpr int LogHeight = 140;
 
 QPalette darkPalette()
@@ -66,7 +69,7 @@ HostWindow::HostWindow(MemoryModel::MemoryModel& model, TypingField* field, Host
     connect(&m_log, &HostLog::signalLinesPending, this, &HostWindow::showLogLines, Qt::QueuedConnection);
 
     auto* content = new QSplitter(Qt::Vertical);
-    content->addWidget(new ScreenWall(model));
+    content->addWidget(createStage(model));
     content->addWidget(m_pLogView);
     content->setStretchFactor(0, 1);
     content->setSizes({FirstSize.height(), LogHeight});
@@ -84,6 +87,55 @@ HostWindow::HostWindow(MemoryModel::MemoryModel& model, TypingField* field, Host
     statusBar();
     field->setFocus();
     showLogLines();
+}
+
+QWidget* HostWindow::createStage(MemoryModel::MemoryModel& model)
+{
+    m_pTitle = new QLabel;
+    m_pScreens = new ScreenWall;
+    m_pInputs = new InputBoard;
+    m_pPresets = new PresetBoard;
+
+    auto* left = new QWidget;
+    auto* rows = new QVBoxLayout(left);
+    rows->setContentsMargins({});
+    rows->addWidget(m_pTitle);
+    rows->addWidget(m_pScreens, 3);
+    rows->addWidget(m_pInputs, 1);
+    auto* stage = new QSplitter(Qt::Horizontal);
+    stage->addWidget(left);
+    stage->addWidget(m_pPresets);
+    stage->setStretchFactor(0, 1);
+    stage->setSizes({FirstSize.width(), PresetsWidth});
+
+    const auto setInput = [&model](bool (MemoryModel::Control::*change)(const QString&, quint32, bool)) {
+        return [&model, change](quint32 input, bool on) {
+            (model.control().*change)(pictureActiveDevice(model).identity, input, on);
+        };
+    };
+    connect(m_pInputs, &InputBoard::signalSetSignal, this, setInput(&MemoryModel::Control::setSignal));
+    connect(m_pInputs, &InputBoard::signalSetOverload, this, setInput(&MemoryModel::Control::setOverload));
+
+    auto* watcher = new ModelWatcher(model, this);
+    connect(watcher, &ModelWatcher::signalChanged, this, &HostWindow::showDevice);
+    showDevice(watcher->picture());
+    return stage;
+}
+
+void HostWindow::showDevice(const DevicePicture& device)
+{
+    if (device.identity.isEmpty()) {
+        m_pTitle->setText(QStringLiteral("No device is active."));
+    } else {
+        m_pTitle->setText(QStringLiteral("%1   %2%3")
+                              .arg(
+                                  device.identity,
+                                  device.isOnline ? QStringLiteral("online") : QStringLiteral("offline"),
+                                  device.isSwapEnabled ? QStringLiteral("   swap") : QString()));
+    }
+    m_pScreens->showDevice(device);
+    m_pInputs->showDevice(device);
+    m_pPresets->showDevice(device);
 }
 
 QWidget* HostWindow::createInputRow(TypingField* field)

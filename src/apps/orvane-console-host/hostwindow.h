@@ -2,6 +2,7 @@
 
 #include <QMainWindow>
 
+class QLabel;
 class QPlainTextEdit;
 class QToolButton;
 
@@ -12,10 +13,14 @@ class MemoryModel;
 namespace Orvane::ConsoleHost {
 
 class HostLog;
+class InputBoard;
+class PresetBoard;
+class ScreenWall;
 class TypingField;
+struct DevicePicture;
 
-/// The host's one window: the screens, the field that the keypad types into, the console's locks, and the
-/// log. None of its controls takes the focus away from the field.
+/// The host's one window: the screens, inputs and presets, the field that the keypad types into, the
+/// console's locks, and the log. None of its controls takes the focus away from the field.
 class HostWindow : public QMainWindow {
     Q_OBJECT
 
@@ -24,11 +29,17 @@ public:
     HostWindow(MemoryModel::MemoryModel& model, TypingField* field, HostLog& log);
 
 private:
+    QWidget* createStage(MemoryModel::MemoryModel& model);
     QWidget* createInputRow(TypingField* field);
     QToolButton* createLockButton(const QString& name, void (*setLocked)(bool));
+    void showDevice(const DevicePicture& device);
     void showLogLines();
 
     HostLog& m_log;
+    QLabel* m_pTitle = nullptr;
+    ScreenWall* m_pScreens = nullptr;
+    InputBoard* m_pInputs = nullptr;
+    PresetBoard* m_pPresets = nullptr;
     QPlainTextEdit* m_pLogView = nullptr;
 };
 

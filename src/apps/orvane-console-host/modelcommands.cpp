@@ -1,10 +1,12 @@
 #include "modelcommands.h"
 
-#include "bizmodel/device.h"
+#include "bizmodel/preset.h"
 #include "commandtable.h"
 #include "memorydevicelist.h"
 #include "memorymodel.h"
+#include "modelcommandadder.h"
 #include "modelpicture.h"
+#include "scenecommands.h"
 
 #include <QJsonDocument>
 
@@ -18,84 +20,23 @@ using Model = MemoryModel::MemoryModel;
 namespace {
 
 constexpr qint64 MaxKeys = 0xFFFF;
-constexpr qint64 MaxId = 0xFFFFFFFF;
 constexpr qint64 MaxDelayMs = 60 * 60 * 1000;
-
-/// Every command on a device may name another one than the active.
-Parameter deviceParameter()
-{
-    return Parameter::text("device").orElse(QString());
-}
-
-QString deviceOf(const Arguments& arguments, Model& model)
-{
-    const QString named = arguments.text("device");
-    if (!named.isEmpty())
-        return named;
-    const auto active = model.deviceList().activedDevice().lock();
-    return active ? active->ipMacSn() : QString();
-}
-
-Answer answerOf(bool isDone)
-{
-    return isDone ? Answer::done()
-                  : Answer::refused(QStringLiteral("there is no such thing, or it cannot be changed so now"));
-}
-
-/// Adds commands that change something of a device, or of one of its screens.
-class ModelCommandAdder {
-public:
-    using DeviceChange = bool (*)(Control&, const QString& device, const Arguments&);
-    using ScreenChange = bool (*)(Control&, const QString& device, const ScreenKey&, const Arguments&);
-
-    ModelCommandAdder(CommandTable& table, Model& model)
-        : m_table(table)
-        , m_model(model)
-    {
-    }
-
-    void device(const char* name, const char* purpose, std::vector<Parameter> parameters, DeviceChange change)
-    {
-        parameters.push_back(deviceParameter());
-        m_table.add(
-            {QLatin1String(name), QLatin1String(purpose), std::move(parameters),
-             [change, model = &m_model](const Arguments& arguments) {
-                 return answerOf(change(model->control(), deviceOf(arguments, *model), arguments));
-             }});
-    }
-
-    void screen(const char* name, const char* purpose, std::vector<Parameter> parameters, ScreenChange change)
-    {
-        parameters.insert(parameters.begin(), Parameter::text("screen"));
-        parameters.push_back(deviceParameter());
-        m_table.add(
-            {QLatin1String(name), QLatin1String(purpose), std::move(parameters),
-             [change, model = &m_model](const Arguments& arguments) {
-                 const ScreenKey screen = screenOfName(arguments.text("screen"));
-                 return answerOf(change(model->control(), deviceOf(arguments, *model), screen, arguments));
-             }});
-    }
-
-private:
-    CommandTable& m_table;
-    Model& m_model;
-};
 
 /// A change of one flag, which is called "on".
 template <bool (Control::*change)(const QString&, bool)>
-bool switchDevice(Control& control, const QString& device, const Arguments& arguments)
+Answer switchDevice(Control& control, const QString& device, const Arguments& arguments)
 {
-    return (control.*change)(device, arguments.flag("on"));
+    return answerOf((control.*change)(device, arguments.flag("on")));
 }
 
 template <bool (Control::*change)(const QString&, ScreenKey, bool)>
-bool switchScreen(
+Answer switchScreen(
     Control& control, const QString& device, const ScreenKey& screen, const Arguments& arguments)
 {
-    return (control.*change)(device, screen, arguments.flag("on"));
+    return answerOf((control.*change)(device, screen, arguments.flag("on")));
 }
 
-void addDeviceCommands(ModelCommandAdder add)
+void addDeviceCommands(const ModelCommandAdder& add)
 {
     const Parameter on = Parameter::flag("on");
     add.device("setOnline", "connects or disconnects the device", {on}, &switchDevice<&Control::setOnline>);
@@ -109,31 +50,31 @@ void addDeviceCommands(ModelCommandAdder add)
     add.device(
         "setOutputOnline", "connects or disconnects an output", {Parameter::integer("output", 0, MaxId), on},
         [](Control& control, const QString& device, const Arguments& arguments) {
-            return control.setOutputOnline(device, quint32(arguments.number("output")), arguments.flag("on"));
+            return answerOf(control.setOutputOnline(device, arguments.id("output"), arguments.flag("on")));
         });
     add.device(
         "setGroup", "puts the device into a group, \"0\" into none", {Parameter::text("group")},
         [](Control& control, const QString& device, const Arguments& arguments) {
-            return control.setGroup(device, arguments.text("group"));
+            return answerOf(control.setGroup(device, arguments.text("group")));
         });
     add.device(
         "changeAddress", "gives the device another identity", {Parameter::text("to")},
         [](Control& control, const QString& device, const Arguments& arguments) {
-            return control.changeAddress(device, arguments.text("to"));
+            return answerOf(control.changeAddress(device, arguments.text("to")));
         });
     add.device(
         "activateDevice", "makes the device the one that the console works on", {},
         [](Control& control, const QString& device, const Arguments&) {
-            return control.activateDevice(device);
+            return answerOf(control.activateDevice(device));
         });
     add.device(
         "removeDevice", "takes the device away", {},
         [](Control& control, const QString& device, const Arguments&) {
-            return control.removeDevice(device);
+            return answerOf(control.removeDevice(device));
         });
 }
 
-void addScreenCommands(ModelCommandAdder add)
+void addScreenCommands(const ModelCommandAdder& add)
 {
     const Parameter on = Parameter::flag("on");
     add.screen("setFreeze", "freezes the program", {on}, &switchScreen<&Control::setFreeze>);
@@ -142,48 +83,48 @@ void addScreenCommands(ModelCommandAdder add)
     add.screen(
         "activateScreen", "makes the screen the one that layer and input keys work on", {},
         [](Control& control, const QString& device, const ScreenKey& screen, const Arguments&) {
-            return control.activateScreen(device, screen);
+            return answerOf(control.activateScreen(device, screen));
         });
     add.screen(
         "removeScreen", "removes the screen", {},
         [](Control& control, const QString& device, const ScreenKey& screen, const Arguments&) {
-            return control.removeScreen(device, screen);
+            return answerOf(control.removeScreen(device, screen));
         });
     add.screen(
         "renameScreen", "renames the screen", {Parameter::text("name")},
         [](Control& control, const QString& device, const ScreenKey& screen, const Arguments& arguments) {
-            return control.renameScreen(device, screen, arguments.text("name"));
+            return answerOf(control.renameScreen(device, screen, arguments.text("name")));
         });
     add.screen(
         "moveScreen", "moves the screen to another one's place", {Parameter::text("target")},
         [](Control& control, const QString& device, const ScreenKey& screen, const Arguments& arguments) {
-            return control.moveScreen(device, screen, screenOfName(arguments.text("target")));
+            return answerOf(control.moveScreen(device, screen, screenOfName(arguments.text("target"))));
         });
     add.screen(
         "setScreenIndex", "puts the screen on another key, -1 on none",
         {Parameter::integer("index", -1, MaxKeys)},
         [](Control& control, const QString& device, const ScreenKey& screen, const Arguments& arguments) {
-            return control.setScreenIndex(device, screen, arguments.integer("index"));
+            return answerOf(control.setScreenIndex(device, screen, arguments.integer("index")));
         });
     add.screen(
         "setScreenState", "sets the screen's state", {Parameter::choice("state", stateNames())},
         [](Control& control, const QString& device, const ScreenKey& screen, const Arguments& arguments) {
-            return control.setScreenState(
-                device, screen, BizModel::Screen::State(arguments.choice("state", stateNames())));
+            return answerOf(control.setScreenState(
+                device, screen, BizModel::Screen::State(arguments.choice("state", stateNames()))));
         });
     add.screen(
         "setEffectTime", "sets the duration of a transition",
         {Parameter::number("seconds", 0, MemoryModel::MaxEffectSeconds)},
         [](Control& control, const QString& device, const ScreenKey& screen, const Arguments& arguments) {
-            return control.setEffectTime(device, screen, arguments.number("seconds"));
+            return answerOf(control.setEffectTime(device, screen, arguments.number("seconds")));
         });
     add.screen(
         "setEffectType", "sets how a transition mixes",
         {Parameter::choice("type", {QStringLiteral("cut"), QStringLiteral("fade")})},
         [](Control& control, const QString& device, const ScreenKey& screen, const Arguments& arguments) {
             const bool isFade = arguments.text("type") == QLatin1String("fade");
-            return control.setEffectType(
-                device, screen, isFade ? BizModel::EffectType::fade : BizModel::EffectType::cut);
+            return answerOf(control.setEffectType(
+                device, screen, isFade ? BizModel::EffectType::fade : BizModel::EffectType::cut));
         });
     add.device(
         "selectScreens", "selects these screens alone", {Parameter::texts("screens")},
@@ -192,7 +133,7 @@ void addScreenCommands(ModelCommandAdder add)
             const QStringList names = arguments.texts("screens");
             for (const QString& name : names)
                 screens.append(screenOfName(name));
-            return control.selectScreens(device, screens);
+            return answerOf(control.selectScreens(device, screens));
         });
 }
 
@@ -222,6 +163,8 @@ void addModelCommands(CommandTable& table, Model& model)
     const ModelCommandAdder add(table, model);
     addDeviceCommands(add);
     addScreenCommands(add);
+    addLayerCommands(add);
+    addInputCommands(add);
     table.add(
         {QStringLiteral("setCompatibleUpgrading"),
          QStringLiteral("begins or ends an upgrade for compatibility"),
@@ -243,6 +186,15 @@ void addModelCommands(CommandTable& table, Model& model)
          {Parameter::integer("page", 0, MaxKeys)},
          [&model](const Arguments& arguments) {
              model.control().showPresetPage(arguments.integer("page"));
+             return Answer::done();
+         }});
+    table.add(
+        {QStringLiteral("setPresetMode"),
+         QStringLiteral("sets what the next press of a preset key does"),
+         {Parameter::choice("mode", presetModeNames())},
+         [&model](const Arguments& arguments) {
+             model.deviceList().setPresetOperateMode(
+                 BizModel::Preset::PresetOptMode(arguments.choice("mode", presetModeNames())));
              return Answer::done();
          }});
 }
@@ -286,7 +238,17 @@ void addShowCommands(CommandTable& table, Model& model)
         {QStringLiteral("screens"),
          QStringLiteral("tells what the active device's screens show"),
          {},
-         [&model](const Arguments&) { return Answer::done(toJson(pictureActiveDevice(model))); }});
+         [&model](const Arguments&) { return Answer::done(screensToJson(pictureActiveDevice(model))); }});
+    table.add(
+        {QStringLiteral("inputs"),
+         QStringLiteral("tells the active device's inputs"),
+         {},
+         [&model](const Arguments&) { return Answer::done(inputsToJson(pictureActiveDevice(model))); }});
+    table.add(
+        {QStringLiteral("presets"),
+         QStringLiteral("tells the active device's presets"),
+         {},
+         [&model](const Arguments&) { return Answer::done(presetsToJson(pictureActiveDevice(model))); }});
     table.add(
         {QStringLiteral("show"),
          QStringLiteral("tells the whole show, as a show file"),

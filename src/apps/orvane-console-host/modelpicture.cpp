@@ -8,6 +8,8 @@
 
 #include <QJsonArray>
 
+#include <algorithm>
+
 namespace Orvane::ConsoleHost {
 
 using BizModel::Device;
@@ -66,6 +68,40 @@ ScreenPicture pictureScreen(const Device& device, const Screen& screen)
     return picture;
 }
 
+template <typename Picture> void sortById(QList<Picture>& pictures)
+{
+    std::sort(
+        pictures.begin(), pictures.end(), [](const Picture& a, const Picture& b) { return a.id < b.id; });
+}
+
+QList<InputPicture> pictureInputs(const Device& device, quint32 markedInput)
+{
+    QList<InputPicture> pictures;
+    const auto inputs = device.validInputs();
+    for (const auto& reference : inputs) {
+        if (const auto input = reference.lock()) {
+            pictures.append(
+                {input->interfaceId(), input->name(), input->capacity(), input->isActive(),
+                 input->isOverLoad(), input->interfaceId() == markedInput});
+        }
+    }
+    sortById(pictures);
+    return pictures;
+}
+
+QList<PresetPicture> picturePresets(const Device& device)
+{
+    QList<PresetPicture> pictures;
+    const auto active = device.activedPreset().lock();
+    const auto presets = device.presets();
+    for (const auto& reference : presets) {
+        if (const auto preset = reference.lock())
+            pictures.append({preset->fileId(), preset->name(), preset->fileType(), preset == active});
+    }
+    sortById(pictures);
+    return pictures;
+}
+
 QJsonObject toJson(const LayerPicture& layer)
 {
     return {
@@ -114,6 +150,10 @@ DevicePicture pictureActiveDevice(MemoryModel::MemoryModel& model)
     picture.identity = device->ipMacSn();
     picture.isOnline = device->onlineFlag();
     picture.isSwapEnabled = device->swapEnable();
+    picture.loadsToProgram = device->loadToPGMEnable();
+    picture.presetMode = model.deviceList().presetOperateMode();
+    picture.inputs = pictureInputs(*device, model.control().selectedInput(picture.identity));
+    picture.presets = picturePresets(*device);
     const auto active = device->activedScreen().lock();
     const auto screens = device->screens(BizModel::Enum::Screen::RegularAndAUXScreens);
     for (const auto& reference : screens) {
@@ -157,7 +197,14 @@ QString stateName(Screen::State state)
     return stateNames().value(state);
 }
 
-QJsonObject toJson(const DevicePicture& device)
+QStringList presetModeNames() // in the order of Preset::PresetOptMode
+{
+    return {
+        QStringLiteral("none"), QStringLiteral("select"), QStringLiteral("clear"), QStringLiteral("clearAll"),
+        QStringLiteral("save")};
+}
+
+QJsonObject screensToJson(const DevicePicture& device)
 {
     QJsonArray screens;
     for (const ScreenPicture& screen : device.screens)
@@ -167,6 +214,41 @@ QJsonObject toJson(const DevicePicture& device)
         {QStringLiteral("online"), device.isOnline},
         {QStringLiteral("swap"), device.isSwapEnabled},
         {QStringLiteral("screens"), screens}};
+}
+
+QJsonObject inputsToJson(const DevicePicture& device)
+{
+    static const QStringList capacities // in the order of CapacityMode
+        = {QStringLiteral("SL"), QStringLiteral("DL"), QStringLiteral("4K")};
+    QJsonArray inputs;
+    for (const InputPicture& input : device.inputs) {
+        inputs.append(QJsonObject{
+            {QStringLiteral("input"), qint64(input.id)},
+            {QStringLiteral("name"), input.name},
+            {QStringLiteral("capacity"), capacities.value(input.capacity)},
+            {QStringLiteral("signal"), input.hasSignal},
+            {QStringLiteral("overload"), input.isOverloaded},
+            {QStringLiteral("marked"), input.isMarked}});
+    }
+    return {{QStringLiteral("inputs"), inputs}};
+}
+
+QJsonObject presetsToJson(const DevicePicture& device)
+{
+    QJsonArray presets;
+    for (const PresetPicture& preset : device.presets) {
+        presets.append(QJsonObject{
+            {QStringLiteral("slot"), preset.id},
+            {QStringLiteral("name"), preset.name},
+            {QStringLiteral("type"),
+             preset.type == BizModel::File::FileType::PresetPGM ? QStringLiteral("PGM")
+                                                                : QStringLiteral("PVW")},
+            {QStringLiteral("active"), preset.isActive}});
+    }
+    return {
+        {QStringLiteral("mode"), presetModeNames().value(device.presetMode)},
+        {QStringLiteral("loadToPGM"), device.loadsToProgram},
+        {QStringLiteral("presets"), presets}};
 }
 
 } // namespace Orvane::ConsoleHost

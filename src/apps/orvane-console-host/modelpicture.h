@@ -1,5 +1,6 @@
 #pragma once
 
+#include "bizmodel/preset.h"
 #include "bizmodel/screen.h"
 #include "records.h"
 
@@ -42,12 +43,32 @@ struct ScreenPicture {
     QList<LayerPicture> preview;
 };
 
-/// What a device's screens show now.
+struct InputPicture {
+    quint32 id = 0;
+    QString name;
+    BizModel::CapacityMode capacity = BizModel::CapacityMode::_SL;
+    bool hasSignal = false;
+    bool isOverloaded = false;
+    bool isMarked = false; ///< by the application
+};
+
+struct PresetPicture {
+    quint16 id = 0; ///< its slot, from 1
+    QString name;
+    BizModel::File::FileType type = BizModel::File::FileType::PresetPVW;
+    bool isActive = false;
+};
+
+/// What a device shows now.
 struct DevicePicture {
     QString identity; ///< empty when no device is active
     bool isOnline = false;
     bool isSwapEnabled = false;
+    bool loadsToProgram = false;
+    BizModel::Preset::PresetOptMode presetMode = BizModel::Enum::Preset::Noting;
     QList<ScreenPicture> screens;
+    QList<InputPicture> inputs; ///< by number
+    QList<PresetPicture> presets; ///< by slot
 };
 
 /// The active device. On the GUI thread.
@@ -61,6 +82,11 @@ MemoryModel::ScreenKey screenOfName(const QString& name);
 QString stateName(BizModel::Screen::State state);
 QStringList stateNames();
 
-QJsonObject toJson(const DevicePicture& device);
+/// Of `BizModel::Preset::PresetOptMode`, in its order.
+QStringList presetModeNames();
+
+QJsonObject screensToJson(const DevicePicture& device);
+QJsonObject inputsToJson(const DevicePicture& device);
+QJsonObject presetsToJson(const DevicePicture& device);
 
 } // namespace Orvane::ConsoleHost

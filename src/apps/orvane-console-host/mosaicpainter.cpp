@@ -14,15 +14,6 @@ constexpr qreal ProgressHeight = 5;
 const QColor SelectedLayerColour(0xf2, 0xc5, 0x3d);
 const QColor OutputColour(255, 255, 255, 110);
 
-/// One source has one colour, in whatever layer it is.
-QColor colourOfSource(quint32 sourceId)
-{
-    constexpr quint32 hueStep = 137; // far apart for neighbours
-    constexpr quint32 hues = 360;
-    return sourceId == 0 ? QColor(0x55, 0x55, 0x55)
-                         : QColor::fromHsv(int(sourceId % hues * hueStep % hues), 130, 150);
-}
-
 /// What of a screen's mosaic is drawn.
 QRectF mosaicOf(const ScreenPicture& screen)
 {
@@ -30,6 +21,14 @@ QRectF mosaicOf(const ScreenPicture& screen)
 }
 
 } // namespace
+
+QColor colourOfSource(quint32 sourceId)
+{
+    constexpr quint32 hueStep = 137; // far apart for neighbours
+    constexpr quint32 hues = 360;
+    return sourceId == 0 ? QColor(0x55, 0x55, 0x55)
+                         : QColor::fromHsv(int(sourceId % hues * hueStep % hues), 130, 150);
+}
 
 QSizeF MosaicPainter::fittingSize(const ScreenPicture& screen, const QSizeF& room)
 {

@@ -9,6 +9,9 @@ class QPainter;
 
 namespace Orvane::ConsoleHost {
 
+/// One source has one colour, wherever it is shown.
+QColor colourOfSource(quint32 sourceId);
+
 /// Paints one scene of a screen: its mosaic, scaled to fit into the upper left of an area.
 class MosaicPainter {
 public:
