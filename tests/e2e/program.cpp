@@ -1,5 +1,7 @@
 #include "program.h"
 
+#include <QFile>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QTest>
 
@@ -158,4 +160,34 @@ void Console::tap(int key)
 {
     writeLine("press " + QByteArray::number(key));
     writeLine("release " + QByteArray::number(key));
+}
+
+bool Session::start()
+{
+    const QString show = showFile();
+    return QFile::copy(EXAMPLE_SHOW, show)
+        && QFile::setPermissions(show, QFile::ReadOwner | QFile::WriteOwner) && console.start()
+        && host.start({"--show", show}) && console.expect("led 1 green within 10000");
+}
+
+bool Session::end()
+{
+    if (host.isRunning())
+        host.writeLine(R"({"command":"quit"})");
+    console.closeInput();
+    const int hostStatus = host.exitStatus();
+    const int consoleStatus = console.exitStatus();
+    if (hostStatus != 0)
+        qWarning("The host ended with %d: %s", hostStatus, host.log().right(2000).constData());
+    return hostStatus == 0 && consoleStatus == 0;
+}
+
+QJsonObject Session::screen(const QString& name)
+{
+    const QJsonArray screens = host.command("screens").value("screens").toArray();
+    for (const QJsonValue& one : screens) {
+        if (one.toObject().value("screen") == name)
+            return one.toObject();
+    }
+    return {};
 }

@@ -2,6 +2,7 @@
 
 #include <QJsonObject>
 #include <QProcess>
+#include <QTemporaryDir>
 #include <QVector>
 
 #include <functional>
@@ -74,4 +75,23 @@ public:
     bool expect(const QByteArray& condition);
     /// Down and up again, at once.
     void tap(int key);
+};
+
+/// A console and a host that shows a copy of the example show, from the start to the end of a test.
+class Session {
+public:
+    /// False when one of them does not get ready, or the console's first keys stay dark.
+    bool start();
+    /// False when one of them does not end well; an expectation of the console that failed is one reason.
+    bool end();
+
+    QString showFile() const { return m_directory.filePath("show.json"); }
+    /// One of the active device's screens, as the host tells it.
+    QJsonObject screen(const QString& name);
+
+    Console console;
+    Host host;
+
+private:
+    QTemporaryDir m_directory; // the host may write its show
 };

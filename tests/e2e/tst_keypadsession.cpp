@@ -54,27 +54,22 @@ private Q_SLOTS:
     void commandWithAFaultIsAnsweredAndChangesNothing();
 
 private:
-    std::unique_ptr<Host> m_host;
-    std::unique_ptr<Console> m_console;
+    std::unique_ptr<Session> m_session;
+    Host* m_host = nullptr;
+    Console* m_console = nullptr;
 };
 
 void KeypadSessionTest::init()
 {
-    m_console = std::make_unique<Console>();
-    QVERIFY(m_console->start());
-    m_host = std::make_unique<Host>();
-    QVERIFY(m_host->start());
-    // The last thing that the host asks for when it starts.
-    QVERIFY(m_console->expect("peripheral off within 10000"));
+    m_session = std::make_unique<Session>();
+    m_host = &m_session->host;
+    m_console = &m_session->console;
+    QVERIFY(m_session->start());
 }
 
 void KeypadSessionTest::cleanup()
 {
-    if (m_host->isRunning())
-        m_host->writeLine(R"({"command":"quit"})");
-    QCOMPARE(m_host->exitStatus(), 0);
-    m_console->closeInput();
-    QCOMPARE(m_console->exitStatus(), 0);
+    QVERIFY(m_session->end());
 }
 
 void KeypadSessionTest::digitIsTypedAndItsKeyLitWhileItIsDown()
@@ -219,7 +214,7 @@ void KeypadSessionTest::requestShowsOnTheConsole_data()
     row("setLight", {{"light", "front"}, {on, true}, {"brightness", 77}}, "light front on 77");
     row("setLuminance", {{"percent", 40}}, "luminance 40");
     row("switchSource", {{"source", 1}}, "source 1");
-    row("showPeripheral", {{"visible", true}}, "peripheral on");
+    row("showPeripheral", {{"visible", false}}, "peripheral off");
     row("listenKeyboardMouse", {{on, true}}, "listening on");
     row("sendSystemTime", {{"date", "2024-05-06"}, {"time", "07:08:09"}}, "time \"2024:05:06 07:08:09\"");
     row("sendSystemIP", {{"first", "a"}, {"second", "b"}, {"third", "c"}, {"fourth", "d"}},

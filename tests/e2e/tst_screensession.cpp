@@ -58,41 +58,27 @@ private Q_SLOTS:
     void withoutADeviceKeysAreDark();
 
 private:
-    QJsonObject screen(const QString& name);
+    QJsonObject screen(const QString& name) { return m_session->screen(name); }
     bool isDone(const char* command, const QJsonObject& arguments = {});
     /// Selects the second screen alone: one output, a preview that is not its program.
     void selectSecondScreen();
 
-    std::unique_ptr<Host> m_host;
-    std::unique_ptr<Console> m_console;
+    std::unique_ptr<Session> m_session;
+    Host* m_host = nullptr;
+    Console* m_console = nullptr;
 };
 
 void ScreenSessionTest::init()
 {
-    m_console = std::make_unique<Console>();
-    QVERIFY(m_console->start());
-    m_host = std::make_unique<Host>();
-    QVERIFY(m_host->start({"--show", EXAMPLE_SHOW}));
-    QVERIFY(m_console->expect(led(FirstScreenKey, "green within 10000")));
+    m_session = std::make_unique<Session>();
+    m_host = &m_session->host;
+    m_console = &m_session->console;
+    QVERIFY(m_session->start());
 }
 
 void ScreenSessionTest::cleanup()
 {
-    if (m_host->isRunning())
-        m_host->writeLine(R"({"command":"quit"})");
-    QCOMPARE(m_host->exitStatus(), 0);
-    m_console->closeInput();
-    QCOMPARE(m_console->exitStatus(), 0);
-}
-
-QJsonObject ScreenSessionTest::screen(const QString& name)
-{
-    const QJsonArray screens = m_host->command("screens").value("screens").toArray();
-    for (const QJsonValue& one : screens) {
-        if (one.toObject().value("screen") == name)
-            return one.toObject();
-    }
-    return {};
+    QVERIFY(m_session->end());
 }
 
 bool ScreenSessionTest::isDone(const char* command, const QJsonObject& arguments)
