@@ -53,7 +53,7 @@ ECClientDecoderPrivate::SharedCallback ECClientDecoderPrivate::upCallback()
 
 void ECClientDecoderPrivate::stop()
 {
-    m_lifecycle.stop([this] { m_wcDecode.notify_all(); });
+    m_lifecycle.stop([this] { m_wcDecode.wake(); });
 }
 
 void ECClientDecoderPrivate::decodeUntilStopped()

@@ -3,11 +3,11 @@
 #include "datagramqueue_p.h"
 #include "orvaneecclientdecoder.h"
 #include "threadlifecycle_p.h"
+#include "waitcondition_p.h"
 
 #include <QObject>
 
 #include <atomic>
-#include <condition_variable>
 #include <memory>
 #include <mutex>
 
@@ -24,11 +24,8 @@ public:
     template <typename Fill> void append(Fill&& fill)
     {
         std::unique_lock<std::mutex> lock(m_mtxDecode);
-        const bool mayWait = m_datagramQueue.isEmpty();
         fill(m_datagramQueue);
-        lock.unlock();
-        if (mayWait)
-            m_wcDecode.notify_all(); // after the mutex is free, or the woken thread waits once more, for it
+        m_wcDecode.wakeAndUnlock(lock);
     }
 
     /// A callback as the threads share it, so that a call goes on while another takes its place.
@@ -38,8 +35,8 @@ public:
     void decodeUntilStopped();
     void stop();
 
-    std::condition_variable m_wcDecode;
-    /// Guards m_datagramQueue and the writing of m_bStopDecode.
+    WaitCondition m_wcDecode;
+    /// Guards m_wcDecode, m_datagramQueue and the writing of m_bStopDecode.
     std::mutex m_mtxDecode;
     std::atomic<bool> m_bStopDecode{false};
     DatagramQueue m_datagramQueue;

@@ -4,15 +4,20 @@
 #include "eclinklog_p.h"
 #include "ecprotocol.h"
 #include "threadlifecycle_p.h"
+#include "waitcondition_p.h"
 
 #include <QHostAddress>
 #include <QNetworkDatagram>
+#include <QNetworkInterface>
 #include <QUdpSocket>
 
 #include <atomic>
-#include <condition_variable>
+#include <cstring>
 #include <mutex>
 #include <vector>
+
+#include <netinet/in.h>
+#include <sys/socket.h>
 
 namespace Orvane::ECProxy::Client {
 
@@ -20,13 +25,41 @@ namespace Internal {
 
 namespace {
 
+/// A destination as both families of sockets can be told it: an IPv4 address stands in its IPv6 form.
+struct Target {
+    sockaddr_in6 address{};
+
+    static Target make(const QHostAddress& host, quint16 port)
+    {
+        Target target;
+        target.address.sin6_family = AF_INET6;
+        target.address.sin6_port = htons(port);
+        const Q_IPV6ADDR bytes = host.toIPv6Address();
+        static_assert(sizeof(bytes) == sizeof(target.address.sin6_addr));
+        std::memcpy(&target.address.sin6_addr, &bytes, sizeof(bytes));
+        if (const QString scope = host.scopeId(); !scope.isEmpty())
+            target.address.sin6_scope_id = quint32(QNetworkInterface::interfaceIndexFromName(scope));
+        return target;
+    }
+
+    sockaddr_in toIPv4() const
+    {
+        sockaddr_in ipv4{};
+        ipv4.sin_family = AF_INET;
+        ipv4.sin_port = address.sin6_port;
+        constexpr int prefixSize = sizeof(address.sin6_addr) - sizeof(ipv4.sin_addr);
+        std::memcpy(&ipv4.sin_addr, address.sin6_addr.s6_addr + prefixSize, sizeof(ipv4.sin_addr));
+        return ipv4;
+    }
+};
+
 /// Datagrams to be written, each with its destination.
 class DownQueue {
 public:
-    void append(const QByteArray& bytes, const QHostAddress& target, quint16 port)
+    void append(const QByteArray& bytes, const Target& target)
     {
         m_datagrams.append(bytes.constData(), std::size_t(bytes.size()));
-        m_targets.push_back({target, port});
+        m_targets.push_back(target);
     }
 
     bool isEmpty() const { return m_datagrams.isEmpty(); }
@@ -46,15 +79,10 @@ public:
     template <typename Write> void forEach(Write&& write) const
     {
         for (std::size_t i = 0; i < m_datagrams.count(); ++i)
-            write(m_datagrams.at(i), m_targets[i].address, m_targets[i].port);
+            write(m_datagrams.at(i), m_targets[i]);
     }
 
 private:
-    struct Target {
-        QHostAddress address;
-        quint16 port;
-    };
-
     DatagramQueue m_datagrams;
     std::vector<Target> m_targets;
 };
@@ -74,8 +102,10 @@ public:
 
     /// Made, used and deleted on the send thread.
     std::unique_ptr<QUdpSocket> m_pSocket;
-    std::condition_variable m_wcSend;
-    /// Guards m_datagramQueue and the writing of m_bStopSend.
+    /// The family of the socket: AF_INET6, for both kinds of addresses, or AF_INET on a machine without IPv6.
+    int m_nFamily = AF_INET6;
+    WaitCondition m_wcSend;
+    /// Guards m_wcSend, m_datagramQueue and the writing of m_bStopSend.
     std::mutex m_mtxSend;
     DownQueue m_datagramQueue;
     std::atomic<bool> m_bStopSend{false};
@@ -96,6 +126,8 @@ void ECClientSenderPrivate::openSocket()
             lcECLink, "Orvane ec client sender open has filed : %s",
             qUtf8Printable(m_pSocket->errorString()));
     }
+    socklen_t size = sizeof(m_nFamily);
+    getsockopt(int(m_pSocket->socketDescriptor()), SOL_SOCKET, SO_DOMAIN, &m_nFamily, &size);
 }
 
 void ECClientSenderPrivate::sendUntilStopped()
@@ -117,8 +149,16 @@ void ECClientSenderPrivate::sendUntilStopped()
 
 void ECClientSenderPrivate::write(const DownQueue& batch)
 {
-    batch.forEach([this](DatagramQueue::Datagram datagram, const QHostAddress& address, quint16 port) {
-        if (m_pSocket->writeDatagram(datagram.bytes, qint64(datagram.size), address, port) <= 0)
+    // Past the socket's own function, which spends as much on addresses and signals as the kernel on sending.
+    const int descriptor = int(m_pSocket->socketDescriptor());
+    batch.forEach([&](DatagramQueue::Datagram datagram, const Target& target) {
+        const auto sendTo = [&](const auto& address) {
+            return sendto(
+                descriptor, datagram.bytes, datagram.size, MSG_NOSIGNAL,
+                reinterpret_cast<const sockaddr*>(&address), sizeof(address));
+        };
+        const ssize_t written = m_nFamily == AF_INET ? sendTo(target.toIPv4()) : sendTo(target.address);
+        if (written <= 0)
             qCWarning(lcECLink, "Orvane ec client sender send data has failed.");
     });
 }
@@ -145,7 +185,7 @@ bool ECClientSender::startSend()
 
 bool ECClientSender::stopSend()
 {
-    d->m_lifecycle.stop([this] { d->m_wcSend.notify_all(); });
+    d->m_lifecycle.stop([this] { d->m_wcSend.wake(); });
     return true;
 }
 
@@ -157,12 +197,10 @@ bool ECClientSender::appendDatagram(const QNetworkDatagram& datagram)
 
 bool ECClientSender::appendDatagram(const QByteArray& bytes, const QHostAddress& target, quint16 port)
 {
+    const Internal::Target destination = Internal::Target::make(target, port);
     std::unique_lock<std::mutex> lock(d->m_mtxSend);
-    const bool mayWait = d->m_datagramQueue.isEmpty();
-    d->m_datagramQueue.append(bytes, target, port);
-    lock.unlock();
-    if (mayWait)
-        d->m_wcSend.notify_all(); // after the mutex is free, or the woken thread waits once more, for it
+    d->m_datagramQueue.append(bytes, destination);
+    d->m_wcSend.wakeAndUnlock(lock);
     return true;
 }
 
