@@ -89,11 +89,12 @@ void managerUnknownKey(benchmark::State& state)
 }
 BENCHMARK(managerUnknownKey)->Arg(0)->Arg(1);
 
-void managerDviReport(benchmark::State& state)
+/// A T-Bar position, which goes to every command.
+void managerTBarReport(benchmark::State& state)
 {
-    report(state, ReportDVIInSignal, QByteArray("\x00\x01\x01\x00", 4));
+    report(state, ReportECTBarValue, QByteArray("\x20\x00\x00\x00\x01", sizeof(ECTBarValue)));
 }
-BENCHMARK(managerDviReport)->Arg(0)->Arg(1);
+BENCHMARK(managerTBarReport)->Arg(0)->Arg(1);
 
 } // namespace
 
