@@ -67,6 +67,7 @@ private:
         quint32 ecKey = Constants::InvalidECKey;
     };
 
+    int clamped(int page) const;
     bool turnPage(bool (Command::*turn)(const quint32&), const quint32& ecKey);
     /// Arms a mode, or leaves it when it is armed already.
     bool toggleMode(

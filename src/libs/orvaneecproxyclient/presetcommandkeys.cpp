@@ -321,7 +321,6 @@ bool PresetCommandPrivate::turnPage(bool (Command::*turn)(const quint32&), const
     disconnectPages(); // our own announcement is not to come back
     const bool isTurned = (m_pCommand->*turn)(ecKey);
     updatePageIndex();
-    udpatePageOLEDText();
     updateAllKeyboard();
     if (BizModel::DeviceList* devices = BizModel::DeviceList::instance())
         Q_EMIT devices->signalPageChanged(m_pCommand->currentPageIndex());
@@ -347,8 +346,7 @@ void PresetCommandPrivate::disconnectPages()
 
 void PresetCommandPrivate::showPage(int page)
 {
-    m_pCommand->updateCurrentPageIndex(page);
-    clampPage();
+    m_pCommand->updateCurrentPageIndex(clamped(page));
     updatePageIndex();
     udpatePageOLEDText();
     updateAllKeyboard();
@@ -356,10 +354,14 @@ void PresetCommandPrivate::showPage(int page)
 
 void PresetCommandPrivate::clampPage()
 {
-    const int last = std::max(0, m_pCommand->maxPage() - 1);
     const int page = m_pCommand->currentPageIndex();
-    if (page < 0 || page > last)
-        m_pCommand->updateCurrentPageIndex(std::clamp(page, 0, last));
+    if (clamped(page) != page)
+        m_pCommand->updateCurrentPageIndex(clamped(page));
+}
+
+int PresetCommandPrivate::clamped(int page) const
+{
+    return std::clamp(page, 0, std::max(0, m_pCommand->maxPage() - 1));
 }
 
 void PresetCommandPrivate::updatePageIndex()
@@ -387,11 +389,10 @@ void PresetCommandPrivate::udpatePageOLEDText()
         qWarning("command has invalid page button");
         return;
     }
-    // Another thread may turn the page and label it meanwhile: the last label must be the right one.
-    int page = -1;
-    while (page != m_pOrvanePresetCmd->page()) {
-        page = m_pOrvanePresetCmd->page();
-        m_pCommand->updatePageOled(button->pECOledCfg->ECKey, quint32(page));
+    // Once more when the page has changed meanwhile: the label's last word is the page that is shown.
+    for (int shown = -1; shown != m_pOrvanePresetCmd->page();) {
+        shown = m_pOrvanePresetCmd->page();
+        m_pCommand->updatePageOled(button->pECOledCfg->ECKey, quint32(shown));
     }
 }
 
