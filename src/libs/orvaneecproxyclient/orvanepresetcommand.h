@@ -8,6 +8,7 @@ namespace Orvane::ECProxy::Client {
 
 namespace Internal {
 class OrvanePresetCommandPrivate;
+class PresetCommandPrivate;
 }
 
 /// Turns preset keys into preset files of the active device.
@@ -62,6 +63,8 @@ public Q_SLOTS:
         std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Preset> preset) override;
 
 private:
+    friend class Internal::PresetCommandPrivate; // shows its page
+
     Internal::OrvanePresetCommandPrivate* const d;
 };
 

@@ -14,6 +14,34 @@
 
 namespace Orvane::ECProxy::Client {
 
+namespace Internal {
+
+namespace {
+
+using BizModel::Enum::Preset::PresetOptMode;
+
+/// The keys that neither have a preset nor tell the mode or the load target.
+bool isDarkInMode(PresetCallbackType type, PresetOptMode mode)
+{
+    switch (type) {
+    case PresetCallbackType::ePageUp:
+    case PresetCallbackType::ePageDown:
+        return true;
+    case PresetCallbackType::eRemoveSelectedPresetCB:
+        return mode != PresetOptMode::Clear;
+    case PresetCallbackType::eClearPresetsCB:
+        return mode != PresetOptMode::ClearAll;
+    case PresetCallbackType::eSavePresetCB:
+        return mode != PresetOptMode::Save;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+} // namespace Internal
+
 using Internal::PresetCommandPrivate;
 
 PresetCommand::PresetCommand(QObject* parent)
@@ -129,8 +157,11 @@ void PresetCommand::updateKeyboard()
     if (!Internal::configuredPresetCommand())
         return;
     d->updatePageIndex();
+    darkenKeys([mode = Internal::presetOperateMode()](quint16 orvaneKey) {
+        return Internal::isDarkInMode(PresetCallbackType(orvaneKey), mode);
+    });
     if (const auto oled = findPageOled(quint16(PresetCallbackType::ePageUp)))
-        updatePageOled(oled->ECKey, quint32(currentPageIndex()));
+        showCurrentPage([&](quint32 page) { updatePageOled(oled->ECKey, page); });
     d->m_pOrvanePresetCmd->updateECCommandItems();
     d->updateAllKeyboard();
     d->slotLoadToPGMUpDate();

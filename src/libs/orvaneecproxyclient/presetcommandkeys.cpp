@@ -389,11 +389,8 @@ void PresetCommandPrivate::udpatePageOLEDText()
         qWarning("command has invalid page button");
         return;
     }
-    // Once more when the page has changed meanwhile: the label's last word is the page that is shown.
-    for (int shown = -1; shown != m_pOrvanePresetCmd->page();) {
-        shown = m_pOrvanePresetCmd->page();
-        m_pCommand->updatePageOled(button->pECOledCfg->ECKey, quint32(shown));
-    }
+    m_pOrvanePresetCmd->showCurrentPage(
+        [&](quint32 page) { m_pCommand->updatePageOled(button->pECOledCfg->ECKey, page); });
 }
 
 void PresetCommandPrivate::updateAllKeyboard()
