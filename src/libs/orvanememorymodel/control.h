@@ -115,6 +115,19 @@ public:
     quint32 selectedInput(const QString& device) const;
     /// @}
 
+    /// @name Presets
+    /// @{
+    /// Stores the present scenes in an empty slot, from 1 to the device's `maxPresetCount`.
+    bool addPreset(const QString& device, FileType type, quint16 fileId);
+    bool coverPreset(const QString& device, FileType type, quint16 fileId);
+    bool renamePreset(const QString& device, FileType type, quint16 fileId, const QString& name);
+    bool removePreset(const QString& device, FileType type, quint16 fileId);
+    /// Removes all presets of the device and its group.
+    bool clearPresets(const QString& device);
+    /// Marks the preset as the one loaded last, without loading it; 0 for none.
+    bool activatePreset(const QString& device, FileType type, quint16 fileId);
+    /// @}
+
     /// @name Answers and notices of the application
     /// @{
     /// The user closed the message box that is shown.
@@ -133,6 +146,8 @@ private:
     bool onLayer(
         const QString& device, const ScreenKey& screen, BizModel::SceneType scene, quint32 layerId,
         Function function);
+    template <typename Function>
+    bool onPreset(const QString& device, FileType type, quint16 fileId, Function function);
     template <typename Function> bool onInput(const QString& device, quint32 inputId, Function function);
 
     const std::shared_ptr<ModelHub> m_pHub;

@@ -64,6 +64,7 @@ QList<std::weak_ptr<BizModel::Screen>> DeviceController::getTakeScreens(
 
 bool DeviceController::createPresetFile(FileType type, quint16 fileId, QString& error)
 {
+    error.clear();
     const QString arguments =
         deviceText(m_pDevice) + QStringLiteral(" type=%1 preset=%2").arg(int(type)).arg(fileId);
     if (const auto failure = m_pHub->operations.perform(Operation::CreatePresetFile, arguments)) {
@@ -81,6 +82,7 @@ bool DeviceController::createPresetFile(FileType type, quint16 fileId, QString& 
 
 bool DeviceController::removeFile(const QList<std::weak_ptr<BizModel::File>>& files, QString& error)
 {
+    error.clear();
     QStringList ids;
     for (const std::weak_ptr<BizModel::File>& file : files) {
         const std::shared_ptr<BizModel::File> present = file.lock();
@@ -100,13 +102,11 @@ bool DeviceController::removeFile(const QList<std::weak_ptr<BizModel::File>>& fi
         return false;
     }
     bool ok = true;
-    const MemoryDeviceList::Devices members = m_list.group(change, device);
+    const MemoryDeviceList::Devices group = m_list.group(change, device);
     for (const std::weak_ptr<BizModel::File>& file : files) {
         const auto preset = ownObject<MemoryPreset>(file);
         // A key shows the presets of the whole group, so one of another member may be meant.
-        ok &= preset && std::any_of(members.cbegin(), members.cend(), [&](const auto& member) {
-                  return member->removePreset(change, preset);
-              });
+        ok &= preset && removePreset(change, group, preset);
     }
     if (!ok)
         error = QStringLiteral("A file is gone.");

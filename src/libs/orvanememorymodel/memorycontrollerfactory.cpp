@@ -2,6 +2,7 @@
 
 #include "devicecontroller.h"
 #include "layercontroller.h"
+#include "presetcontroller.h"
 #include "screencontroller.h"
 
 #include <utility>
@@ -39,9 +40,11 @@ std::shared_ptr<ModelControl::Layer> MemoryControllerFactory::createLayer(
 }
 
 std::shared_ptr<ModelControl::Preset> MemoryControllerFactory::createPreset(
-    const std::weak_ptr<BizModel::Device>&)
+    const std::weak_ptr<BizModel::Device>& device)
 {
-    return nullptr;
+    if (!isPresent(device))
+        return nullptr;
+    return std::make_shared<PresetController>(m_pHub, m_list, device);
 }
 
 bool MemoryControllerFactory::isPresent(const std::weak_ptr<BizModel::Device>& device) const

@@ -253,7 +253,8 @@ DeviceRecord MemoryDevice::record(const Guard& guard) const
         record.activeScreen = device.activeScreen->key();
     for (const std::shared_ptr<MemoryPreset>& preset : device.presets)
         record.presets += preset->record(guard);
-    record.activePreset = device.activePreset ? device.activePreset->fileId() : 0;
+    record.activePreset =
+        device.presets.contains(device.activePreset) ? device.activePreset->fileId() : quint16(0);
     record.hasKeypad = device.keypad != nullptr;
     if (device.keypad)
         record.keypad = device.keypad->keypadInfo();

@@ -37,6 +37,7 @@ public:
         quint32 selectedInput = 0;
         /// Preview presets first, each kind by file id.
         Presets presets;
+        /// One of this device or of another of its group.
         std::shared_ptr<MemoryPreset> activePreset;
         std::shared_ptr<BizModel::Keypad> keypad;
     };
@@ -122,9 +123,6 @@ public:
     void setKeypad(Change& change, const std::shared_ptr<BizModel::Keypad>& keypad);
     void setActivePreset(Change& change, const std::shared_ptr<MemoryPreset>& preset);
     void insertPreset(Change& change, const std::shared_ptr<MemoryPreset>& preset);
-    bool removePreset(Change& change, const std::shared_ptr<MemoryPreset>& preset);
-    /// Removes all files of the types.
-    void removeFiles(Change& change, const QList<FileType>& types);
     /// @}
 
 private:

@@ -119,38 +119,4 @@ void MemoryDevice::insertPreset(Change& change, const std::shared_ptr<MemoryPres
     all.insert(behind, preset);
 }
 
-bool MemoryDevice::removePreset(Change& change, const std::shared_ptr<MemoryPreset>& preset)
-{
-    Data& device = data(change);
-    if (!device.presets.removeOne(preset))
-        return false;
-    change.announce([device = weak_from_this(), preset](MemoryDeviceList& list) {
-        Q_EMIT list.signalPresetRemoved(device, preset);
-    });
-    if (device.activePreset == preset)
-        setActivePreset(change, nullptr);
-    return true;
-}
-
-void MemoryDevice::removeFiles(Change& change, const QList<FileType>& types)
-{
-    Data& device = data(change);
-    if (types.contains(FileType::keypad) && device.keypad)
-        setKeypad(change, nullptr);
-    Presets removed;
-    for (const std::shared_ptr<MemoryPreset>& preset : std::as_const(device.presets)) {
-        if (types.contains(preset->fileType()))
-            removed += preset;
-    }
-    if (!types.contains(FileType::PresetPVW) || !types.contains(FileType::PresetPGM)) {
-        for (const std::shared_ptr<MemoryPreset>& preset : std::as_const(removed))
-            removePreset(change, preset);
-        return;
-    }
-    device.presets.clear();
-    change.announce(
-        [device = weak_from_this()](MemoryDeviceList& list) { Q_EMIT list.signalPresetCleared(device); });
-    setActivePreset(change, nullptr);
-}
-
 } // namespace Orvane::MemoryModel

@@ -2,6 +2,7 @@
 
 #include "layers.h"
 #include "operationtext.h"
+#include "presets.h"
 
 #include <QStringList>
 
@@ -210,7 +211,7 @@ bool RequestManager::perform(const AsyncRemoveFile& request, QString& error)
         error = deviceGone;
         return false;
     }
-    device->removeFiles(change, request.fileTypes);
+    removeFiles(change, m_list.group(change, device), request.fileTypes);
     return true;
 }
 

@@ -1,6 +1,7 @@
 #include "samplingqueue.h"
 
 #include "operationtext.h"
+#include "presets.h"
 #include "transitions.h"
 
 #include <QtDebug>
@@ -197,11 +198,13 @@ void SamplingQueue::carryOut(const s_LoadPresetSampling& sample)
         device->setKeypad(change, std::make_shared<BizModel::Keypad>(sample.lastKeypadInfo));
         return;
     }
-    std::shared_ptr<MemoryPreset> loaded = device->preset(change, FileType::PresetPVW, sample.nFileID);
-    if (!loaded)
-        loaded = device->preset(change, FileType::PresetPGM, sample.nFileID);
-    if (loaded)
-        device->setActivePreset(change, loaded);
+    const Devices group = m_list.group(change, device);
+    for (const std::shared_ptr<MemoryDevice>& member : group) {
+        // The device itself takes another member's preset for its own, so that its key shows it.
+        const auto loaded = findPreset(change, member == device ? group : Devices{member}, sample.nFileID);
+        if (loaded)
+            member->setActivePreset(change, loaded);
+    }
 }
 
 } // namespace Orvane::MemoryModel
