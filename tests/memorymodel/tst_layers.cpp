@@ -65,8 +65,10 @@ Ids order(Model& m, SceneType scene = SceneType::PVW)
 {
     Ids ids;
     const auto all = m.screen(1)->layers(scene, AllTypes);
-    for (const auto& weak : all)
-        ids += weak.lock()->layerId();
+    for (const auto& weak : all) {
+        if (const auto layer = weak.lock())
+            ids += layer->layerId();
+    }
     return ids;
 }
 

@@ -49,12 +49,12 @@ ModelControl::Preset::Screens screensOf(const std::shared_ptr<BizModel::Preset>&
     return screens;
 }
 
-bool sampleLoad(Model& m, quint8 id, const ProtoModel::File::s_KeypadInfo& before = {})
+bool sampleLoad(Model& m, quint8 id, ProtoModel::File::s_KeypadInfo before = {})
 {
     const auto sampling = std::make_shared<TaskSampling::s_LoadPresetSampling>();
     sampling->nFileID = id;
     sampling->pCurDevice = m.device();
-    sampling->lastKeypadInfo = before;
+    sampling->lastKeypadInfo = std::move(before);
     auto* const thread = TaskSampling::SamplingThread::instance();
     return thread->setSamplingType(TaskSampling::LoadPreset) && thread->appendData(sampling);
 }

@@ -20,8 +20,10 @@ constexpr ScreenType Regular = ScreenType::RegularScreen;
 QList<quint32> ids(const QList<std::weak_ptr<BizModel::Screen>>& screens)
 {
     QList<quint32> list;
-    for (const auto& screen : screens)
-        list += screen.lock()->screenId();
+    for (const auto& weak : screens) {
+        if (const auto screen = weak.lock())
+            list += screen->screenId();
+    }
     return list;
 }
 

@@ -88,7 +88,7 @@ std::shared_ptr<MemoryLayer> addLayer(
     record.id = screen->freeLayerId(change, scene);
     if (record.name.isEmpty())
         record.name = layerName(record.id);
-    const auto added = std::make_shared<MemoryLayer>(hub, screen, scene, record);
+    const auto added = std::make_shared<MemoryLayer>(hub, *screen, scene, record);
     if (!hasResources(change, device, screen, {{added, record.window}}, outputsOf(change, *screen), scene)) {
         error = notEnoughResources;
         return nullptr;
@@ -173,9 +173,9 @@ bool bindLayers(
         before += std::exchange(layer->data(change).capacity, input.data(change).capacity);
     const bool enough = std::all_of(layers.cbegin(), layers.cend(), [&](const auto& layer) {
         const std::shared_ptr<MemoryScreen> screen = layer->screen();
-        return screen->screenType() != ScreenType::RegularScreen
+        return !screen || screen->screenType() != ScreenType::RegularScreen
             || hasResources(
-                   change, device, screen, {}, outputsOf(change, *screen), layer->data(change).scene);
+                change, device, screen, {}, outputsOf(change, *screen), layer->data(change).scene);
     });
     for (int i = 0; i < layers.size(); ++i) {
         if (enough)

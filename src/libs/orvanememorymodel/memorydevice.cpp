@@ -207,9 +207,9 @@ void MemoryDevice::populate(Change& change, const DeviceRecord& record)
         MemoryScreen::Data& state = screen->data(change);
         state.registered = true;
         for (const LayerRecord& layer : stored.pgm)
-            state.pgm += std::make_shared<MemoryLayer>(m_pHub, screen, SceneType::PGM, layer);
+            state.pgm += std::make_shared<MemoryLayer>(m_pHub, *screen, SceneType::PGM, layer);
         for (const LayerRecord& layer : stored.pvw)
-            state.pvw += std::make_shared<MemoryLayer>(m_pHub, screen, SceneType::PVW, layer);
+            state.pvw += std::make_shared<MemoryLayer>(m_pHub, *screen, SceneType::PVW, layer);
         device.screens += screen;
     }
     device.activeScreen = screen(change, record.activeScreen);

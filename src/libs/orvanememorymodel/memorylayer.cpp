@@ -11,11 +11,10 @@ using BizModel::CapacityMode;
 using BizModel::SceneType;
 
 MemoryLayer::MemoryLayer(
-    std::shared_ptr<ModelHub> hub, std::weak_ptr<MemoryScreen> screen, SceneType scene,
-    const LayerRecord& record)
+    std::shared_ptr<ModelHub> hub, MemoryScreen& screen, SceneType scene, const LayerRecord& record)
     : m_pHub(std::move(hub))
-    , m_pScreen(std::move(screen))
-    , m_nScreenId(m_pScreen.lock() ? m_pScreen.lock()->screenId() : 0)
+    , m_pScreen(screen.weak_from_this())
+    , m_nScreenId(screen.screenId())
     , m_nId(record.id)
     , m_type(record.type)
     , m_state(State{record.name, scene, record.inputId, record.window, record.capacity, record.selected})

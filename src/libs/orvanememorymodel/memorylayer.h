@@ -22,7 +22,7 @@ public:
     };
 
     MemoryLayer(
-        std::shared_ptr<ModelHub> hub, std::weak_ptr<MemoryScreen> screen, BizModel::SceneType scene,
+        std::shared_ptr<ModelHub> hub, MemoryScreen& screen, BizModel::SceneType scene,
         const LayerRecord& record);
 
     quint32 layerId() const override { return m_nId; }

@@ -273,7 +273,7 @@ std::shared_ptr<BizModel::Layer> MemoryScreen::createProbeLayer(
     probe.window = QRect(QPoint(0, 0), defaultLayerSize(capacity));
     // The probe does not change the screen; the layer's link to its screen is not const by nature.
     const auto self = std::const_pointer_cast<MemoryScreen>(shared_from_this());
-    return std::make_shared<MemoryLayer>(m_pHub, self, SceneType::PVW, probe);
+    return std::make_shared<MemoryLayer>(m_pHub, *self, SceneType::PVW, probe);
 }
 
 ScreenRecord MemoryScreen::record(const Guard& guard) const

@@ -192,7 +192,7 @@ void loadPreset(
         for (LayerRecord layer : stored.layers) {
             if (!device.data(change).inputs.contains(layer.inputId))
                 layer.inputId = 0;
-            scene += std::make_shared<MemoryLayer>(hub, screen, target, layer);
+            scene += std::make_shared<MemoryLayer>(hub, *screen, target, layer);
         }
     }
     announceLayersChanged(change, screens, LayersChangedBy::LoadPreset);
@@ -202,9 +202,8 @@ ProtoModel::File::s_KeypadInfo keypadAfterLoad(
     const Guard& guard, const Devices& group, const MemoryPreset& preset, const QList<quint32>& screenIds)
 {
     const MemoryDevice& device = *group.first();
-    ProtoModel::File::s_KeypadInfo info;
-    if (device.data(guard).keypad)
-        info = device.data(guard).keypad->keypadInfo();
+    const std::shared_ptr<BizModel::Keypad>& keypad = device.data(guard).keypad;
+    ProtoModel::File::s_KeypadInfo info = keypad ? keypad->keypadInfo() : ProtoModel::File::s_KeypadInfo();
     const bool toProgram = loadTarget(guard, device) == SceneType::PGM;
     ProtoModel::File::s_PresetInfo& history = info.presetInfo;
     quint8& last = toProgram ? history.lastPGMPreset : history.lastPVWPreset;

@@ -18,7 +18,7 @@ MemoryScreen::Layers copies(
     for (const std::shared_ptr<MemoryLayer>& layer : source.data(guard).layers(from)) {
         LayerRecord record = layer->record(guard);
         record.selected = false;
-        list += std::make_shared<MemoryLayer>(hub, screen.weak_from_this(), to, record);
+        list += std::make_shared<MemoryLayer>(hub, screen, to, record);
     }
     return list;
 }
