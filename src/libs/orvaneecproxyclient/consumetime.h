@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QLoggingCategory>
 #include <QTime>
 #include <QtDebug>
 
@@ -8,6 +9,8 @@ namespace Orvane::ECProxy::Client::Internal {
 /// Logs a step of a repaint or of a preset's loading with the time of day, to show where the time goes.
 inline void logConsumeTime(const char* text)
 {
+    if (!QLoggingCategory::defaultCategory()->isInfoEnabled())
+        return; // a burst brings one for every notification
     qInfo("%s %s", text, qUtf8Printable(QTime::currentTime().toString(QStringLiteral("hh:mm:ss.zzz"))));
 }
 
