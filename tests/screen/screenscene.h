@@ -84,7 +84,7 @@ inline MemoryModel::ShowRecord show()
     MemoryModel::DeviceRecord device;
     device.groupId = BizModel::Device::defaultDeviceGroupId;
     device.multiScreens = true;
-    device.limits.regularScreens = 40;
+    device.limits.regularScreens = 24;
     device.subcards = {{1, 64, {}}};
     for (quint32 id = 1; id <= 8; ++id)
         device.outputs.append({id, 1, int(id), QSize(1920, 1080), true});
