@@ -30,13 +30,33 @@ void endSaveMode()
     offFunctionkeyColor(PresetCallbackType::eSavePresetCB);
 }
 
+/// State of the device's keypad; empty when it has none.
+s_KeypadInfo keypadInfoOf(const BizModel::Device& device)
+{
+    const auto keypad = keypadFile(device);
+    return keypad ? keypad->keypadInfo() : s_KeypadInfo();
+}
+
+/// State of the keypad once the preset is loaded; the present one when it cannot be told.
+s_KeypadInfo keypadInfoAfter(
+    const ModelControl::Preset& presets, const std::shared_ptr<BizModel::Preset>& preset,
+    const ModelControl::Preset::Screens& screens, const s_KeypadInfo& present)
+{
+    s_KeypadInfo after;
+    if (presets.createKeypadInfo(preset, screens, after))
+        return after;
+    qWarning("create keypadInfo failed");
+    return present;
+}
+
 /// Hands the load to the sampling thread, which keeps the newest of those that wait.
-bool sampleLoad(const std::shared_ptr<TaskSampling::s_LoadPresetSampling>& sampling)
+bool sampleLoad(const TaskSampling::s_LoadPresetSampling& sampling)
 {
     logConsumeTime("preset consume time:SamplingThread appendData start.");
     qDebug("***************************************5.22");
     auto* const thread = TaskSampling::SamplingThread::instance();
-    if (thread && thread->setSamplingType(TaskSampling::LoadPreset) && thread->appendData(sampling))
+    if (thread && thread->setSamplingType(TaskSampling::LoadPreset)
+        && thread->appendData(std::make_shared<TaskSampling::s_LoadPresetSampling>(sampling)))
         return true;
     qWarning("Load preset failed: sampling failed.");
     return false;
@@ -140,21 +160,12 @@ bool OrvanePresetCommandPrivate::loadPreset(const quint32& ecKey, bool)
     if (!preset->presetSelectedScreens(screens, preset->fileType(), error))
         qWarning("Load preset: its screens are not known. %s", qUtf8Printable(error));
 
-    const auto sampling = std::make_shared<TaskSampling::s_LoadPresetSampling>();
-    if (const auto keypad = keypadFile(*device))
-        sampling->lastKeypadInfo = keypad->keypadInfo();
-    if (!presets->createKeypadInfo(preset, screens, sampling->keypadInfo)) {
-        qWarning("create keypadInfo failed");
-        sampling->keypadInfo = sampling->lastKeypadInfo;
-    }
-    sampling->nFileID = quint8(preset->fileId());
-    sampling->pCurDevice = device;
-
-    m_modelUpdates.post(
-        [device = std::weak_ptr<BizModel::Device>(device), preset = std::weak_ptr<BizModel::Preset>(preset),
-         screens,
-         keypadInfo = sampling->keypadInfo] { updatePresetModel(device, preset, screens, keypadInfo); });
-    sampleLoad(sampling);
+    const s_KeypadInfo lastKeypadInfo = keypadInfoOf(*device);
+    const s_KeypadInfo keypadInfo = keypadInfoAfter(*presets, preset, screens, lastKeypadInfo);
+    m_modelUpdates.post([device = std::weak_ptr<BizModel::Device>(device),
+                         preset = std::weak_ptr<BizModel::Preset>(preset), screens,
+                         keypadInfo] { updatePresetModel(device, preset, screens, keypadInfo); });
+    sampleLoad({quint8(preset->fileId()), device, keypadInfo, lastKeypadInfo});
     setPresetOperateMode(PresetOptMode::Noting);
     logConsumeTime("preset consume time:OrvanePresetCommand loadPreset end");
     return true;
