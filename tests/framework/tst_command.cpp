@@ -11,7 +11,9 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <functional>
 #include <optional>
+#include <utility>
 
 using namespace Orvane;
 using namespace Orvane::ECProxy::Client;
@@ -61,8 +63,16 @@ public:
         const auto buttons = ecCommandConfig()->findECButtonConfigsByOrvaneKey(Select);
         return index < buttons.size() ? buttons.at(index) : nullptr;
     }
+    using Command::updatePageOled;
+    bool updatePageOled(const quint32& oledECKey, const quint32& pageIndex) override
+    {
+        if (m_onPageTurned)
+            std::exchange(m_onPageTurned, nullptr)();
+        return Command::updatePageOled(oledECKey, pageIndex);
+    }
     void slotECButtonPressed(const quint32& key) override { dispatchPressed(key); }
 
+    std::function<void()> m_onPageTurned; ///< called once, when the next page is about to be shown
     QList<quint32> m_handled;
     QList<std::shared_ptr<ECCommandItem>> m_items;
     std::optional<int> m_nMaxPage;
@@ -78,6 +88,7 @@ private Q_SLOTS:
     void initTestCase();
     void init();
     void pagesStopAtBothEnds();
+    void aPageTurnedOnMeanwhileIsShownLast();
     void aLockedKeypadHoldsThePage();
     void aPageKeyWithoutALabelStillTurnsThePage();
     void repaintSendsTheItemsOfThePage();
@@ -138,6 +149,19 @@ void TestCommand::pagesStopAtBothEnds()
     QCOMPARE(m_pCommand->page(), 98);
     QVERIFY(log.contains(
         "Can't perform page turning, the maximum page number is currently reached. This is ProbeCommand"));
+
+    m_pCommand->m_nMaxPage = 90; // there are fewer pages now: back still leads back
+    QVERIFY(m_pCommand->pageUpRelease(UpKey));
+    QCOMPARE(m_pCommand->page(), 97);
+}
+
+void TestCommand::aPageTurnedOnMeanwhileIsShownLast()
+{
+    // The on-screen console turns the page as well, just before the first turn is shown.
+    m_pCommand->m_onPageTurned = [&] { QVERIFY(m_pCommand->pageDownRelease(DownKey)); };
+    QVERIFY(m_pCommand->pageDownRelease(DownKey));
+    QCOMPARE(m_pCommand->page(), 2);
+    QCOMPARE(m_pRig->label(PageLabel), QStringLiteral("Page 3"));
 }
 
 void TestCommand::aLockedKeypadHoldsThePage()

@@ -523,13 +523,14 @@ bool Command::pageDownRelease(const quint32& ecKey)
     return true;
 }
 
-/// False, and nothing changes, when there is no such page.
+/// False, and nothing changes, at the end of the pages that the step leads to. The other end is not checked:
+/// back from beyond the last page is the way home.
 bool Command::stepPageIndex(int step)
 {
     // Another thread may go to a page of its own at the same time.
     int pageIndex = m_nPageIndex;
     do {
-        if (pageIndex + step < 0 || pageIndex + step >= maxPage())
+        if (step < 0 ? pageIndex < 1 : maxPage() <= pageIndex + 1)
             return false;
     } while (!m_nPageIndex.compare_exchange_weak(pageIndex, pageIndex + step));
     return true;
