@@ -41,6 +41,7 @@ private Q_SLOTS:
     void requestsAsTheyGoToTheConsole_data();
     void requestsAsTheyGoToTheConsole();
     void everyRouteGetsEveryRequestInOrder();
+    void aRequestWithoutItsRecordIsNotSent();
     void locksAndSourceRemembered();
     void askingForAConsoleRecordEchoesWhatIsHeld();
     void dviReportReplacesWhatWasKnown();
@@ -174,6 +175,17 @@ void TestManager::everyRouteGetsEveryRequestInOrder()
     QCOMPARE(sent.at(0).size(), 27); // the colour first, then the text
     QCOMPARE(sent.at(2), sent.at(3));
     QCOMPARE(sent.at(2).size(), 54);
+}
+
+void TestManager::aRequestWithoutItsRecordIsNotSent()
+{
+    ECManager* manager = ECManager::instance();
+    manager->updateECButtonColor(nullptr);
+    manager->updateTBarValue(nullptr);
+    manager->updateLightControlState(nullptr);
+    QVERIFY(takeSent().isEmpty()); // nor an empty datagram
+    manager->updateECButtonColor(std::make_shared<ECButtonColor>(), nullptr);
+    QCOMPARE(takeSent().size(), 2); // the colour, on two routes
 }
 
 void TestManager::locksAndSourceRemembered()

@@ -38,7 +38,8 @@ public:
     bool hasSendRoute() const { return !sendRoutes()->empty(); }
     void send(const QByteArray& datagram) const;
 
-    /// Builds one datagram and hands it to every route; false, with nothing built, when there is no route.
+    /// Builds one datagram and hands it to every route. False, with nothing sent, when there is no route
+    /// (then nothing is built either) and when the encoder was given no record, of which it tells itself.
     template <typename Build> bool request(Build build)
     {
         const std::shared_ptr<const Routes> routes = sendRoutes();
@@ -46,6 +47,8 @@ public:
             return false;
         QByteArray datagram;
         build(*m_pECClientEncoder, datagram);
+        if (datagram.isEmpty())
+            return false;
         for (const auto& route : *routes)
             route(datagram);
         return true;

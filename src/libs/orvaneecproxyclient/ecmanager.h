@@ -34,11 +34,12 @@ class ECManagerPrivate;
 /// before `deleteInstance()`.
 ///
 /// Threads: everything may be called on any thread. Requests are built on the caller's thread and handed to
-/// the send routes there. Signals are emitted on the thread that caused them; receivers on the GUI thread
-/// get them queued.
+/// the send routes there. Signals are emitted on the thread that caused them, `signalECKeyClicked` always on
+/// the GUI thread; receivers there get all of them queued.
 ///
-/// Failure: a request with no send route is dropped without a trace and changes no state; operations that
-/// need the command manager do nothing, or answer false, 0 or nothing, before `init()`.
+/// Failure: a request with no send route is dropped without a trace and changes no state; one without its
+/// record is logged and not sent. Operations that need the command manager do nothing, or answer false, 0 or
+/// nothing, before `init()`.
 class ORVANEECPROXYCLIENT_EXPORT ECManager : public QObject {
     Q_OBJECT
 
