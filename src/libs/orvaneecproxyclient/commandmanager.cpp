@@ -16,9 +16,8 @@
 #include "bizmodel/devicelist.h"
 #include "ec/eckeyboardconfig.h"
 
-#include <QVector>
-
 #include <atomic>
+#include <functional>
 #include <mutex>
 
 namespace Orvane::ECProxy::Client {
@@ -38,6 +37,18 @@ public:
     {
         const std::lock_guard<std::mutex> lock(m_commandsMutex);
         return m_commands;
+    }
+
+    void appendCommand(const std::shared_ptr<Command>& command)
+    {
+        const std::lock_guard<std::mutex> lock(m_commandsMutex);
+        m_commands.append(command);
+    }
+
+    QList<std::function<void()>> furtherActions() const
+    {
+        const std::lock_guard<std::mutex> lock(m_commandsMutex);
+        return m_commandRegister;
     }
 
     /// Calls one operation of every command, in routing order.
@@ -179,15 +190,15 @@ CommandManager::~CommandManager()
 
 void CommandManager::registerCommand(const std::shared_ptr<EC::s_ECKeyboardConfig>& config)
 {
-    QList<std::function<void()>> furtherActions;
-    {
-        const std::lock_guard<std::mutex> lock(d->m_commandsMutex);
-        d->m_commands << std::make_shared<ScreenCommand>() << std::make_shared<LayerCommand>()
-                      << std::make_shared<InputCommand>() << std::make_shared<PresetCommand>()
-                      << std::make_shared<NumberCommand>() << std::make_shared<FunctionCommand>();
-        furtherActions = d->m_commandRegister;
-    }
-    for (const auto& action : qAsConst(furtherActions))
+    // Each made before the list is locked: a command that sets itself up may call back.
+    d->appendCommand(std::make_shared<ScreenCommand>());
+    d->appendCommand(std::make_shared<LayerCommand>());
+    d->appendCommand(std::make_shared<InputCommand>());
+    d->appendCommand(std::make_shared<PresetCommand>());
+    d->appendCommand(std::make_shared<NumberCommand>());
+    d->appendCommand(std::make_shared<FunctionCommand>());
+    const auto furtherActions = d->furtherActions();
+    for (const auto& action : furtherActions)
         action();
     if (!config) {
         qWarning("The ec keyboard config is empty.");
@@ -591,4 +602,5 @@ void CommandManager::slotDVISignalChanged(QMap<int, bool> signalOfInput)
 {
     d->forEachCommand(&Command::slotDVISignalChanged, signalOfInput);
 }
+
 } // namespace Orvane::ECProxy::Client

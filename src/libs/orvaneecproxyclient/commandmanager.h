@@ -36,7 +36,8 @@ class CommandManagerPrivate;
 /// connects to; those slots run on the GUI thread. The three routing slots run the handlers on the caller's
 /// thread, which for the physical console is the decoder thread.
 ///
-/// Failure: every refused event is one log line and nothing else.
+/// Failure: a refused event is dropped. A press and a movement of the T-Bar say so in the log; a release says
+/// so only while a device is being upgraded.
 class ORVANEECPROXYCLIENT_EXPORT CommandManager : public QObject {
     Q_OBJECT
 
