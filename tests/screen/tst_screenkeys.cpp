@@ -70,6 +70,7 @@ private Q_SLOTS:
     void aBurstOfLayerNoticesRepaintsOnce();
     void dialogsAndLocksLetNoScreenKeyThrough();
     void labelsFollowTheLanguageAndTheHostsRepaint();
+    void aKeyboardLoadedAgainTakesOverTheKeys();
     void answersAfterTheEndOfTheConsole();
 
 private:
@@ -618,6 +619,17 @@ void TestScreenKeys::labelsFollowTheLanguageAndTheHostsRepaint()
     console().takeRequests();
     ECManager::instance()->retranslateUi();
     QVERIFY(!console().takeRequests().empty());
+}
+
+void TestScreenKeys::aKeyboardLoadedAgainTakesOverTheKeys()
+{
+    ECManager::instance()->init(keyboard());
+    ECManager::instance()->slotOrvanePluginModeChanged();
+    theKeysShowTheActiveDevice();
+    QVERIFY(m_pRig->load(show())); // every notification reaches the old commands and the new ones
+    theKeysShowTheActiveDevice();
+    QVERIFY(tap(Select + 1));
+    QVERIFY(console().waitShows(Select + 1, ECLEDColor::Green));
 }
 
 void TestScreenKeys::answersAfterTheEndOfTheConsole()

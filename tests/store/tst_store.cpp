@@ -75,6 +75,7 @@ private Q_SLOTS:
     void unknownTypesAndEmptyItemsAreRefused();
     void eachDeviceHasItsOwnCopiesInOrder();
     void anItemRegisteredLateReachesEveryKey();
+    void aKeyboardRegisteredAgainReplacesTheKeys();
     void anUnknownDeviceShowsUnboundKeys();
     void aNewAddressTakesTheKeysAlong();
     void aRemovedDeviceStartsAgainUnbound();
@@ -98,10 +99,12 @@ private Q_SLOTS:
 
 void tst_store::init()
 {
-    store().clearECCommandItems();
+    for (const QString& device : {Wall, Stage})
+        store().removeDeviceEcCommandItems(device);
     for (const KeyboardType type :
          {KeyboardType::Screen, KeyboardType::Layer, KeyboardType::Input, KeyboardType::Preset,
           KeyboardType::PresetEx}) {
+        store().clearECCommandItems(type);
         for (int page = 0; page < Pages; ++page) {
             for (int order = 0; order < PageSize; ++order)
                 store().appendECCommandItem(type, makeItem(page, order));
@@ -277,6 +280,22 @@ void tst_store::anItemRegisteredLateReachesEveryKey()
         QCOMPARE(layersOf(Wall, screen).size(), Pages * PageSize + 1);
         QVERIFY(store().updateECButtonData(Wall, KeyboardType::Layer, 0, 6, 2, {{screen, 1}}));
     }
+}
+
+void tst_store::aKeyboardRegisteredAgainReplacesTheKeys()
+{
+    store().initLayerECCommand(Wall, KeyboardType::Layer, 3);
+    const ECCommandItemPtr old = store().updateECButtonData(Wall, KeyboardType::Input, 0, 0, 0, {{7, 0}});
+    for (const KeyboardType type : {KeyboardType::Input, KeyboardType::Layer}) {
+        store().clearECCommandItems(type);
+        store().appendECCommandItem(type, makeItem(0, 0));
+    }
+    QCOMPARE(store().inputECCommandItems(Wall).size(), 1);
+    QCOMPARE(layersOf(Wall, 3).size(), 1); // the screen keeps having keys of its own
+    QVERIFY(!store().findBindingECItem(Wall, KeyboardType::Input, {7, 0}));
+    old->appendObjectData({8, 0}); // still safe for a command that kept it
+    QVERIFY(!store().findBindingECItem(Wall, KeyboardType::Input, {8, 0}));
+    QCOMPARE(store().presetECCommandItems(Wall).size(), Pages * PageSize);
 }
 
 void tst_store::anUnknownDeviceShowsUnboundKeys()
@@ -548,7 +567,7 @@ void tst_store::aGoneServerLeavesAllExtensionKeys()
     store().resetPresetExItems(type);
     QVERIFY(single->ecOledText().isEmpty());
 
-    store().clearECCommandItems();
+    store().clearECCommandItems(type);
     QVERIFY(store().resetPresetExDataByServerId(type, 1));
 }
 

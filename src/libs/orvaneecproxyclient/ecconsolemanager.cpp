@@ -6,6 +6,8 @@
 
 #include <mutex>
 #include <shared_mutex>
+#include <utility>
+#include <vector>
 
 namespace Orvane::ECProxy::Client {
 
@@ -253,15 +255,21 @@ void ECConsoleManager::appendECCommandItem(KeyboardType type, const std::shared_
     qWarning(" ERR Plugin Type :%d", int(type));
 }
 
-void ECConsoleManager::clearECCommandItems()
+void ECConsoleManager::clearECCommandItems(KeyboardType type)
 {
-    DeviceECCommandItems base;
-    IndexedItems presetEx;
-    QList<QPair<QString, DeviceECCommandItems>> devices;
+    std::vector<IndexedItems> cleared; // destroyed after the lock
     const std::unique_lock lock(d->m_deviceECCmdItemMtx);
-    std::swap(base, d->baseDeviceECCommandItems);
-    std::swap(presetEx, d->presetECCommandExItems);
-    devices.swap(d->m_deviceECCmdItemsList);
+    const auto clear = [&cleared](IndexedItems* items) {
+        if (items)
+            cleared.push_back(std::exchange(*items, {}));
+    };
+    if (type == KeyboardType::PresetEx) {
+        clear(&d->presetECCommandExItems);
+        return;
+    }
+    clear(d->baseDeviceECCommandItems.ofType(type));
+    for (auto& device : d->m_deviceECCmdItemsList)
+        clear(device.second.ofType(type));
 }
 
 void ECConsoleManager::initDeviceECCommandItems(const QString& ip)

@@ -34,9 +34,9 @@ public:
     /// Registers an item, behind those of its type that are there already. Refuses an unknown type and an
     /// empty pointer with a warning.
     void appendECCommandItem(KeyboardType type, const std::shared_ptr<ECCommandItem>& item);
-    /// Forgets all registered items and all sets: another keyboard is going to be registered. Items that
-    /// somebody still holds live on outside the store.
-    void clearECCommandItems();
+    /// Forgets the registered items of a type and those of every set: another keyboard is going to be
+    /// registered. Items that somebody still holds live on outside the store.
+    void clearECCommandItems(KeyboardType type);
 
     /// Gives the device its set, unless it has one. An empty name is refused with a warning.
     void initDeviceECCommandItems(const QString& ip);

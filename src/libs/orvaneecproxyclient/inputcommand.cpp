@@ -265,6 +265,8 @@ void InputCommandPrivate::updateECCommandItems()
         qCritical("No actived device");
         return;
     }
+    if (!m_pCommand->ecCommandConfig()) // the items are another command's
+        return;
     const QString ip = device->ipMacSn();
     const auto read = [&] {
         KeyInputs inputs;
@@ -415,8 +417,10 @@ void InputCommand::updateSelectModeButtonConfig()
 {
     d->m_inputButtonCfgs.collect(ecCommandConfig(), quint16(InputCallbackType::eSelecInputCB));
     const auto items = d->m_inputButtonCfgs.makeItems(maxPage());
+    ECConsoleManager* const store = ECConsoleManager::instance();
+    store->clearECCommandItems(KeyboardType::Input);
     for (const auto& item : items)
-        ECConsoleManager::instance()->appendECCommandItem(KeyboardType::Input, item);
+        store->appendECCommandItem(KeyboardType::Input, item);
 }
 
 int InputCommand::getMinUnusedECButtonIndex(int& orderIndex) const

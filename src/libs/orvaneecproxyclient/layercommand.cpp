@@ -110,8 +110,10 @@ void LayerCommand::updateSelectModeButtonConfig()
 {
     d->m_layerButtonCfgs.collect(ecCommandConfig(), quint16(LayerCallbackType::eSelectLayerCB));
     const auto items = d->m_layerButtonCfgs.makeItems(maxPage());
+    ECConsoleManager* const store = ECConsoleManager::instance();
+    store->clearECCommandItems(KeyboardType::Layer);
     for (const auto& item : items)
-        ECConsoleManager::instance()->appendECCommandItem(KeyboardType::Layer, item);
+        store->appendECCommandItem(KeyboardType::Layer, item);
 }
 
 int LayerCommand::getMinUnusedECButtonIndex(int& orderIndex) const

@@ -200,6 +200,8 @@ std::optional<LayerCommandPrivate::ScreenLayers> LayerCommandPrivate::readActive
 
 void LayerCommandPrivate::updateECCommandItems()
 {
+    if (!m_pCommand->ecCommandConfig()) // the items are another command's
+        return;
     m_itemUpdates.update(readActivedScreen, [this](const std::optional<ScreenLayers>& screen) {
         if (screen)
             bindLayers(*screen);

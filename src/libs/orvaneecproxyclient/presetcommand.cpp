@@ -129,6 +129,9 @@ void PresetCommand::updateSelectModeButtonConfig()
         return;
     }
     makeCommandCfg(d->m_pOrvanePresetCmd.get());
+    ECConsoleManager* const store = ECConsoleManager::instance();
+    store->clearECCommandItems(KeyboardType::Preset);
+    store->clearECCommandItems(KeyboardType::PresetEx);
     const int size = pageSize();
     if (size <= 0)
         return;
@@ -136,9 +139,8 @@ void PresetCommand::updateSelectModeButtonConfig()
     const int pages = std::max(maxPage(), Internal::pageCount(Internal::MaxKeyPresets, size));
     const auto items = d->m_presetButtonCfgs.makeItems(pages);
     for (const auto& item : items) {
-        ECConsoleManager::instance()->appendECCommandItem(KeyboardType::Preset, item);
-        ECConsoleManager::instance()->appendECCommandItem(
-            KeyboardType::PresetEx, std::make_shared<ECCommandItem>(*item));
+        store->appendECCommandItem(KeyboardType::Preset, item);
+        store->appendECCommandItem(KeyboardType::PresetEx, std::make_shared<ECCommandItem>(*item));
     }
 }
 

@@ -103,8 +103,10 @@ void ScreenCommand::updateSelectModeButtonConfig()
 {
     d->m_screenButtonCfgs.collect(ecCommandConfig(), quint16(Type::eSelectScreenCB));
     const auto items = d->m_screenButtonCfgs.makeItems(PageCount);
+    ECConsoleManager* const store = ECConsoleManager::instance();
+    store->clearECCommandItems(KeyboardType::Screen);
     for (const auto& item : items)
-        ECConsoleManager::instance()->appendECCommandItem(KeyboardType::Screen, item);
+        store->appendECCommandItem(KeyboardType::Screen, item);
 }
 
 int ScreenCommand::getMinUnusedECButtonIndex(int& orderIndex) const

@@ -132,7 +132,8 @@ void ScreenCommandPrivate::updateScreenKeyboard()
 
 void ScreenCommandPrivate::updateECCommandItems()
 {
-    if (const auto device = activedDevice())
+    const auto device = activedDevice();
+    if (device && m_pCommand->ecCommandConfig()) // else the items are another command's
         m_pBindings->rebuild(device, m_pCommand->pageSize());
 }
 
