@@ -87,7 +87,6 @@ public:
 
         TestSupport::KeyboardBuilder keyboard;
         keyboard.group(m_command.name()).selectKeys(1, pageSize, quint16(pageSize + 1));
-        ECConsoleManager::instance()->clearECCommandItems();
         m_command.setCommandConfig(keyboard.build()->m_commands.first());
         ECConsoleManager::instance()->initDeviceECCommandItems(m_pDevice->ipMacSn());
         m_command.slotActivedDeviceChanged();
