@@ -215,8 +215,8 @@ void TestTBar::aDeviceThatGoesEndsTheTransition()
     ScreenCommand command;
     LogCapture log;
     move(command, {32});
+    QVERIFY(waitState(State::Tbar_taking)); // the sampling has begun with the selection
     QVERIFY(m_pRig->control().selectScreens(A, {}));
-    QVERIFY(waitState(State::Tbar_taking));
     move(command, {64});
     QVERIFY(log.contains("T-Bar Error: there is no screens can stop T-Bar task."));
     QVERIFY(log.contains("T-Bar status: stopped."));
