@@ -54,7 +54,7 @@ private:
     QStringList progress() const
     {
         QStringList values;
-        for (const QString& arguments : m_pRig->asked(Operation::SampleTBar))
+        for (const QString& arguments : m_pRig->requested(Operation::SampleTBar))
             values.append(arguments.section(QStringLiteral("process="), 1));
         return values;
     }

@@ -88,6 +88,18 @@ std::shared_ptr<BizModel::Screen> ModelRig::screen(const QString& ipMacSn, Memor
     return nullptr;
 }
 
+QStringList ModelRig::requested(MemoryModel::Operation operation) const
+{
+    const QString name = MemoryModel::operationName(operation);
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    QStringList arguments;
+    for (const JournalEntry& entry : m_journal) {
+        if (entry.operation == name && entry.phase == JournalEntry::Phase::Requested)
+            arguments.append(entry.arguments);
+    }
+    return arguments;
+}
+
 QStringList ModelRig::asked(MemoryModel::Operation operation) const
 {
     const QString name = MemoryModel::operationName(operation);

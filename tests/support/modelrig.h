@@ -51,6 +51,9 @@ public:
 
     /// The arguments of every time that the operation was asked for.
     QStringList asked(MemoryModel::Operation operation) const;
+    /// The same of requests alone: what a thread of the model carries out later does not count, such as
+    /// the last sample of an earlier test.
+    QStringList requested(MemoryModel::Operation operation) const;
     bool waitAsked(MemoryModel::Operation operation, int count, int timeoutMs = 2000) const;
 
     // What the user would see.
