@@ -166,6 +166,11 @@ BENCHMARK(decodeBurst)->Arg(1)->Arg(64)->Arg(4096)->UseRealTime();
 /// Prints as usual, and notes the median of the LED benchmark's repetitions.
 class Reporter : public benchmark::ConsoleReporter {
 public:
+    Reporter()
+        : ConsoleReporter(OO_Tabular) // without colours, which would cling to the line of the target
+    {
+    }
+
     void ReportRuns(const std::vector<Run>& runs) override
     {
         for (const Run& run : runs) {

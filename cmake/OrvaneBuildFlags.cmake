@@ -4,7 +4,7 @@ add_library(orvane_build_flags INTERFACE)
 
 target_compile_options(orvane_build_flags INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align
-  -Wformat=2 -Wduplicated-cond -Wlogical-op)
+  -Wformat=2 $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond -Wlogical-op>)
 if(ORVANE_WARNINGS_AS_ERRORS)
   target_compile_options(orvane_build_flags INTERFACE -Werror)
 endif()

@@ -24,13 +24,15 @@ int main(int argc, char** argv)
     const bool smoke = asked.erase("--smoke") > 0;
     if (smoke) {
         roundTrips = {1, 1, 10};
-        throughput.rounds = 1;
+        throughput.lossRounds = 1;
+        throughput.ceilingRounds = 1;
         throughput.duration = std::chrono::milliseconds(20);
         throughput.steps = 1;
         throughput.firstRate = 1000;
     } else if (asked.erase("--quick") > 0) {
         roundTrips.rounds = 6;
-        throughput.rounds = 1;
+        throughput.lossRounds = 3;
+        throughput.ceilingRounds = 1;
     }
     const bool everything = asked.empty();
     Targets targets;

@@ -126,7 +126,7 @@ void measureLoss(const ThroughputPlan& plan, Targets& targets)
     useFineTimer();
     const std::vector<Subject> all = subjects();
     std::vector<std::array<std::vector<double>, LossRates.size()>> losses(all.size());
-    for (int round = 0; round < plan.rounds; ++round) {
+    for (int round = 0; round < plan.lossRounds; ++round) {
         for (std::size_t rate = 0; rate < LossRates.size(); ++rate) {
             for (std::size_t i = 0; i < all.size(); ++i)
                 losses[i][rate].push_back(runAt(all[i], LossRates[rate], plan.duration).lossPercent);
@@ -134,7 +134,7 @@ void measureLoss(const ThroughputPlan& plan, Targets& targets)
     }
 
     std::printf(
-        "\nLoss in per cent, median and worst of %d runs of %d ms, alternating\n\n", plan.rounds,
+        "\nLoss in per cent, median and worst of %d runs of %d ms, alternating\n\n", plan.lossRounds,
         int(plan.duration.count()));
     std::printf("| %-30s |", "");
     for (const int rate : LossRates)
@@ -159,7 +159,7 @@ void measureCeilings(const ThroughputPlan& plan, Targets& targets)
     const std::vector<Subject> all = subjects();
     std::vector<std::vector<double>> ceilings(all.size());
     std::vector<int> sendersLimit(all.size(), 0);
-    for (int round = 0; round < plan.rounds; ++round) {
+    for (int round = 0; round < plan.ceilingRounds; ++round) {
         for (std::size_t i = 0; i < all.size(); ++i) {
             const Ceiling ceiling = findCeiling(all[i], plan);
             ceilings[i].push_back(ceiling.rate);
@@ -168,7 +168,7 @@ void measureCeilings(const ThroughputPlan& plan, Targets& targets)
     }
 
     // The better of liblo's two servers is the one to beat.
-    std::vector<double> liblo(std::size_t(plan.rounds), 0.0);
+    std::vector<double> liblo(std::size_t(plan.ceilingRounds), 0.0);
     for (std::size_t i = 0; i < all.size(); ++i) {
         for (std::size_t round = 0; all[i].isLiblo() && round < liblo.size(); ++round)
             liblo[round] = std::max(liblo[round], ceilings[i][round]);
@@ -177,14 +177,14 @@ void measureCeilings(const ThroughputPlan& plan, Targets& targets)
     std::printf(
         "\nHighest rate without loss, median (and range) of %d searches, alternating\n"
         "(>=: the sender could not send faster)\n\n",
-        plan.rounds);
+        plan.ceilingRounds);
     std::printf("| %-30s | datagrams/s |        range        | x liblo | x raw |\n", "");
     std::printf("|%s|------------:|:-------------------:|--------:|------:|\n", std::string(32, '-').c_str());
     for (std::size_t i = 0; i < all.size(); ++i) {
         std::printf(
             "| %-30s | %2s %8.0f | %8.0f - %8.0f | %7.2f | %5.2f |\n", title(all[i]).c_str(),
-            2 * sendersLimit[i] > plan.rounds ? ">=" : "", median(ceilings[i]), quantile(ceilings[i], 0.0),
-            quantile(ceilings[i], 1.0), medianRatio(ceilings[i], liblo),
+            2 * sendersLimit[i] > plan.ceilingRounds ? ">=" : "", median(ceilings[i]),
+            quantile(ceilings[i], 0.0), quantile(ceilings[i], 1.0), medianRatio(ceilings[i], liblo),
             medianRatio(ceilings[i], ceilings[0]));
     }
     std::printf("\n");

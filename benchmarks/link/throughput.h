@@ -7,7 +7,8 @@
 namespace Orvane::Benchmark {
 
 struct ThroughputPlan {
-    int rounds = 3; ///< each measures every subject once, in turn
+    int lossRounds = 5; ///< each measures every subject once, in turn
+    int ceilingRounds = 3; ///< likewise
     std::chrono::milliseconds duration{500}; ///< of one run at one rate
     int firstRate = 100'000; ///< where the search for the ceiling begins
     double step = 1.08; ///< what the search tells apart

@@ -35,7 +35,7 @@ struct GroupRule {
     bool numbersSelectKeys;
 };
 
-constexpr GroupRule groupRules[] = {
+const GroupRule groupRules[] = {
     {QLatin1String("ScreenCommand"), 15, true}, {QLatin1String("LayerCommand"), 9, true},
     {QLatin1String("InputCommand"), 3, true},   {QLatin1String("PresetCommand"), 9, true},
     {QLatin1String("NumberCommand"), 5, false}, {QLatin1String("FunctionCommand"), 7, false},
