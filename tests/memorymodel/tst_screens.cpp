@@ -266,6 +266,11 @@ void TestScreens::devicesChange()
     QVERIFY(list.activedDevice().expired());
     QVERIFY(!ModelControl::Device::create(std::weak_ptr<BizModel::Device>()));
     QVERIFY(!control.removeDevice(QStringLiteral("C")));
+    QVERIFY(control.setConsolePlugin(A, true) && control.setLoadToPGMEnabled(A, true));
+    QVERIFY(m.device()->consolePlugin() && m.device()->deviceConfig().loadToPGMEnabled);
+    m.device()->appendViewingScreen(m.screen(2));
+    m.device()->appendViewingScreen(m.screen(2));
+    QCOMPARE(control.viewingScreens(A), (QList<ScreenKey>{{Regular, 2}}));
     control.setCompatibleUpgrading(true);
     QVERIFY(list.isCompatibleUpgrading());
     QCOMPARE(

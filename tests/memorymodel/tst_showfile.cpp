@@ -139,7 +139,7 @@ void TestShowFile::faultIsNamedWithItsPlace_data()
     row("devices/0/presets/1", "{\"type\":\"PVW\",\"id\":1}", "devices[0].presets[1].id");
     row("devices/0/activePreset", "2", "devices[0].activePreset");
     row("devices/0/keypad/keys/0/buttonColor", "300", "devices[0].keypad.keys[0].buttonColor");
-    row("devices/0/keypad/pvwScreens", "[0]", "devices[0].keypad.pvwScreens[0]");
+    row("devices/0/keypad/pvwScreens", "[-1]", "devices[0].keypad.pvwScreens[0]");
 }
 
 void TestShowFile::faultIsNamedWithItsPlace()
@@ -189,6 +189,9 @@ void TestShowFile::allFaultsAreNamedAndNothingChanges()
     QVERIFY(!parseShow("{\n  \"devices\": [}", faults));
     QCOMPARE(faults.size(), 1);
     QVERIFY2(faults[0].startsWith(QStringLiteral("line 2, column ")), qPrintable(faults[0]));
+    QVERIFY(!parseShow("{\"devices\": [],\n \"devices\": []}", faults));
+    QCOMPARE(
+        faults, QStringList(QStringLiteral("line 2, column 2: expected \"devices\" once in its object")));
 }
 
 void TestShowFile::whatIsLeftOutTakesItsDefault()

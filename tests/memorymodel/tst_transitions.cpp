@@ -84,6 +84,7 @@ private Q_SLOTS:
     void anEndOfTheTBarIsNotLost();
     void samplesOfAnotherTypeWait();
     void stopEndsWhatRuns();
+    void nothingChangesOnADeviceThatIsGone();
 };
 
 void TestTransitions::takeRunsForTheScreensTimeAndCopiesThePreview()
@@ -458,6 +459,26 @@ void TestTransitions::stopEndsWhatRuns()
     QString error;
     QVERIFY(!run<ParallelTakeScreen>(m, false, take, &error));
     QVERIFY(!error.isEmpty());
+}
+
+void TestTransitions::nothingChangesOnADeviceThatIsGone()
+{
+    Model m;
+    const auto device = m.device();
+    const auto screen = m.screen(1);
+    Outcome outcome;
+    QVERIFY(run<ParallelTakeScreen>(m, false, outcome));
+    QVERIFY(m.model.control().removeDevice(QStringLiteral("A")));
+    QVERIFY(outcome.wait());
+    QCOMPARE(screen->layerCount(SceneType::PGM, BizModel::LayerType::AllLayerType), 1);
+    QCOMPARE(m.log.count(QStringLiteral("signalDeviceScreenLayersChanged")), 0);
+    QString error;
+    QVERIFY(!ParallelManager::instance()->startParallelRequest(
+        device,
+        [](const auto& each) {
+            return ParallelTask(ParallelTakeScreen{each, Mask, {}});
+        },
+        true, &error, {}));
 }
 
 QTEST_GUILESS_MAIN(TestTransitions)

@@ -45,6 +45,9 @@ public:
     bool setMultiScreens(const QString& device, bool several);
     bool setSwap(const QString& device, bool swap);
     bool setLoadToPGM(const QString& device, bool loadToPGM);
+    bool setConsolePlugin(const QString& device, bool enabled);
+    /// Whether the device's configuration allows loading to program at all.
+    bool setLoadToPGMEnabled(const QString& device, bool enabled);
     bool setOutputOnline(const QString& device, quint32 outputId, bool online);
     /// @}
 
@@ -72,6 +75,8 @@ public:
     bool setFTB(const QString& device, ScreenKey screen, bool fadeToBlack);
     /// Regular screens only.
     bool setPGMEdit(const QString& device, ScreenKey screen, bool edit);
+    /// Screens whose picture the console asked the application to show.
+    QList<ScreenKey> viewingScreens(const QString& device) const;
     /// How far the screen's transition has come, by time or by the T-Bar: 0.0 to 1.0, 0.0 without one.
     double transitionProgress(const QString& device, ScreenKey screen) const;
     /// @}

@@ -74,9 +74,7 @@ bool Control::removeDevice(const QString& device)
 {
     return onDevice(device, [this](Change& change, const auto& present) {
         MemoryDeviceList::Data& state = m_list.data(change);
-        state.devices.removeOne(present);
-        change.announce(
-            [present = present](MemoryDeviceList& list) { Q_EMIT list.signalDeviceRemoved(present); });
+        m_list.retire(change, present);
         if (state.activeDevice == present) {
             state.activeDevice = nullptr;
             change.announce([](MemoryDeviceList& list) { Q_EMIT list.signalActivedDeviceChanged(); });
@@ -118,6 +116,24 @@ bool Control::setLoadToPGM(const QString& device, bool loadToPGM)
         return setAndAnnounce(
             change, present->data(change).loadToPGM, loadToPGM, present,
             &DeviceList::signalLoadToPGMStateChanged);
+    });
+}
+
+bool Control::setConsolePlugin(const QString& device, bool enabled)
+{
+    return onDevice(device, [enabled](Change& change, const auto& present) {
+        present->data(change).config.consolePlugin = enabled;
+        change.markChanged();
+        return true;
+    });
+}
+
+bool Control::setLoadToPGMEnabled(const QString& device, bool enabled)
+{
+    return onDevice(device, [enabled](Change& change, const auto& present) {
+        present->data(change).config.loadToPGMEnabled = enabled;
+        change.markChanged();
+        return true;
     });
 }
 

@@ -37,7 +37,7 @@ quint32 Control::addLayer(
     quint32 id = 0;
     onScreen(device, screen, [&](Change& change, const auto& owner, const auto& present) {
         const std::shared_ptr<MemoryInput> input = owner->data(change).inputs.value(inputId);
-        if (!input || !isUsableWindow(window))
+        if (!input)
             return false;
         LayerRecord record;
         record.type = present->screenType() == ScreenType::AUXScreen ? BizModel::LayerType::AUX

@@ -67,10 +67,7 @@ bool Control::moveScreen(const QString& device, ScreenKey screen, ScreenKey targ
 bool Control::setScreenIndex(const QString& device, ScreenKey screen, int index)
 {
     return onScreen(device, screen, [index](Change& change, const auto&, const auto& present) {
-        if (index < -1)
-            return false;
-        present->setUiScreenIndex(change, index);
-        return true;
+        return present->setUiScreenIndex(change, index);
     });
 }
 
@@ -157,6 +154,21 @@ bool Control::setPGMEdit(const QString& device, ScreenKey screen, bool edit)
                    change, present->data(change).pgmEdit, edit, owner,
                    std::shared_ptr<BizModel::Screen>(present), &DeviceList::signalScreenPGMEditChanged);
     });
+}
+
+QList<ScreenKey> Control::viewingScreens(const QString& device) const
+{
+    const Guard guard(*m_pHub);
+    QList<ScreenKey> keys;
+    const std::shared_ptr<const MemoryDevice> owner = m_list.device(guard, device);
+    if (!owner)
+        return keys;
+    for (const std::weak_ptr<MemoryScreen>& viewing : owner->data(guard).viewingScreens) {
+        const std::shared_ptr<MemoryScreen> screen = viewing.lock();
+        if (screen && owner->screen(guard, screen->key()) == screen)
+            keys += screen->key();
+    }
+    return keys;
 }
 
 double Control::transitionProgress(const QString& device, ScreenKey screen) const

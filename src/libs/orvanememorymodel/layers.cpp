@@ -55,6 +55,7 @@ QList<std::shared_ptr<MemoryOutput>> outputsOf(const Guard& guard, const MemoryS
     return outputs;
 }
 
+const QString unusableWindow = QStringLiteral("The window has no extent or is out of bounds.");
 const QString notEnoughResources = QStringLiteral("Not enough resources.");
 
 } // namespace
@@ -79,6 +80,10 @@ std::shared_ptr<MemoryLayer> addLayer(
 {
     if (!isSceneEditable(change, *screen, scene, error))
         return nullptr;
+    if (!isUsableWindow(record.window)) {
+        error = unusableWindow;
+        return nullptr;
+    }
     MemoryScreen::Layers& present = screen->data(change).layers(scene);
     if (device.layerCount(change, scene) >= device.limits().layers
         || present.size() >= screen->layerCapacity(change)) {
@@ -152,7 +157,7 @@ bool moveLayer(
 {
     const SceneType scene = layer->data(change).scene;
     if (!isUsableWindow(window))
-        error = QStringLiteral("The window has no extent or is out of bounds.");
+        error = unusableWindow;
     else if (!isSceneEditable(change, *screen, scene, error))
         return false;
     else if (!hasResources(

@@ -102,6 +102,14 @@ std::shared_ptr<MemoryDevice> MemoryDeviceList::own(
     return found == all.cend() ? nullptr : *found;
 }
 
+void MemoryDeviceList::retire(Change& change, const std::shared_ptr<MemoryDevice>& device)
+{
+    data(change).devices.removeOne(device);
+    for (const std::shared_ptr<MemoryScreen>& screen : std::as_const(device->data(change).screens))
+        screen->data(change).registered = false;
+    change.announce([device](MemoryDeviceList& list) { Q_EMIT list.signalDeviceRemoved(device); });
+}
+
 MemoryDeviceList::Devices MemoryDeviceList::group(
     const Guard& guard, const std::shared_ptr<MemoryDevice>& device) const
 {

@@ -40,6 +40,8 @@ public:
     /// The device when it is one of this list, else empty.
     std::shared_ptr<MemoryDevice> own(
         const Guard& guard, const std::weak_ptr<BizModel::Device>& device) const;
+    /// Takes the device out of the list and announces it; what runs on its screens ends without effect.
+    void retire(Change& change, const std::shared_ptr<MemoryDevice>& device);
     /// The device, then the others of its group.
     Devices group(const Guard& guard, const std::shared_ptr<MemoryDevice>& device) const;
 

@@ -117,9 +117,9 @@ void MemoryModel::replace(const ShowRecord& show)
     for (int i = 0; i < devices.size(); ++i)
         devices[i]->populate(change, show.devices[i]);
     MemoryDeviceList::Data& state = m_p->list.data(change);
-    for (const std::shared_ptr<MemoryDevice>& removed : std::as_const(state.devices)) {
-        change.announce([removed](MemoryDeviceList& list) { Q_EMIT list.signalDeviceRemoved(removed); });
-    }
+    const MemoryDeviceList::Devices former = state.devices;
+    for (const std::shared_ptr<MemoryDevice>& device : former)
+        m_p->list.retire(change, device);
     state.devices = devices;
     state.activeDevice = m_p->list.device(change, show.activeDevice);
     change.announce([](MemoryDeviceList& list) { Q_EMIT list.signalActivedDeviceChanged(); });

@@ -83,8 +83,10 @@ void MemoryScreen::setUiScreenIndex(int index)
 bool MemoryScreen::setUiScreenIndex(Change& change, int index)
 {
     Data& screen = data(change);
-    if (screen.uiScreenIndex == index)
+    if (index < -1 || index > MaxScreenIndex)
         return false;
+    if (screen.uiScreenIndex == index)
+        return true;
     screen.uiScreenIndex = index;
     if (screen.registered) {
         change.announce([device = m_pDevice, self = weak_from_this()](MemoryDeviceList& list) {
@@ -136,7 +138,9 @@ void MemoryScreen::addOutput(const std::weak_ptr<BizModel::Output>& output)
         return;
     const QRect whole = mosaic(change);
     const int left = whole.isEmpty() ? 0 : whole.x() + whole.width();
-    screen.outputs += OutputPlace{added, QRect(QPoint(left, whole.y()), added->size())};
+    const QRect rect(QPoint(left, whole.y()), added->size());
+    if (isUsableWindow(rect))
+        screen.outputs += OutputPlace{added, rect};
 }
 
 QRectF MemoryScreen::mosaicRect(const std::weak_ptr<BizModel::Output>& output) const

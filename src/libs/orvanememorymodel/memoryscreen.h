@@ -98,6 +98,7 @@ public:
     /// Layer capacity of the sub-cards that the screen is on.
     int layerCapacity(const Guard& guard) const;
     quint32 freeLayerId(const Guard& guard, BizModel::SceneType scene) const;
+    /// False when there is no such place.
     bool setUiScreenIndex(Change& change, int index);
 
 private:

@@ -112,8 +112,9 @@ QStringList operationNames()
 
 void Operations::setListener(JournalListener listener)
 {
+    // The former listener is destroyed with the argument, after the lock is released.
     const std::lock_guard lock(m_mutex);
-    m_listener = std::move(listener);
+    m_listener.swap(listener);
 }
 
 void Operations::fail(Operation operation, const QString& text, Times times)

@@ -154,6 +154,7 @@ struct ShowRecord {
 /// Limits of what a show may hold, wide of every real device.
 constexpr double MaxEffectSeconds = 10.0;
 constexpr int MaxPresetCount = 255;
+constexpr int MaxScreenIndex = 100'000;
 constexpr int MaxMosaicPixels = 1'000'000;
 
 /// True for a window with some extent within the largest mosaic.

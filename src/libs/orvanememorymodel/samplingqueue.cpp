@@ -109,12 +109,18 @@ bool SamplingQueue::append(Sample sample)
 {
     const SampleText text = std::visit([](const auto& each) { return describe(each); }, sample);
     m_pHub->operations.request(text.operation, text.arguments);
-    const std::lock_guard lock(m_mutex);
-    if (m_pHub->operations.stopped()
-        || m_type != std::visit([](const auto& each) { return typeOf(each); }, sample)) {
+    const bool accepted = !m_pHub->operations.stopped() && enqueue(std::move(sample));
+    if (!accepted)
         qWarning("Sampling data container is invalid");
+    return accepted;
+}
+
+/// False when the sample is not of the type that was announced last.
+bool SamplingQueue::enqueue(Sample sample)
+{
+    const std::lock_guard lock(m_mutex);
+    if (m_type != std::visit([](const auto& each) { return typeOf(each); }, sample))
         return false;
-    }
     if (!m_waiting.empty()) {
         Sample& last = m_waiting.back();
         const auto* const tbar = std::get_if<s_TBarSampling>(&last);

@@ -33,6 +33,7 @@ private:
     using Sample = std::variant<TaskSampling::s_TBarSampling, TaskSampling::s_LoadPresetSampling>;
 
     bool append(Sample sample);
+    bool enqueue(Sample sample);
     void carryOutNext(bool stopping);
     void carryOut(const TaskSampling::s_TBarSampling& sample);
     void carryOut(const TaskSampling::s_LoadPresetSampling& sample);

@@ -27,7 +27,7 @@ std::shared_ptr<BizModel::Layer> ScreenController::addLayer(
     const std::shared_ptr<MemoryDevice> owner = device(change);
     const std::shared_ptr<MemoryScreen> present = this->screen(change, screen);
     const LayerType fitting = m_type == ScreenType::AUXScreen ? LayerType::AUX : LayerType::Regular;
-    if (!present || present->screenType() != m_type || type != fitting || !isUsableWindow(window)
+    if (!present || present->screenType() != m_type || type != fitting
         || sourceType != BizModel::SourceType::Input)
         return nullptr;
     const std::shared_ptr<MemoryInput> input = owner->data(change).inputs.value(quint32(sourceId));

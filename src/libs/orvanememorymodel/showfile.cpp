@@ -1,6 +1,7 @@
 #include "showfile.h"
 
 #include "bizmodel/device.h"
+#include "ec/jsonduplicates_p.h"
 #include "showarchive.h"
 #include "showcheck.h"
 
@@ -62,7 +63,7 @@ struct DescribeScreen {
     {
         describeKey(archive, screen.key);
         archive.text("name", screen.name);
-        archive.integer("uiScreenIndex", screen.uiScreenIndex, -1, MaxCount);
+        archive.integer("uiScreenIndex", screen.uiScreenIndex, -1, MaxScreenIndex);
         archive.flag("selected", screen.selected);
         archive.flag("freeze", screen.freeze);
         archive.flag("ftb", screen.fadeToBlack);
@@ -150,8 +151,8 @@ template <typename Archive> void describeKeypad(Archive& archive, ProtoModel::Fi
     archive.integer("beforeOnePreset", info.beforeOnePreset, 0, MaxPresetCount);
     archive.integer("lastPVWPreset", info.lastPVWPreset, 0, MaxPresetCount);
     archive.integer("lastPGMPreset", info.lastPGMPreset, 0, MaxPresetCount);
-    archive.numbers("pvwScreens", info.pvwScn, 1, MaxId);
-    archive.numbers("pgmScreens", info.pgmScn, 1, MaxId);
+    archive.numbers("pvwScreens", info.pvwScn, 0, MaxId);
+    archive.numbers("pgmScreens", info.pgmScn, 0, MaxId);
     QList<ProtoModel::File::s_KeypadFile> keys = keypad.keypadArray.toList();
     archive.list("keys", keys, DescribeKey());
     keypad.keypadArray = keys.toVector();
@@ -195,6 +196,11 @@ template <typename Archive> void describeShow(Archive& archive, ShowRecord& show
     archive.list("devices", show.devices, DescribeDevice());
 }
 
+QString positionText(const Internal::TextPosition& position)
+{
+    return QStringLiteral("line %1, column %2: ").arg(position.line).arg(position.column);
+}
+
 } // namespace
 
 std::optional<ShowRecord> parseShow(const QByteArray& json, QStringList& faults)
@@ -203,14 +209,15 @@ std::optional<ShowRecord> parseShow(const QByteArray& json, QStringList& faults)
     QJsonParseError syntax;
     const QJsonDocument document = QJsonDocument::fromJson(json, &syntax);
     if (syntax.error != QJsonParseError::NoError) {
-        const QByteArray before = json.left(syntax.offset);
-        const int column = syntax.offset - (before.lastIndexOf('\n') + 1) + 1;
-        faults += QStringLiteral("line %1, column %2: not JSON, %3")
-                      .arg(before.count('\n') + 1)
-                      .arg(column)
-                      .arg(syntax.errorString());
+        const auto position = Internal::positionAt(json, syntax.offset);
+        faults += positionText(position) + QStringLiteral("not JSON, %1").arg(syntax.errorString());
         return std::nullopt;
     }
+    // QJsonDocument keeps the last of members of one name and tells nobody.
+    const auto duplicates = Internal::findDuplicateKeys(json);
+    for (const Internal::DuplicateKey& duplicate : duplicates)
+        faults += positionText(duplicate.position)
+            + QStringLiteral("expected \"%1\" once in its object").arg(duplicate.key);
     ShowRecord show;
     {
         const QJsonValue root =

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "orvaneplatform_global.h"
+
 #include <QByteArray>
 #include <QList>
 #include <QString>
@@ -13,7 +15,7 @@ struct TextPosition {
 };
 
 /// Position of the byte at @p offset of a UTF-8 text; of its end when the offset is beyond it.
-TextPosition positionAt(const QByteArray& utf8, int offset);
+ORVANEPLATFORM_EXPORT TextPosition positionAt(const QByteArray& utf8, int offset);
 
 struct DuplicateKey {
     TextPosition position;
@@ -22,6 +24,6 @@ struct DuplicateKey {
 
 /// Keys that stand twice in one object of a JSON text that QJsonDocument has accepted: of those it keeps the
 /// last value and tells nobody.
-QList<DuplicateKey> findDuplicateKeys(const QByteArray& validJson);
+ORVANEPLATFORM_EXPORT QList<DuplicateKey> findDuplicateKeys(const QByteArray& validJson);
 
 } // namespace Orvane::Internal
