@@ -197,7 +197,6 @@ private:
     static std::optional<ScreenLayers> readActivedScreen();
     static TakenLayers readTakenLayers(const QList<std::weak_ptr<BizModel::Screen>>& screens);
     void bindLayers(const ScreenLayers& screen);
-    void writeKeyLabel(LayerCallbackType type, const QString& text);
 
     std::atomic<BizModel::CapacityMode> m_currentLayerTemplate{BizModel::CapacityMode::_SL};
     std::atomic<int> m_fullScreenPressCnt{0};

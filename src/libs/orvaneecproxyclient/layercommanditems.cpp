@@ -119,24 +119,12 @@ void LayerCommandPrivate::updateLayerKeyboard()
 
 void LayerCommandPrivate::initLayerCapacity()
 {
-    writeKeyLabel(
-        LayerCallbackType::eChangeNewLayerDefaultCapacityCB,
-        Translate::tr(capacityLabel(m_currentLayerTemplate)));
-}
-
-void LayerCommandPrivate::updateFullScreenLabel()
-{
-    writeKeyLabel(
-        LayerCallbackType::eSetSelectedLayerFullScreenCB, Translate::tr(Translate::TR_THE_FULL_SCREEN));
-}
-
-void LayerCommandPrivate::writeKeyLabel(LayerCallbackType type, const QString& text)
-{
     if (!m_pCommand->ecCommandConfig()) {
         qWarning("Button config error");
         return;
     }
-    const auto button = m_pCommand->findFunctionButton(quint16(type));
+    const auto button =
+        m_pCommand->findFunctionButton(quint16(LayerCallbackType::eChangeNewLayerDefaultCapacityCB));
     if (!button) {
         qWarning("%s command has invalid page button", qUtf8Printable(m_pCommand->name()));
         return;
@@ -147,7 +135,17 @@ void LayerCommandPrivate::writeKeyLabel(LayerCallbackType type, const QString& t
             qUtf8Printable(m_pCommand->name()));
         return;
     }
-    m_pCommand->updateECOledText(button->pECOledCfg->OrvaneECKey, button->pECOledCfg->ECKey, text);
+    m_pCommand->updateECOledText(
+        button->pECOledCfg->OrvaneECKey, button->pECOledCfg->ECKey,
+        Translate::tr(capacityLabel(m_currentLayerTemplate)));
+}
+
+void LayerCommandPrivate::updateFullScreenLabel()
+{
+    const auto button =
+        m_pCommand->findFunctionButton(quint16(LayerCallbackType::eSetSelectedLayerFullScreenCB));
+    if (button)
+        m_pCommand->updateECOledTextByBtnECKey(button->ECKey, Translate::tr(Translate::TR_THE_FULL_SCREEN));
 }
 
 // ---- Items ----------------------------------------------------------------------------------------------
