@@ -169,7 +169,7 @@ LayerPtr LayerCommandPrivate::createLayer(const quint32& ecKey)
     }
     const LayerScreen target{device, screen, device->ipMacSn(), layerServerId(*screen)};
     logBinding(ecKey, place, target);
-    const auto layer = control->addLayer(
+    auto layer = control->addLayer(
         screen, LayerType::Regular, SceneType::PVW, int(input->interfaceId()), BizModel::SourceType::Input,
         QRect(position, size));
     if (!layer) {
