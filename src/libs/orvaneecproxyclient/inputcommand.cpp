@@ -16,6 +16,8 @@
 #include "modelcontrol/layer.h"
 #include "modelcontrol/screen.h"
 
+#include <QScopeGuard>
+
 #include <algorithm>
 #include <set>
 #include <utility>
@@ -197,18 +199,20 @@ bool InputCommandPrivate::selectInputPressed(const quint32& ecKey)
         showStatusBarMsg(StatusBarMsgType::Warning, Translate::tr(Translate::TR_THE_INPUT_SELECT_LAYER));
         return false;
     }
-    if (screen->screenType() == BizModel::Enum::Screen::RegularScreen) {
-        if (m_bChecking.exchange(true)) {
-            qWarning("Input key %u is refused: one of the other console is being worked.", ecKey);
-            return false;
-        }
-        const bool hasResources = hasResourcesFor(screen, selected, input);
-        m_bChecking = false;
-        if (!hasResources) {
-            qWarning("Layer resource out, failed to switch layer input source.");
-            showStatusBarMsg(StatusBarMsgType::Warning, Translate::tr(Translate::TR_THE_LAYER_NO_RESOURCES));
-            return false;
-        }
+    const bool isChecked = screen->screenType() == BizModel::Enum::Screen::RegularScreen;
+    if (isChecked && m_bChecking.exchange(true)) {
+        qWarning("Input key %u is refused: one of the other console is being worked.", ecKey);
+        return false;
+    }
+    // Until the source is bound: another trial would undo what this press has changed.
+    const auto endOfCheck = qScopeGuard([this, isChecked] {
+        if (isChecked)
+            m_bChecking = false;
+    });
+    if (isChecked && !hasResourcesFor(screen, selected, input)) {
+        qWarning("Layer resource out, failed to switch layer input source.");
+        showStatusBarMsg(StatusBarMsgType::Warning, Translate::tr(Translate::TR_THE_LAYER_NO_RESOURCES));
+        return false;
     }
     if (const auto first = selected.first().lock()) {
         const auto control = ModelControl::Screen::layerModelControl(first->layerType(), device);
@@ -226,6 +230,8 @@ bool InputCommandPrivate::selectInputRelease(const quint32&)
 InputPtr InputCommandPrivate::findBindingInput(const BizModel::Device& device, const quint32& ecKey) const
 {
     const int buttonIndex = m_pCommand->findECButtonIndex(ecKey);
+    if (buttonIndex < 0)
+        return nullptr; // inputs without a key answer as much
     const QString ip = device.ipMacSn();
     const auto inputs = device.validInputs();
     for (const auto& weakInput : inputs) {

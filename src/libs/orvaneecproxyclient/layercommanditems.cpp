@@ -387,6 +387,8 @@ void LayerCommandPrivate::updateAfterTake()
         const std::lock_guard<std::mutex> lock(m_notificationMtx);
         screens.swap(m_updateTakeScreens);
     }
+    if (!m_pCommand->ecCommandConfig())
+        return; // registered behind the command that has the keys: the items are not this one's
     // Freed and given anew in one step, so that a key pressed meanwhile does not find itself without a layer.
     m_itemUpdates.update(
         [&] { return std::pair(readTakenLayers(screens), readActivedScreen()); },
