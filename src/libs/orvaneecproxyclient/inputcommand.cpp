@@ -235,7 +235,7 @@ InputPtr InputCommandPrivate::findBindingInput(const BizModel::Device& device, c
     const QString ip = device.ipMacSn();
     const auto inputs = device.validInputs();
     for (const auto& weakInput : inputs) {
-        const auto input = weakInput.lock();
+        auto input = weakInput.lock();
         if (!input)
             continue;
         const ECObjectId id = objectId(*input);
