@@ -101,6 +101,7 @@ void TestScreenKeys::initTestCase()
 void TestScreenKeys::init()
 {
     ECManager::instance()->unlockKeypad();
+    m_pRig->letGo();
     m_pRig->operations().clearAllOrders();
     QVERIFY(m_pRig->load(show()));
     m_pRig->forget();
@@ -230,7 +231,7 @@ void TestScreenKeys::anUnboundKeyMakesAScreenThatLandsOnIt()
 
 void TestScreenKeys::oneScreenIsMadeAtATimeAndItsKeyIsKept()
 {
-    m_pRig->operations().delay(Operation::AsyncCreateScreen, 300ms, Times::Once);
+    m_pRig->hold(Operation::AsyncCreateScreen);
     const LogCapture log;
     QVERIFY(tap(Select + 3));
     QVERIFY(tap(Select + 3));
@@ -239,6 +240,7 @@ void TestScreenKeys::oneScreenIsMadeAtATimeAndItsKeyIsKept()
     const ScreenKey other = m_pRig->control().addScreen(A, ScreenType::AUXScreen);
     QVERIFY(other.id != 0);
     QVERIFY(console().shows(Select + 3, ECLEDColor::Off));
+    m_pRig->letGo();
     QVERIFY(console().waitShows(Select + 3, ECLEDColor::Yellow));
     QVERIFY(m_pRig->waitNotice(Hide));
     QCOMPARE(m_pRig->asked(Operation::AsyncCreateScreen).size(), 1);
@@ -285,11 +287,12 @@ void TestScreenKeys::noScreenIsMadeBeyondTheLimitOrOfNothing()
 
 void TestScreenKeys::aScreenWhoseDeviceGoesIsUnbound()
 {
-    m_pRig->operations().delay(Operation::AsyncCreateScreen, 200ms, Times::Once);
+    m_pRig->hold(Operation::AsyncCreateScreen);
     const LogCapture log;
     QVERIFY(tap(Select + 3));
     QVERIFY(m_pRig->control().removeDevice(A));
-    QVERIFY(console().waitShows(Select, ECLEDColor::Off));
+    QVERIFY(console().shows(Select, ECLEDColor::Off));
+    m_pRig->letGo();
     QVERIFY(log.waitFor("Crate reguler screen has failed."));
     QVERIFY(log.waitFor(QStringLiteral("Failed to unbind，Device:A,pRegulerScreen:")));
     QVERIFY(m_pRig->waitNotice(Hide));
@@ -374,28 +377,34 @@ void TestScreenKeys::aLongTakeShowsTheWaitingDialogUntilItEnds()
     QVERIFY(waitState(Stage, State::Normal));
     m_pRig->forget();
 
-    QVERIFY(m_pRig->control().setEffectTime(A, Stage, 1.1));
+    // It ends long before its time is up, and so does the dialog.
+    QVERIFY(m_pRig->control().setEffectTime(A, Stage, 10.0));
+    m_pRig->operations().fail(Operation::ParallelTakeScreen, QStringLiteral("no"), Times::Once);
+    m_pRig->hold(Operation::ParallelTakeScreen);
     QVERIFY(tap(Take));
     QCOMPARE(m_pRig->countNotices(TakeDialog), 1);
     QCOMPARE(m_pRig->countNotices(Hide), 0);
     QCOMPARE(screen(Stage)->state(), State::Taking);
-    QVERIFY(m_pRig->waitNotice(Hide));
+    m_pRig->letGo();
+    QVERIFY(m_pRig->waitNotice(Hide, 1, 5000));
     QCOMPARE(screen(Stage)->state(), State::Normal);
 }
 
 void TestScreenKeys::aTakeThatHangsLosesItsDialogInTime()
 {
     QVERIFY(m_pRig->control().setEffectTime(A, Stage, 1.1));
-    m_pRig->operations().delay(Operation::ParallelTakeScreen, 1s, Times::Once);
+    m_pRig->operations().fail(Operation::ParallelTakeScreen, QStringLiteral("no"), Times::Once);
+    m_pRig->hold(Operation::ParallelTakeScreen);
     QVERIFY(tap(Take));
-    QVERIFY(m_pRig->waitNotice(Hide));
+    QVERIFY(m_pRig->waitNotice(Hide, 1, 5000));
     QCOMPARE(screen(Stage)->state(), State::Taking);
     const auto notices = m_pRig->notices();
     QCOMPARE(notices.size(), std::size_t(2));
-    const auto shown = notices.at(1).time - notices.at(0).time;
-    QVERIFY(shown >= 1400ms);
-    QVERIFY(shown < 2000ms);
+    QVERIFY(notices.at(1).time - notices.at(0).time >= 1400ms);
     // Its end hides nothing any more.
+    const LogCapture log;
+    m_pRig->letGo();
+    QVERIFY(log.waitFor("Take operator error: Take failed."));
     QVERIFY(waitState(Stage, State::Normal));
     QVERIFY(console().settle());
     QCOMPARE(m_pRig->notices().size(), std::size_t(2));
@@ -635,18 +644,19 @@ void TestScreenKeys::aKeyboardLoadedAgainTakesOverTheKeys()
 void TestScreenKeys::answersAfterTheEndOfTheConsole()
 {
     // A long take and a new screen are under way when the console ends; the model answers later.
-    QVERIFY(m_pRig->control().setEffectTime(A, Side, 1.2));
-    QVERIFY(m_pRig->control().activateScreen(A, Side));
-    m_pRig->operations().delay(Operation::AsyncCreateScreen, 300ms, Times::Once);
+    QVERIFY(m_pRig->control().setEffectTime(A, Stage, 1.2));
+    m_pRig->hold(Operation::AsyncCreateScreen);
     QVERIFY(tap(Select + 3));
     QVERIFY(tap(Take));
     QCOMPARE(m_pRig->countNotices(TakeDialog), 1);
     console().press(TimeUp);
     QVERIFY(console().settle());
     m_pRig->endConsole();
-    QVERIFY(m_pRig->waitNotice(Hide, 2));
+    m_pRig->letGo();
+    QVERIFY(m_pRig->waitNotice(Hide, 2, 5000));
     QVERIFY(
         QTest::qWaitFor([&] { return m_pRig->device(A)->screens(ScreenType::AllScreenType).size() == 4; }));
+    QVERIFY(waitState(Stage, State::Normal));
 }
 
 QTEST_MAIN(TestScreenKeys)

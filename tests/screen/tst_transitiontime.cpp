@@ -7,6 +7,7 @@
 #include <QDialog>
 #include <QTest>
 
+#include <algorithm>
 #include <cmath>
 
 using namespace ScreenScene;
@@ -135,19 +136,21 @@ void TestTransitionTime::holdingRepeatsFasterAndFasterAndReleasingWritesOnce()
 {
     QVERIFY(m_pRig->control().setEffectTime(A, Stage, 5.0));
     console().press(TimeUp);
-    QVERIFY(QTest::qWaitFor([&] { return steps().size() >= 12; }));
+    QVERIFY(QTest::qWaitFor([&] { return steps().size() >= 20; }));
     console().release(TimeUp);
     QVERIFY(console().settle());
     const auto seen = steps();
     const std::chrono::milliseconds intervals[] = {350ms, 250ms, 150ms, 50ms, 10ms, 10ms};
-    auto total = 0ms;
     // The first entry is what setEffectTime() announced.
     for (std::size_t i = 0; i < std::size(intervals); ++i) {
         QCOMPARE(seen.at(i + 1).text, QString::number(5.1 + 0.1 * double(i), 'f', 1));
         QVERIFY2(seen.at(i + 2).time - seen.at(i + 1).time >= intervals[i], qPrintable(QString::number(i)));
-        total += intervals[i];
     }
-    QVERIFY(seen.at(std::size(intervals) + 1).time - seen.at(1).time < total + 600ms);
+    // A busy machine delays one or the other of the fast steps, but not all.
+    auto shortest = seen.at(6).time - seen.at(5).time;
+    for (std::size_t i = 6; i < seen.size(); ++i)
+        shortest = std::min(shortest, seen.at(i).time - seen.at(i - 1).time);
+    QVERIFY(shortest < 40ms);
 
     const QStringList written = m_pRig->asked(Operation::UpdateEffectSpeed);
     QCOMPARE(written.size(), 1);
@@ -182,10 +185,9 @@ void TestTransitionTime::theOtherKeyTurnsTheDirection()
 {
     QVERIFY(m_pRig->control().setEffectTime(A, Stage, 5.0));
     console().press(TimeUp);
-    QVERIFY(console().waitLabel(Label + TimeUp, QStringLiteral("5.1")));
     console().press(TimeDown);
     // The up key counts no further, although it is still held.
-    QVERIFY(console().waitLabel(Label + TimeDown, QStringLiteral("4.7")));
+    QVERIFY(QTest::qWaitFor([&] { return label(TimeDown).toDouble() < 4.75; }));
     QCOMPARE(label(TimeUp), QStringLiteral("5.1"));
     console().release(TimeDown);
     console().release(TimeUp);
@@ -200,7 +202,7 @@ void TestTransitionTime::anAuxScreensTimeIsNotWritten()
     QVERIFY(m_pRig->control().activateScreen(A, Confidence));
     QCOMPARE(label(TimeUp), QStringLiteral("3.0"));
     console().press(TimeUp);
-    QVERIFY(console().waitLabel(Label + TimeUp, QStringLiteral("3.1")));
+    QVERIFY(QTest::qWaitFor([&] { return label(TimeUp) != QLatin1String("3.0"); }));
     console().release(TimeUp);
     QVERIFY(console().waitLabel(Label + TimeUp, QStringLiteral("3.0")));
     QVERIFY(m_pRig->asked(Operation::UpdateEffectSpeed).isEmpty());
@@ -237,7 +239,7 @@ void TestTransitionTime::aKeypadLockedDuringAHoldKeepsItGoing()
     ECManager::instance()->lockKeypad();
     console().release(TimeUp);
     QVERIFY(console().settle());
-    QVERIFY(console().waitLabel(Label + TimeUp, QStringLiteral("0.4")));
+    QVERIFY(QTest::qWaitFor([&] { return label(TimeUp).toDouble() > 0.35; }));
     QVERIFY(m_pRig->asked(Operation::UpdateEffectSpeed).isEmpty());
     ECManager::instance()->unlockKeypad();
     console().tap(TimeUp);

@@ -17,14 +17,17 @@ ModelRig::ModelRig(const std::shared_ptr<EC::s_ECKeyboardConfig>& keyboard)
 {
     connectNotices();
     operations().setListener([this](const JournalEntry& entry) {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        std::unique_lock<std::mutex> lock(m_mutex);
         m_journal.push_back(entry);
+        if (entry.phase == JournalEntry::Phase::CarriedOut)
+            m_letGo.wait(lock, [&] { return entry.operation != m_held; });
     });
     m_pConsole = std::make_unique<ConsoleRig>(keyboard);
 }
 
 ModelRig::~ModelRig()
 {
+    letGo();
     m_pConsole.reset();
     m_pModel.reset();
 }
@@ -118,6 +121,19 @@ QStringList ModelRig::asked(MemoryModel::Operation operation) const
 bool ModelRig::waitAsked(MemoryModel::Operation operation, int count, int timeoutMs) const
 {
     return QTest::qWaitFor([&] { return asked(operation).size() >= count; }, timeoutMs);
+}
+
+void ModelRig::hold(MemoryModel::Operation operation)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_held = MemoryModel::operationName(operation);
+}
+
+void ModelRig::letGo()
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_held.clear();
+    m_letGo.notify_all();
 }
 
 std::vector<ModelRig::Notice> ModelRig::notices() const

@@ -13,6 +13,7 @@
 #include <QStringList>
 
 #include <chrono>
+#include <condition_variable>
 #include <memory>
 #include <mutex>
 #include <vector>
@@ -56,6 +57,11 @@ public:
     QStringList requested(MemoryModel::Operation operation) const;
     bool waitAsked(MemoryModel::Operation operation, int count, int timeoutMs = 2000) const;
 
+    /// The model's thread that is going to carry out the operation waits until `letGo`. At most one operation
+    /// is held; not one that the test's own thread carries out.
+    void hold(MemoryModel::Operation operation);
+    void letGo();
+
     // What the user would see.
 
     std::vector<Notice> notices() const;
@@ -72,8 +78,10 @@ private:
     std::unique_ptr<MemoryModel::MemoryModel> m_pModel;
     std::unique_ptr<ConsoleRig> m_pConsole;
 
-    // m_mutex guards m_journal and m_notices.
+    // m_mutex guards m_journal, m_notices and m_held.
     mutable std::mutex m_mutex;
+    std::condition_variable m_letGo;
+    QString m_held; ///< name of the operation
     std::vector<MemoryModel::JournalEntry> m_journal;
     std::vector<Notice> m_notices;
     QObject m_context;
