@@ -148,7 +148,10 @@ bool Console::start()
 
 bool Console::expect(const QByteArray& condition)
 {
-    writeLine("expect " + condition);
+    const bool saysHowLong = condition.contains(" within ") || condition.contains(" for ");
+    writeLine(
+        "expect " + condition
+        + (saysHowLong ? QByteArray() : " within " + QByteArray::number(PatienceMs / 2)));
     const QJsonObject result = next({{"event", "result"}});
     if (result.value("ok").toBool())
         return true;
@@ -178,7 +181,7 @@ bool Session::end()
     const int hostStatus = host.exitStatus();
     const int consoleStatus = console.exitStatus();
     if (hostStatus != 0)
-        qWarning("The host ended with %d: %s", hostStatus, host.log().right(2000).constData());
+        qWarning("The host ended with %d: %s", hostStatus, host.log().right(6000).constData());
     return hostStatus == 0 && consoleStatus == 0;
 }
 

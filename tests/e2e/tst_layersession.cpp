@@ -15,7 +15,6 @@ constexpr int ClearKey = 40;
 constexpr int FrontKey = 41;
 constexpr int FullScreenKey = 44;
 constexpr int FirstInputKey = 45;
-constexpr int TakeKey = 15;
 constexpr char FreeLayerLabel[] = "oled 526";
 
 const QString Screen = "regular:1";
@@ -89,7 +88,7 @@ void LayerSessionTest::freeKeyPlacesALayerOnTheNextOutput()
     QVERIFY(m_console->expect(led(FreeLayerKey, "yellow")));
     QVERIFY(m_console->expect(QByteArray(FreeLayerLabel) + " \"Layer 3\""));
     // Two layers are there: it is the first output's turn again, where one stands already.
-    QTRY_COMPARE(preview().size(), 3);
+    QTRY_COMPARE_WITH_TIMEOUT(preview().size(), 3, PatienceMs);
     const QJsonArray window = layer(3).value("window").toArray();
     QCOMPARE(window.at(0).toInt(), 60);
     QCOMPARE(window.at(1).toInt(), 60);
@@ -113,7 +112,7 @@ void LayerSessionTest::inputKeyFeedsTheSelection()
     m_console->tap(inputKey(3));
     QVERIFY(m_console->expect(led(inputKey(3), "green")));
     QVERIFY(m_console->expect(led(inputKey(2), "yellow")));
-    QTRY_COMPARE(layer(1).value("input").toInt(), 3);
+    QTRY_COMPARE_WITH_TIMEOUT(layer(1).value("input").toInt(), 3, PatienceMs);
     QCOMPARE(layer(2).value("input").toInt(), 12); // not selected
 }
 
@@ -165,7 +164,7 @@ void LayerSessionTest::renamedInputIsRenamedOnItsKey()
 
 void LayerSessionTest::layerIsRefusedWhileTheScreenIsTaken()
 {
-    m_console->tap(TakeKey); // one second
+    QVERIFY(m_host->hasDone("setScreenState", {{"screen", Screen}, {"state", "taking"}}));
     m_console->tap(FreeLayerKey);
     QVERIFY(m_host->tells(
         "statusBarMessage",
@@ -183,7 +182,8 @@ void LayerSessionTest::missingResourcesAreTold()
     QVERIFY(m_host->tells("statusBarMessage", {{"type", "warning"}, {"text", "Not enough resources."}}));
     QCOMPARE(preview().size(), 2);
     QCOMPARE(layer(1).value("input").toInt(), 2);
-    QTRY_COMPARE(m_session->screen(Screen).value("state").toString(), QString("normal"));
+    QTRY_COMPARE_WITH_TIMEOUT(
+        m_session->screen(Screen).value("state").toString(), QString("normal"), PatienceMs);
 }
 
 void LayerSessionTest::removeKeyTakesTheSelectionAway()
@@ -191,19 +191,19 @@ void LayerSessionTest::removeKeyTakesTheSelectionAway()
     m_console->tap(RemoveKey);
     QVERIFY(m_console->expect(led(RemoveKey, "off")));
     QVERIFY(m_console->expect(led(FirstLayerKey, "off")));
-    QTRY_COMPARE(preview().size(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(preview().size(), 1, PatienceMs);
     QVERIFY(layer(1).isEmpty());
 }
 
 void LayerSessionTest::clearKeyMustBeHeldForThreeSeconds()
 {
-    m_console->writeLine("hold " + QByteArray::number(ClearKey) + " 2800");
+    m_console->writeLine("hold " + QByteArray::number(ClearKey) + " 1500");
     QVERIFY(m_console->expect(led(ClearKey, "off")));
     QCOMPARE(preview().size(), 2);
     m_console->writeLine("press " + QByteArray::number(ClearKey));
     QVERIFY(m_host->tells("waitingDialogShown", {{"text", "Cleaning layers,please wait..."}}));
     QVERIFY(m_host->tells("waitingDialogHidden"));
-    QTRY_COMPARE(preview().size(), 0);
+    QTRY_COMPARE_WITH_TIMEOUT(preview().size(), 0, PatienceMs);
     QVERIFY(m_console->expect(led(ClearKey, "off"))); // while it is still down
     QVERIFY(m_console->expect(led(FirstLayerKey, "off")));
     m_console->writeLine("release " + QByteArray::number(ClearKey));
@@ -214,7 +214,7 @@ void LayerSessionTest::frontKeyStepsOnceWhenTapped()
     QCOMPARE(preview().at(0).toObject().value("id").toInt(), 1);
     m_console->tap(FrontKey);
     QVERIFY(m_console->expect(led(FrontKey, "off")));
-    QTRY_COMPARE(preview().at(1).toObject().value("id").toInt(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(preview().at(1).toObject().value("id").toInt(), 1, PatienceMs);
 }
 
 void LayerSessionTest::secondQuickPressFillsTheWholeMosaic()
@@ -222,10 +222,12 @@ void LayerSessionTest::secondQuickPressFillsTheWholeMosaic()
     m_console->tap(SecondLayerKey);
     QVERIFY(m_console->expect(led(SecondLayerKey, "green")));
     m_console->tap(FullScreenKey);
-    QTRY_COMPARE(layer(2).value("window"), QJsonValue(QJsonArray({1920, 0, 1920, 1080}))); // its output
+    QTRY_COMPARE_WITH_TIMEOUT(
+        layer(2).value("window"), QJsonValue(QJsonArray({1920, 0, 1920, 1080})), PatienceMs); // its output
     m_console->tap(FullScreenKey);
     m_console->tap(FullScreenKey);
-    QTRY_COMPARE(layer(2).value("window"), QJsonValue(QJsonArray({0, 0, 3840, 1080})));
+    QTRY_COMPARE_WITH_TIMEOUT(
+        layer(2).value("window"), QJsonValue(QJsonArray({0, 0, 3840, 1080})), PatienceMs);
 }
 
 QTEST_GUILESS_MAIN(LayerSessionTest)

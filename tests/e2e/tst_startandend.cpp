@@ -1,5 +1,6 @@
 #include "program.h"
 
+#include <QJsonDocument>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QUdpSocket>
@@ -183,17 +184,24 @@ void StartAndEndTest::hundredThousandPressesArriveOnceAndInOrder()
     console.closeInput();
 
     int seen = 0;
-    const QJsonObject wrong = host.next([&](const QJsonObject& line) {
+    const auto isWrongOrTenThousandth = [&](const QJsonObject& line) {
         const QString name = line.value("event").toString();
         if (name == "entered")
             return line != entered("0123456789");
         if (name != "standardKeyPressed")
             return false;
         const bool isRight = line.value("key") == expected.at(seen % expected.size());
-        return !isRight || ++seen == presses;
-    });
-    QCOMPARE(seen, presses);
-    QCOMPARE(wrong.value("event").toString(), "standardKeyPressed"); // the last
+        return !isRight || ++seen % 10000 == 0;
+    };
+    while (seen < presses) {
+        const int before = seen;
+        const QJsonObject last = host.next(isWrongOrTenThousandth);
+        QVERIFY2(
+            seen == before + 10000,
+            qPrintable(QString("%1, then %2")
+                           .arg(seen)
+                           .arg(QString(QJsonDocument(last).toJson(QJsonDocument::Compact)))));
+    }
     QCOMPARE(console.exitStatus(), 0);
 
     // Nothing more comes behind them: the answer would stand behind it.

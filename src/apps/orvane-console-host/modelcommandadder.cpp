@@ -14,7 +14,7 @@ Parameter deviceParameter()
 
 QString deviceOf(const Arguments& arguments, MemoryModel::MemoryModel& model)
 {
-    const QString named = arguments.text("device");
+    QString named = arguments.text("device");
     if (!named.isEmpty())
         return named;
     const auto active = model.deviceList().activedDevice().lock();

@@ -20,7 +20,7 @@ using Model = MemoryModel::MemoryModel;
 namespace {
 
 constexpr qint64 MaxKeys = 0xFFFF;
-constexpr qint64 MaxDelayMs = 60 * 60 * 1000;
+constexpr qint64 MaxDelayMs = 3600000; // an hour
 
 /// A change of one flag, which is called "on".
 template <bool (Control::*change)(const QString&, bool)>

@@ -89,7 +89,7 @@ void ScreenPanel::paintEvent(QPaintEvent*)
     painter.setRenderHint(QPainter::Antialiasing);
     painter.fillRect(rect(), m_picture.isActive ? ActiveColour : PanelColour);
 
-    const QRectF inner = QRectF(rect()).adjusted(Margin, Margin / 2, -Margin, -Margin);
+    const QRectF inner = QRectF(rect()).adjusted(Margin, Margin / 2.0, -Margin, -Margin);
     paintHeader(painter, QRectF(inner.topLeft(), QSizeF(inner.width(), HeaderHeight)));
     const QRectF room = inner.adjusted(0, HeaderHeight + 2, 0, 0);
     const QSizeF half((room.width() - Margin) / 2, room.height());
