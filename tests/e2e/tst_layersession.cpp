@@ -197,7 +197,7 @@ void LayerSessionTest::removeKeyTakesTheSelectionAway()
 
 void LayerSessionTest::clearKeyMustBeHeldForThreeSeconds()
 {
-    m_console->writeLine("hold " + QByteArray::number(ClearKey) + " 1500");
+    m_console->writeLine("hold " + QByteArray::number(ClearKey) + " 500");
     QVERIFY(m_console->expect(led(ClearKey, "off")));
     QCOMPARE(preview().size(), 2);
     m_console->writeLine("press " + QByteArray::number(ClearKey));

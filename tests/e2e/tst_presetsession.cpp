@@ -54,8 +54,7 @@ private Q_SLOTS:
     void clearKeyMustBeHeldForThreeSeconds();
     void onScreenClearKeyAsks();
     void loadTargetIsAskedForOnce();
-    void saveDataKeyWritesTheShow();
-    void failedSaveIsTold();
+    void saveDataKeyWritesTheShowOrTellsThatItCannot();
     void heldKeyLocksTheTBarAndFreesItAgain();
     void heldKeyLocksTheKeypadUntilTheApplicationFreesIt();
     void sourceKeySwitchesTheMonitor();
@@ -135,7 +134,7 @@ void PresetSessionTest::removeKeyRemovesTheNextPreset()
 
 void PresetSessionTest::clearKeyMustBeHeldForThreeSeconds()
 {
-    m_console->writeLine(hold(ClearKey, 1500));
+    m_console->writeLine(hold(ClearKey, 500));
     QVERIFY(lights(ClearKey, "off"));
     QCOMPARE(presets().size(), 4);
     m_console->writeLine("press " + QByteArray::number(ClearKey));
@@ -185,7 +184,7 @@ void PresetSessionTest::loadTargetIsAskedForOnce()
     QVERIFY(m_console->expect(QByteArray(LoadTargetLabel) + " \"Nach PVW laden\""));
 }
 
-void PresetSessionTest::saveDataKeyWritesTheShow()
+void PresetSessionTest::saveDataKeyWritesTheShowOrTellsThatItCannot()
 {
     QVERIFY(m_host->hasDone("renameScreen", {{"screen", "regular:1"}, {"name", "Saved wall"}}));
     m_console->tap(SaveDataKey);
@@ -200,34 +199,30 @@ void PresetSessionTest::saveDataKeyWritesTheShow()
 
     QVERIFY(m_host->hasDone("loadShow", {{"file", m_session->showFile()}}));
     QVERIFY(m_console->expect("oled 512 \"Saved wall\""));
-}
 
-void PresetSessionTest::failedSaveIsTold()
-{
     QVERIFY(m_host->hasDone("fail", {{"operation", "AsyncSaveDeviceData"}}));
     m_console->tap(SaveDataKey);
     QVERIFY(m_host->tells("messageBox", {{"type", "warning"}, {"text", "save data failure."}}));
     QVERIFY(m_host->waitForLog("Save device data has failed."));
-    QVERIFY(m_host->hasDone("answerMessageBox", {{"button", "ok"}}));
 }
 
 void PresetSessionTest::heldKeyLocksTheTBarAndFreesItAgain()
 {
-    m_console->writeLine(hold(LockTBarKey, 1000));
+    m_console->writeLine(hold(LockTBarKey, 500));
     QVERIFY(lights(LockTBarKey, "off"));
     QVERIFY(m_console->expect("lock tbar off"));
-    m_console->writeLine(hold(LockTBarKey, 2300));
+    m_console->writeLine(hold(LockTBarKey, 2100));
     QVERIFY(m_console->expect("lock tbar on"));
     QVERIFY(lights(LockTBarKey, "green"));
     QVERIFY(m_host->tells("tbarLocked", {{"locked", true}}));
-    m_console->writeLine(hold(LockTBarKey, 2300));
+    m_console->writeLine(hold(LockTBarKey, 2100));
     QVERIFY(m_console->expect("lock tbar off"));
     QVERIFY(lights(LockTBarKey, "off"));
 }
 
 void PresetSessionTest::heldKeyLocksTheKeypadUntilTheApplicationFreesIt()
 {
-    m_console->writeLine(hold(LockKeypadKey, 2300));
+    m_console->writeLine(hold(LockKeypadKey, 2100));
     QVERIFY(m_console->expect("lock keypad on"));
     QVERIFY(lights(LockKeypadKey, "green"));
     QVERIFY(m_host->tells("keyboardLocked", {{"locked", true}}));
