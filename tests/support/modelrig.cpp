@@ -72,7 +72,7 @@ std::shared_ptr<BizModel::Device> ModelRig::device(const QString& ipMacSn) const
 {
     const auto devices = m_pModel->deviceList().devices();
     for (const auto& weakDevice : devices) {
-        const auto each = weakDevice.lock();
+        auto each = weakDevice.lock();
         if (each && each->ipMacSn() == ipMacSn)
             return each;
     }
@@ -84,7 +84,7 @@ std::shared_ptr<BizModel::Screen> ModelRig::screen(const QString& ipMacSn, Memor
     const auto owner = device(ipMacSn);
     const auto screens = owner ? owner->screens(key.type) : QList<std::weak_ptr<BizModel::Screen>>();
     for (const auto& weakScreen : screens) {
-        const auto each = weakScreen.lock();
+        auto each = weakScreen.lock();
         if (each && each->screenId() == key.id)
             return each;
     }

@@ -149,7 +149,7 @@ void ScreenBindings::rebuild(const std::shared_ptr<BizModel::Device>& device, in
             else
                 screens.push_back(&state);
         }
-        const QStringList leftOver = distribute(std::move(screens), ip, places);
+        QStringList leftOver = distribute(std::move(screens), ip, places);
         apply(ip, places);
         return leftOver;
     });

@@ -85,7 +85,7 @@ bool SamplingQueue::appendData(const std::shared_ptr<s_TBarSampling>& sampling)
     const bool usable = sampling && sampling->process >= -EndTolerance
         && sampling->process <= 1.0 + EndTolerance && !sampling->pCurDevice.expired();
     if (!usable) {
-        qWarning("Sampling data container is %s", sampling ? "invalid" : "null");
+        qWarning("%s", sampling ? "Sampling data container is invalid" : "Sampling data container is null");
         return false;
     }
     return append(*sampling);
@@ -94,7 +94,7 @@ bool SamplingQueue::appendData(const std::shared_ptr<s_TBarSampling>& sampling)
 bool SamplingQueue::appendData(const std::shared_ptr<s_LoadPresetSampling>& sampling)
 {
     if (!sampling || sampling->pCurDevice.expired()) {
-        qWarning("Sampling data container is %s", sampling ? "invalid" : "null");
+        qWarning("%s", sampling ? "Sampling data container is invalid" : "Sampling data container is null");
         return false;
     }
     return append(*sampling);
