@@ -104,7 +104,7 @@ std::shared_ptr<MemoryScreen> LayerController::find(
     MemoryScreen::Layers& found) const
 {
     const std::shared_ptr<MemoryDevice> device = m_list.own(guard, m_pDevice);
-    const auto present = device ? device->own(guard, screen) : nullptr;
+    auto present = device ? device->own(guard, screen) : nullptr;
     for (const std::weak_ptr<BizModel::Layer>& each : layers) {
         const auto layer = ownObject<MemoryLayer>(each);
         if (!present || screenOf(guard, layer) != present)

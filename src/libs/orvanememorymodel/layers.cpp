@@ -93,7 +93,7 @@ std::shared_ptr<MemoryLayer> addLayer(
     record.id = screen->freeLayerId(change, scene);
     if (record.name.isEmpty())
         record.name = layerName(record.id);
-    const auto added = std::make_shared<MemoryLayer>(hub, *screen, scene, record);
+    auto added = std::make_shared<MemoryLayer>(hub, *screen, scene, record);
     if (!hasResources(change, device, screen, {{added, record.window}}, outputsOf(change, *screen), scene)) {
         error = notEnoughResources;
         return nullptr;

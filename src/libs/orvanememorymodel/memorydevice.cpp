@@ -378,7 +378,7 @@ std::shared_ptr<MemoryScreen> MemoryDevice::createScreen(Change& change, ScreenT
     defaults.key = key;
     defaults.name = type == ScreenType::AUXScreen ? QStringLiteral("AUX %1").arg(key.id)
                                                   : QStringLiteral("Screen %1").arg(key.id);
-    const std::shared_ptr<MemoryScreen> created = makeScreen(defaults);
+    std::shared_ptr<MemoryScreen> created = makeScreen(defaults);
     pending += created;
     return created;
 }

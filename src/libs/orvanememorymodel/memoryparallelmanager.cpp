@@ -108,7 +108,7 @@ public:
         const std::lock_guard lock(m_mutex);
         if (m_waiting.empty())
             return nullptr;
-        const std::shared_ptr<Run> run = m_waiting.front();
+        std::shared_ptr<Run> run = std::move(m_waiting.front());
         m_waiting.pop_front();
         return run;
     }
@@ -243,7 +243,7 @@ std::shared_ptr<MemoryParallelManager::Request> MemoryParallelManager::start(
     begin(runs);
 
     const std::size_t size = runs.size();
-    const auto request = std::make_shared<Request>(std::move(callback), runs);
+    auto request = std::make_shared<Request>(std::move(callback), runs);
     for (const std::shared_ptr<Run>& run : runs)
         run->request = request;
     {

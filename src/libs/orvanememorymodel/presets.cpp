@@ -146,7 +146,7 @@ std::shared_ptr<MemoryPreset> findPreset(const Guard& guard, const Devices& grou
 {
     for (const std::shared_ptr<MemoryDevice>& member : group) {
         for (const FileType type : {FileType::PresetPVW, FileType::PresetPGM}) {
-            if (const auto preset = member->preset(guard, type, fileId))
+            if (auto preset = member->preset(guard, type, fileId))
                 return preset;
         }
     }

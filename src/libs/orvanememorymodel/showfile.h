@@ -23,6 +23,6 @@ std::optional<ShowRecord> loadShowFile(const QString& path, QStringList& faults)
 bool saveShowFile(const QString& path, const ShowRecord& show, QString& error);
 
 /// Well above what a show with every limit reached needs.
-constexpr qint64 MaxShowFileBytes = 256 * 1024 * 1024;
+constexpr qint64 MaxShowFileBytes = qint64(256) * 1024 * 1024;
 
 } // namespace Orvane::MemoryModel
