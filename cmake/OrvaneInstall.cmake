@@ -20,15 +20,8 @@ file(RELATIVE_PATH pc_to_prefix "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
 configure_file(cmake/orvaneecproxyclient.pc.in "${CMAKE_BINARY_DIR}/orvaneecproxyclient.pc" @ONLY)
 install(FILES "${CMAKE_BINARY_DIR}/orvaneecproxyclient.pc" DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
-install(DIRECTORY src/libs/orvaneplatform/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/orvaneplatform
-  FILES_MATCHING PATTERN "*.h" PATTERN "*_p.h" EXCLUDE)
-install(DIRECTORY src/libs/orvaneecproxyclient/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/orvaneecproxyclient
-  FILES_MATCHING PATTERN "*.h" PATTERN "*_p.h" EXCLUDE
-  # inside the library only
-  PATTERN "coalescer.h" EXCLUDE
-  PATTERN "consumetime.h" EXCLUDE
-  PATTERN "eccommanditemindex.h" EXCLUDE
-  PATTERN "holdtimer.h" EXCLUDE
-  PATTERN "hoststate.h" EXCLUDE
-  PATTERN "modelaccess.h" EXCLUDE
-  PATTERN "selectkeys.h" EXCLUDE)
+# Headers called *_p.h are the libraries' own.
+foreach(library IN ITEMS orvaneplatform orvaneecproxyclient)
+  install(DIRECTORY src/libs/${library}/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${library}
+    FILES_MATCHING PATTERN "*.h" PATTERN "*_p.h" EXCLUDE)
+endforeach()

@@ -1,5 +1,5 @@
 #include "ecconstants.h"
-#include "layerplacement.h"
+#include "layerplacement_p.h"
 
 #include <QTest>
 

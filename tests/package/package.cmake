@@ -41,3 +41,13 @@ separate_arguments(flags UNIX_COMMAND "${flags}")
 run(${CXX} -std=c++17 -fPIC ${flags} "${CONSUMER_DIR}/main.cpp" -o "${WORK_DIR}/pkgconsumer" ${pkgFlags}
   "-Wl,-rpath,${prefix}/${LIBDIR}")
 run("${WORK_DIR}/pkgconsumer")
+
+# Every header laid down can be included: none needs one that stayed behind.
+file(GLOB_RECURSE headers "${prefix}/*.h")
+if(NOT headers)
+  message(FATAL_ERROR "No headers are installed")
+endif()
+list(TRANSFORM headers REPLACE "(.+)" "#include \"\\1\"\n" OUTPUT_VARIABLE includes)
+string(JOIN "" includes ${includes})
+file(WRITE "${WORK_DIR}/allheaders.cpp" "${includes}")
+run(${CXX} -std=c++17 -fPIC -fsyntax-only "${WORK_DIR}/allheaders.cpp" ${pkgFlags})

@@ -1,6 +1,6 @@
 #include "eccommanditem.h"
 
-#include "eccommanditemindex.h"
+#include "eccommanditemindex_p.h"
 
 #include <QStringList>
 

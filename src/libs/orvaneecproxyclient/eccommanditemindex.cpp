@@ -1,4 +1,4 @@
-#include "eccommanditemindex.h"
+#include "eccommanditemindex_p.h"
 
 #include <algorithm>
 #include <vector>

@@ -1,6 +1,6 @@
 #include "ecconsolemanager.h"
 
-#include "eccommanditemindex.h"
+#include "eccommanditemindex_p.h"
 
 #include <QtDebug>
 

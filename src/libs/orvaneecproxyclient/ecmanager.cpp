@@ -3,7 +3,7 @@
 #include "bizmodel/device.h"
 #include "command.h"
 #include "commandmanager.h"
-#include "modelaccess.h"
+#include "modelaccess_p.h"
 #include "orvaneecclientdecoder.h"
 #include "orvaneecclientencoder.h"
 

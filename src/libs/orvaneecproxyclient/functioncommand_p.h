@@ -1,8 +1,8 @@
 #pragma once
 
 #include "functioncommand.h"
-#include "holdtimer.h"
-#include "selectkeys.h"
+#include "holdtimer_p.h"
+#include "selectkeys_p.h"
 #include "serialjobs_p.h"
 
 #include <atomic>

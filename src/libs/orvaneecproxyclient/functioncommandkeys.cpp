@@ -1,8 +1,8 @@
 #include "functioncommand_p.h"
 
 #include "ecmanager.h"
-#include "hoststate.h"
-#include "modelaccess.h"
+#include "hoststate_p.h"
+#include "modelaccess_p.h"
 
 #include "bizmodel/device.h"
 #include "bizmodel/layer.h"

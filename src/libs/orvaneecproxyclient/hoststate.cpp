@@ -1,4 +1,4 @@
-#include "hoststate.h"
+#include "hoststate_p.h"
 
 #include "ecconstants.h"
 

@@ -1,10 +1,10 @@
 #include "inputcommand.h"
 
 #include "ecconsolemanager.h"
-#include "hoststate.h"
-#include "itemupdates.h"
-#include "modelaccess.h"
-#include "selectkeys.h"
+#include "hoststate_p.h"
+#include "itemupdates_p.h"
+#include "modelaccess_p.h"
+#include "selectkeys_p.h"
 
 #include "bizmodel/device.h"
 #include "bizmodel/input.h"

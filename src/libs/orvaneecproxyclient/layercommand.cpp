@@ -1,9 +1,9 @@
 #include "layercommand.h"
 
-#include "consumetime.h"
+#include "consumetime_p.h"
 #include "ecconsolemanager.h"
 #include "layercommand_p.h"
-#include "modelaccess.h"
+#include "modelaccess_p.h"
 
 #include "bizmodel/device.h"
 #include "bizmodel/layer.h"

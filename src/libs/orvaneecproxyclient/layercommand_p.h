@@ -1,11 +1,11 @@
 #pragma once
 
-#include "coalescer.h"
+#include "coalescer_p.h"
 #include "eccommanditem.h"
-#include "holdtimer.h"
-#include "itemupdates.h"
+#include "holdtimer_p.h"
+#include "itemupdates_p.h"
 #include "layercommand.h"
-#include "selectkeys.h"
+#include "selectkeys_p.h"
 
 #include "bizmodel/ids.h"
 #include "modelcontrol/screen.h"

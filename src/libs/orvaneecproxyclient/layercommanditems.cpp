@@ -2,8 +2,8 @@
 #include "layercommand_p.h"
 
 #include "ecconsolemanager.h"
-#include "layerplacement.h"
-#include "modelaccess.h"
+#include "layerplacement_p.h"
+#include "modelaccess_p.h"
 
 #include "bizmodel/device.h"
 #include "bizmodel/layer.h"

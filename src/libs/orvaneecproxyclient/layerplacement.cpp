@@ -1,4 +1,4 @@
-#include "layerplacement.h"
+#include "layerplacement_p.h"
 
 #include "ecconstants.h"
 

@@ -1,4 +1,4 @@
-#include "modelaccess.h"
+#include "modelaccess_p.h"
 
 #include "bizmodel/device.h"
 #include "bizmodel/devicelist.h"

@@ -1,7 +1,7 @@
 #include "numbercommand.h"
 
 #include "eccommanditem.h"
-#include "selectkeys.h"
+#include "selectkeys_p.h"
 
 #include <QApplication>
 #include <QLoggingCategory>

@@ -1,7 +1,7 @@
 #include "orvanepresetcommand.h"
 
 #include "ecconsolemanager.h"
-#include "modelaccess.h"
+#include "modelaccess_p.h"
 #include "orvanepresetcommand_p.h"
 #include "presetgroup_p.h"
 

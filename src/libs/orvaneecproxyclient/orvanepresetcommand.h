@@ -9,7 +9,7 @@ namespace Orvane::ECProxy::Client {
 namespace Internal {
 class OrvanePresetCommandPrivate;
 class PresetCommandPrivate;
-}
+} // namespace Internal
 
 /// Turns preset keys into preset files of the active device.
 ///

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "itemupdates.h"
+#include "itemupdates_p.h"
 #include "orvanepresetcommand.h"
 #include "serialjobs_p.h"
 

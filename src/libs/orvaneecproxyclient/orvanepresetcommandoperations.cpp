@@ -1,8 +1,8 @@
 // What a preset key does to the device's preset files.
 #include "orvanepresetcommand_p.h"
 
-#include "consumetime.h"
-#include "modelaccess.h"
+#include "consumetime_p.h"
+#include "modelaccess_p.h"
 #include "presetgroup_p.h"
 
 #include "bizmodel/device.h"

@@ -1,9 +1,9 @@
 #include "presetcommand.h"
 
-#include "consumetime.h"
+#include "consumetime_p.h"
 #include "eccommanditem.h"
 #include "ecconsolemanager.h"
-#include "modelaccess.h"
+#include "modelaccess_p.h"
 #include "presetcommand_p.h"
 #include "presetgroup_p.h"
 

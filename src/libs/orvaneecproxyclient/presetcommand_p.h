@@ -1,10 +1,10 @@
 #pragma once
 
-#include "holdtimer.h"
+#include "holdtimer_p.h"
 #include "orvanepresetcommand.h"
 #include "presetcommand.h"
 #include "presetextensions_p.h"
-#include "selectkeys.h"
+#include "selectkeys_p.h"
 
 #include "bizmodel/enums.h"
 

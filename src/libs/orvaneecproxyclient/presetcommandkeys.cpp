@@ -1,10 +1,10 @@
 // The handlers of the preset group's keys, and what shows on them.
 #include "presetcommand_p.h"
 
-#include "consumetime.h"
+#include "consumetime_p.h"
 #include "eccommanditem.h"
 #include "ecmanager.h"
-#include "modelaccess.h"
+#include "modelaccess_p.h"
 #include "presetgroup_p.h"
 
 #include "bizmodel/device.h"

@@ -1,7 +1,7 @@
 #include "screencommand.h"
 
 #include "ecconsolemanager.h"
-#include "modelaccess.h"
+#include "modelaccess_p.h"
 #include "screencommand_p.h"
 
 #include "bizmodel/device.h"

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "coalescer.h"
-#include "holdtimer.h"
+#include "coalescer_p.h"
+#include "holdtimer_p.h"
 #include "screencommand.h"
-#include "screencommandbindings.h"
-#include "selectkeys.h"
+#include "screencommandbindings_p.h"
+#include "selectkeys_p.h"
 
 #include "completion.h"
 

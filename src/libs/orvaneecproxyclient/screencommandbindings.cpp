@@ -1,4 +1,4 @@
-#include "screencommandbindings.h"
+#include "screencommandbindings_p.h"
 
 #include "ecconsolemanager.h"
 

@@ -1,8 +1,8 @@
 #include "screencommand_p.h"
 
-#include "consumetime.h"
+#include "consumetime_p.h"
 #include "ecconsolemanager.h"
-#include "modelaccess.h"
+#include "modelaccess_p.h"
 
 #include "bizmodel/device.h"
 #include "bizmodel/devicelist.h"

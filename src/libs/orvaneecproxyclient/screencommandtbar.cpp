@@ -1,8 +1,8 @@
 #include "screencommand_p.h"
 
 #include "ecmanager.h"
-#include "hoststate.h"
-#include "modelaccess.h"
+#include "hoststate_p.h"
+#include "modelaccess_p.h"
 
 #include "modelcontrol/device.h"
 #include "tasksampling/samplingthread.h"

@@ -1,4 +1,4 @@
-#include "selectkeys.h"
+#include "selectkeys_p.h"
 
 #include "ec/eckeyboardconfig.h"
 #include "eccommanditem.h"

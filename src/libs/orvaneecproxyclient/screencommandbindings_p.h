@@ -1,7 +1,7 @@
 #pragma once
 
 #include "eccommanditem.h"
-#include "itemupdates.h"
+#include "itemupdates_p.h"
 
 #include "bizmodel/fwd.h"
 
