@@ -14,6 +14,11 @@ target_compile_definitions(orvane_build_flags INTERFACE
   # The function's signature belongs to every log line, in release builds too.
   QT_MESSAGELOGCONTEXT)
 
+# Each library names all it needs: none may count on what a program happens to bring along.
+if(NOT ORVANE_SANITIZE)
+  target_link_options(orvane_build_flags INTERFACE -Wl,--no-undefined)
+endif()
+
 if(ORVANE_SANITIZE)
   # Set for the whole directory tree so that no object escapes it.
   add_compile_options(-fsanitize=${ORVANE_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
