@@ -556,6 +556,15 @@ void Command::showCurrentPage(const std::function<void(quint32)>& show)
     }
 }
 
+void Command::sendWhileShown(const std::function<bool()>& isShown, const std::function<void()>& send)
+{
+    if (!isShown())
+        return;
+    send();
+    if (!isShown())
+        updateCommandKeypad(Enum::UpdateConsoleType::All);
+}
+
 bool Command::updatePageOled(const quint32& oledECKey, const quint32& pageIndex)
 {
     const auto config = ecCommandConfig();

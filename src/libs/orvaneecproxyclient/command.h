@@ -247,6 +247,10 @@ protected:
     /// Calls `show` with the current page, and once more when the page has changed meanwhile: the last word
     /// on the page label is the page that is shown.
     void showCurrentPage(const std::function<void(quint32)>& show);
+    /// Calls `send`, which writes to a key past the repaints, while `isShown` says that the console is to
+    /// show it. When that ends meanwhile, a repaint follows: what was sent late stands on no other page's
+    /// key.
+    void sendWhileShown(const std::function<bool()>& isShown, const std::function<void()>& send);
     /// True when the key exists and has that function code.
     bool isKeyOfFunction(const quint32& ecKey, quint16 orvaneKey) const;
 

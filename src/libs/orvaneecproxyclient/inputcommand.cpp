@@ -19,6 +19,8 @@
 #include <QScopeGuard>
 
 #include <algorithm>
+#include <atomic>
+#include <optional>
 #include <set>
 #include <utility>
 #include <vector>
@@ -150,6 +152,10 @@ public:
     /// layer is selected.
     void followSelectedLayer(const BizModel::Device& device, const BizModel::Screen& screen);
     void updateInputName(const BizModel::Device& device, const BizModel::Interface& input);
+    /// Frees the keys of a device that is gone.
+    void forgetDevice(const BizModel::Device& device);
+    /// Makes the items of the group's keys anew.
+    void makeItems();
 
     InputCommand* const m_pCommand;
     SelectKeys m_inputButtonCfgs;
@@ -161,10 +167,15 @@ private:
         QString name;
         ECLEDColor color = ECLEDColor::Off;
     };
-    using KeyInputs = std::vector<KeyInput>;
+    /// The inputs of the active device, by ascending id.
+    struct DeviceInputs {
+        QString ip;
+        std::vector<KeyInput> inputs;
+    };
 
     static QList<InputPtr> sortedInputs(const BizModel::Device& device);
-    int bindInputs(const QString& ip, const KeyInputs& inputs);
+    static std::optional<DeviceInputs> readActivedDevice();
+    int bindInputs(const DeviceInputs& device);
     InputPtr findBindingInput(const BizModel::Device& device, const quint32& ecKey) const;
 
     /// Guards the binding of inputs to items.
@@ -232,17 +243,14 @@ InputPtr InputCommandPrivate::findBindingInput(const BizModel::Device& device, c
     const int buttonIndex = m_pCommand->findECButtonIndex(ecKey);
     if (buttonIndex < 0)
         return nullptr; // inputs without a key answer as much
-    const QString ip = device.ipMacSn();
+    const ECObjectIdList ids = m_itemUpdates.read([&] {
+        return ECConsoleManager::instance()->findBindingObject(
+            device.ipMacSn(), KeyboardType::Input, buttonIndex);
+    });
     const auto inputs = device.validInputs();
     for (const auto& weakInput : inputs) {
         auto input = weakInput.lock();
-        if (!input)
-            continue;
-        const ECObjectId id = objectId(*input);
-        const int bound = m_itemUpdates.read([&] {
-            return ECConsoleManager::instance()->findBindingButtonIndex(ip, KeyboardType::Input, id);
-        });
-        if (bound == buttonIndex)
+        if (input && ids.contains(objectId(*input)))
             return input;
     }
     return nullptr;
@@ -264,35 +272,41 @@ QList<InputPtr> InputCommandPrivate::sortedInputs(const BizModel::Device& device
     return inputs;
 }
 
-void InputCommandPrivate::updateECCommandItems()
+std::optional<InputCommandPrivate::DeviceInputs> InputCommandPrivate::readActivedDevice()
 {
     const auto device = activedDevice();
-    if (!device) {
+    if (!device)
+        return std::nullopt;
+    DeviceInputs read{device->ipMacSn(), {}};
+    const InputColors colors(*device);
+    const auto sorted = sortedInputs(*device);
+    for (const InputPtr& input : sorted)
+        read.inputs.push_back({input->interfaceId(), input->name(), colors.of(*input)});
+    return read;
+}
+
+void InputCommandPrivate::updateECCommandItems()
+{
+    if (!activedDevice()) {
         qCritical("No actived device");
         return;
     }
     if (!m_pCommand->ecCommandConfig()) // the items are another command's
         return;
-    const QString ip = device->ipMacSn();
-    const auto read = [&] {
-        KeyInputs inputs;
-        const InputColors colors(*device);
-        const auto sorted = sortedInputs(*device);
-        for (const InputPtr& input : sorted)
-            inputs.push_back({input->interfaceId(), input->name(), colors.of(*input)});
-        return inputs;
-    };
     const int withoutKey =
-        m_itemUpdates.update(read, [&](const KeyInputs& inputs) { return bindInputs(ip, inputs); });
+        m_itemUpdates.update(readActivedDevice, [this](const std::optional<DeviceInputs>& device) {
+            return device ? bindInputs(*device) : 0;
+        });
     for (int i = 0; i < withoutKey; ++i)
         qWarning(" Binding screen data error...");
 }
 
 /// Answers how many inputs are left without a key.
-int InputCommandPrivate::bindInputs(const QString& ip, const KeyInputs& inputs)
+int InputCommandPrivate::bindInputs(const DeviceInputs& device)
 {
     ECConsoleManager* store = ECConsoleManager::instance();
-    const ECCommandItemList items = store->inputECCommandItems(ip);
+    const ECCommandItemList items = store->inputECCommandItems(device.ip);
+    const auto& inputs = device.inputs;
     const int pageSize = m_pCommand->pageSize();
     for (int i = 0; i < items.size(); ++i) {
         const auto& item = items.at(i);
@@ -307,7 +321,7 @@ int InputCommandPrivate::bindInputs(const QString& ip, const KeyInputs& inputs)
         const int pageIndex = item->ecButtonPageIndex();
         const int orderIndex = item->ecButtonOrderIndex();
         store->updateECButtonData(
-            ip, KeyboardType::Input, orderIndex, pageIndex * pageSize + orderIndex, pageIndex, ids,
+            device.ip, KeyboardType::Input, orderIndex, pageIndex * pageSize + orderIndex, pageIndex, ids,
             input.color, input.name, false);
     }
     return std::max(0, int(inputs.size()) - items.size());
@@ -353,12 +367,35 @@ void InputCommandPrivate::updateInputName(const BizModel::Device& device, const 
             found->setECOledText(name);
         return found;
     });
-    const auto actived = activedDevice();
-    if (!item || !actived || actived->ipMacSn() != ip)
+    const int oledKey = item ? item->ecOledKey() : -1;
+    if (oledKey < 0)
         return;
-    const int oledKey = item->ecOledKey();
-    if (oledKey >= 0 && item->ecButtonPageIndex() == m_pCommand->currentPageIndex())
-        m_pCommand->updateECOledText(quint32(oledKey), quint32(oledKey), name);
+    m_pCommand->sendWhileShown(
+        [&] {
+            const auto actived = activedDevice();
+            return actived && actived->ipMacSn() == ip && item->ecOledText() == name
+                && item->ecButtonPageIndex() == m_pCommand->currentPageIndex();
+        },
+        [&] { m_pCommand->updateECOledText(quint32(oledKey), quint32(oledKey), name); });
+}
+
+void InputCommandPrivate::forgetDevice(const BizModel::Device& device)
+{
+    m_itemUpdates.write([ip = device.ipMacSn()] {
+        ECConsoleManager::instance()->resetECCommandItems(ip, KeyboardType::Input);
+    });
+}
+
+void InputCommandPrivate::makeItems()
+{
+    m_itemUpdates.write([this] {
+        m_inputButtonCfgs.collect(m_pCommand->ecCommandConfig(), quint16(InputCallbackType::eSelecInputCB));
+        const auto items = m_inputButtonCfgs.makeItems(m_pCommand->maxPage());
+        ECConsoleManager* const store = ECConsoleManager::instance();
+        store->clearECCommandItems(KeyboardType::Input);
+        for (const auto& item : items)
+            store->appendECCommandItem(KeyboardType::Input, item);
+    });
 }
 
 } // namespace Internal
@@ -421,12 +458,7 @@ bool InputCommand::updatePageOled(const quint32& oledECKey, const quint32& pageI
 
 void InputCommand::updateSelectModeButtonConfig()
 {
-    d->m_inputButtonCfgs.collect(ecCommandConfig(), quint16(InputCallbackType::eSelecInputCB));
-    const auto items = d->m_inputButtonCfgs.makeItems(maxPage());
-    ECConsoleManager* const store = ECConsoleManager::instance();
-    store->clearECCommandItems(KeyboardType::Input);
-    for (const auto& item : items)
-        store->appendECCommandItem(KeyboardType::Input, item);
+    d->makeItems();
 }
 
 int InputCommand::getMinUnusedECButtonIndex(int& orderIndex) const
@@ -480,7 +512,7 @@ void InputCommand::slotActivedDeviceChanged()
 void InputCommand::slotDeviceRemoved(std::shared_ptr<BizModel::Device> device)
 {
     if (device)
-        ECConsoleManager::instance()->resetECCommandItems(device->ipMacSn(), KeyboardType::Input);
+        d->forgetDevice(*device);
     updateCurrentPageIndex(0);
     updateKeyboard();
 }
