@@ -108,12 +108,7 @@ bool LayerCommand::updatePageOled(const quint32& oledECKey, const quint32& pageI
 
 void LayerCommand::updateSelectModeButtonConfig()
 {
-    d->m_layerButtonCfgs.collect(ecCommandConfig(), quint16(LayerCallbackType::eSelectLayerCB));
-    const auto items = d->m_layerButtonCfgs.makeItems(maxPage());
-    ECConsoleManager* const store = ECConsoleManager::instance();
-    store->clearECCommandItems(KeyboardType::Layer);
-    for (const auto& item : items)
-        store->appendECCommandItem(KeyboardType::Layer, item);
+    d->makeItems();
 }
 
 int LayerCommand::getMinUnusedECButtonIndex(int& orderIndex) const
@@ -179,7 +174,7 @@ void LayerCommand::slotActivedDeviceChanged()
 void LayerCommand::slotDeviceRemoved(std::shared_ptr<BizModel::Device> device)
 {
     if (device)
-        ECConsoleManager::instance()->resetECCommandItems(device->ipMacSn(), KeyboardType::Layer);
+        d->forgetDevice(*device);
     updateCurrentPageIndex(0);
     updateKeyboard();
 }

@@ -93,7 +93,8 @@ public:
     void refreshKeys();
     /// Turns to the page of a layer that was selected since the last call.
     void showNewlySelectedLayer(const LayerScreen& target);
-    bool isOnCurrentPage(const ECCommandItem& item) const;
+    /// Whether the item is one of the keys that the console shows now.
+    bool isShown(const QString& ip, quint32 serverId, const ECCommandItem& item) const;
 
     // Model changes that the keys make themselves come back as notifications.
 
@@ -106,6 +107,10 @@ public:
         const BizModel::Device& device, const BizModel::Screen& screen, const LayerPtr& layer);
     /// Drops the items of a screen that is gone.
     void forgetScreen(const BizModel::Device& device, const BizModel::Screen& screen);
+    /// Frees the keys of a device that is gone.
+    void forgetDevice(const BizModel::Device& device);
+    /// Makes the items of the group's keys anew.
+    void makeItems();
     void updateLayerName(
         const BizModel::Device& device, const BizModel::Screen& screen, const BizModel::Layer& layer);
 
@@ -131,6 +136,8 @@ private:
         explicit operator bool() const { return m_bStarted; }
 
     private:
+        void end();
+
         LayerCommandPrivate* const m_pOwner;
         std::atomic<bool>& m_running;
         bool m_bStarted;
@@ -163,12 +170,13 @@ private:
     // Creation.
 
     bool selectLayer(const LayerScreen& target, const LayerPtr& layer);
-    LayerPtr findBindingLayer(const LayerScreen& target, const quint32& ecKey) const;
-    LayerPtr createLayer(const quint32& ecKey);
+    LayerPtr findBindingLayer(const LayerScreen& target, const KeyPlace& place) const;
+    LayerPtr createLayer(const quint32& ecKey, const KeyPlace& place);
     /// False, and the operator is told, when the screen takes no further layer now.
     static bool isReadyForNewLayer(const BizModel::Device& device, const BizModel::Screen& screen);
-    std::shared_ptr<BizModel::Input> getMachingInput() const;
-    QPoint getNextPostition(const std::shared_ptr<BizModel::Input>& input) const;
+    std::shared_ptr<BizModel::Input> getMachingInput(const BizModel::Device& device) const;
+    static QPoint getNextPostition(
+        const LayerScreen& target, const std::shared_ptr<BizModel::Input>& input, const LayerPtr& probe);
     static LayerPtr makeProbeLayer(
         const BizModel::Device& device, const BizModel::Screen& screen,
         const std::shared_ptr<BizModel::Input>& input);
@@ -178,7 +186,9 @@ private:
     static void logBinding(const quint32& ecKey, const KeyPlace& place, const LayerScreen& target);
     void showNewLayer(
         const LayerScreen& target, const quint32& ecKey, const KeyPlace& place, const LayerPtr& layer);
-    bool bindNewLayer(const LayerScreen& target, const KeyPlace& place, const LayerPtr& layer);
+    /// The key's item; empty when the key has another layer by now.
+    std::shared_ptr<ECCommandItem> bindNewLayer(
+        const LayerScreen& target, const KeyPlace& place, const LayerPtr& layer);
 
     // Changes of what is selected.
 
@@ -186,7 +196,10 @@ private:
         bool (ModelControl::Screen::*)(const std::weak_ptr<BizModel::Screen>&, const WeakLayers&);
     void changeZOrder(ZOrderOperation operation);
     void removeLayers(const LayerScreen& target, const QList<LayerPtr>& layers);
-    void unbindKeyOf(const LayerScreen& target, const BizModel::Layer& layer);
+    /// Frees the key of a layer that is gone, and answers its item; empty when the layer has no key or
+    /// another layer has taken the id.
+    std::shared_ptr<ECCommandItem> freeKeyOf(
+        const QString& ip, const BizModel::Screen& screen, const BizModel::Layer& layer);
     void clearAllLayer();
     void clearHeld();
     void fullnSelectedLayer();

@@ -84,7 +84,8 @@ bool LayerCommandPrivate::selectLayerPressed(const quint32& ecKey)
         return false;
     }
     const LayerScreen target{device, screen, device->ipMacSn(), layerServerId(*screen)};
-    if (const auto layer = findBindingLayer(target, ecKey))
+    const KeyPlace place = keyPlace(ecKey);
+    if (const auto layer = findBindingLayer(target, place))
         return selectLayer(target, layer);
 
     qInfo("layer key [%u] pressed to create layer.", ecKey);
@@ -96,19 +97,18 @@ bool LayerCommandPrivate::selectLayerPressed(const quint32& ecKey)
                                   : "Layer is created by key. Can not add layer ...");
         return false;
     }
-    if (!createLayer(ecKey)) {
+    if (!createLayer(ecKey, place)) {
         qWarning("Create layer failed.");
         return false;
     }
     return true;
 }
 
-LayerPtr LayerCommandPrivate::findBindingLayer(const LayerScreen& target, const quint32& ecKey) const
+LayerPtr LayerCommandPrivate::findBindingLayer(const LayerScreen& target, const KeyPlace& place) const
 {
-    const int buttonIndex = m_pCommand->findECButtonIndex(ecKey);
     const ECObjectIdList ids = m_itemUpdates.read([&] {
         return ECConsoleManager::instance()->findBindingObject(
-            target.ip, KeyboardType::Layer, buttonIndex, target.serverId);
+            target.ip, KeyboardType::Layer, place.buttonIndex, target.serverId);
     });
     const auto layers = previewLayers(*target.screen);
     const auto found = std::find_if(layers.begin(), layers.end(), [&](const LayerPtr& layer) {
@@ -132,9 +132,8 @@ bool LayerCommandPrivate::selectLayer(const LayerScreen& target, const LayerPtr&
 
 // ---- A layer for a free key -----------------------------------------------------------------------------
 
-LayerPtr LayerCommandPrivate::createLayer(const quint32& ecKey)
+LayerPtr LayerCommandPrivate::createLayer(const quint32& ecKey, const KeyPlace& place)
 {
-    const KeyPlace place = keyPlace(ecKey);
     const auto device = activedDevice();
     if (!device) {
         qWarning("can not add layer, pDevice is nullptr.");
@@ -147,15 +146,16 @@ LayerPtr LayerCommandPrivate::createLayer(const quint32& ecKey)
     }
     if (!isReadyForNewLayer(*device, *screen))
         return nullptr;
-    const auto input = getMachingInput();
+    const auto input = getMachingInput(*device);
     const auto probe = input ? makeProbeLayer(*device, *screen, input) : nullptr;
     if (!probe) {
         qWarning("can not add layer, Unable to find matching input source!");
         showStatusBarMsg(StatusBarMsgType::Error, Translate::tr(Translate::TR_THE_LAYER_NO_MATCHING_INPUT));
         return nullptr;
     }
+    const LayerScreen target{device, screen, device->ipMacSn(), layerServerId(*screen)};
     const QSize size = probe->defulatSize(input);
-    const QPoint position = getNextPostition(input);
+    const QPoint position = getNextPostition(target, input, probe);
     if (position == NoLayerPosition) {
         if (screen->state() == ScreenState::Normal)
             holdResourceOut(screen);
@@ -167,7 +167,6 @@ LayerPtr LayerCommandPrivate::createLayer(const quint32& ecKey)
         qWarning("screen model control is nullptr . ");
         return nullptr;
     }
-    const LayerScreen target{device, screen, device->ipMacSn(), layerServerId(*screen)};
     logBinding(ecKey, place, target);
     auto layer = control->addLayer(
         screen, LayerType::Regular, SceneType::PVW, int(input->interfaceId()), BizModel::SourceType::Input,
@@ -223,7 +222,8 @@ LayerCommandPrivate::KeyPlace LayerCommandPrivate::keyPlace(const quint32& ecKey
     KeyPlace place;
     place.pageIndex = m_pCommand->currentPageIndex();
     place.orderIndex = m_pCommand->findECButtonOrderIndex(ecKey);
-    place.buttonIndex = place.pageIndex * m_pCommand->pageSize() + place.orderIndex;
+    if (place.orderIndex >= 0)
+        place.buttonIndex = place.pageIndex * m_pCommand->pageSize() + place.orderIndex;
     return place;
 }
 
@@ -231,23 +231,31 @@ void LayerCommandPrivate::showNewLayer(
     const LayerScreen& target, const quint32& ecKey, const KeyPlace& place, const LayerPtr& layer)
 {
     const QString name = layer->name();
-    if (!bindNewLayer(target, place, layer)) {
+    const auto item = bindNewLayer(target, place, layer);
+    if (!item) {
         qWarning("Key %u has another layer by now, the new layer gets the next free one.", ecKey);
         refreshKeys();
         return;
     }
-    if (place.pageIndex != m_pCommand->currentPageIndex())
-        return;
-    m_pCommand->updateECOledTextByBtnECKey(ecKey, name);
-    m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Yellow);
+    m_pCommand->sendWhileShown(
+        [&] {
+            return isShown(target.ip, target.serverId, *item) && item->ecOledText() == name
+                && item->ecButtonColor() == ECLEDColor::Yellow;
+        },
+        [&] {
+            m_pCommand->updateECOledTextByBtnECKey(ecKey, name);
+            m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Yellow);
+        });
 }
 
-bool LayerCommandPrivate::bindNewLayer(
+std::shared_ptr<ECCommandItem> LayerCommandPrivate::bindNewLayer(
     const LayerScreen& target, const KeyPlace& place, const LayerPtr& layer)
 {
     const ECObjectId id{target.serverId, layer->layerId()};
     const QString name = layer->name();
+    ECConsoleManager* const store = ECConsoleManager::instance();
     const auto readLayerIds = [&] {
+        store->initLayerECCommand(target.ip, KeyboardType::Layer, target.serverId);
         std::set<quint32> ids;
         const auto layers = previewLayers(*target.screen);
         for (const auto& present : layers)
@@ -255,8 +263,6 @@ bool LayerCommandPrivate::bindNewLayer(
         return ids;
     };
     return m_itemUpdates.update(readLayerIds, [&](const std::set<quint32>& present) {
-        ECConsoleManager* store = ECConsoleManager::instance();
-        store->initLayerECCommand(target.ip, KeyboardType::Layer, target.serverId);
         // An update that saw the layer before we did has given it the first free key.
         store->resetECButtonData(target.ip, KeyboardType::Layer, id);
         const ECObjectIdList bound =
@@ -265,22 +271,18 @@ bool LayerCommandPrivate::bindNewLayer(
             if (old.first == target.serverId && present.count(old.second) == 0)
                 store->resetECButtonData(target.ip, KeyboardType::Layer, old);
         }
-        const auto item = store->updateECButtonData(
+        return store->updateECButtonData(
             target.ip, KeyboardType::Layer, place.orderIndex, place.buttonIndex, place.pageIndex, {id},
             ECLEDColor::Yellow, name, false);
-        return item != nullptr;
     });
 }
 
 // ---- Source and place of a new layer --------------------------------------------------------------------
 
-std::shared_ptr<BizModel::Input> LayerCommandPrivate::getMachingInput() const
+std::shared_ptr<BizModel::Input> LayerCommandPrivate::getMachingInput(const BizModel::Device& device) const
 {
-    const auto device = activedDevice();
-    if (!device)
-        return nullptr;
     QList<std::shared_ptr<BizModel::Input>> inputs;
-    const auto weakInputs = device->validInputs();
+    const auto weakInputs = device.validInputs();
     for (const auto& weakInput : weakInputs) {
         if (const auto input = weakInput.lock())
             inputs.append(input);
@@ -290,7 +292,7 @@ std::shared_ptr<BizModel::Input> LayerCommandPrivate::getMachingInput() const
     });
     const BizModel::CapacityMode wanted = m_currentLayerTemplate;
     const auto found = std::find_if(inputs.begin(), inputs.end(), [&](const auto& input) {
-        const auto connector = device->getConnector(input->interfaceFullId()).lock();
+        const auto connector = device.getConnector(input->interfaceFullId()).lock();
         return input->isActive() && connector && connector->capacity() == wanted;
     });
     return found == inputs.end() ? nullptr : *found;
@@ -304,24 +306,23 @@ LayerPtr LayerCommandPrivate::makeProbeLayer(
     return screen.createProbeLayer(input, connector ? connector->capacity() : input->capacity());
 }
 
-QPoint LayerCommandPrivate::getNextPostition(const std::shared_ptr<BizModel::Input>& input) const
+QPoint LayerCommandPrivate::getNextPostition(
+    const LayerScreen& target, const std::shared_ptr<BizModel::Input>& input, const LayerPtr& probe)
 {
-    const auto device = activedDevice();
-    const auto screen = device ? device->activedScreen().lock() : nullptr;
-    if (!screen || screen->screenType() != ScreenType::RegularScreen)
+    if (target.screen->screenType() != ScreenType::RegularScreen)
         return NoLayerPosition;
     LayerPlacement placement;
-    placement.outputs = outputRects(*screen);
-    const auto probe = makeProbeLayer(*device, *screen, input);
-    if (placement.outputs.isEmpty() || !probe)
+    placement.outputs = outputRects(*target.screen);
+    if (placement.outputs.isEmpty())
         return NoLayerPosition;
     placement.size = probe->defulatSize(input);
-    const auto layers = previewLayers(*screen);
+    const auto layers = previewLayers(*target.screen);
     for (const auto& layer : layers)
         placement.layerOrigins.append(layer->windowRect().topLeft());
 
     const QPoint position = findLayerPosition(placement, [&](const QRect& window) {
-        const bool hasResources = BizModel::ResourceCheck::CheckOperationResources(screen, {{probe, window}});
+        const bool hasResources =
+            BizModel::ResourceCheck::CheckOperationResources(target.screen, {{probe, window}});
         if (!hasResources)
             qWarning("Layer resource out, failed to full screen layer.");
         return hasResources;

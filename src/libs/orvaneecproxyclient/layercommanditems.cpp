@@ -135,9 +135,13 @@ void LayerCommandPrivate::initLayerCapacity()
             qUtf8Printable(m_pCommand->name()));
         return;
     }
-    m_pCommand->updateECOledText(
-        button->pECOledCfg->OrvaneECKey, button->pECOledCfg->ECKey,
-        Translate::tr(capacityLabel(m_currentLayerTemplate)));
+    // The key of the other console may choose the next one meanwhile: the last label is the present choice.
+    BizModel::CapacityMode shown;
+    do {
+        shown = m_currentLayerTemplate;
+        m_pCommand->updateECOledText(
+            button->pECOledCfg->OrvaneECKey, button->pECOledCfg->ECKey, Translate::tr(capacityLabel(shown)));
+    } while (shown != m_currentLayerTemplate);
 }
 
 void LayerCommandPrivate::updateFullScreenLabel()
@@ -178,6 +182,7 @@ std::optional<LayerCommandPrivate::ScreenLayers> LayerCommandPrivate::readActive
     const auto target = activedLayerScreen();
     if (!target)
         return std::nullopt;
+    ECConsoleManager::instance()->initLayerECCommand(target->ip, KeyboardType::Layer, target->serverId);
     ScreenLayers read;
     read.ip = target->ip;
     read.serverId = target->serverId;
@@ -209,7 +214,6 @@ void LayerCommandPrivate::updateECCommandItems()
 void LayerCommandPrivate::bindLayers(const ScreenLayers& screen)
 {
     ECConsoleManager* store = ECConsoleManager::instance();
-    store->initLayerECCommand(screen.ip, KeyboardType::Layer, screen.serverId);
     ECCommandItemList items;
     store->layerECCommandItems(screen.ip, screen.serverId, items);
     std::vector<quint32> keys;
@@ -240,9 +244,11 @@ void LayerCommandPrivate::refreshKeys()
     m_pCommand->updateCommandKeypad(Enum::UpdateConsoleType::All);
 }
 
-bool LayerCommandPrivate::isOnCurrentPage(const ECCommandItem& item) const
+bool LayerCommandPrivate::isShown(const QString& ip, quint32 serverId, const ECCommandItem& item) const
 {
-    return item.ecButtonPageIndex() == m_pCommand->currentPageIndex();
+    const auto target = activedLayerScreen();
+    return target && target->ip == ip && target->serverId == serverId
+        && item.ecButtonPageIndex() == m_pCommand->currentPageIndex();
 }
 
 void LayerCommandPrivate::showNewlySelectedLayer(const LayerScreen& target)
@@ -281,9 +287,11 @@ void LayerCommandPrivate::updateLayerName(
             found->setECOledText(name);
         return found;
     });
-    const auto target = activedLayerScreen();
-    if (item && target && target->ip == ip && target->serverId == id.first && isOnCurrentPage(*item))
-        m_pCommand->updateECOledTextByBtnECKey(quint32(item->ecButtonKey()), name);
+    if (!item)
+        return;
+    m_pCommand->sendWhileShown(
+        [&] { return isShown(ip, quint32(id.first), *item) && item->ecOledText() == name; },
+        [&] { m_pCommand->updateECOledTextByBtnECKey(quint32(item->ecButtonKey()), name); });
 }
 
 // ---- What the keys do comes back as notifications -------------------------------------------------------
@@ -297,14 +305,20 @@ LayerCommandPrivate::Operation::Operation(
     // Each of two that begin at once has set its own flag before it looks at the other's.
     if (m_bStarted && excluded) {
         m_bStarted = false;
-        m_running = false;
+        end();
     }
 }
 
 LayerCommandPrivate::Operation::~Operation()
 {
-    if (!m_bStarted)
-        return;
+    if (m_bStarted)
+        end();
+}
+
+/// A notification may have been left to the operation as soon as its flag was set, also when the operation
+/// has gone no further.
+void LayerCommandPrivate::Operation::end()
+{
     m_running = false;
     if (m_pOwner->m_bRefreshMissed.exchange(false))
         m_pOwner->refreshKeys();
@@ -324,19 +338,26 @@ bool LayerCommandPrivate::takeKeyRemoval(const BizModel::s_ScreenLayerId& id)
     return m_keyLayerRemoveList.removeOne(id);
 }
 
+std::shared_ptr<ECCommandItem> LayerCommandPrivate::freeKeyOf(
+    const QString& ip, const BizModel::Screen& screen, const BizModel::Layer& layer)
+{
+    const auto isIdInUse = [&] {
+        const auto present = previewLayers(screen);
+        return std::any_of(present.begin(), present.end(), [&](const LayerPtr& other) {
+            return other->layerId() == layer.layerId() && other.get() != &layer;
+        });
+    };
+    const ECObjectId id{layerServerId(screen), layer.layerId()};
+    return m_itemUpdates.update(isIdInUse, [&](bool isInUse) {
+        return isInUse ? nullptr
+                       : ECConsoleManager::instance()->resetECButtonData(ip, KeyboardType::Layer, id);
+    });
+}
+
 void LayerCommandPrivate::unbindRemovedLayer(
     const BizModel::Device& device, const BizModel::Screen& screen, const LayerPtr& layer)
 {
-    const auto present = previewLayers(screen);
-    const bool isIdInUse = std::any_of(present.begin(), present.end(), [&](const LayerPtr& other) {
-        return other->layerId() == layer->layerId() && other != layer;
-    });
-    if (isIdInUse)
-        return;
-    const QString ip = device.ipMacSn();
-    const ECObjectId id{layerServerId(screen), layer->layerId()};
-    const auto item = m_itemUpdates.write(
-        [&] { return ECConsoleManager::instance()->resetECButtonData(ip, KeyboardType::Layer, id); });
+    const auto item = freeKeyOf(device.ipMacSn(), screen, *layer);
     if (item)
         qInfo(
             "layer is removed ...  ECKey: %d layerId :%u nScreenId :%u layer name:%s", item->ecButtonKey(),
@@ -365,6 +386,29 @@ void LayerCommandPrivate::forgetScreen(const BizModel::Device& device, const Biz
     m_keyLayerRemoveList.erase(
         std::remove_if(m_keyLayerRemoveList.begin(), m_keyLayerRemoveList.end(), ofScreen),
         m_keyLayerRemoveList.end());
+}
+
+void LayerCommandPrivate::forgetDevice(const BizModel::Device& device)
+{
+    m_itemUpdates.write([ip = device.ipMacSn()] {
+        ECConsoleManager::instance()->resetECCommandItems(ip, KeyboardType::Layer);
+    });
+    // The ids do not say whose they are. Without its entry, the removal of another device's layer is merely
+    // handled twice.
+    const std::lock_guard<std::mutex> lock(m_keyLayerRemoveListMtx);
+    m_keyLayerRemoveList.clear();
+}
+
+void LayerCommandPrivate::makeItems()
+{
+    m_itemUpdates.write([this] {
+        m_layerButtonCfgs.collect(m_pCommand->ecCommandConfig(), quint16(LayerCallbackType::eSelectLayerCB));
+        const auto items = m_layerButtonCfgs.makeItems(m_pCommand->maxPage());
+        ECConsoleManager* const store = ECConsoleManager::instance();
+        store->clearECCommandItems(KeyboardType::Layer);
+        for (const auto& item : items)
+            store->appendECCommandItem(KeyboardType::Layer, item);
+    });
 }
 
 // ---- A burst of layer notifications ---------------------------------------------------------------------

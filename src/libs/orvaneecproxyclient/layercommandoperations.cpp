@@ -176,21 +176,15 @@ void LayerCommandPrivate::removeLayers(const LayerScreen& target, const QList<La
     for (int i = 0; i < layers.size(); ++i) {
         const bool isRemoved = std::none_of(
             failed.begin(), failed.end(), [&](const auto& failure) { return failure.first == ids.at(i); });
-        if (isRemoved && ids.at(i).sceneType == SceneType::PVW)
-            unbindKeyOf(target, *layers.at(i));
+        if (!isRemoved || ids.at(i).sceneType != SceneType::PVW)
+            continue;
+        const BizModel::Layer& layer = *layers.at(i);
+        if (const auto item = freeKeyOf(target.ip, *target.screen, layer))
+            qInfo(
+                "layer is removing ...  ECKey: %d layerId :%u layer name:%s", item->ecButtonKey(),
+                layer.layerId(), qUtf8Printable(layer.name()));
     }
     m_pCommand->updateCommandKeypad(Enum::UpdateConsoleType::All);
-}
-
-void LayerCommandPrivate::unbindKeyOf(const LayerScreen& target, const BizModel::Layer& layer)
-{
-    const ECObjectId id{target.serverId, layer.layerId()};
-    const auto item = m_itemUpdates.write(
-        [&] { return ECConsoleManager::instance()->resetECButtonData(target.ip, KeyboardType::Layer, id); });
-    if (item)
-        qInfo(
-            "layer is removing ...  ECKey: %d layerId :%u layer name:%s", item->ecButtonKey(),
-            layer.layerId(), qUtf8Printable(layer.name()));
 }
 
 // ---- Clear all layers -----------------------------------------------------------------------------------
