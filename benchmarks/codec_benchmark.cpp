@@ -1,15 +1,19 @@
-/// What it costs to build a datagram to the console and to read one from it.
+/// What it costs to build a datagram to the console and to read one from it, beside the way one writes either
+/// with what Qt has at hand.
 ///   bench_codec [--smoke] [Google Benchmark's options]
 /// --smoke, the first if at all, is for passes too short to hold the result against its target.
 
 #include "keyreport.h"
 #include "logmode.h"
+#include "medianreporter.h"
 #include "orvaneecclientdecoder.h"
 #include "orvaneecclientencoder.h"
 #include "targets.h"
 #include "uptlv_p.h"
 
 #include <benchmark/benchmark.h>
+
+#include <QDataStream>
 
 #include <atomic>
 #include <cmath>
@@ -22,7 +26,6 @@ using namespace Orvane::ECProxy::Client;
 namespace {
 
 constexpr double LedTargetNs = 25;
-constexpr char LedBenchmark[] = "encodeLed";
 
 // ---- Encode: one array kept from datagram to datagram, as the encoder recommends ------------------------
 
@@ -37,21 +40,46 @@ void encodeRecord(benchmark::State& state, const std::shared_ptr<Record>& record
     }
 }
 
-void encodeLed(benchmark::State& state)
+std::shared_ptr<ECButtonColor> green()
 {
     const auto color = std::make_shared<ECButtonColor>();
     color->ButtonKey = 1094;
     color->ECKey = 94;
     color->G = 255;
     color->brightness = 100;
-    encodeRecord(state, color, &ECClientEncoder::getECButtonColorRequest);
+    return color;
+}
+
+void encodeLed(benchmark::State& state)
+{
+    encodeRecord(state, green(), &ECClientEncoder::getECButtonColorRequest);
 }
 BENCHMARK(encodeLed);
+
+/// The baseline: the records' bytes appended piece by piece.
+void appendLed(benchmark::State& state)
+{
+    const auto color = green();
+    ECProtocolHead head;
+    ECProtocolTL tl;
+    tl.Tag = UpdateECButtonColor;
+    tl.Length = sizeof(ECButtonColor);
+    head.ContentLength = quint16(ECTLSize + tl.Length);
+    for (auto _ : state) {
+        ++head.Sequence;
+        QByteArray datagram;
+        datagram.append(reinterpret_cast<const char*>(&head), sizeof(head));
+        datagram.append(reinterpret_cast<const char*>(&tl), sizeof(tl));
+        datagram.append(reinterpret_cast<const char*>(color.get()), sizeof(*color));
+        benchmark::DoNotOptimize(datagram.data());
+    }
+}
+BENCHMARK(appendLed);
 
 void encodeLedIntoFreshArray(benchmark::State& state)
 {
     ECClientEncoder encoder;
-    const auto color = std::make_shared<ECButtonColor>();
+    const auto color = green();
     for (auto _ : state) {
         QByteArray datagram;
         encoder.getECButtonColorRequest(color, datagram);
@@ -137,6 +165,25 @@ void parseKeyPress(benchmark::State& state)
 }
 BENCHMARK(parseKeyPress);
 
+/// The baseline: a stream over the datagram.
+void streamKeyPress(benchmark::State& state)
+{
+    const QByteArray datagram = keyPressDatagram();
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(datagram.constData());
+        QDataStream in(datagram);
+        in.setByteOrder(QDataStream::LittleEndian);
+        quint32 magic = 0;
+        in >> magic;
+        in.skipRawData(ECHeadSize - int(sizeof(magic)));
+        quint16 tag = 0;
+        quint16 length = 0;
+        in >> tag >> length;
+        benchmark::DoNotOptimize(magic == ECUpMagic ? tag : 0);
+    }
+}
+BENCHMARK(streamKeyPress);
+
 /// Through the decoder's thread, in bursts of the given size: hand-over, wake, parse, callback.
 void decodeBurst(benchmark::State& state)
 {
@@ -163,28 +210,6 @@ void decodeBurst(benchmark::State& state)
 }
 BENCHMARK(decodeBurst)->Arg(1)->Arg(64)->Arg(4096)->UseRealTime();
 
-/// Prints as usual, and notes the median of the LED benchmark's repetitions.
-class Reporter : public benchmark::ConsoleReporter {
-public:
-    Reporter()
-        : ConsoleReporter(OO_Tabular) // without colours, which would cling to the line of the target
-    {
-    }
-
-    void ReportRuns(const std::vector<Run>& runs) override
-    {
-        for (const Run& run : runs) {
-            const bool isLed = run.run_name.function_name == LedBenchmark;
-            const bool counts = run.aggregate_name == "median" || run.repetitions <= 1;
-            if (isLed && counts)
-                m_ledNs = run.GetAdjustedCPUTime();
-        }
-        ConsoleReporter::ReportRuns(runs);
-    }
-
-    double m_ledNs = NAN;
-};
-
 } // namespace
 
 int main(int argc, char** argv)
@@ -198,11 +223,16 @@ int main(int argc, char** argv)
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 2;
-    Reporter reporter;
+    MedianReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
-    if (smoke || std::isnan(reporter.m_ledNs))
+    std::printf("\n");
+    reporter.printRatio("encodeLed", "appendLed");
+    reporter.printRatio("encodeLedIntoFreshArray", "appendLed");
+    reporter.printRatio("parseKeyPress", "streamKeyPress");
+    const double ledNs = reporter.medianNs("encodeLed");
+    if (smoke || std::isnan(ledNs))
         return 0;
     Targets targets;
-    targets.atMost("LED datagram encoded", reporter.m_ledNs, LedTargetNs, "ns");
+    targets.atMost("LED datagram encoded", ledNs, LedTargetNs, "ns");
     return targets.exitStatus();
 }

@@ -1,6 +1,7 @@
 /// What a report costs from the decoder's callback to the request that it causes: through the number command
 /// alone, the command manager and the whole manager, each with the log lines filtered out (0) and formatted
-/// for a handler that drops them (1).
+/// for a handler that drops them (1). The baseline is what comes out of it alone: the LED request, and the
+/// signal.
 ///
 /// As in an application, this runs beside a GUI thread whose event loop takes the keys that come out.
 
@@ -10,6 +11,7 @@
 #include "ecmanager.h"
 #include "keyreport.h"
 #include "logmode.h"
+#include "medianreporter.h"
 #include "numbercommand.h"
 
 #include <benchmark/benchmark.h>
@@ -38,6 +40,20 @@ void useLogMode(const benchmark::State& state)
 {
     setLogMode(state.range(0) ? LogMode::Formatted : LogMode::Disabled);
 }
+
+void resultOfAPressAlone(benchmark::State& state)
+{
+    useLogMode(state);
+    ECManager* const manager = ECManager::instance();
+    for (auto _ : state) {
+        const auto color = std::make_shared<ECButtonColor>();
+        color->ECKey = PressedKey;
+        color->G = 255;
+        manager->updateECButtonColor(color);
+        Q_EMIT manager->signalStandardKeyPressed(Qt::Key_1, QStringLiteral("1"));
+    }
+}
+BENCHMARK(resultOfAPressAlone)->Arg(0);
 
 void numberCommandPress(benchmark::State& state)
 {
@@ -120,13 +136,17 @@ int main(int argc, char** argv)
     QObject::connect(
         manager, &ECManager::signalStandardKeyPressed, &app, [&typed](unsigned, const QString&) { ++typed; });
 
-    std::thread console([&app] {
-        benchmark::RunSpecifiedBenchmarks();
+    MedianReporter reporter;
+    std::thread console([&app, &reporter] {
+        benchmark::RunSpecifiedBenchmarks(&reporter);
         QMetaObject::invokeMethod(&app, &QCoreApplication::quit, Qt::QueuedConnection);
     });
     QCoreApplication::exec();
     console.join();
     ECManager::deleteInstance();
+    std::printf("\n");
+    for (const char* name : {"numberCommandPress/0", "commandManagerPress/0", "managerPress/0"})
+        reporter.printRatio(name, "resultOfAPressAlone/0");
     if (sent == 0 || typed == 0)
         std::fprintf(stderr, "no key was dispatched: the figures above mean nothing\n");
     return sent != 0 && typed != 0 ? 0 : 2;
