@@ -141,24 +141,6 @@ private Q_SLOTS:
         QCOMPARE(reports.count(), 0);
     }
 
-    void recordsReadAsTheyWereWritten()
-    {
-        const ECButtonOperState key = Wire::readButtonOperState(bytesOf("0403020101"));
-        QCOMPARE(quint32(key.ButtonKey), 0x01020304u);
-        QCOMPARE(int(key.ButtonPressed), int(Release));
-        const ECTBarValue bar = Wire::readTBarValue(bytesOf("4000000001"));
-        QCOMPARE(quint32(bar.Value), 64u);
-        QCOMPARE(int(bar.IsBottomToTop), int(BottomToTop));
-        const DVIInSignal signal = Wire::readDVIInSignal(bytesOf("0305"));
-        QCOMPARE(int(signal.Index), 3);
-        QCOMPARE(int(signal.Signal), 5);
-        const QByteArray ip = bytesOf("0201c0a80105ffffff00c0a80101");
-        char again[sizeof(ECDeviceIPData)];
-        Wire::write(Wire::readDeviceIPData(ip), again);
-        QCOMPARE(QByteArray(again, sizeof(again)), ip);
-        QCOMPARE(quint32(Wire::readDeviceIPData(ip).Gateway), 0x0101A8C0u);
-    }
-
     void whatWaitsAtTheStartIsOneBatchInOrder()
     {
         LogCapture log;
@@ -282,24 +264,12 @@ private Q_SLOTS:
         QLoggingCategory::setFilterRules(QString());
     }
 
-    void twoHundredThousandRandomAndMutatedDatagrams()
+    // The way of such datagrams through the threads is fuzz_dispatch's; its queue packs them, so that a look
+    // beyond one would go unseen there.
+    void nothingIsReadBeyondRandomAndMutatedDatagrams()
     {
-        QLoggingCategory::setFilterRules("orvane.ecproxy.link=false");
-        constexpr int total = 200000;
         QRandomGenerator random(20240506);
-        std::atomic<int> calls{0};
-        std::atomic<qint64> bytes{0};
-        ECClientDecoder decoder;
-        decoder.registerUpTLVDecodeFinishedCB([&](const eECUpMessageTag&, const QByteArray& value) {
-            ++calls;
-            bytes += value.size();
-            return true;
-        });
-        decoder.startDecode();
-
-        int expectedCalls = 0;
-        qint64 expectedBytes = 0;
-        for (int i = 0; i < total; ++i) {
+        for (int i = 0; i < 200000; ++i) {
             QByteArray datagram = press(random.generate());
             if (i % 4 == 0)
                 datagram.resize(random.bounded(datagram.size() + 1));
@@ -309,19 +279,11 @@ private Q_SLOTS:
                 datagram[random.bounded(datagram.size())] = char(random.bounded(256));
 
             const bool good = datagram.startsWith("\x55\xee\x55\xee");
-            if (good && datagram.size() > 12) {
-                ++expectedCalls;
-                expectedBytes += qMax(0, datagram.size() - 16);
-            }
             parseExactly(datagram, [&](const UpReport& report, const char* begin) {
                 QCOMPARE(report.kind == UpReport::InvalidHead, !good);
                 QVERIFY(!report.value || report.value + report.valueSize == begin + datagram.size());
             });
-            decoder.appendDatagram(datagram);
         }
-        QTRY_COMPARE_WITH_TIMEOUT(calls.load(), expectedCalls, WaitLimitMs);
-        QCOMPARE(bytes.load(), expectedBytes);
-        QLoggingCategory::setFilterRules(QString());
     }
 };
 

@@ -138,14 +138,6 @@ private Q_SLOTS:
         QCOMPARE(log.count("EC timer start"), 1);
     }
 
-    void theCallbackIsCalledByHandOnTheCallingThread()
-    {
-        QThread* thread = nullptr;
-        OrvaneECTimer::create([&] { thread = QThread::currentThread(); })->slotTimeout();
-        QCOMPARE(thread, QThread::currentThread());
-        OrvaneECTimer::create(nullptr)->slotTimeout();
-    }
-
     // A key that is pressed again while the time-out of the last press is at work.
     void stopThenStartAtOnceIsNeverLost()
     {
