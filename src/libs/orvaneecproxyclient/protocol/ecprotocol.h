@@ -13,6 +13,7 @@
 #include <cstddef>
 #include <cstring>
 #include <functional>
+#include <type_traits>
 
 namespace Orvane::ECProxy::Client {
 
@@ -292,13 +293,20 @@ using UpTLVDecodeFinishedCallbackType = std::function<bool(const eECUpMessageTag
 /// Byte order and layout, and nothing else. None of these checks a length: the caller does, before.
 namespace Wire {
 
+/// What a field may be. Anything else, an int that was meant to be 16 bits for one, does not compile.
+template <typename Number>
+constexpr bool IsFieldType =
+    std::is_same_v<Number, quint8> || std::is_same_v<Number, quint16> || std::is_same_v<Number, quint32>;
+
 template <typename Number> inline Number load(const void* bytes)
 {
+    static_assert(IsFieldType<Number>);
     return qFromLittleEndian<Number>(bytes);
 }
 
 template <typename Number> inline void store(Number number, void* bytes)
 {
+    static_assert(IsFieldType<Number>);
     qToLittleEndian<Number>(number, bytes);
 }
 
