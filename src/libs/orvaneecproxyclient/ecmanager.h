@@ -68,6 +68,7 @@ public:
     /// Adds a way to the console; every request goes to each route in order of addition.
     void addSendDownTLVRequstCB(const SendDownTLVRequestCallbackType& callback);
 
+    /// The channel's decoder, for those who inject reports or watch it; only stored here.
     void setECClientDecoder(const std::weak_ptr<ECClientDecoder>& decoder);
     std::weak_ptr<ECClientDecoder> ecClientDecoder() const;
 
@@ -81,14 +82,17 @@ public:
 
     // Forwarded to the command manager.
 
+    /// Whether the last key that a command knew was pressed on the on-screen console.
     bool getVirtualConsoleMode() const;
     void setIsVirtualConsoleMode(bool isVirtual);
+    /// Whether a screen is bound to that command's key; only the screen command's select keys have one.
     bool isAlreadyBind(const QString& commandName, const unsigned short& ecKey) const;
     /// Current page, from 0, of the command with that name; 0 when there is none.
     int page(const std::string& commandName) const;
     std::weak_ptr<Command> presetCommand() const;
     /// Rewrites the translated labels after a change of language.
     void retranslateUi();
+    /// Takes the target of preset loads over from the host, whatever its name says: true is PGM.
     void getOpenPGMPrompt(const bool& loadToPGM);
     /// Answers in `out` the console's number of a key; 0xFFFFFFFF when no command has it.
     bool getECKeyByOrvaneECKey(const unsigned int& orvaneECKey, unsigned int& out) const;
@@ -103,7 +107,9 @@ public:
     /// Always false.
     bool echoVideoSignal() const;
 
+    /// Emits `signalTimeTypeChanged`; the numbers are the host's.
     void modifyTimeType(int type);
+    /// Emits `signalOpenPGMPrompt`.
     void setOpenPGMPrompt();
     /// Kept for hosts that call it; no effect.
     void clearAllOledText();
@@ -121,35 +127,51 @@ public:
     /// Two datagrams: first the colour, then the text.
     void updateECButtonColor(
         const std::shared_ptr<ECButtonColor>& color, const std::shared_ptr<ECOLEDText>& text);
+    /// The level of the LED bar beside the T-Bar, 0 to 12, and its direction.
     void updateTBarValue(const std::shared_ptr<ECTBarValue>& value);
+    // The state that `isLockedTBar()` and `isLockedKeypad()` tell changes with these; no signal is emitted.
     void lockTBar();
     void unlockTBar();
     void lockKeypad();
     void unlockKeypad();
     /// Asks for an input's signal and answers what was last reported (false when nothing was).
     bool dviInSignal(const int& index);
+    /// Any one of the panel lights.
     void updateLightControlState(const std::shared_ptr<LightControl>& light);
+    /// Darkens every key with one request.
     void closeAllButtonLED();
+    /// Brightness in per cent.
     void updatepScreenLuminance(const std::shared_ptr<ScreenLuminance>& luminance);
     void updateSetPeripheralDataChange(const std::shared_ptr<PeripheralControl>& peripheral);
+    /// The source on the monitor, which `getCurrentSource()` tells from then on.
     void switchSource(DVISource source);
     /// `date` as yyyy-MM-dd, `time` as hh:mm:ss; sent with colons throughout.
     void updateSystemTime(const QString& date, const QString& time);
+    /// Any four texts; the console gets them joined by "@", in this order, as Latin-1.
     void updateSystemIP(
         const QString& first, const QString& second, const QString& third, const QString& fourth);
     /// Asks for a console's network record, then sends the one held here (zeros when none is).
     void reqECDeviceIP(unsigned char index);
+    /// Sends a console's network record; it is not kept here.
     void resECDeviceIP(const ECDeviceIPData& data);
+    /// @param value as the service defines it; sent as it is
     void restartEventController(unsigned char value);
+    /// Has the console report keyboard and mouse events, until the request to stop.
     void startKeyboardMouseEventListen();
     void stopKeyboardMouseEventListen();
     void updateDVISignalStatus(DVIInSignal signal);
+    /// @param value as the service defines it; sent as it is
     void resetMCU(unsigned char value);
+    /// @param index of the console's network record
+    /// @param mode as the service defines it; sent as it is
     void setIPMode(unsigned char index, unsigned char mode);
     void controlPeripheralState(bool visible);
 
-    /// Sends a file in packs of at most `packSize` bytes, all at once and unacknowledged. The last argument
-    /// is not used. False, with a log line, when the file cannot be read; false without a send route.
+    /// Sends a file in packs of at most `packSize` bytes, all at once and unacknowledged.
+    /// @param packSize 0 makes one pack without data. A pack must fit a datagram (about 65000 bytes), and the
+    /// number of packs 16 bits: of a larger file only what the wrapped number covers is sent.
+    /// @param last not used
+    /// @return false, with a log line, when the file cannot be read; false without a send route
     bool sendFile(
         const QString& path, eFlieOperType operation, eFlieType fileType, unsigned short packSize, bool last);
 
