@@ -5,6 +5,16 @@
 
 namespace Orvane::ECProxy::Client::Internal {
 
+/// Empties what is filled again and again. Its memory is kept, but for what a burst out of the ordinary took.
+template <typename Element> void clearForReuse(std::vector<Element>& elements)
+{
+    constexpr std::size_t usualBytes = 4u << 20;
+    if (elements.capacity() > usualBytes / sizeof(Element))
+        elements = std::vector<Element>();
+    else
+        elements.clear();
+}
+
 /// Datagrams in the order of their arrival, one behind the other in memory that is kept from batch to batch:
 /// neither filling nor emptying it allocates once it has grown to the size of the usual burst.
 class DatagramQueue {
@@ -29,14 +39,10 @@ public:
         return {m_bytes.data() + begin, m_ends[index] - begin};
     }
 
-    /// Forgets all datagrams, and gives back the memory that a burst out of the ordinary took.
     void clear()
     {
-        constexpr std::size_t usualBurst = 4u << 20;
-        if (m_bytes.capacity() > usualBurst)
-            *this = DatagramQueue();
-        m_bytes.clear();
-        m_ends.clear();
+        clearForReuse(m_bytes);
+        clearForReuse(m_ends);
     }
 
     void swap(DatagramQueue& other) noexcept

@@ -67,7 +67,7 @@ public:
     void clear()
     {
         m_datagrams.clear();
-        m_targets.clear();
+        clearForReuse(m_targets);
     }
 
     void swap(DownQueue& other) noexcept
