@@ -4,6 +4,8 @@
 
 #include <QtDebug>
 
+#include <algorithm>
+#include <list>
 #include <mutex>
 #include <shared_mutex>
 #include <utility>
@@ -123,7 +125,8 @@ public:
     std::shared_mutex m_deviceECCmdItemMtx;
     DeviceECCommandItems baseDeviceECCommandItems;
     IndexedItems presetECCommandExItems;
-    QList<QPair<QString, DeviceECCommandItems>> m_deviceECCmdItemsList;
+    // Not a QList: several readers walk it at once, and each would give an empty one data of its own.
+    std::list<std::pair<QString, DeviceECCommandItems>> m_deviceECCmdItemsList;
 
 private:
     template <typename Operation>
@@ -146,13 +149,15 @@ DeviceECCommandItems* ECConsoleManagerPrivate::deviceItems(const QString& ip)
 /// Takes the device's set out of the store. False, and `items` is left alone, when there is none.
 bool ECConsoleManagerPrivate::takeDevice(const QString& ip, DeviceECCommandItems& items)
 {
-    for (int i = 0; i < m_deviceECCmdItemsList.size(); ++i) {
-        if (m_deviceECCmdItemsList.at(i).first == ip) {
-            items = m_deviceECCmdItemsList.takeAt(i).second;
-            return true;
-        }
-    }
-    return false;
+    const auto found =
+        std::find_if(m_deviceECCmdItemsList.begin(), m_deviceECCmdItemsList.end(), [&](const auto& device) {
+            return device.first == ip;
+        });
+    if (found == m_deviceECCmdItemsList.end())
+        return false;
+    items = std::move(found->second);
+    m_deviceECCmdItemsList.erase(found);
+    return true;
 }
 
 IndexedItems* ECConsoleManagerPrivate::itemsOf(const QString& ip, KeyboardType type)
@@ -287,7 +292,7 @@ void ECConsoleManager::initDeviceECCommandItems(const QString& ip)
         for (const ECCommandItemPtr& item : base)
             device.appendCopy(type, *item);
     }
-    d->m_deviceECCmdItemsList.append({ip, device});
+    d->m_deviceECCmdItemsList.emplace_back(ip, std::move(device));
 }
 
 void ECConsoleManager::updateECCommandItems(const QString& previousIp, const QString& currentIp)
@@ -298,7 +303,7 @@ void ECConsoleManager::updateECCommandItems(const QString& previousIp, const QSt
         DeviceECCommandItems moved;
         if (d->takeDevice(previousIp, moved)) {
             d->takeDevice(currentIp, replaced);
-            d->m_deviceECCmdItemsList.append({currentIp, moved});
+            d->m_deviceECCmdItemsList.emplace_back(currentIp, std::move(moved));
             return;
         }
     }
