@@ -344,15 +344,14 @@ void CommandManager::slotECTBarChanged(const ECTBarValue& value)
         qDebug("Device is upgrading... Ignore key pressed event.");
         return;
     }
-    if (Internal::HostState::hasModalWindow()) {
-        const Internal::ModalWindowInfo window = Internal::HostState::modalWindow();
+    if (const auto window = Internal::HostState::modalWindow()) {
         qWarning(
-            "T-Bar ignored :Console Event has waiting window, pos:(%d,%d),obiject name:%s", window.pos.x(),
-            window.pos.y(), qUtf8Printable(window.objectName));
-        if (window.hasChild)
-            qDebug("Object name:%s", qUtf8Printable(window.childName));
-        if (window.hasChildParent)
-            qDebug("Parent name:%s", qUtf8Printable(window.childParentName));
+            "T-Bar ignored :Console Event has waiting window, pos:(%d,%d),obiject name:%s", window->pos.x(),
+            window->pos.y(), qUtf8Printable(window->objectName));
+        if (window->childName)
+            qDebug("Object name:%s", qUtf8Printable(*window->childName));
+        if (window->childParentName)
+            qDebug("Parent name:%s", qUtf8Printable(*window->childParentName));
         return;
     }
     if (Internal::HostState::isQuenor()) {

@@ -20,7 +20,7 @@ std::atomic<bool> s_bQuenor{false};
 
 // s_windowMutex guards s_window.
 std::mutex s_windowMutex;
-ModalWindowInfo s_window;
+std::optional<ModalWindowInfo> s_window;
 
 ModalWindowInfo describe(const QWidget& window)
 {
@@ -28,12 +28,9 @@ ModalWindowInfo describe(const QWidget& window)
     info.objectName = window.objectName();
     info.pos = window.pos();
     if (const QWidget* child = window.childAt(window.pos())) {
-        info.hasChild = true;
         info.childName = child->objectName();
-        if (const QObject* parent = child->parent()) {
-            info.hasChildParent = true;
+        if (const QObject* parent = child->parent())
             info.childParentName = parent->objectName();
-        }
     }
     return info;
 }
@@ -51,12 +48,17 @@ bool readQuenor()
     return app && app->property(Constants::QuenorProperty).toBool();
 }
 
+std::optional<ModalWindowInfo> describe(const QWidget* window)
+{
+    return window ? std::make_optional(describe(*window)) : std::nullopt;
+}
+
 void publish(const QWidget* modal)
 {
     {
-        const ModalWindowInfo info = modal ? describe(*modal) : ModalWindowInfo();
+        std::optional<ModalWindowInfo> info = describe(modal);
         const std::lock_guard<std::mutex> lock(s_windowMutex);
-        s_window = info;
+        s_window.swap(info);
     }
     s_bModalWindow = modal != nullptr;
 }
@@ -191,12 +193,10 @@ bool HostState::isInputBlocked()
     return hasModalWindow() || isQuenor();
 }
 
-ModalWindowInfo HostState::modalWindow()
+std::optional<ModalWindowInfo> HostState::modalWindow()
 {
-    if (onGuiThread()) {
-        const QWidget* window = activeModalWidget();
-        return window ? describe(*window) : ModalWindowInfo();
-    }
+    if (onGuiThread())
+        return describe(activeModalWidget());
     const std::lock_guard<std::mutex> lock(s_windowMutex);
     return s_window;
 }

@@ -3,16 +3,16 @@
 #include <QPoint>
 #include <QString>
 
+#include <optional>
+
 namespace Orvane::ECProxy::Client::Internal {
 
-/// The modal window as the console's diagnostic lines tell of it. All empty and false when none is open.
+/// A modal window as the console's diagnostic lines tell of it.
 struct ModalWindowInfo {
     QString objectName;
     QPoint pos; ///< position of the window, in pixels
-    bool hasChild = false; ///< there is a child at that position
-    QString childName;
-    bool hasChildParent = false;
-    QString childParentName;
+    std::optional<QString> childName; ///< of the child at that position, if there is one
+    std::optional<QString> childParentName;
 };
 
 /// What the key handlers must know of the application's windows.
@@ -38,7 +38,8 @@ bool isQuenor();
 /// is set.
 bool isInputBlocked();
 
-ModalWindowInfo modalWindow();
+/// The window that `hasModalWindow` tells of; empty when none is open.
+std::optional<ModalWindowInfo> modalWindow();
 
 } // namespace HostState
 

@@ -111,10 +111,10 @@ void ScreenCommandPrivate::tbarTake(const ECTBarValue& value)
 
 void ScreenCommandPrivate::tbarStart()
 {
-    if (HostState::hasModalWindow()) {
+    if (const auto window = HostState::modalWindow()) {
         qWarning(
             "T-Bar Error: There is a active widget, can not start T-Bar.%s",
-            qUtf8Printable(HostState::modalWindow().objectName));
+            qUtf8Printable(window->objectName));
         return;
     }
     if (m_tbarStart) {
