@@ -8,6 +8,8 @@
 #include <QThread>
 #include <QWidget>
 
+#include <mutex>
+
 namespace Orvane::ECProxy::Client {
 
 namespace Internal {
@@ -87,10 +89,30 @@ public:
         return true;
     }
 
+    /// One unbound item for each digit key.
+    void makeItems()
+    {
+        auto items = m_numberButtonCfgs.makeItems(1);
+        for (const auto& item : qAsConst(items))
+            item->setECButtonIndex(item->ecButtonOrderIndex());
+        const std::lock_guard<std::mutex> lock(m_itemsMutex);
+        m_items.swap(items);
+    }
+
+    QList<std::shared_ptr<ECCommandItem>> items() const
+    {
+        const std::lock_guard<std::mutex> lock(m_itemsMutex);
+        return m_items;
+    }
+
     NumberCommand* const m_pCommand;
     SelectKeys m_numberButtonCfgs;
 
 private:
+    // Guards m_items.
+    mutable std::mutex m_itemsMutex;
+    QList<std::shared_ptr<ECCommandItem>> m_items;
+
     bool press(quint32 ecKey, Qt::Key key, const QString& text)
     {
         m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green);
@@ -132,15 +154,13 @@ QString NumberCommand::name() const
 
 QList<std::shared_ptr<ECCommandItem>> NumberCommand::commandItems() const
 {
-    auto items = d->m_numberButtonCfgs.makeItems(1);
-    for (const auto& item : qAsConst(items))
-        item->setECButtonIndex(item->ecButtonOrderIndex());
-    return items;
+    return d->items();
 }
 
 void NumberCommand::updateSelectModeButtonConfig()
 {
     d->m_numberButtonCfgs.collect(ecCommandConfig(), quint16(NumberCallbackType::eSelectNumberCB));
+    d->makeItems();
 }
 
 void NumberCommand::updateKeyboard()
