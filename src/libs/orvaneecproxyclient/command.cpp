@@ -6,7 +6,8 @@
 #include "eccommanditem.h"
 #include "ecmanager.h"
 
-#include <QCoreApplication>
+#include <algorithm>
+#include <cstring>
 
 namespace Orvane::ECProxy::Client {
 
