@@ -271,7 +271,9 @@ void TestPresets::groupSharesItsPresets()
     m.model.control().addPreset(B, PVW, 9);
     const ScreenKey first{ScreenType::RegularScreen, 1};
     m.model.control().removeLayer(B, first, SceneType::PVW, 1);
-    QCOMPARE(m.model.deviceList().groupDevicePresets(m.device()).size(), 3);
+    const auto presets = m.model.deviceList().groupDevicePresets(m.device(B));
+    QCOMPARE(presets.size(), 3);
+    QVERIFY(presets.first().lock() == preset(m, 1, B)); // the device's own come first
     QString error;
     QVERIFY(control(m)->updatePresetModelData(preset(m, 1), screensOf(preset(m, 1)), error));
     QCOMPARE(m.sources(1, SceneType::PVW, B), Ids{1});

@@ -1,8 +1,9 @@
+#include "bareplatform.h"
+
 #include "bizmodel/device.h"
 #include "bizmodel/devicelist.h"
 #include "bizmodel/ids.h"
 #include "bizmodel/keypad.h"
-#include "bizmodel/preset.h"
 #include "bizmodel/resourcecheck.h"
 #include "bizmodel/screen.h"
 #include "modelcontrol/device.h"
@@ -20,69 +21,6 @@ using namespace Orvane;
 using namespace Orvane::BizModel;
 
 namespace {
-
-class FakePreset : public Preset {
-public:
-    quint16 fileId() const override { return 1; }
-    FileType fileType() const override { return FileType::PresetPVW; }
-    QString name() const override { return {}; }
-    s_PresetDetail presetDetail() const override { return {}; }
-    bool presetSelectedScreens(QList<std::weak_ptr<Screen>>&, Enum::File::FileType, QString&) const override
-    {
-        return false;
-    }
-};
-
-class FakeDevice : public Device {
-public:
-    std::shared_ptr<Preset> m_preset = std::make_shared<FakePreset>();
-
-    QString ipMacSn() const override { return {}; }
-    QString preIPMacSn() const override { return {}; }
-    QString groupId() const override { return {}; }
-    bool onlineFlag() const override { return true; }
-    bool isDeviceUpgrading() const override { return false; }
-    s_DeviceConfig deviceConfig() const override { return {}; }
-    std::weak_ptr<Screen> activedScreen() const override { return {}; }
-    QList<std::weak_ptr<Screen>> screens(int) const override { return {}; }
-    QList<std::weak_ptr<Screen>> selectedScreen(int) const override { return {}; }
-    bool isScreenSelected(const std::weak_ptr<Screen>&) const override { return false; }
-    bool isMultiScreens() const override { return false; }
-    bool isScreenLimited(Enum::Screen::ScreenType) const override { return false; }
-    std::shared_ptr<Screen> createDefaultScreen(Enum::Screen::ScreenType) override { return {}; }
-    std::weak_ptr<Output> firstUnsedOutput() const override { return {}; }
-    void appendViewingScreen(const std::weak_ptr<Screen>&) override { }
-    bool isTaking() const override { return false; }
-    bool swapEnable() const override { return false; }
-    bool isLayerLimited(SceneType) const override { return false; }
-    QList<std::weak_ptr<Input>> validInputs() const override { return {}; }
-    std::weak_ptr<Input> findInput(quint32) const override { return {}; }
-    std::weak_ptr<Connector> getConnector(const s_InterfaceFullId&) const override { return {}; }
-    quint16 maxPresetCount() const override { return 0; }
-    QList<std::weak_ptr<Preset>> presets() const override { return {m_preset}; }
-    std::weak_ptr<Preset> activedPreset() const override { return {}; }
-    int activedPresetKeyNo() const override { return 0; }
-    void setActivedPreset(const std::weak_ptr<Preset>&, quint16) override { }
-    bool editPresetValidityCheck(const QString&, QString&) const override { return true; }
-    bool loadToPGMEnable() const override { return false; }
-    QList<std::weak_ptr<File>> files(Enum::File::FileType) const override { return {}; }
-    void addKeypadFile(const std::shared_ptr<Keypad>&) override { }
-};
-
-class FakeDeviceList : public DeviceList {
-public:
-    QList<std::weak_ptr<Device>> m_group;
-
-    std::weak_ptr<Device> activedDevice() const override { return {}; }
-    bool isCompatibleUpgrading() const override { return false; }
-    QList<std::weak_ptr<Device>> groupDevices(const QString&, bool, bool) const override { return m_group; }
-    QList<std::weak_ptr<Device>> groupDevices(const std::weak_ptr<Device>&, bool, bool) const override
-    {
-        return m_group;
-    }
-    Enum::Preset::PresetOptMode presetOperateMode() const override { return Enum::Preset::Noting; }
-    void setPresetOperateMode(Enum::Preset::PresetOptMode) override { }
-};
 
 /// Counts what arrives from any signal connected to it, without a slot of the right type for each.
 class AnyReceiver : public QObject {
@@ -145,13 +83,12 @@ private Q_SLOTS:
     void argumentsCrossThreadsWhole();
     void theObjectInstalledLastIsTheInstance();
     void withoutAHostThereIsNothingToWorkWith();
-    void presetsOfAGroupStartWithTheDevicesOwn();
     void aKeypadFileKnowsItsColours();
 };
 
 void TestDeviceList::everySignalCrossesThreads()
 {
-    FakeDeviceList list;
+    TestSupport::BareDeviceList list;
     AnyReceiver receiver;
     const QList<QMetaMethod> all = signalsOfDeviceList();
     QCOMPARE(all.size(), 43);
@@ -176,18 +113,19 @@ void TestDeviceList::everySignalCrossesThreads()
 
 void TestDeviceList::argumentsCrossThreadsWhole()
 {
-    FakeDeviceList list;
+    TestSupport::BareDeviceList list;
     QSignalSpy layersChanged(&list, &DeviceList::signalDeviceScreenLayersChanged);
     QSignalSpy messageShown(&list, &DeviceList::signalShowStatusBarMsg);
-    std::shared_ptr<Device> removed;
+    std::shared_ptr<File> renamed;
     QObject context;
     connect(
-        &list, &DeviceList::signalDeviceRemoved, &context,
-        [&](const std::shared_ptr<Device>& device) { removed = device; }, Qt::QueuedConnection);
+        &list, &DeviceList::signalNameChanged, &context,
+        [&](const std::weak_ptr<Device>&, const std::weak_ptr<File>& file) { renamed = file.lock(); },
+        Qt::QueuedConnection);
 
-    const auto device = std::make_shared<FakeDevice>();
-    std::thread([&] { Q_EMIT list.signalDeviceRemoved(device); }).join();
-    QTRY_COMPARE(removed, std::shared_ptr<Device>(device));
+    const auto keypad = std::make_shared<Keypad>(ProtoModel::File::s_KeypadInfo());
+    std::thread([&] { Q_EMIT list.signalNameChanged({}, keypad); }).join();
+    QTRY_COMPARE(renamed, std::shared_ptr<File>(keypad));
 
     Q_EMIT list.signalDeviceScreenLayersChanged({std::weak_ptr<Screen>(), std::weak_ptr<Screen>()}, 3);
     QCOMPARE(layersChanged.takeFirst().first().value<QList<std::weak_ptr<Screen>>>().size(), 2);
@@ -198,9 +136,9 @@ void TestDeviceList::argumentsCrossThreadsWhole()
 void TestDeviceList::theObjectInstalledLastIsTheInstance()
 {
     QCOMPARE(DeviceList::instance(), nullptr);
-    auto first = std::make_unique<FakeDeviceList>();
+    auto first = std::make_unique<TestSupport::BareDeviceList>();
     QCOMPARE(DeviceList::instance(), first.get());
-    auto second = std::make_unique<FakeDeviceList>();
+    auto second = std::make_unique<TestSupport::BareDeviceList>();
     QCOMPARE(DeviceList::instance(), second.get());
     first.reset();
     QCOMPARE(DeviceList::instance(), second.get());
@@ -210,29 +148,13 @@ void TestDeviceList::theObjectInstalledLastIsTheInstance()
 
 void TestDeviceList::withoutAHostThereIsNothingToWorkWith()
 {
-    const auto device = std::make_shared<FakeDevice>();
-
+    const std::weak_ptr<Device> device;
     QVERIFY(!ModelControl::Device::create(device));
     QVERIFY(!ModelControl::Device::screenModelControl(Enum::Screen::RegularScreen, device));
     QVERIFY(!ModelControl::Screen::layerModelControl(LayerType::Regular, device));
     QVERIFY(!ModelControl::Preset::create(device));
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("^No resource check is installed")));
     QVERIFY(!ResourceCheck::CheckOperationResources(nullptr, {}, {}, SceneType::PVW, {}));
-}
-
-void TestDeviceList::presetsOfAGroupStartWithTheDevicesOwn()
-{
-    const auto own = std::make_shared<FakeDevice>();
-    const auto other = std::make_shared<FakeDevice>();
-    FakeDeviceList list;
-    list.m_group = {other, own, std::weak_ptr<Device>()};
-
-    const auto presets = list.groupDevicePresets(own);
-
-    QCOMPARE(presets.size(), 2);
-    QCOMPARE(presets.at(0).lock(), own->m_preset);
-    QCOMPARE(presets.at(1).lock(), other->m_preset);
-    QVERIFY(list.groupDevicePresets({}).isEmpty());
 }
 
 void TestDeviceList::aKeypadFileKnowsItsColours()

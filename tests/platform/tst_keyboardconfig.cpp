@@ -25,33 +25,21 @@ Key key(quint16 ecKey, quint32 orvaneECKey, quint16 code, quint16 orderIndex, La
 class TestKeyboardConfig : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void theFirstKeyThatFitsIsFound();
-    void allKeysWithOneFunctionComeInTheFilesOrder();
+    void keysThatFitComeInTheFilesOrder();
     void keyNumbersAreComparedWhole();
-    void nothingFitsAnEmptyGroup();
     void aLabelsOwnNumberGoesBeforeItsKeys();
 };
 
-void TestKeyboardConfig::theFirstKeyThatFitsIsFound()
+void TestKeyboardConfig::keysThatFitComeInTheFilesOrder()
 {
     const Key first = key(5, 1005, 1, 3);
     const Key second = key(5, 1005, 1, 3);
-    const s_ECCommandConfig group{{}, {nullptr, first, second}};
+    const s_ECCommandConfig group{{}, {nullptr, first, key(8, 1001, 2, 0), second}};
 
     QCOMPARE(group.findECButtonConfigByECKey(5), first);
     QCOMPARE(group.findECButtonConfigByOrvaneKey(1), first);
-    QCOMPARE(group.getECKeyByOrvaneECKey(1005), 5u);
-    QCOMPARE(group.getECKeyByOrderIndex(3), 5u);
-}
-
-void TestKeyboardConfig::allKeysWithOneFunctionComeInTheFilesOrder()
-{
-    const Key a = key(9, 1000, 1, 1);
-    const Key b = key(7, 1000, 1, 0);
-    const s_ECCommandConfig group{{}, {a, key(8, 1001, 2, 0), b}};
-
-    QCOMPARE(group.findECButtonConfigsByOrvaneKey(1), (QList<Key>{a, b}));
-    QCOMPARE(group.findECButtonConfigsByOrvaneECKey(1000), (QList<Key>{a, b}));
+    QCOMPARE(group.findECButtonConfigsByOrvaneKey(1), (QList<Key>{first, second}));
+    QCOMPARE(group.findECButtonConfigsByOrvaneECKey(1005), (QList<Key>{first, second}));
 }
 
 void TestKeyboardConfig::keyNumbersAreComparedWhole()
@@ -60,17 +48,7 @@ void TestKeyboardConfig::keyNumbersAreComparedWhole()
 
     QCOMPARE(group.findECButtonConfigByECKey(0x10005), Key());
     QCOMPARE(group.getECKeyByOrvaneECKey(5), 0xFFFFFFFFu);
-}
-
-void TestKeyboardConfig::nothingFitsAnEmptyGroup()
-{
-    const s_ECCommandConfig group;
-
-    QCOMPARE(group.findECButtonConfigByECKey(0), Key());
-    QCOMPARE(group.findECButtonConfigByOrvaneKey(0), Key());
-    QCOMPARE(group.findECOledConfigByECKey(0), Label());
-    QCOMPARE(group.getECKeyByOrvaneECKey(0), 0xFFFFFFFFu);
-    QCOMPARE(group.getECKeyByOrderIndex(0), 0xFFFFFFFFu);
+    QCOMPARE(group.getECKeyByOrderIndex(5), 0xFFFFFFFFu);
 }
 
 void TestKeyboardConfig::aLabelsOwnNumberGoesBeforeItsKeys()
