@@ -68,6 +68,7 @@ private Q_SLOTS:
     void nullIsRefused();
     void keysReachTheExtensionOnTheApplicationsThread();
     void theConsoleDoesNotWaitForTheExtension();
+    void aKeyKeepsThePageThatItWasPressedOn();
     void aClearReachesEveryExtension();
     void theTBarIsToldWhenItLeavesAnEnd_data();
     void theTBarIsToldWhenItLeavesAnEnd();
@@ -125,6 +126,22 @@ void TestPresetExtension::theConsoleDoesNotWaitForTheExtension()
             QStringLiteral("pressed 3"), QStringLiteral("bound? 3"), QStringLiteral("released 3"),
             QStringLiteral("page 2")}));
     QVERIFY(waitLoaded(3));
+}
+
+void TestPresetExtension::aKeyKeepsThePageThatItWasPressedOn()
+{
+    CueLog cues;
+    QVERIFY(cues.attach());
+    for (int page = 0; page < 3; ++page) {
+        console().tap(keyOf(4));
+        console().tap(PageDown);
+    }
+    QVERIFY(console().settleWithoutEventLoop()); // the application is busy
+    QVERIFY(cues.cues().isEmpty());
+    QVERIFY(console().settle());
+    QCOMPARE(
+        cues.cues(),
+        (QStringList{QStringLiteral("preset 5"), QStringLiteral("preset 15"), QStringLiteral("preset 25")}));
 }
 
 void TestPresetExtension::aClearReachesEveryExtension()

@@ -1,15 +1,20 @@
 #include "ipresetcommandex.h"
 
+#include "presetextensions_p.h"
 #include "presetgroup_p.h"
 
 namespace Orvane::ECProxy::Client {
 
 IPresetCommandEx::IPresetCommandEx(QObject* parent)
     : Command(parent)
+    , d(new Internal::IPresetCommandExPrivate)
 {
 }
 
-IPresetCommandEx::~IPresetCommandEx() = default;
+IPresetCommandEx::~IPresetCommandEx()
+{
+    delete d;
+}
 
 bool IPresetCommandEx::selectPresetPressed(const quint32&)
 {
@@ -80,8 +85,19 @@ bool IPresetCommandEx::isBindProgram(const quint32&)
 
 void IPresetCommandEx::updatePageIndex()
 {
-    if (const auto command = Internal::presetCommand())
-        updateCurrentPageIndex(command->page());
+    if (d->m_toldPage) {
+        updateCurrentPageIndex(*d->m_toldPage);
+        return;
+    }
+    const auto command = Internal::presetCommand();
+    if (!command)
+        return;
+    // Another thread may turn the page and come here at the same time: the newer page stays.
+    int page = 0;
+    do {
+        page = command->page();
+        updateCurrentPageIndex(page);
+    } while (page != command->page());
 }
 
 bool IPresetCommandEx::isAllowedKeyPressed(const quint16&)

@@ -4,6 +4,11 @@
 
 namespace Orvane::ECProxy::Client {
 
+namespace Internal {
+class IPresetCommandExPrivate;
+class PresetExtensions;
+} // namespace Internal
+
 /// A further receiver of what happens on the preset keys: derive from it, make the object on the GUI thread,
 /// hand it to `PresetCommand::registerPresetCommand()`, and delete it on the GUI thread when it is no longer
 /// wanted.
@@ -42,7 +47,8 @@ public:
     /// Whether the extension has bound a program of its own to the key. Asked on the application's thread: a
     /// press on the physical console finds the answer of the key's press before.
     virtual bool isBindProgram(const quint32& ecKey);
-    /// The preset keys show another page. By default it becomes this command's own page.
+    /// The preset keys show another page, or have been set up anew. By default their page becomes this
+    /// command's own: for a registered extension the page that the keys told of next were pressed on.
     virtual void updatePageIndex();
 
     bool isAllowedKeyPressed(const quint16& ecKey) override;
@@ -52,6 +58,11 @@ public:
 public Q_SLOTS:
     void slotECButtonPressed(const quint32& ecKey) override;
     void slotECButtonRelease(const quint32& ecKey) override;
+
+private:
+    friend class Internal::PresetExtensions; // tells the page
+
+    Internal::IPresetCommandExPrivate* const d;
 };
 
 } // namespace Orvane::ECProxy::Client

@@ -34,7 +34,7 @@ constexpr int ArmedKeyState = Flashing;
 constexpr quint32 TBarBottom = 1;
 constexpr quint32 TBarTop = 64;
 
-/// The key's function is on its way back to nothing: which key shows the mode.
+/// Leaves a mode, with the light of the key that armed it.
 void endMode(PresetOptMode mode)
 {
     setPresetOperateMode(PresetOptMode::Noting);
@@ -103,8 +103,7 @@ bool PresetCommandPrivate::selectPresetPressed(const quint32& ecKey)
     if (mode != PresetOptMode::Clear && mode != PresetOptMode::Save)
         setPresetOperateMode(PresetOptMode::Select);
     const bool bound = m_extensions.selectPresetPressed(ecKey);
-    if (m_pOrvanePresetCmd)
-        m_pOrvanePresetCmd->selectPresetPressed(ecKey, bound);
+    m_pOrvanePresetCmd->selectPresetPressed(ecKey, bound);
     if (m_clearStatus.exchange(false))
         endMode(PresetOptMode::Clear);
 
@@ -192,8 +191,7 @@ bool PresetCommandPrivate::clearPresetsRelease(const quint32& ecKey)
 void PresetCommandPrivate::clearEverywhere()
 {
     m_extensions.forEach([](IPresetCommandEx& extension) { extension.clearPresetsPressed(); });
-    if (m_pOrvanePresetCmd)
-        m_pOrvanePresetCmd->clearPresetsPressed();
+    m_pOrvanePresetCmd->clearPresetsPressed();
 }
 
 void PresetCommandPrivate::slotClearAllTimeOut()
@@ -366,9 +364,12 @@ int PresetCommandPrivate::clamped(int page) const
 
 void PresetCommandPrivate::updatePageIndex()
 {
-    if (m_pOrvanePresetCmd)
-        m_pOrvanePresetCmd->updatePageIndex();
-    m_extensions.forEach([](IPresetCommandEx& extension) { extension.updatePageIndex(); });
+    m_pOrvanePresetCmd->updatePageIndex();
+    // Another thread may turn the page meanwhile: the last page that is told is the one that is shown.
+    for (int told = -1; told != m_pCommand->currentPageIndex();) {
+        told = m_pCommand->currentPageIndex();
+        m_extensions.tellPage(told);
+    }
 }
 
 void PresetCommandPrivate::udpatePageOLEDText()

@@ -70,6 +70,17 @@ void PresetExtensions::callAll(const Call& call)
     }
 }
 
+void PresetExtensions::tellPage(int page)
+{
+    forEach([page](IPresetCommandEx& extension) {
+        const QPointer<IPresetCommandEx> told(&extension);
+        extension.d->m_toldPage = page;
+        extension.updatePageIndex();
+        if (told) // or it has deleted itself
+            told->d->m_toldPage.reset();
+    });
+}
+
 bool PresetExtensions::selectPresetPressed(quint32 ecKey)
 {
     forEach([this, ecKey](IPresetCommandEx& extension) {

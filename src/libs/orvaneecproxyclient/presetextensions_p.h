@@ -9,8 +9,15 @@
 
 #include <functional>
 #include <mutex>
+#include <optional>
 
 namespace Orvane::ECProxy::Client::Internal {
+
+class IPresetCommandExPrivate {
+public:
+    /// The page that a registered extension is just being told of. On the application's thread only.
+    std::optional<int> m_toldPage;
+};
 
 /// The registered preset extensions, and the way to call them.
 ///
@@ -29,6 +36,10 @@ public:
     /// Calls `call` for every extension in the order of registration: at once on the application's thread,
     /// after what has been queued; from elsewhere queued.
     void forEach(const Call& call);
+
+    /// Has every extension take over the page that the keys show, as it is now: keys that are on their way to
+    /// an extension keep their page.
+    void tellPage(int page);
 
     /// Tells every extension of the press and asks it about the key. Answers what the last extension said:
     /// now on the application's thread, at the key's press before elsewhere; false when none has said
