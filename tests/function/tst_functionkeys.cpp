@@ -9,6 +9,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <algorithm>
+
 using namespace FunctionScene;
 using namespace std::chrono_literals;
 using BizModel::SceneType;
@@ -223,8 +225,11 @@ void TestFunctionKeys::holdingTheKeypadKeyLocksUntilTheApplicationUnlocks()
 {
     ECManager* manager = ECManager::instance();
     LogCapture log;
+    QElapsedTimer held;
+    held.start();
     console().press(KeypadLock);
     QVERIFY(QTest::qWaitFor([&] { return manager->isLockedKeypad(); }, MoreThanTwoSecondsMs));
+    QVERIFY(held.elapsed() >= 2000);
     QVERIFY(console().waitShows(KeypadLock, ECLEDColor::Green));
     console().release(KeypadLock); // dropped by the lock
     QVERIFY(console().settle());
@@ -237,16 +242,17 @@ void TestFunctionKeys::holdingTheKeypadKeyLocksUntilTheApplicationUnlocks()
     QVERIFY(log.contains(QStringLiteral("[locate key no response] now the keypad is locked.")));
     QVERIFY(m_pRig->asked(Operation::AsyncSaveDeviceData).isEmpty());
     console().takeRequests();
+    bool isLockedAgain = false;
+    QObject context;
+    QObject::connect(
+        manager, &ECManager::signalKeyboardLocked, &context, [&](bool locked) { isLockedAgain = locked; });
     console().press(KeypadLock);
-    const auto lockedAgain = [this] {
-        for (const auto& request : console().takeRequests()) {
-            const auto* lock = std::get_if<ConsolePanel::LockRequest>(&request.message);
-            if (lock && lock->action == ConsolePanel::LockRequest::Lock)
-                return true;
-        }
-        return false;
-    };
-    QVERIFY(QTest::qWaitFor(lockedAgain, MoreThanTwoSecondsMs));
+    QVERIFY(QTest::qWaitFor([&] { return isLockedAgain; }, MoreThanTwoSecondsMs));
+    const auto requests = console().takeRequests();
+    QVERIFY(std::any_of(requests.begin(), requests.end(), [](const auto& request) {
+        const auto* lock = std::get_if<ConsolePanel::LockRequest>(&request.message);
+        return lock && lock->action == ConsolePanel::LockRequest::Lock;
+    }));
 
     manager->unlockKeypad();
     Q_EMIT manager->signalKeyboardLocked(false);

@@ -233,7 +233,12 @@ void FunctionCommandPrivate::slotLockECKeyboardTimeOut()
 {
     m_bLockECKeyboard = true;
     m_pCommand->lockedKeyPad(true);
-    updateEcButtonColor(true, FunctionCallbackType::eLockECKeyboardCB, ECLEDColor::Green);
+    // The application has been told and may have unlocked already: its last word stays on the light.
+    bool lit = false;
+    do {
+        lit = m_bLockECKeyboard;
+        updateEcButtonColor(lit, FunctionCallbackType::eLockECKeyboardCB, ECLEDColor::Green);
+    } while (lit != m_bLockECKeyboard);
 }
 
 // ---- Source of the secondary screen ---------------------------------------------------------------------
