@@ -1,5 +1,6 @@
 #pragma once
 
+#include "functioncommand.h"
 #include "keyboardbuilder.h"
 #include "memorydevicelist.h"
 #include "modelrig.h"
@@ -35,7 +36,10 @@ enum Key : quint16 {
     Store = 24,
     LoadTarget = 25,
     Take = 40,
-    Cut = 41
+    Cut = 41,
+    SaveData = 50,
+    TBarLock = 51,
+    KeypadLock = 52
 };
 /// Does not divide the highest number of presets, 128.
 constexpr int PageSize = 10;
@@ -61,6 +65,10 @@ inline std::shared_ptr<EC::s_ECKeyboardConfig> keyboard()
         .key(ClearAll, code(Type::eClearPresetsCB))
         .key(Store, code(Type::eSavePresetCB))
         .key(LoadTarget, code(Type::eLoadToPgm), 0, Label + LoadTarget);
+    builder.group(QStringLiteral("FunctionCommand"))
+        .key(SaveData, int(FunctionCallbackType::eSaveDataToDeviceCB))
+        .key(TBarLock, int(FunctionCallbackType::eLockECTBarCB))
+        .key(KeypadLock, int(FunctionCallbackType::eLockECKeyboardCB));
     return builder.build();
 }
 

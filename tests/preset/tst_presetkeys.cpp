@@ -4,7 +4,9 @@
 #include "bizmodel/keypad.h"
 #include "bizmodel/layer.h"
 
+#include <QDeadlineTimer>
 #include <QDialog>
+#include <QTemporaryDir>
 #include <QThreadPool>
 
 #include <iterator>
@@ -40,6 +42,7 @@ private Q_SLOTS:
     void storingIsRefused();
     void storingThatFailsLeavesTheKeyArmed_data();
     void storingThatFailsLeavesTheKeyArmed();
+    void withoutADeviceNothingIsStoredOrRemoved();
     void aPresetIsLoaded();
     void aPresetOfTheGroupIsLoaded();
     void loadingIsRefused_data();
@@ -56,6 +59,7 @@ private Q_SLOTS:
     void answersAfterTheEndOfTheConsole();
 
 private:
+    void changeModel(int step);
     /// Whether the console shows what the model holds, on the present page.
     bool showsModel();
 };
@@ -210,6 +214,19 @@ void TestPresetKeys::storingThatFailsLeavesTheKeyArmed()
     QCOMPARE(m_pRig->asked(operation).size(), 2);
     QCOMPARE(mode(), PresetOptMode::Noting);
     QVERIFY(presets().contains(slot + 1));
+}
+
+void TestPresetKeys::withoutADeviceNothingIsStoredOrRemoved()
+{
+    m_pRig->control().activateDevice({});
+    LogCapture log;
+    QVERIFY(tap(Store));
+    QVERIFY(tap(keyOf(0)));
+    QCOMPARE(log.count(QStringLiteral("Create preset failed: device is nullptr.")), 1);
+    QVERIFY(tap(Remove));
+    QVERIFY(tap(keyOf(0)));
+    QCOMPARE(log.count(QStringLiteral("Clear preset failed: device is nullptr.")), 1);
+    QCOMPARE(mode(), PresetOptMode::Clear);
 }
 
 // ---- Loading ----------------------------------------------------------------------------------------------
@@ -395,6 +412,14 @@ void TestPresetKeys::aPresetIsRemoved()
     // The next press loads again.
     QVERIFY(tap(keyOf(2)));
     QVERIFY(waitLoaded(3));
+
+    // Of two devices with one slot the active one loses its preset, and the key keeps the other's.
+    QVERIFY(tap(Remove));
+    QVERIFY(tap(keyOf(2)));
+    QCOMPARE(presets(), QList<int>());
+    QCOMPARE(presets(B), (QList<int>{3, 12}));
+    QVERIFY(console().waitLabel(Label + keyOf(2), QStringLiteral("Steps")));
+    QVERIFY(console().waitShows(keyOf(2), ECLEDColor::Yellow));
 }
 
 void TestPresetKeys::removingThatFailsStillEndsTheMode_data()
@@ -450,40 +475,71 @@ bool TestPresetKeys::showsModel()
     return console().label(Label + PageUp) == QStringLiteral("Page %1").arg(page + 1);
 }
 
-void TestPresetKeys::afterAStormTheKeysShowTheModel()
+/// Changes the model as an application does, differently with each `step`.
+void TestPresetKeys::changeModel(int step)
 {
     auto& control = m_pRig->control();
-    constexpr int slots = 2 * PageSize;
-    constexpr quint16 keys[] = {Store, keyOf(4), PageDown, keyOf(7), Remove, keyOf(7), PageUp, keyOf(4)};
-    for (int i = 0; i < 400; ++i) {
-        console().tap(keys[i % std::size(keys)]);
-        const auto fileId = quint16(1 + i * 7 % slots);
-        const QString device = i % 3 == 0 ? B : A;
-        switch (i % 5) {
-        case 0:
-            control.addPreset(device, FileType::PresetPVW, fileId);
-            break;
-        case 1:
-            control.renamePreset(device, FileType::PresetPVW, fileId, QStringLiteral("%1").arg(i));
-            break;
-        case 2:
-            control.removePreset(device, FileType::PresetPVW, fileId);
-            break;
-        case 3:
-            control.showPresetPage(i % 2);
-            break;
-        case 4:
-            control.activatePreset(A, FileType::PresetPVW, fileId);
-            break;
-        }
-        if (i % 10 == 0)
-            QCoreApplication::processEvents();
+    const auto fileId = quint16(1 + step * 7 % (2 * PageSize));
+    const QString device = step % 3 == 0 ? B : A;
+    switch (step % 5) {
+    case 0:
+        control.addPreset(device, FileType::PresetPVW, fileId);
+        break;
+    case 1:
+        control.renamePreset(device, FileType::PresetPVW, fileId, QStringLiteral("%1").arg(step));
+        break;
+    case 2:
+        control.removePreset(device, FileType::PresetPVW, fileId);
+        break;
+    case 3:
+        control.showPresetPage(step % 2);
+        break;
+    case 4:
+        control.activatePreset(A, FileType::PresetPVW, fileId);
+        break;
+    }
+}
+
+void TestPresetKeys::afterAStormTheKeysShowTheModel()
+{
+    QTemporaryDir directory;
+    m_pRig->model().setShowFile(directory.filePath(QStringLiteral("show.json")));
+    ECManager* manager = ECManager::instance();
+    constexpr quint16 keys[] = {Store,    keyOf(4), PageDown, keyOf(7), Remove,  keyOf(7),
+                                SaveData, PageUp,   keyOf(4), ClearAll, SaveData};
+    // Both locks come in the middle, and the keypad's keeps all keys out until the application frees it.
+    console().press(TBarLock);
+    console().press(KeypadLock);
+    const QDeadlineTimer limit(10000);
+    int stepsWhileLocked = 0;
+    for (int step = 0; stepsWhileLocked < 100 && !limit.hasExpired(); ++step) {
+        console().tap(keys[std::size_t(step) % std::size(keys)]);
+        changeModel(step);
+        if (step % 10 == 0)
+            QVERIFY(console().settle());
+        if (manager->isLockedKeypad())
+            ++stepsWhileLocked;
+    }
+    QVERIFY(stepsWhileLocked > 0);
+    manager->unlockKeypad();
+    Q_EMIT manager->signalKeyboardLocked(false);
+    console().release(TBarLock);
+    for (int step = 0; step < 100; ++step) {
+        console().tap(keys[std::size_t(step) % std::size(keys)]);
+        changeModel(step);
     }
     QVERIFY(console().settle());
     QThreadPool::globalInstance()->waitForDone();
     QVERIFY(QTest::qWaitFor([this] { return showsModel(); }));
     QTest::qWait(100); // and stays so
     QVERIFY(showsModel());
+    QVERIFY(manager->isLockedTBar());
+    QVERIFY(console().shows(TBarLock, ECLEDColor::Green));
+    QVERIFY(console().shows(KeypadLock, ECLEDColor::Off));
+    QVERIFY(console().shows(SaveData, ECLEDColor::Off));
+    const int saves = m_pRig->asked(Operation::AsyncSaveDeviceData).size();
+    QVERIFY(saves > 0);
+    QVERIFY(m_pRig->waitNotice(QStringLiteral("box 2 save data successed."), saves));
 }
 
 /// The last test: there is one console a process.
