@@ -58,7 +58,7 @@ void publish(const QWidget* modal)
     {
         std::optional<ModalWindowInfo> info = describe(modal);
         const std::lock_guard<std::mutex> lock(s_windowMutex);
-        s_window.swap(info);
+        s_window = std::move(info);
     }
     s_bModalWindow = modal != nullptr;
 }
