@@ -263,6 +263,19 @@ void TestRouting::aDialogIsSeenFromTheFirstMomentToTheLast()
             && log.contains("[locate key no response] now there is an modal window.");
     };
     QVERIFY(!pressWithoutEventLoop());
+    {
+        // Works off events while it is being shown, and is the only window.
+        class BusyDialog : public QDialog {
+            void showEvent(QShowEvent*) override { QCoreApplication::processEvents(); }
+        };
+        BusyDialog busy;
+        busy.setModal(true);
+        busy.show();
+        QCoreApplication::processEvents();
+        QVERIFY(pressWithoutEventLoop());
+    }
+    QCoreApplication::processEvents();
+    QVERIFY(!pressWithoutEventLoop());
     auto first = std::make_unique<QDialog>();
     first->setModal(true);
     first->show();

@@ -94,11 +94,12 @@ public:
                 s_bQuenor = readQuenor();
             break;
         case QEvent::Show:
-            // Qt enters the modal state only after the show event; the operator sees the dialog now.
-            if (const QWidget* window = modalWindow(watched)) {
+            // Qt enters the modal state only after the show event; the operator sees the dialog now. One that
+            // works off events meanwhile is looked at once more when its native window is shown.
+            if (const QWidget* window = modalWindow(watched))
                 publish(window);
+            if (watched->isWindowType() || isTopLevel(watched))
                 recomputeLater();
-            }
             break;
         case QEvent::Hide:
         case QEvent::Close:
