@@ -85,6 +85,7 @@ private Q_SLOTS:
     void samplesOfAnotherTypeWait();
     void stopEndsWhatRuns();
     void nothingChangesOnADeviceThatIsGone();
+    void replacedShowsLeaveNoThreads();
 };
 
 void TestTransitions::takeRunsForTheScreensTimeAndCopiesThePreview()
@@ -479,6 +480,24 @@ void TestTransitions::nothingChangesOnADeviceThatIsGone()
             return ParallelTask(ParallelTakeScreen{each, Mask, {}});
         },
         true, &error, {}));
+}
+
+void TestTransitions::replacedShowsLeaveNoThreads()
+{
+    Model m;
+    const QByteArray show = m.model.show();
+    const auto threads = [] {
+        return QDir(QStringLiteral("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
+    };
+    const int before = threads();
+    for (int i = 0; i < 5; ++i) {
+        QStringList faults;
+        QVERIFY(m.model.load(show, faults));
+        Outcome outcome;
+        QVERIFY(run<ParallelCutScreen>(m, true, outcome));
+    }
+    // The present device's and, until it is looked for, the last one's.
+    QVERIFY2(threads() <= before + 2, qPrintable(QString::number(threads() - before)));
 }
 
 QTEST_GUILESS_MAIN(TestTransitions)

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <utility>
+#include <vector>
 
 namespace Orvane::MemoryModel {
 
@@ -208,7 +209,7 @@ int MemoryParallelManager::currentTaskCount() const
 
 void MemoryParallelManager::stop()
 {
-    std::map<const MemoryDevice*, std::shared_ptr<Worker>> workers;
+    Workers workers;
     {
         const std::lock_guard lock(m_mutex);
         m_bStopped = true;
@@ -456,12 +457,24 @@ void MemoryParallelManager::end(const std::shared_ptr<Run>& run, bool ok, const 
 /// Empty once the manager has stopped.
 std::shared_ptr<Worker> MemoryParallelManager::worker(const std::shared_ptr<MemoryDevice>& device)
 {
+    // Workers of devices that are gone end after the lock is released. None of them is the calling thread: a
+    // task holds its device.
+    std::vector<std::shared_ptr<Worker>> left;
     const std::lock_guard lock(m_mutex);
     if (m_bStopped)
         return nullptr;
-    std::shared_ptr<Worker>& own = m_workers[device.get()];
-    if (!own)
-        own = std::make_shared<Worker>(QStringLiteral("model-dev-%1").arg(m_workers.size()));
+    std::shared_ptr<Worker>& own = m_workers[device];
+    if (own)
+        return own;
+    for (auto each = m_workers.begin(); each != m_workers.end();) {
+        if (each->first.expired()) {
+            left.push_back(std::move(each->second));
+            each = m_workers.erase(each);
+        } else {
+            ++each;
+        }
+    }
+    own = std::make_shared<Worker>(QStringLiteral("model-dev-%1").arg(m_workers.size()));
     return own;
 }
 

@@ -36,6 +36,7 @@ public:
 private:
     class Request;
     struct Run;
+    using Workers = std::map<std::weak_ptr<const MemoryDevice>, std::shared_ptr<Worker>, std::owner_less<>>;
 
     std::shared_ptr<Request> start(
         const std::weak_ptr<BizModel::Device>& device, const ParallelControl::ParallelTaskFactory& factory,
@@ -58,7 +59,7 @@ private:
 
     /// Guards m_workers, m_nTaskCount, m_bStopped.
     mutable std::mutex m_mutex;
-    std::map<const MemoryDevice*, std::shared_ptr<Worker>> m_workers;
+    Workers m_workers;
     int m_nTaskCount = 0;
     bool m_bStopped = false;
 };
