@@ -169,12 +169,15 @@ void TestShowFile::allFaultsAreNamedAndNothingChanges()
     QByteArray json = withEdit(before, QStringLiteral("devices/0/online"), 3);
     json = withEdit(json, QStringLiteral("devices/1/screens/0/effectSeconds"), QStringLiteral("long"));
     json = withEdit(json, QStringLiteral("devices/0/inputs/0/id"), QJsonValue::Undefined);
+    json =
+        withEdit(json, QStringLiteral("devices/1/presets"), fragment(R"([{"type":"PVW"},{"type":"PVW"}])"));
     json = withEdit(json, QStringLiteral("activeDevice"), QStringLiteral("Z"));
     QStringList faults;
     QVERIFY(!m.model.load(json, faults));
     const QStringList places = {
         QStringLiteral("devices[0].online"), QStringLiteral("devices[0].inputs[0].id"),
         QStringLiteral("devices[1].screens[0].effectSeconds"), QStringLiteral("activeDevice"),
+        QStringLiteral("devices[1].presets[0].id"), QStringLiteral("devices[1].presets[1].id"),
         // Follows from the id that is missing.
         QStringLiteral("devices[0].screens[0].pvw[0].input")};
     QCOMPARE(faults.size(), places.size());

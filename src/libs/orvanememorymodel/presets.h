@@ -2,8 +2,8 @@
 
 #include "memorydevicelist.h"
 
-/// What presets store and what loading them changes. The devices of a group share their presets: what is
-/// loaded, removed or cleared on one is so on all that have it.
+/// What presets store and what loading them changes. The devices of a group share their presets: a slot that
+/// is loaded on one is loaded on all that have it, clearing clears all of them, and each can remove any.
 namespace Orvane::MemoryModel {
 
 using Devices = MemoryDeviceList::Devices;

@@ -13,8 +13,8 @@ namespace Orvane::MemoryModel {
 /// The sampling thread: progress of the T-Bar and loads of presets, at the pace at which they are carried
 /// out.
 ///
-/// Of the samples of a type that wait only the newest is kept. A T-Bar sample that ends a transition is an
-/// exception: those that come after it belong to the next transition, so it waits its turn.
+/// Of the samples of a type that wait only the newest is kept. A T-Bar sample that completes a transition is
+/// an exception: those that come after it belong to the next transition, so it waits its turn.
 ///
 /// The T-Bar works on the selected screens with outputs of the device and its group. Between the ends they
 /// are `Tbar_taking`; at 1.0 their scenes change as in a take, at 0.0 they fall back.

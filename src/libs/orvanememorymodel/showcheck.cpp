@@ -175,7 +175,9 @@ private:
         for (int i = 0; i < m_device.presets.size(); ++i) {
             const PresetRecord& preset = m_device.presets[i];
             const QString place = QStringLiteral("presets[%1]").arg(i);
-            unique(ids, quint32(preset.type) << 16 | preset.id, place + QStringLiteral(".id"));
+            // Of a number that could not be read the type alone would stand twice.
+            const quint32 slot = preset.id == 0 ? 0 : quint32(preset.type) << 16 | preset.id;
+            unique(ids, slot, place + QStringLiteral(".id"));
             activeFound |= preset.id == m_device.activePreset;
             if (preset.id > m_device.maxPresetCount)
                 fault(
