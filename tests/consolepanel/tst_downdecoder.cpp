@@ -1,6 +1,5 @@
 #include "downdecoder.h"
 #include "downdescription.h"
-#include "upmessage.h"
 
 #include <QJsonDocument>
 #include <QRandomGenerator>
@@ -105,8 +104,6 @@ private Q_SLOTS:
     void labelCutWithinACharacterShowsTheWholeOnes();
     void jsonHasTheFieldsOfTheLine();
     void mutatedDatagramsAreReadOrRefused();
-    void encodesEveryReport_data();
-    void encodesEveryReport();
 };
 
 void TestDownDecoder::readsEveryKindOfRequest_data()
@@ -259,40 +256,6 @@ void TestDownDecoder::mutatedDatagramsAreReadOrRefused()
     }
     // Both ways out must have been taken often, or the mutations miss the point.
     QVERIFY2(readable > Rounds / 20 && readable < Rounds * 19 / 20, qPrintable(QString::number(readable)));
-}
-
-void TestDownDecoder::encodesEveryReport_data()
-{
-    QTest::addColumn<QByteArray>("datagram");
-    QTest::addColumn<QByteArray>("hex");
-    const auto row = [](const char* name, const UpMessage& message, const char* hex) {
-        QTest::newRow(name) << encodeUp(message, 7) << QByteArray(hex).replace(' ', "");
-    };
-    row("201", KeyReport{true, 12}, "55ee55ee01000001 0700 0900 c900 0500 0c000000 00");
-    row("202 from an on-screen console", KeyReport{false, 0xFF0005},
-        "55ee55ee01000001 0700 0900 ca00 0500 0500ff00 01");
-    Protocol::ECTBarValue position;
-    position.Value = 32;
-    position.IsBottomToTop = Protocol::TopToBottom;
-    row("203", position, "55ee55ee01000001 0700 0900 cb00 0500 20000000 40");
-    row("204", LockReport{LockTarget::TBar, true}, "55ee55ee01000001 0700 0500 cc00 0100 01");
-    row("205", LockReport{LockTarget::Keypad, false}, "55ee55ee01000001 0700 0500 cd00 0100 00");
-    row("206", DviReport{{{0, 1}, {1, 0}}}, "55ee55ee01000001 0700 0800 ce00 0400 0001 0100");
-    row("206 without inputs", DviReport{}, "55ee55ee01000001 0700 0400 ce00 0000");
-    Protocol::ECDeviceIPData network;
-    network.Index = 2;
-    network.Status = 1;
-    network.IP = 0xC0A8000A;
-    network.Mask = 0xFFFFFF00;
-    network.Gateway = 0xC0A80001;
-    row("207", network, "55ee55ee01000001 0700 1200 cf00 0e00 02 01 0a00a8c0 00ffffff 0100a8c0");
-}
-
-void TestDownDecoder::encodesEveryReport()
-{
-    QFETCH(QByteArray, datagram);
-    QFETCH(QByteArray, hex);
-    QCOMPARE(datagram.toHex(), hex);
 }
 
 QTEST_APPLESS_MAIN(TestDownDecoder)

@@ -26,8 +26,10 @@ std::optional<ConsoleLayout> readLayout(const QString& path)
     if (path.isEmpty())
         return ConsoleLayout();
     const Orvane::EC::KeyboardLoadResult result = Orvane::EC::loadKeyboardFile(path);
-    for (const Orvane::EC::KeyboardProblem& problem : result.problems)
-        complain(path + QStringLiteral(": ") + problem.toString());
+    for (const Orvane::EC::KeyboardProblem& problem : result.problems) {
+        const bool namesFile = problem.place == path;
+        complain(namesFile ? problem.toString() : path + QStringLiteral(": ") + problem.toString());
+    }
     return result ? std::optional(ConsoleLayout::fromConfig(*result.config)) : std::nullopt;
 }
 

@@ -32,9 +32,12 @@ std::optional<SimulatorOptions> readOptions(const QStringList& arguments, int& s
         QStringLiteral("keep-going"), QStringLiteral("Go on with a script after a failure."));
     const QCommandLineOption tolerate(
         QStringLiteral("tolerate-unreadable"), QStringLiteral("Unreadable datagrams are no failure."));
-    parser.addOptions({keyboard, script, json, noColour, width, quiet, keepGoing, tolerate});
-    const QCommandLineOption help = parser.addHelpOption();
-    const QCommandLineOption version = parser.addVersionOption();
+    // Not the parser's own help option: with it comes one for Qt's options, of which there are none here.
+    const QCommandLineOption help(
+        {QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this help."));
+    const QCommandLineOption version(
+        {QStringLiteral("v"), QStringLiteral("version")}, QStringLiteral("Show the version."));
+    parser.addOptions({help, version, keyboard, script, json, noColour, width, quiet, keepGoing, tolerate});
 
     const auto refuse = [&status](const QString& what) {
         std::fprintf(stderr, "orvane-console-simulator: %s\n", qUtf8Printable(what));

@@ -16,7 +16,7 @@ constexpr int LengthOffset = TagOffset + 2;
 constexpr int SequenceOffset = 8;
 constexpr int ContentLengthOffset = 10;
 
-/// Thrown away at the first fault: what is wrong with a datagram, in words.
+/// What is wrong with a datagram, in words; empty when nothing is.
 using Fault = QString;
 
 QString hex(quint32 number, int digits)

@@ -64,9 +64,11 @@ private:
     std::unique_ptr<QSocketNotifier> m_pNotifier;
     std::thread m_thread;
     std::atomic<quint64> m_nDropped{0};
-    std::mutex m_mutex;
-    Batch m_received; ///< guarded by m_mutex
     Batch m_taken; ///< kept for its memory
+
+    /// Guards m_received.
+    std::mutex m_mutex;
+    Batch m_received;
 };
 
 } // namespace Orvane::ConsolePanel
