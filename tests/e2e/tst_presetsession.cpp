@@ -54,6 +54,7 @@ private Q_SLOTS:
     void clearKeyMustBeHeldForThreeSeconds();
     void onScreenClearKeyAsks();
     void loadTargetIsAskedForOnce();
+    void keysShowWhatTheApplicationDoes();
     void saveDataKeyWritesTheShowOrTellsThatItCannot();
     void heldKeyLocksTheTBarAndFreesItAgain();
     void heldKeyLocksTheKeypadUntilTheApplicationFreesIt();
@@ -182,6 +183,22 @@ void PresetSessionTest::loadTargetIsAskedForOnce()
     m_console->tap(LoadTargetKey); // back without asking
     QVERIFY(lights(LoadTargetKey, "off"));
     QVERIFY(m_console->expect(QByteArray(LoadTargetLabel) + " \"Nach PVW laden\""));
+}
+
+void PresetSessionTest::keysShowWhatTheApplicationDoes()
+{
+    QVERIFY(m_host->hasDone("renamePreset", {{"slot", 12}, {"name", "Finale"}}));
+    QVERIFY(m_console->expect("oled 571 \"Finale\""));
+    QVERIFY(m_host->hasDone("addPreset", {{"slot", 3}}));
+    QVERIFY(lights(presetKey(3), "yellow"));
+    QVERIFY(m_host->hasDone("activatePreset", {{"slot", 3}}));
+    QVERIFY(lights(presetKey(3), "green"));
+    QVERIFY(lights(presetKey(1), "yellow"));
+    QVERIFY(m_host->hasDone("removePreset", {{"slot", 3}}));
+    QVERIFY(lights(presetKey(3), "off"));
+    QVERIFY(m_host->hasDone("clearPresets"));
+    QVERIFY(lights(presetKey(20), "off"));
+    QVERIFY(!m_host->hasDone("coverPreset", {{"slot", 12}}));
 }
 
 void PresetSessionTest::saveDataKeyWritesTheShowOrTellsThatItCannot()

@@ -1,6 +1,9 @@
 #include "program.h"
 
+#include <QHash>
+#include <QJsonArray>
 #include <QJsonDocument>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QUdpSocket>
@@ -33,6 +36,7 @@ private Q_SLOTS:
     void eitherMayStartFirst();
     void endIsOrderly_data();
     void endIsOrderly();
+    void manualNamesEveryHostCommandWithItsArguments();
     void hundredThousandPressesArriveOnceAndInOrder();
 };
 
@@ -160,6 +164,37 @@ void StartAndEndTest::endIsOrderly()
         host.closeInput();
     QCOMPARE(host.exitStatus(), 0);
     QVERIFY2(clock.elapsed() < 10000, "the threads of the link take a second to end at most");
+}
+
+void StartAndEndTest::manualNamesEveryHostCommandWithItsArguments()
+{
+    QFile manual(HOST_MANUAL);
+    QVERIFY(manual.open(QIODevice::ReadOnly));
+    const QString text =
+        QString::fromUtf8(manual.readAll()).section("## Commands", 1).section("## Events", 0, 0);
+    QHash<QString, QString> rows; // a row of a table, by each command that it is about
+    const QRegularExpression code("`(\\w+)`");
+    for (const QString& line : text.split('\n')) {
+        auto names = code.globalMatch(line.startsWith("| ") ? line.section('|', 1, 1) : QString());
+        while (names.hasNext())
+            rows.insert(names.next().captured(1), line);
+    }
+    Host host;
+    QVERIFY(host.start());
+    for (const QJsonValue& value : host.command("help").value("commands").toArray()) {
+        const QJsonObject command = value.toObject();
+        const QString name = command.value("command").toString();
+        if (name == "help")
+            continue;
+        QVERIFY2(rows.contains(name), qPrintable(name));
+        const QString row = rows.take(name);
+        for (const QString& argument : command.value("arguments").toObject().keys()) {
+            // Every command on a device takes one; "first" to "fourth" stand for those between.
+            const bool isPlain = argument != "device" && argument != "second" && argument != "third";
+            QVERIFY2(!isPlain || row.contains('`' + argument + '`'), qPrintable(name + ": " + argument));
+        }
+    }
+    QVERIFY2(rows.isEmpty(), qPrintable(QStringList(rows.keys()).join(' ')));
 }
 
 void StartAndEndTest::hundredThousandPressesArriveOnceAndInOrder()

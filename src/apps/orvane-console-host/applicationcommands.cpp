@@ -9,6 +9,7 @@
 #include "typingfield.h"
 
 #include <QApplication>
+#include <QPainter>
 #include <QPixmap>
 #include <QPointer>
 
@@ -78,7 +79,15 @@ Answer takeScreenshot(QWidget* window, const QString& path)
 {
     if (!window)
         return Answer::refused(QStringLiteral("there is no window"));
-    if (!window->grab().save(path))
+    QPixmap picture = window->grab();
+    QPainter painter(&picture);
+    const QWidgetList widgets = QApplication::topLevelWidgets();
+    for (QWidget* dialog : widgets) {
+        if (dialog != window && dialog->isVisible() && dialog->isModal())
+            painter.drawPixmap(dialog->pos() - window->pos(), dialog->grab());
+    }
+    painter.end();
+    if (!picture.save(path))
         return Answer::refused(QStringLiteral("the picture cannot be written to ") + path);
     return Answer::done();
 }
@@ -157,7 +166,7 @@ void addApplicationCommands(CommandTable& table, const ApplicationParts& parts)
          [](const Arguments& arguments) { return setLanguage(arguments.text("language")); }});
     table.add(
         {QStringLiteral("screenshot"),
-         QStringLiteral("writes a picture of the window"),
+         QStringLiteral("writes a picture of the window with its dialogs"),
          {Parameter::text("file")},
          [window = parts.window](const Arguments& arguments) {
              return takeScreenshot(window, arguments.text("file"));

@@ -118,7 +118,9 @@ void PresetBoard::showDevice(const DevicePicture& device)
     for (const PresetPicture& preset : device.presets) {
         Tile& tile = tiles[preset.id - 1];
         tile.name += (tile.name.isEmpty() ? QString() : QStringLiteral("/")) + preset.name;
-        tile.ground = preset.isActive ? ActiveColour : StoredColour;
+        // A slot may hold a preset of each type.
+        if (preset.isActive || tile.ground != ActiveColour)
+            tile.ground = preset.isActive ? ActiveColour : StoredColour;
         if (preset.type == BizModel::File::FileType::PresetPGM)
             tile.mark = QStringLiteral("PGM");
     }

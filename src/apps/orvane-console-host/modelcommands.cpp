@@ -48,6 +48,12 @@ void addDeviceCommands(const ModelCommandAdder& add)
     add.device("setSwap", "lets a take exchange program and preview", {on}, &switchDevice<&Control::setSwap>);
     add.device("setLoadToPGM", "lets presets load to program", {on}, &switchDevice<&Control::setLoadToPGM>);
     add.device(
+        "setLoadToPGMEnabled", "configures whether presets may load to program", {on},
+        &switchDevice<&Control::setLoadToPGMEnabled>);
+    add.device(
+        "setConsolePlugin", "configures whether the console may show its plug-in display", {on},
+        &switchDevice<&Control::setConsolePlugin>);
+    add.device(
         "setOutputOnline", "connects or disconnects an output", {Parameter::integer("output", 0, MaxId), on},
         [](Control& control, const QString& device, const Arguments& arguments) {
             return answerOf(control.setOutputOnline(device, arguments.id("output"), arguments.flag("on")));
@@ -142,8 +148,7 @@ Answer addScreen(Model& model, const Arguments& arguments)
     const auto type = arguments.text("type") == QLatin1String("AUX") ? MemoryModel::ScreenType::AUXScreen
                                                                      : MemoryModel::ScreenType::RegularScreen;
     const ScreenKey screen = model.control().addScreen(deviceOf(arguments, model), type);
-    return screen.id == 0 ? Answer::refused(QStringLiteral("no further screen is possible"))
-                          : Answer::done({{QStringLiteral("screen"), screenName(screen)}});
+    return screen.id == 0 ? answerOf(false) : Answer::done({{QStringLiteral("screen"), screenName(screen)}});
 }
 
 Parameter operationParameter()
@@ -165,6 +170,7 @@ void addModelCommands(CommandTable& table, Model& model)
     addScreenCommands(add);
     addLayerCommands(add);
     addInputCommands(add);
+    addPresetCommands(add);
     table.add(
         {QStringLiteral("setCompatibleUpgrading"),
          QStringLiteral("begins or ends an upgrade for compatibility"),

@@ -35,6 +35,8 @@ public:
     {
         m_pText->setText(text);
         adjustSize();
+        // Other than a QDialog this does not find the middle of its parent by itself.
+        move(parentWidget()->frameGeometry().center() - rect().center());
     }
 
 private:

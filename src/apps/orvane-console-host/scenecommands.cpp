@@ -68,6 +68,19 @@ Answer addInput(Control& control, const QString& device, const Arguments& argume
     return answerOf(control.addInput(device, input));
 }
 
+MemoryModel::FileType presetTypeOf(const Arguments& arguments)
+{
+    return arguments.text("type") == QLatin1String("PGM") ? MemoryModel::FileType::PresetPGM
+                                                          : MemoryModel::FileType::PresetPVW;
+}
+
+/// A change of the preset in a slot.
+template <bool (Control::*change)(const QString&, MemoryModel::FileType, quint16)>
+Answer changePreset(Control& control, const QString& device, const Arguments& arguments)
+{
+    return answerOf((control.*change)(device, presetTypeOf(arguments), quint16(arguments.integer("slot"))));
+}
+
 } // namespace
 
 void addLayerCommands(const ModelCommandAdder& add)
@@ -149,6 +162,34 @@ void addInputCommands(const ModelCommandAdder& add)
             return answerOf(control.setConnectorCapacity(
                 device, arguments.id("subcard"), arguments.id("connector"),
                 CapacityMode(arguments.choice("capacity", capacityNames()))));
+        });
+}
+
+void addPresetCommands(const ModelCommandAdder& add)
+{
+    const Parameter slot = Parameter::integer("slot", 0, MemoryModel::MaxPresetCount);
+    const Parameter type = Parameter::choice("type", {QStringLiteral("PVW"), QStringLiteral("PGM")})
+                               .orElse(QStringLiteral("PVW"));
+    add.device(
+        "addPreset", "stores the present scenes in an empty slot", {slot, type},
+        &changePreset<&Control::addPreset>);
+    add.device(
+        "coverPreset", "stores the present scenes over a preset", {slot, type},
+        &changePreset<&Control::coverPreset>);
+    add.device("removePreset", "removes the preset", {slot, type}, &changePreset<&Control::removePreset>);
+    add.device(
+        "activatePreset", "marks the preset as the one loaded last, 0 for none", {slot, type},
+        &changePreset<&Control::activatePreset>);
+    add.device(
+        "renamePreset", "renames the preset", {slot, Parameter::text("name"), type},
+        [](Control& control, const QString& device, const Arguments& arguments) {
+            return answerOf(control.renamePreset(
+                device, presetTypeOf(arguments), quint16(arguments.integer("slot")), arguments.text("name")));
+        });
+    add.device(
+        "clearPresets", "removes all presets of the device and its group", {},
+        [](Control& control, const QString& device, const Arguments&) {
+            return answerOf(control.clearPresets(device));
         });
 }
 

@@ -10,4 +10,7 @@ void addLayerCommands(const ModelCommandAdder& add);
 /// Adds the commands that change inputs.
 void addInputCommands(const ModelCommandAdder& add);
 
+/// Adds the commands that change presets.
+void addPresetCommands(const ModelCommandAdder& add);
+
 } // namespace Orvane::ConsoleHost
