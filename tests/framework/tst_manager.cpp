@@ -314,6 +314,9 @@ void TestManager::aFileThatCannotBeReadSendsNothing()
     QVERIFY(log.contains("File path does not exist."));
     QVERIFY(!ECManager::instance()->sendFile(m_directory.path(), OpeWriteFile, MCU, 400, false));
     QVERIFY(log.contains("File can not open."));
+    // Opens, but its first bytes are nobody's.
+    QVERIFY(!ECManager::instance()->sendFile("/proc/self/mem", OpeWriteFile, MCU, 400, false));
+    QVERIFY(log.contains("File can not be read whole"));
     QVERIFY(takeSent().isEmpty());
 }
 

@@ -218,6 +218,11 @@ bool readFile(const QString& path, QByteArray& bytes, QString& name)
         return false;
     }
     bytes = file.readAll();
+    // The console would take a part of the file for the whole.
+    if (file.error() != QFileDevice::NoError || bytes.size() < file.size()) {
+        qWarning("File can not be read whole: %s", qUtf8Printable(file.errorString()));
+        return false;
+    }
     name = QFileInfo(path).fileName();
     return true;
 }
