@@ -44,7 +44,7 @@ quint32 Control::addLayer(
                                                                      : BizModel::LayerType::Regular;
         record.inputId = inputId;
         record.window = window;
-        record.capacity = input->data(change).capacity;
+        record.capacity = newLayerCapacity(change, *owner, *input);
         QString error;
         const auto added = MemoryModel::addLayer(change, m_pHub, *owner, present, scene, record, error);
         if (added)

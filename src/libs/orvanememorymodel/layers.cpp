@@ -74,6 +74,13 @@ bool isSceneEditable(const Guard& guard, const MemoryScreen& screen, SceneType s
     return false;
 }
 
+BizModel::CapacityMode newLayerCapacity(
+    const Guard& guard, const MemoryDevice& device, const MemoryInput& input)
+{
+    const std::shared_ptr<const MemoryConnector> connector = device.connector(input);
+    return connector ? connector->data(guard) : input.data(guard).capacity;
+}
+
 std::shared_ptr<MemoryLayer> addLayer(
     Change& change, const std::shared_ptr<ModelHub>& hub, MemoryDevice& device,
     const std::shared_ptr<MemoryScreen>& screen, SceneType scene, LayerRecord record, QString& error)

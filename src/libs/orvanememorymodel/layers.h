@@ -10,6 +10,10 @@ namespace Orvane::MemoryModel {
 bool isSceneEditable(
     const Guard& guard, const MemoryScreen& screen, BizModel::SceneType scene, QString& error);
 
+/// Capacity of a layer that is made for the input: its connector's.
+BizModel::CapacityMode newLayerCapacity(
+    const Guard& guard, const MemoryDevice& device, const MemoryInput& input);
+
 /// Puts a new layer on top of the scene; its id is the scene's next. Refused when a limit is reached or the
 /// hardware lacks resources.
 std::shared_ptr<MemoryLayer> addLayer(

@@ -37,8 +37,7 @@ std::shared_ptr<BizModel::Layer> ScreenController::addLayer(
     record.type = type;
     record.inputId = input->interfaceId();
     record.window = window;
-    const std::shared_ptr<MemoryConnector> connector = owner->connector(*input);
-    record.capacity = connector ? connector->data(change) : input->data(change).capacity;
+    record.capacity = newLayerCapacity(change, *owner, *input);
     QString error;
     return MemoryModel::addLayer(change, m_pHub, *owner, present, scene, record, error);
 }
