@@ -39,10 +39,19 @@ public:
         return m_commands;
     }
 
-    void appendCommand(const std::shared_ptr<Command>& command)
+    Commands activeCommands() const
     {
         const std::lock_guard<std::mutex> lock(m_commandsMutex);
+        return m_activeCommands;
+    }
+
+    void appendCommand(const std::shared_ptr<Command>& command)
+    {
+        const bool isFirst = !findCommandByName(command->name());
+        const std::lock_guard<std::mutex> lock(m_commandsMutex);
         m_commands.append(command);
+        if (isFirst)
+            m_activeCommands.append(command);
     }
 
     QList<std::function<void()>> furtherActions() const
@@ -51,12 +60,12 @@ public:
         return m_commandRegister;
     }
 
-    /// Calls one operation of every command, in routing order.
+    /// Calls one operation of every active command, in routing order.
     template <typename... Parameters, typename... Arguments>
     void forEachCommand(void (Command::*operation)(Parameters...), const Arguments&... arguments)
     {
-        const Commands all = commands();
-        for (const auto& command : all)
+        const Commands active = activeCommands();
+        for (const auto& command : active)
             (command.get()->*operation)(arguments...);
     }
 
@@ -88,9 +97,12 @@ public:
 
     CommandManager* const m_pCommandMgr;
 
-    // m_commandsMutex guards m_commands and m_commandRegister.
+    // m_commandsMutex guards m_commands, m_activeCommands and m_commandRegister.
     mutable std::mutex m_commandsMutex;
     Commands m_commands;
+    /// The first command of each name. Those that a further registration puts behind them never get keys,
+    /// and would do once more whatever the T-Bar or a notification asks for.
+    Commands m_activeCommands;
     QList<std::function<void()>> m_commandRegister;
 
     std::atomic<bool> m_bVirtualConsoleMode{false};

@@ -46,7 +46,8 @@ public:
     ~CommandManager() override;
 
     /// Creates the six commands and gives each its group of the configuration; an empty configuration
-    /// leaves them without keys. A second call appends six more, behind the first.
+    /// leaves them without keys. A second call appends six more, behind the first, which keep the keys, the
+    /// T-Bar and the notifications and get the new configuration.
     void registerCommand(const std::shared_ptr<EC::s_ECKeyboardConfig>& config);
 
     /// The console's number of the key with that application number; 0xFFFFFFFF, with a log line, for none.
