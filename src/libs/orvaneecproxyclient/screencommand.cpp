@@ -226,9 +226,9 @@ void ScreenCommand::slotDeviceRegulerScreenRemoved(
 void ScreenCommand::slotDeviceScreenBaseNameChanged(
     std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen)
 {
-    const auto renamed = screen.lock();
-    if (isActive(device) && checkScreenType(renamed))
-        d->updateScreenName(*renamed);
+    // All labels of the page, for the page may just be turning.
+    if (isActive(device) && checkScreenType(screen))
+        d->repaintScreenKeys(Enum::UpdateConsoleType::OLED);
 }
 
 void ScreenCommand::slotScreenBasePGMFrozenStateChanged(

@@ -27,6 +27,8 @@ bool isPGMEdited(const BizModel::Device& device);
 /// A transition time in seconds as the labels show it.
 QString transitionTimeText(double seconds);
 
+using Clock = std::chrono::steady_clock;
+
 /// The waiting dialog of a take that lasts: hidden when the take has ended, or when its time is up. Held by
 /// shared pointer, because the take may end after the command is gone. Any thread.
 class TakeWaitingDialog {
@@ -39,9 +41,14 @@ public:
     void hide();
 
 private:
-    std::atomic<int> m_nShown{0}; ///< 0 while no dialog is shown
-    std::atomic<int> m_nLast{0};
-    HoldTimer m_waitingDialogTimer{[this] { hide(m_nShown); }};
+    void timeIsUp();
+
+    // m_mutex guards m_nShown, m_nLast and m_limit, and keeps the timer in step with them.
+    std::mutex m_mutex;
+    int m_nShown = 0; ///< 0 while no dialog is shown
+    int m_nLast = 0;
+    Clock::time_point m_limit; ///< of the dialog that was shown last
+    HoldTimer m_waitingDialogTimer{[this] { timeIsUp(); }};
 };
 
 /// What the screen group's keys, the T-Bar and the model's notifications do. Key handlers run on the
@@ -104,8 +111,6 @@ public:
     /// The transition time of the active screen; blank without one.
     void updateTimeFunData();
     void updateTimeSpeedOledText(double seconds);
-    /// Rewrites the label of the screen's key, if it is on the current page.
-    void updateScreenName(const BizModel::Screen& screen);
     /// Lights the key with that function, in `color` or dark. Warns when the group has no such key.
     void updateECButtonColor(bool on, ScreenCallbackType type, ECLEDColor color);
     void updateFunctionOled(ScreenCallbackType type, const QString& text);
@@ -151,16 +156,19 @@ private:
     bool updateTransitionTime(bool reduce);
     void increaseEffectTime();
     void reduceEffectTime();
-    void stepEffectTime(bool reduce);
     void repeatEffectStep(bool reduce);
-    bool releaseTransitionTime(const quint32& ecKey, HoldTimer& timer);
+    void stepEffectTime(bool reduce, int hold);
+    void rearmEffectTimer(bool reduce, int hold);
 
-    // m_effectSpeedMutex guards m_bRelease, m_effectSpeed, m_bEffectTimeReduce and m_takeMilliSecTime.
+    // m_effectSpeedMutex guards m_bRelease, m_nHold, m_effectSpeed, m_bEffectTimeReduce, m_takeMilliSecTime
+    // and m_nextRepeat, and keeps the repeat timers in step with them.
     std::mutex m_effectSpeedMutex;
     bool m_bRelease = true; ///< no time key is held: no step may follow
+    int m_nHold = 0; ///< number of the hold that is going on or was last
     double m_effectSpeed = 0.5; ///< transition time that a held key edits, in seconds
     bool m_bEffectTimeReduce = true; ///< the held key counts down
     int m_takeMilliSecTime = 350; ///< from one step to the next
+    Clock::time_point m_nextRepeat; ///< no repeat comes before
 
     // Last, so that no time-out comes while the rest goes.
     HoldTimer m_effectTimer{[this] { increaseEffectTime(); }};

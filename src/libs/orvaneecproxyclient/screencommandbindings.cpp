@@ -160,6 +160,8 @@ void ScreenBindings::rebuild(const std::shared_ptr<BizModel::Device>& device, in
 std::shared_ptr<BizModel::Screen> ScreenBindings::find(
     const std::shared_ptr<BizModel::Device>& device, int buttonIndex) const
 {
+    if (buttonIndex < 0)
+        return nullptr; // would be that of every screen without a key
     const QString ip = device->ipMacSn();
     std::vector<std::pair<ECObjectId, std::shared_ptr<BizModel::Screen>>> screens;
     const auto weakScreens = device->screens(BizModel::Enum::Screen::RegularAndAUXScreens);

@@ -86,25 +86,49 @@ double stepped(double seconds, bool reduce)
 
 int TakeWaitingDialog::show(milliseconds limit)
 {
-    const int number = ++m_nLast;
-    m_nShown = number;
+    int number = 0;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        number = m_nShown = ++m_nLast;
+        m_limit = Clock::now() + limit;
+        m_waitingDialogTimer.restart(limit);
+    }
     showWaitingDialog(BizModel::Translate::tr(BizModel::Translate::TR_THE_TAKE_WAIT));
-    m_waitingDialogTimer.restart(limit);
     return number;
 }
 
 void TakeWaitingDialog::hide(int number)
 {
-    if (number == 0 || !m_nShown.compare_exchange_strong(number, 0))
-        return;
-    hide();
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (number == 0 || m_nShown != number)
+            return;
+        m_nShown = 0;
+        m_waitingDialogTimer.stop();
+    }
+    hideWaitingDialog();
 }
 
 void TakeWaitingDialog::hide()
 {
-    m_nShown = 0;
-    m_waitingDialogTimer.stop();
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_nShown = 0;
+        m_waitingDialogTimer.stop();
+    }
     hideWaitingDialog();
+}
+
+void TakeWaitingDialog::timeIsUp()
+{
+    int number = 0;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (Clock::now() < m_limit)
+            return; // a later take has shown its own meanwhile
+        number = m_nShown;
+    }
+    hide(number);
 }
 
 // ---- Select keys ----------------------------------------------------------------------------------------
@@ -421,6 +445,7 @@ bool ScreenCommandPrivate::setTransitionMixTypePressed(const quint32& ecKey)
     if (controller && controller->updateEffectType({{screen, BizModel::EffectType::fade}}))
         return true;
     qWarning("Mix type error: %s", screen ? "The screen does not take it." : "No active screen!");
+    updateMixType(); // dark without a device
     return false;
 }
 
@@ -436,16 +461,6 @@ bool ScreenCommandPrivate::setTransitionTimeReducePressed(const quint32& ecKey)
     return updateTransitionTime(true);
 }
 
-bool ScreenCommandPrivate::setTransitionTimeRelease(const quint32& ecKey)
-{
-    return releaseTransitionTime(ecKey, m_effectTimer);
-}
-
-bool ScreenCommandPrivate::setTransitionTimeReduceRelease(const quint32& ecKey)
-{
-    return releaseTransitionTime(ecKey, m_effectReduceTimer);
-}
-
 bool ScreenCommandPrivate::updateTransitionTime(bool reduce)
 {
     const auto device = activedDevice();
@@ -459,33 +474,48 @@ bool ScreenCommandPrivate::updateTransitionTime(bool reduce)
         return false;
     }
     const double seconds = screen->switchEffectTime();
+    int hold = 0;
     {
         const std::lock_guard<std::mutex> lock(m_effectSpeedMutex);
         m_bEffectTimeReduce = reduce;
         m_takeMilliSecTime = FirstRepeatMs;
+        m_nextRepeat = Clock::now() + milliseconds(FirstRepeatMs);
         m_bRelease = false;
+        hold = ++m_nHold;
         m_effectSpeed = seconds;
     }
-    stepEffectTime(reduce);
+    stepEffectTime(reduce, hold);
     return true;
 }
 
 void ScreenCommandPrivate::increaseEffectTime()
 {
-    stepEffectTime(false);
+    repeatEffectStep(false);
 }
 
 void ScreenCommandPrivate::reduceEffectTime()
 {
-    stepEffectTime(true);
+    repeatEffectStep(true);
 }
 
-void ScreenCommandPrivate::stepEffectTime(bool reduce)
+void ScreenCommandPrivate::repeatEffectStep(bool reduce)
+{
+    int hold = 0;
+    {
+        const std::lock_guard<std::mutex> lock(m_effectSpeedMutex);
+        if (m_bEffectTimeReduce != reduce || Clock::now() < m_nextRepeat)
+            return; // a time-out of an earlier hold
+        hold = m_nHold;
+    }
+    stepEffectTime(reduce, hold);
+}
+
+void ScreenCommandPrivate::stepEffectTime(bool reduce, int hold)
 {
     double seconds = 0;
     {
         const std::lock_guard<std::mutex> lock(m_effectSpeedMutex);
-        if (m_bRelease || m_bEffectTimeReduce != reduce)
+        if (m_bRelease || m_nHold != hold)
             return; // released meanwhile, or the other key was pressed
         seconds = m_effectSpeed = stepped(m_effectSpeed, reduce);
     }
@@ -496,16 +526,18 @@ void ScreenCommandPrivate::stepEffectTime(bool reduce)
     qDebug("IncreaseEffectTime speedStr= :%s", qUtf8Printable(text));
     using Type = ScreenCallbackType;
     updateFunctionOled(reduce ? Type::eSetTransitionTimeReduceCB : Type::eSetTransitionTimeCB, text);
-    repeatEffectStep(reduce);
+    rearmEffectTimer(reduce, hold);
 }
 
-void ScreenCommandPrivate::repeatEffectStep(bool reduce)
+void ScreenCommandPrivate::rearmEffectTimer(bool reduce, int hold)
 {
     {
         // The lock keeps two steps from starting the timer into each other; a release comes before or after.
         const std::lock_guard<std::mutex> lock(m_effectSpeedMutex);
-        if (!m_bRelease && m_bEffectTimeReduce == reduce) {
-            (reduce ? m_effectReduceTimer : m_effectTimer).restart(milliseconds(m_takeMilliSecTime));
+        if (!m_bRelease && m_nHold == hold) {
+            const milliseconds interval(m_takeMilliSecTime);
+            m_nextRepeat = Clock::now() + interval;
+            (reduce ? m_effectReduceTimer : m_effectTimer).restart(interval);
             m_takeMilliSecTime = std::max(m_takeMilliSecTime - RepeatSpeedUpMs, FastestRepeatMs);
             return;
         }
@@ -515,7 +547,7 @@ void ScreenCommandPrivate::repeatEffectStep(bool reduce)
     updateTimeFunData(); // the step was shown after the release: back to what is true
 }
 
-bool ScreenCommandPrivate::releaseTransitionTime(const quint32& ecKey, HoldTimer& timer)
+bool ScreenCommandPrivate::setTransitionTimeRelease(const quint32& ecKey)
 {
     bool wasHeld = false;
     double seconds = 0;
@@ -524,9 +556,10 @@ bool ScreenCommandPrivate::releaseTransitionTime(const quint32& ecKey, HoldTimer
         wasHeld = !m_bRelease;
         m_bRelease = true;
         seconds = inTenths(m_effectSpeed);
+        m_effectTimer.stop();
+        m_effectReduceTimer.stop(); // it may be the other key that repeats
     }
     m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Off);
-    timer.stop();
     if (!wasHeld)
         return true; // its press was refused: nothing was edited
 
@@ -539,6 +572,11 @@ bool ScreenCommandPrivate::releaseTransitionTime(const quint32& ecKey, HoldTimer
     qWarning("Effect time error: The time was not changed.");
     updateTimeFunData(); // back to what is true
     return false;
+}
+
+bool ScreenCommandPrivate::setTransitionTimeReduceRelease(const quint32& ecKey)
+{
+    return setTransitionTimeRelease(ecKey); // one hold at a time, whichever key began it
 }
 
 } // namespace Orvane::ECProxy::Client::Internal

@@ -1,7 +1,6 @@
 #include "screencommand_p.h"
 
 #include "consumetime_p.h"
-#include "ecconsolemanager.h"
 #include "modelaccess_p.h"
 
 #include "bizmodel/device.h"
@@ -240,17 +239,6 @@ void ScreenCommandPrivate::updateFunctionOled(ScreenCallbackType type, const QSt
     const auto button = m_pCommand->findFunctionButton(quint16(type));
     if (button && button->pECOledCfg)
         m_pCommand->updateECOledText(button->pECOledCfg->OrvaneECKey, button->pECOledCfg->ECKey, text);
-}
-
-void ScreenCommandPrivate::updateScreenName(const BizModel::Screen& screen)
-{
-    updateECCommandItems();
-    const auto device = activedDevice();
-    const auto item = device ? ECConsoleManager::instance()->findBindingECItem(
-                          device->ipMacSn(), KeyboardType::Screen, screenObjectId(screen))
-                             : nullptr;
-    if (item && item->ecButtonPageIndex() == m_pCommand->currentPageIndex())
-        m_pCommand->updateECOledTextByBtnECKey(quint32(item->ecButtonKey()), item->ecOledText());
 }
 
 void ScreenCommandPrivate::notifyUpdateLayer()
