@@ -79,9 +79,9 @@ private:
     {
         return m_pRig->screen(device, key);
     }
-    bool waitState(ScreenKey key, State state, int timeoutMs = 2000)
+    bool waitState(ScreenKey key, State state)
     {
-        return QTest::qWaitFor([&] { return screen(key)->state() == state; }, timeoutMs);
+        return QTest::qWaitFor([&] { return screen(key)->state() == state; });
     }
     /// Presses and releases a key and waits until it was handled.
     bool tap(quint16 key)
@@ -144,6 +144,7 @@ void TestScreenKeys::withoutADeviceEveryKeyIsDarkAndRefuses()
         {Freeze, "Freeze PGM failed:The device is null."},
         {FTB, "FTB PGM failed:The device is null."},
         {TimeUp, "Effect time error: No active device!"},
+        {Mix, "Mix type error: No active screen!"},
         {TimeDown, "Effect time error: No active device!"}};
     for (const auto& [key, line] : refusals) {
         const LogCapture log;
@@ -304,10 +305,7 @@ void TestScreenKeys::aScreenThatIsNotAnnouncedYetIsFoundByItsKey()
     std::thread other([&] { m_pRig->control().addScreen(A, ScreenType::RegularScreen); });
     other.join();
     console().tap(Select + 3);
-    const auto deadline = std::chrono::steady_clock::now() + 2s;
-    while (m_pRig->asked(Operation::SetScreensSelected).isEmpty()
-           && std::chrono::steady_clock::now() < deadline)
-        std::this_thread::yield();
+    QVERIFY(console().settleWithoutEventLoop());
     QCOMPARE(m_pRig->asked(Operation::SetScreensSelected).size(), 1);
     QVERIFY(m_pRig->asked(Operation::AsyncCreateScreen).isEmpty());
     QVERIFY(console().waitShows(Select + 3, ECLEDColor::Green));
@@ -635,10 +633,18 @@ void TestScreenKeys::aKeyboardLoadedAgainTakesOverTheKeys()
     ECManager::instance()->init(keyboard());
     ECManager::instance()->slotOrvanePluginModeChanged();
     theKeysShowTheActiveDevice();
-    QVERIFY(m_pRig->load(show())); // every notification reaches the old commands and the new ones
+    QVERIFY(m_pRig->load(show()));
     theKeysShowTheActiveDevice();
+    // Nothing is done by the old commands and once more by the new ones.
+    aBurstOfLayerNoticesRepaintsOnce();
     QVERIFY(tap(Select + 1));
     QVERIFY(console().waitShows(Select + 1, ECLEDColor::Green));
+    QVERIFY(tap(Cut));
+    QCOMPARE(m_pRig->asked(Operation::ParallelCutScreen).size(), 1);
+    console().tbar(32);
+    QVERIFY(console().settle());
+    QCOMPARE(console().takeTBarLevels(), std::vector<quint32>{6});
+    QCOMPARE(m_pRig->requested(Operation::SampleTBar).size(), 1);
 }
 
 void TestScreenKeys::answersAfterTheEndOfTheConsole()

@@ -69,6 +69,7 @@ private:
     void changeModel(Dice dice);
     void changeScreens(Dice& dice);
     void playApplication(Dice& dice);
+    void letTheGuiCatchUp();
     void calmDown();
     QString difference();
 
@@ -79,10 +80,24 @@ private:
     std::atomic<bool> m_bStop{false};
 };
 
+/// On a slow machine everybody else would pile up more work for the GUI thread than it gets done in the end.
+void TestScreenStorm::letTheGuiCatchUp()
+{
+    const auto isThere = std::make_shared<std::atomic<bool>>(false);
+    QMetaObject::invokeMethod(
+        this, [isThere] { *isThere = true; }, Qt::QueuedConnection);
+    while (!*isThere && !m_bStop)
+        std::this_thread::sleep_for(1ms);
+}
+
 void TestScreenStorm::playConsole(Dice dice)
 {
     int position = 1;
     while (!m_bStop) {
+        if (dice.chance(1)) {
+            console().settleWithoutEventLoop(SettleMs);
+            letTheGuiCatchUp();
+        }
         if (dice.chance(50)) {
             position = std::clamp(position + dice.below(17) - 8, 0, 65);
             console().tbar(quint32(position), dice.oneOf({quint8(BottomToTop), quint8(TopToBottom)}));
@@ -120,6 +135,8 @@ void TestScreenStorm::changeModel(Dice dice)
     auto& control = m_pRig->control();
     auto& operations = m_pRig->operations();
     while (!m_bStop) {
+        if (dice.chance(2))
+            letTheGuiCatchUp();
         const QString device = dice.chance(80) ? A : B;
         const ScreenKey screen = dice.oneOf({Stage, Side, Confidence});
         switch (dice.below(15)) {
@@ -219,6 +236,7 @@ void TestScreenStorm::calmDown()
     ECManager::instance()->unlockKeypad();
     ECManager::instance()->unlockTBar();
     m_pRig->operations().clearAllOrders();
+    console().settle(); // or a release may meet the dialog yet
     for (const quint16 key : {PageUp, PageDown, Match, TimeUp, TimeDown})
         console().release(key);
     console().settle();

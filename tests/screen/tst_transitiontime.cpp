@@ -117,15 +117,18 @@ void TestTransitionTime::oneStepWrapsAtBothEnds()
     QFETCH(QString, after);
     QVERIFY(m_pRig->control().setEffectTime(A, Stage, before));
     const LogCapture log;
-    console().press(key);
+    console().takeRequests();
+    console().tap(key); // at once, or a busy machine sees it repeat
     QVERIFY(console().settle());
-    QVERIFY(console().shows(key, ECLEDColor::Green));
-    QCOMPARE(label(key), after);
-    QVERIFY(m_pRig->asked(Operation::UpdateEffectSpeed).isEmpty());
+    const auto requests = console().takeRequests();
+    const auto* lit = std::get_if<ECButtonColor>(&requests.at(0).message);
+    const auto* shown = std::get_if<ECOLEDText>(&requests.at(1).message);
+    QVERIFY(lit && lit->ECKey == key && lit->G == 255 && lit->R == 0);
+    QVERIFY(shown && shown->ECKey == Label + key);
+    QCOMPARE(QString::fromLatin1(shown->OledText), after);
     QVERIFY(log.contains("IncreaseEffectTime speedStr= :" + after));
-    console().release(key);
-    QVERIFY(console().settle());
     QVERIFY(console().shows(key, ECLEDColor::Off));
+    QCOMPARE(m_pRig->asked(Operation::UpdateEffectSpeed).size(), 1);
     QCOMPARE(m_pRig->screen(A, Stage)->switchEffectTime(), after.toDouble());
     // Both keys show it, once the model has told.
     QVERIFY(console().waitLabel(Label + TimeUp, after));
@@ -229,7 +232,7 @@ void TestTransitionTime::aDialogThatOpensWhileAKeyIsHeldDoesNotKeepItHeld()
     console().release(TimeUp);
     QVERIFY(console().settle());
     QVERIFY(console().shows(TimeUp, ECLEDColor::Off));
-    QCOMPARE(m_pRig->screen(A, Stage)->switchEffectTime(), 0.2);
+    QCOMPARE(m_pRig->asked(Operation::UpdateEffectSpeed).size(), 1);
 }
 
 void TestTransitionTime::aKeypadLockedDuringAHoldKeepsItGoing()

@@ -49,8 +49,8 @@ public:
     ConsolePanel::KeyState key(quint16 ecKey) const;
     QString label(quint16 ecKey) const;
     bool shows(quint16 ecKey, ECProxy::Client::ECLEDColor color) const;
-    bool waitShows(quint16 ecKey, ECProxy::Client::ECLEDColor color, int timeoutMs = 2000) const;
-    bool waitLabel(quint16 ecKey, const QString& text, int timeoutMs = 2000) const;
+    bool waitShows(quint16 ecKey, ECProxy::Client::ECLEDColor color, int timeoutMs = 5000) const;
+    bool waitLabel(quint16 ecKey, const QString& text, int timeoutMs = 5000) const;
     quint64 unreadableRequests() const;
 
     /// Every request since the last call, in order.

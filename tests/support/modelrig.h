@@ -55,7 +55,7 @@ public:
     /// The same of requests alone: what a thread of the model carries out later does not count, such as
     /// the last sample of an earlier test.
     QStringList requested(MemoryModel::Operation operation) const;
-    bool waitAsked(MemoryModel::Operation operation, int count, int timeoutMs = 2000) const;
+    bool waitAsked(MemoryModel::Operation operation, int count, int timeoutMs = 5000) const;
 
     /// The model's thread that is going to carry out the operation waits until `letGo`. At most one operation
     /// is held; not one that the test's own thread carries out.
@@ -66,7 +66,7 @@ public:
 
     std::vector<Notice> notices() const;
     int countNotices(const QString& text) const;
-    bool waitNotice(const QString& text, int count = 1, int timeoutMs = 2000) const;
+    bool waitNotice(const QString& text, int count = 1, int timeoutMs = 5000) const;
 
     /// Forgets what the model was asked and the notices.
     void forget();
