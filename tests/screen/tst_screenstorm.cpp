@@ -78,15 +78,16 @@ private:
     std::unique_ptr<TestSupport::ModelRig> m_pRig;
     std::unique_ptr<QDialog> m_pDialog;
     std::atomic<bool> m_bStop{false};
+    std::atomic<int> m_nGuiTurns{0};
 };
 
 /// On a slow machine everybody else would pile up more work for the GUI thread than it gets done in the end.
 void TestScreenStorm::letTheGuiCatchUp()
 {
-    const auto isThere = std::make_shared<std::atomic<bool>>(false);
+    const int seen = m_nGuiTurns;
     QMetaObject::invokeMethod(
-        this, [isThere] { *isThere = true; }, Qt::QueuedConnection);
-    while (!*isThere && !m_bStop)
+        this, [this] { ++m_nGuiTurns; }, Qt::QueuedConnection);
+    while (m_nGuiTurns == seen && !m_bStop)
         std::this_thread::sleep_for(1ms);
 }
 

@@ -121,6 +121,7 @@ void TestTransitionTime::oneStepWrapsAtBothEnds()
     console().tap(key); // at once, or a busy machine sees it repeat
     QVERIFY(console().settle());
     const auto requests = console().takeRequests();
+    QVERIFY(requests.size() >= 2);
     const auto* lit = std::get_if<ECButtonColor>(&requests.at(0).message);
     const auto* shown = std::get_if<ECOLEDText>(&requests.at(1).message);
     QVERIFY(lit && lit->ECKey == key && lit->G == 255 && lit->R == 0);
