@@ -13,6 +13,8 @@
 #include "parallelcontrol/parallelmanager.h"
 #include "tasksampling/samplingthread.h"
 
+#include <limits>
+
 namespace Orvane::ECProxy::Client::Internal {
 
 using BizModel::FramelessMessageBoxMsgType;
@@ -145,6 +147,10 @@ bool OrvanePresetCommandPrivate::loadPreset(const quint32& ecKey, bool)
     if (!preset) {
         qWarning("Actived preset is null");
         return false;
+    }
+    if (preset->fileId() > std::numeric_limits<quint8>::max()) {
+        qWarning("Load preset failed: file id %u is beyond what a load can name.", preset->fileId());
+        return false; // cut to its low byte it would be another preset's
     }
     const auto presets = ModelControl::Preset::create(device);
     if (!presets) {
