@@ -213,8 +213,7 @@ void ScreenBindings::bindReserved()
     const ScreenState screen = stateOf(reservation.screen);
     m_updates.write([&] {
         if (screen.id != reservation.id)
-            ECConsoleManager::instance()->resetECButtonData(
-                reservation.deviceIp, KeyboardType::Screen, reservation.id);
+            reservation.unbindKey();
         ECConsoleManager::instance()->updateECButtonData(
             reservation.deviceIp, KeyboardType::Screen, reservation.orderIndex, reservation.buttonIndex,
             reservation.pageIndex, {screen.id}, screen.color, screen.name, false);
@@ -227,10 +226,19 @@ bool ScreenBindings::unbindReserved()
     Reservation dropped; // outside, for the screen's destruction is the model's business
     return m_updates.write([&]() -> bool {
         std::swap(dropped, m_reservation);
-        return dropped.screen
-            && ECConsoleManager::instance()->resetECButtonData(
-                dropped.deviceIp, KeyboardType::Screen, dropped.id, ECLEDColor::Off);
+        return dropped.screen && dropped.unbindKey();
     });
+}
+
+/// By the key's place, for meanwhile the model may have given the id to another screen.
+bool ScreenBindings::Reservation::unbindKey() const
+{
+    const auto key = ECConsoleManager::instance()->findEcCommandItem(
+        deviceIp, KeyboardType::Screen, orderIndex, pageIndex);
+    if (!key || !key->isContainsObjectId(id))
+        return false;
+    key->resetECCommandItem();
+    return true;
 }
 
 void ScreenBindings::unbind(const BizModel::Device& device, const BizModel::Screen& screen)

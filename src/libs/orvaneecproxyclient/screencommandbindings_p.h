@@ -60,6 +60,9 @@ private:
         int pageIndex = -1;
         int orderIndex = -1;
         int buttonIndex = -1;
+
+        /// False when the key is not bound to the screen any more. Only while items are written.
+        bool unbindKey() const;
     };
 
     // Guards m_reservation too: it is touched only while items are read or written.
