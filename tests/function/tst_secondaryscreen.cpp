@@ -232,11 +232,13 @@ void TestSecondaryScreen::keysAndSignalsTakeTurns()
     SourceLog source(console());
     reportOnGuiThread(true);
     QTRY_COMPARE(source.steps(), QStringList{QStringLiteral("show")}); // it has begun
-    console().tap(Mvr);
+    for (int i = 0; i < 5; ++i)
+        reportOnGuiThread(true);
+    console().tap(Mvr); // waits for the one that runs, not for those behind it
     QVERIFY(console().settle());
     const QStringList steps{QStringLiteral("show"), QStringLiteral("arm"),   QStringLiteral("yellow"),
                             QStringLiteral("dvi1"), QStringLiteral("green"), QStringLiteral("hide")};
-    QCOMPARE(source.steps(), steps);
+    QCOMPARE(source.steps().mid(0, steps.size()), steps);
 }
 
 /// The last test: there is one console a process.
