@@ -232,13 +232,11 @@ void TestSecondaryScreen::keysAndSignalsTakeTurns()
     SourceLog source(console());
     reportOnGuiThread(true);
     QTRY_COMPARE(source.steps(), QStringList{QStringLiteral("show")}); // it has begun
-    for (int i = 0; i < 5; ++i)
-        reportOnGuiThread(true);
-    console().tap(Mvr); // waits for the one that runs, not for those behind it
+    console().tap(Mvr);
     QVERIFY(console().settle());
     const QStringList steps{QStringLiteral("show"), QStringLiteral("arm"),   QStringLiteral("yellow"),
                             QStringLiteral("dvi1"), QStringLiteral("green"), QStringLiteral("hide")};
-    QCOMPARE(source.steps().mid(0, steps.size()), steps);
+    QCOMPARE(source.steps(), steps);
 }
 
 /// The last test: there is one console a process.

@@ -30,8 +30,6 @@ struct SerialJobs::State {
     std::mutex m_mutex;
     std::condition_variable m_ended;
     std::deque<Job> m_waiting;
-    /// Threads that wait to run a job of their own; they go before the posted jobs.
-    int m_nOwnJobs = 0;
     /// The thread that runs a job.
     std::thread::id m_running;
     /// A worker is in the pool, or on its way there.
@@ -55,7 +53,7 @@ public:
         State& state = *m_pState;
         std::unique_lock<std::mutex> lock(state.m_mutex);
         for (;;) {
-            state.m_ended.wait(lock, [&] { return state.isIdle() && state.m_nOwnJobs == 0; });
+            state.m_ended.wait(lock, [&] { return state.isIdle(); });
             if (state.m_waiting.empty())
                 break;
             Job job = std::move(state.m_waiting.front());
@@ -107,9 +105,7 @@ void SerialJobs::runHere(const Job& job)
         job();
         return;
     }
-    ++m_pState->m_nOwnJobs;
     m_pState->m_ended.wait(lock, [this] { return m_pState->isIdle(); });
-    --m_pState->m_nOwnJobs;
     m_pState->run(lock, job);
 }
 
