@@ -2,13 +2,9 @@
 #include "command.h"
 #include "consolerig.h"
 #include "eccommanditem.h"
-#include "ecmanager.h"
 #include "keyboardbuilder.h"
 #include "logcapture.h"
 
-#include "bizmodel/screen.h"
-
-#include <QSignalSpy>
 #include <QTest>
 
 #include <functional>
@@ -21,29 +17,19 @@ using namespace Orvane::TestSupport;
 
 namespace {
 
-enum : quint16 { Select = 1, PageUp = 2, PageDown = 3, Unbound = 9 };
-enum : quint16 {
-    FirstKey = 20,
-    SecondKey = 21,
-    UpKey = 30,
-    DownKey = 31,
-    BareKey = 32,
-    DeadKey = 33,
-    PageLabel = 512
-};
+enum : quint16 { Select = 1, PageUp = 2, PageDown = 3 };
+enum : quint16 { FirstKey = 20, SecondKey = 21, UpKey = 30, DownKey = 31, DeadKey = 33, PageLabel = 512 };
 
 /// A group with two selectable keys a page and seven items on four pages.
 class ProbeCommand : public Command {
 public:
     ProbeCommand()
     {
-        bindKey(
-            Select,
-            [this](const quint32& key) {
-                m_handled.append(key);
-                return true;
-            },
-            nullptr);
+        const auto handle = [this](const quint32& key) {
+            m_handled.append(key);
+            return true;
+        };
+        bindKey(Select, handle, nullptr);
         for (int index = 0; index < 7; ++index) {
             auto item = std::make_shared<ECCommandItem>(nullptr);
             item->setECButtonPageIndex(qint16(index / 2));
@@ -89,19 +75,19 @@ private Q_SLOTS:
     void init();
     void pagesStopAtBothEnds();
     void aPageTurnedOnMeanwhileIsShownLast();
-    void aLockedKeypadHoldsThePage();
     void aPageKeyWithoutALabelStillTurnsThePage();
     void repaintSendsTheItemsOfThePage();
-    void repaintWithoutKeysSendsNothing();
-    void oneItemIsSentWhole();
     void keysWithoutAFunctionReachNoHandler();
-    void lookupsWithoutAGroup();
+    void aCommandWithoutKeysSendsNothing();
     void labelsAreCutAtTheirLastByte();
     void aLabelIsFoundByItsKeyFirst();
-    void aColorWithoutANameIsWhite();
-    void lockingTellsConsoleAndHost();
 
 private:
+    void setKeys(const KeyboardBuilder& keys)
+    {
+        m_pCommand->setCommandConfig(keys.build()->m_commands.first());
+    }
+
     std::unique_ptr<BareDeviceList> m_pDevices;
     std::unique_ptr<ConsoleRig> m_pRig;
     std::unique_ptr<ProbeCommand> m_pCommand;
@@ -116,38 +102,33 @@ void TestCommand::initTestCase()
 void TestCommand::init()
 {
     m_pCommand = std::make_unique<ProbeCommand>();
-    const auto keyboard = KeyboardBuilder()
-                              .group("ProbeCommand")
-                              .selectKeys(FirstKey, 2, 600)
-                              .key(UpKey, PageUp, 0, PageLabel)
-                              .key(DownKey, PageDown, 0, PageLabel)
-                              .key(BareKey, PageDown)
-                              .key(DeadKey, 0)
-                              .build();
-    m_pCommand->setCommandConfig(keyboard->m_commands.first());
+    setKeys(KeyboardBuilder()
+                .group("ProbeCommand")
+                .selectKeys(FirstKey, 2, 600)
+                .key(UpKey, PageUp, 0, PageLabel)
+                .key(DownKey, PageDown, 0, PageLabel)
+                .key(DeadKey, 0));
     m_pRig->takeRequests();
 }
 
 void TestCommand::pagesStopAtBothEnds()
 {
     const LogCapture log;
-    QVERIFY(m_pCommand->pageUpPressed(UpKey));
-    QVERIFY(m_pRig->shows(UpKey, ECLEDColor::Green));
+    const auto stopped = [&](const char* end) {
+        const auto line = QStringLiteral(
+            "Can't perform page turning, the %1 page number is currently reached. This is ProbeCommand");
+        return log.contains(line.arg(end));
+    };
     QVERIFY(!m_pCommand->pageUpRelease(UpKey));
     QVERIFY(m_pRig->shows(UpKey, ECLEDColor::Off));
     QCOMPARE(m_pCommand->currentPageIndex(), 0);
-    QVERIFY(log.contains(
-        "Can't perform page turning, the minimum page number is currently reached. This is ProbeCommand"));
+    QVERIFY(stopped("minimum"));
 
     m_pCommand->updateCurrentPageIndex(97);
-    QVERIFY(m_pCommand->pageDownPressed(DownKey));
     QVERIFY(m_pCommand->pageDownRelease(DownKey));
-    QCOMPARE(m_pCommand->page(), 98);
-    QCOMPARE(m_pRig->label(PageLabel), QStringLiteral("Page 99"));
     QVERIFY(!m_pCommand->pageDownRelease(DownKey));
-    QCOMPARE(m_pCommand->page(), 98);
-    QVERIFY(log.contains(
-        "Can't perform page turning, the maximum page number is currently reached. This is ProbeCommand"));
+    QCOMPARE(m_pRig->label(PageLabel), QStringLiteral("Page 99"));
+    QVERIFY(stopped("maximum"));
 
     m_pCommand->m_nMaxPage = 90; // there are fewer pages now: back still leads back
     QVERIFY(m_pCommand->pageUpRelease(UpKey));
@@ -163,106 +144,55 @@ void TestCommand::aPageTurnedOnMeanwhileIsShownLast()
     QCOMPARE(m_pRig->label(PageLabel), QStringLiteral("Page 3"));
 }
 
-void TestCommand::aLockedKeypadHoldsThePage()
-{
-    m_pCommand->updateCurrentPageIndex(2);
-    m_pCommand->pageUpPressed(UpKey);
-    ECManager::instance()->lockKeypad();
-    QVERIFY(!m_pCommand->pageDownPressed(DownKey));
-    QVERIFY(!m_pCommand->pageUpRelease(UpKey));
-    QVERIFY(m_pRig->shows(UpKey, ECLEDColor::Green)); // untouched
-    QCOMPARE(m_pCommand->page(), 2);
-    ECManager::instance()->unlockKeypad();
-}
-
 void TestCommand::aPageKeyWithoutALabelStillTurnsThePage()
 {
+    setKeys(KeyboardBuilder().group("ProbeCommand").key(DownKey, PageDown));
     const LogCapture log;
-    QVERIFY(m_pCommand->pageDownRelease(BareKey));
-    QCOMPARE(m_pCommand->page(), 1);
+    QVERIFY(m_pCommand->pageDownRelease(DownKey));
     QVERIFY(log.contains("ProbeCommandcommand has invalid page oled"));
     QVERIFY(m_pCommand->pageDownRelease(77));
-    QCOMPARE(m_pCommand->page(), 2);
     QVERIFY(log.contains("ProbeCommandcommand has invalid page button"));
-    QVERIFY(!m_pCommand->updatePageOled(77, 0));
-    QVERIFY(log.contains("ProbeCommand command has invalid page oled . ECKey is 77"));
+    QCOMPARE(m_pCommand->page(), 2);
 }
 
 void TestCommand::repaintSendsTheItemsOfThePage()
 {
+    const auto repaint = [this](Enum::UpdateConsoleType type) {
+        m_pCommand->updateCommandKeypad(type);
+        return int(m_pRig->takeRequests().size());
+    };
     m_pCommand->updateCurrentPageIndex(1);
-    m_pCommand->updateCommandKeypad(Enum::UpdateConsoleType::All);
+    QCOMPARE(repaint(Enum::UpdateConsoleType::OLED), 2);
     QCOMPARE(m_pRig->label(600), QStringLiteral("item 2"));
     QCOMPARE(m_pRig->label(601), QStringLiteral("item 3"));
+    QCOMPARE(repaint(Enum::UpdateConsoleType::Key), 2);
     QVERIFY(m_pRig->shows(FirstKey, ECLEDColor::Yellow));
     QVERIFY(m_pRig->shows(SecondKey, ECLEDColor::Orange));
     QCOMPARE(m_pRig->key(FirstKey).appKey, appNumber(FirstKey));
-    QCOMPARE(int(m_pRig->key(FirstKey).brightness), 100);
-    QCOMPARE(int(m_pRig->takeRequests().size()), 4);
-
-    m_pCommand->updateCommandKeypad(Enum::UpdateConsoleType::Key);
-    m_pCommand->updateCommandKeypad(Enum::UpdateConsoleType::OLED);
-    const auto requests = m_pRig->takeRequests();
-    QCOMPARE(int(requests.size()), 4);
-    QCOMPARE(requests[1].tag, UpdateECButtonColor);
-    QCOMPARE(requests[2].tag, UpdateECOledText);
-
+    QCOMPARE(repaint(Enum::UpdateConsoleType::All), 4);
     m_pCommand->updateCurrentPageIndex(3); // the last page has one item
-    m_pCommand->updateCommandKeypad(Enum::UpdateConsoleType::All);
-    QCOMPARE(int(m_pRig->takeRequests().size()), 2);
-}
-
-void TestCommand::repaintWithoutKeysSendsNothing()
-{
-    const LogCapture log;
-    m_pCommand->m_nPageSize = 0;
-    m_pCommand->updateCommandKeypad(Enum::UpdateConsoleType::All);
-    QVERIFY(m_pRig->takeRequests().empty());
-    QVERIFY(log.contains(" page button config is 0. check config files."));
-}
-
-void TestCommand::oneItemIsSentWhole()
-{
-    m_pCommand->updateBindedECButton(SecondKey, 2);
-    QCOMPARE(m_pRig->label(601), QStringLiteral("item 5"));
-    QCOMPARE(int(m_pRig->takeRequests().size()), 2);
-    m_pCommand->updateBindedECButton(SecondKey, 9);
-    QVERIFY(m_pRig->takeRequests().empty());
+    QCOMPARE(repaint(Enum::UpdateConsoleType::All), 2);
 }
 
 void TestCommand::keysWithoutAFunctionReachNoHandler()
 {
-    m_pCommand->slotECButtonPressed(FirstKey);
-    m_pCommand->slotECButtonPressed(DeadKey);
-    m_pCommand->slotECButtonPressed(UpKey); // a code that nothing is bound to
-    m_pCommand->slotECButtonPressed(77);
+    for (const quint32 key :
+         QList<quint32>{FirstKey, DeadKey, UpKey, 77}) // nothing is bound to the page key here
+        m_pCommand->slotECButtonPressed(key);
     QCOMPARE(m_pCommand->m_handled, QList<quint32>{FirstKey});
-    QVERIFY(!m_pCommand->findECButtonPressedCBByOrvaneKey(Unbound));
-    QVERIFY(!m_pCommand->findECButtonReleaseCBByECKey(FirstKey));
-    m_pCommand->updateCurrentPageIndex(3);
-    QCOMPARE(m_pCommand->findECButtonIndex(SecondKey), 7);
-    QCOMPARE(m_pCommand->findECButtonIndex(77), -1);
 }
 
-void TestCommand::lookupsWithoutAGroup()
+void TestCommand::aCommandWithoutKeysSendsNothing()
 {
-    ProbeCommand bare;
-    QCOMPARE(bare.getECKeyByOrvaneECKey(1020), 0u);
-    QCOMPARE(bare.getECKeyByOrderIndex(0), Constants::InvalidECKey);
-    QCOMPARE(bare.findOrvaneKey(FirstKey), 0);
-    QCOMPARE(bare.findECButtonOrderIndex(FirstKey), -1);
-    QVERIFY(!bare.containsECButton(FirstKey) && !bare.containsECOled(PageLabel));
-    bare.updateECButtonColor(FirstKey, ECLEDColor::Red);
-    bare.updateECOledTextByBtnECKey(FirstKey, QStringLiteral("x"));
-    QVERIFY(m_pRig->takeRequests().empty());
-
-    QCOMPARE(m_pCommand->getECKeyByOrvaneECKey(1021), quint32(SecondKey));
-    QCOMPARE(m_pCommand->getECKeyByOrvaneECKey(0x10000 + 1021), quint32(SecondKey)); // cut to 16 bits
-    QVERIFY(!m_pCommand->containsECKeyByOrvaneECKey(0x10000 + 1021));
-    QCOMPARE(m_pCommand->getECKeyByOrvaneECKey(7), Constants::InvalidECKey);
     const LogCapture log;
-    m_pCommand->updateECButtonColor(77, ECLEDColor::Red);
-    QVERIFY(log.contains("77 command has invalid button config"));
+    m_pCommand->m_nPageSize = 0;
+    m_pCommand->updateCommandKeypad(Enum::UpdateConsoleType::All);
+    QVERIFY(log.contains(" page button config is 0. check config files."));
+    m_pCommand->setCommandConfig(nullptr);
+    m_pCommand->slotECButtonPressed(FirstKey);
+    m_pCommand->updateECButtonColor(FirstKey, ECLEDColor::Red);
+    m_pCommand->updateECOledTextByBtnECKey(FirstKey, QStringLiteral("x"));
+    QVERIFY(m_pRig->takeRequests().empty());
 }
 
 void TestCommand::labelsAreCutAtTheirLastByte()
@@ -279,39 +209,15 @@ void TestCommand::labelsAreCutAtTheirLastByte()
 void TestCommand::aLabelIsFoundByItsKeyFirst()
 {
     // Keys and labels are numbered apart: key 40's label is 41, key 41's label is 40, key 42 has none.
-    const auto keyboard = KeyboardBuilder()
-                              .group("ProbeCommand")
-                              .key(40, Select, 0, 41)
-                              .key(41, Select, 1, 40)
-                              .key(42, Select)
-                              .build();
-    m_pCommand->setCommandConfig(keyboard->m_commands.first());
+    setKeys(KeyboardBuilder()
+                .group("ProbeCommand")
+                .key(40, Select, 0, 41)
+                .key(41, Select, 1, 40)
+                .key(42, Select));
     m_pCommand->updateECOledTextByBtnECKey(40, QStringLiteral("of key 40"));
     m_pCommand->updateECOledTextByBtnECKey(42, QStringLiteral("nowhere"));
     QCOMPARE(m_pRig->label(41), QStringLiteral("of key 40"));
     QCOMPARE(int(m_pRig->takeRequests().size()), 1);
-}
-
-void TestCommand::aColorWithoutANameIsWhite()
-{
-    m_pCommand->updateECButton(appNumber(FirstKey), FirstKey, ECLEDColor(8), Flashing);
-    QVERIFY(m_pRig->shows(FirstKey, ECLEDColor::On));
-    QCOMPARE(int(m_pRig->key(FirstKey).buttonState), int(Flashing));
-}
-
-void TestCommand::lockingTellsConsoleAndHost()
-{
-    ECManager* manager = ECManager::instance();
-    QSignalSpy keyboard(manager, &ECManager::signalKeyboardLocked);
-    QSignalSpy tbar(manager, &ECManager::signalTbarLocked);
-    m_pCommand->lockedKeyPad(true);
-    m_pCommand->lockedTBar(true);
-    QVERIFY(m_pRig->console().isKeypadLocked && m_pRig->console().isTBarLocked);
-    m_pCommand->lockedKeyPad(false);
-    m_pCommand->lockedTBar(false);
-    QVERIFY(!m_pRig->console().isKeypadLocked && !m_pRig->console().isTBarLocked);
-    QCOMPARE(keyboard.size(), 2);
-    QCOMPARE(tbar.takeLast().first().toBool(), false);
 }
 
 QTEST_MAIN(TestCommand)
