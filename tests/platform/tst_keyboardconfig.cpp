@@ -24,45 +24,32 @@ Key key(quint16 ecKey, quint32 orvaneECKey, quint16 code, quint16 orderIndex, La
 
 class TestKeyboardConfig : public QObject {
     Q_OBJECT
+
 private Q_SLOTS:
-    void keysThatFitComeInTheFilesOrder();
-    void keyNumbersAreComparedWhole();
-    void aLabelsOwnNumberGoesBeforeItsKeys();
+    void keysThatFitComeInTheFilesOrderAndNumbersAreComparedWhole()
+    {
+        const Key first = key(5, 1005, 1, 3);
+        const Key second = key(5, 1005, 1, 3);
+        const s_ECCommandConfig group{{}, {nullptr, key(6, 0x10005, 2, 0), first, second}};
+        QCOMPARE(group.findECButtonConfigByECKey(5), first);
+        QCOMPARE(group.findECButtonConfigsByOrvaneKey(1), (QList<Key>{first, second}));
+        QCOMPARE(group.findECButtonConfigsByOrvaneECKey(1005), (QList<Key>{first, second}));
+        QCOMPARE(group.findECButtonConfigByECKey(0x10005), Key());
+        QCOMPARE(group.getECKeyByOrvaneECKey(5), 0xFFFFFFFFu);
+        QCOMPARE(group.getECKeyByOrderIndex(5), 0xFFFFFFFFu);
+    }
+
+    void aLabelsOwnNumberGoesBeforeItsKeys()
+    {
+        // The numbers of labels and keys overlap: 2 is a label and another label's key.
+        const Label two = label(2);
+        const Label three = label(3);
+        const s_ECCommandConfig group{{}, {key(2, 0, 1, 0, three), key(1, 0, 1, 1, two), key(4, 0, 1, 2)}};
+        QCOMPARE(group.findECOledConfigByECKey(2), two);
+        QCOMPARE(group.findECOledConfigByECKey(1), two);
+        QCOMPARE(group.findECOledConfigByECKey(4), Label());
+    }
 };
-
-void TestKeyboardConfig::keysThatFitComeInTheFilesOrder()
-{
-    const Key first = key(5, 1005, 1, 3);
-    const Key second = key(5, 1005, 1, 3);
-    const s_ECCommandConfig group{{}, {nullptr, first, key(8, 1001, 2, 0), second}};
-
-    QCOMPARE(group.findECButtonConfigByECKey(5), first);
-    QCOMPARE(group.findECButtonConfigByOrvaneKey(1), first);
-    QCOMPARE(group.findECButtonConfigsByOrvaneKey(1), (QList<Key>{first, second}));
-    QCOMPARE(group.findECButtonConfigsByOrvaneECKey(1005), (QList<Key>{first, second}));
-}
-
-void TestKeyboardConfig::keyNumbersAreComparedWhole()
-{
-    const s_ECCommandConfig group{{}, {key(5, 0x10005, 1, 0)}};
-
-    QCOMPARE(group.findECButtonConfigByECKey(0x10005), Key());
-    QCOMPARE(group.getECKeyByOrvaneECKey(5), 0xFFFFFFFFu);
-    QCOMPARE(group.getECKeyByOrderIndex(5), 0xFFFFFFFFu);
-}
-
-void TestKeyboardConfig::aLabelsOwnNumberGoesBeforeItsKeys()
-{
-    // The numbers of labels and keys overlap: 2 is a label and another label's key.
-    const Label two = label(2);
-    const Label three = label(3);
-    const s_ECCommandConfig group{{}, {key(2, 0, 1, 0, three), key(1, 0, 1, 1, two), key(4, 0, 1, 2)}};
-
-    QCOMPARE(group.findECOledConfigByECKey(2), two);
-    QCOMPARE(group.findECOledConfigByECKey(3), three);
-    QCOMPARE(group.findECOledConfigByECKey(1), two);
-    QCOMPARE(group.findECOledConfigByECKey(4), Label());
-}
 
 QTEST_APPLESS_MAIN(TestKeyboardConfig)
 #include "tst_keyboardconfig.moc"

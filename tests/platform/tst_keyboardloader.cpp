@@ -6,8 +6,6 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-#include <random>
-
 using namespace Orvane::EC;
 
 namespace {
@@ -36,12 +34,13 @@ QByteArray key(int ecKey, int code, int orderIndex)
         .toLatin1();
 }
 
-QStringList problemsOf(const KeyboardLoadResult& result)
+/// One line a problem.
+QString problemsOf(const KeyboardLoadResult& result)
 {
     QStringList lines;
     for (const KeyboardProblem& problem : result.problems)
         lines += problem.toString();
-    return lines;
+    return lines.join('\n');
 }
 
 /// The records as the JSON that they were read from.
@@ -78,20 +77,19 @@ class TestKeyboardLoader : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void theExampleIsACompleteKeyboard();
-    void theLargestGroupComesBackAsItWas();
     void whatIsAllowedLoads_data();
     void whatIsAllowedLoads();
     void everyFaultIsToldWithItsPlace_data();
     void everyFaultIsToldWithItsPlace();
     void aFileThatCannotBeReadIsRefused();
     void brokenJsonIsToldWithLineAndColumn();
-    void noBytesCrashIt();
+    void whatIsNoJsonIsRefused();
 };
 
 void TestKeyboardLoader::theExampleIsACompleteKeyboard()
 {
     const KeyboardLoadResult result = loadKeyboardFile(examplePath);
-    QCOMPARE(problemsOf(result), QStringList());
+    QCOMPARE(problemsOf(result), QString());
     QCOMPARE(toJson(*result.config), QJsonDocument::fromJson(readAll(examplePath)).object());
 
     const QHash<QString, QSet<int>> codes{
@@ -111,36 +109,7 @@ void TestKeyboardLoader::theExampleIsACompleteKeyboard()
             groupCodes.insert(button->OrvaneKey);
         }
         QCOMPARE(groupCodes, codes.value(group->Name));
-        // Turning a page down writes the label that turning up writes.
-        const bool hasPages = group->Name != "NumberCommand" && group->Name != "FunctionCommand";
-        if (hasPages)
-            QCOMPARE(
-                group->findECButtonConfigByOrvaneKey(2)->pECOledCfg->ECKey,
-                group->findECButtonConfigByOrvaneKey(3)->pECOledCfg->ECKey);
     }
-}
-
-void TestKeyboardLoader::theLargestGroupComesBackAsItWas()
-{
-    constexpr int keyCount = 65536;
-    QJsonArray keys;
-    for (int i = 0; i < keyCount; ++i)
-        keys.append(QJsonObject{
-            {"ECKey", keyCount - 1 - i},
-            {"OrvaneECKey", 4294967295.0 - i},
-            {"OrvaneKey", 1},
-            {"OrderIndex", i},
-            {"pECOledCfg", QJsonObject{{"ECKey", i}, {"OrvaneECKey", 4294967295.0}}}});
-    const QJsonObject json{
-        {"Name", QString(100000, QChar(0x00FC))},
-        {"IconName", ""},
-        {"ModelId", 65535},
-        {"m_commands", QJsonArray{QJsonObject{{"Name", "PresetCommand"}, {"m_buttons", keys}}}}};
-
-    const KeyboardLoadResult result = loadKeyboard(QJsonDocument(json).toJson());
-
-    QCOMPARE(problemsOf(result), QStringList());
-    QVERIFY(toJson(*result.config) == json);
 }
 
 void TestKeyboardLoader::whatIsAllowedLoads_data()
@@ -163,115 +132,85 @@ void TestKeyboardLoader::whatIsAllowedLoads_data()
 void TestKeyboardLoader::whatIsAllowedLoads()
 {
     QFETCH(QByteArray, json);
-    QCOMPARE(problemsOf(loadKeyboard(json)), QStringList());
+    QCOMPARE(problemsOf(loadKeyboard(json)), QString());
 }
 
 void TestKeyboardLoader::everyFaultIsToldWithItsPlace_data()
 {
     QTest::addColumn<QByteArray>("json");
-    QTest::addColumn<QStringList>("problems");
-
-    QTest::newRow("no object") << QByteArray("[]") << QStringList{"keyboard: is a list, expected an object"};
-    QTest::newRow("empty object") << QByteArray("{}")
-                                  << QStringList{
-                                         R"(keyboard: missing field "Name", expected a text)",
-                                         R"(keyboard: missing field "IconName", expected a text)",
-                                         "keyboard: missing field \"ModelId\", expected a whole number from "
-                                         "0 to 65535",
-                                         R"(keyboard: missing field "m_commands", expected a list)"};
-    QTest::newRow("wrong types") << QByteArray(R"({"Name":1,"IconName":null,"ModelId":"2","m_commands":{}})")
-                                 << QStringList{
-                                        "keyboard: Name is 1, expected a text",
-                                        "keyboard: IconName is null, expected a text",
-                                        "keyboard: ModelId is \"2\", expected a whole number from 0 to 65535",
-                                        "keyboard: m_commands is an object, expected a list"};
-    QTest::newRow("group and key no objects")
+    QTest::addColumn<QByteArray>("problems");
+    QTest::newRow("no object") << QByteArray("[]") << QByteArray("keyboard: is a list, expected an object");
+    QTest::newRow("missing field, wrong types") << QByteArray(R"({"Name":1,"IconName":null,"m_commands":{}})")
+                                                << QByteArray(R"(keyboard: Name is 1, expected a text
+keyboard: IconName is null, expected a text
+keyboard: missing field "ModelId", expected a whole number from 0 to 65535
+keyboard: m_commands is an object, expected a list)");
+    QTest::newRow("group and key no objects, group twice")
         << QByteArray(R"({"Name":"","IconName":"","ModelId":0,"m_commands":[true,
-             {"Name":"InputCommand","m_buttons":[[]]}]})")
-        << QStringList{
-               "group 1: is true, expected an object with Name, m_buttons",
-               "group 2 \"InputCommand\", key 1: is a list, expected an object with ECKey, OrvaneECKey, "
-               "OrvaneKey, OrderIndex, pECOledCfg"};
+             {"Name":"InputCommand","m_buttons":[[]]},{"Name":"InputCommand","m_buttons":[]}]})")
+        << QByteArray(R"(group 1: is true, expected an object with Name, m_buttons
+group 2 "InputCommand", key 1: is a list, expected an object with ECKey, OrvaneECKey, OrvaneKey, OrderIndex, pECOledCfg
+group 3 "InputCommand": group 2 has this name already, expected one group a name)");
     QTest::newRow("numbers out of range")
         << keyboard("InputCommand", R"({"ECKey":65536,"OrvaneECKey":4294967296,"OrvaneKey":4,"OrderIndex":-1},
              {"ECKey":1.5,"OrvaneECKey":1e300,"OrvaneKey":1,"OrderIndex":0})")
-        << QStringList{
-               R"(group 1 "InputCommand", key 1: ECKey is 65536, expected a whole number from 0 to 65535)",
-               "group 1 \"InputCommand\", key 1: OrvaneECKey is 4294967296, expected a whole number from 0 "
-               "to 4294967295",
-               R"(group 1 "InputCommand", key 1: OrvaneKey is 4, expected a whole number from 0 to 3)",
-               R"(group 1 "InputCommand", key 1: OrderIndex is -1, expected a whole number from 0 to 65535)",
-               R"(group 1 "InputCommand", key 2: ECKey is 1.5, expected a whole number from 0 to 65535)",
-               "group 1 \"InputCommand\", key 2: OrvaneECKey is 1e+300, expected a whole number from 0 to "
-               "4294967295"};
+        << QByteArray(
+               R"(group 1 "InputCommand", key 1: ECKey is 65536, expected a whole number from 0 to 65535
+group 1 "InputCommand", key 1: OrvaneECKey is 4294967296, expected a whole number from 0 to 4294967295
+group 1 "InputCommand", key 1: OrvaneKey is 4, expected a whole number from 0 to 3
+group 1 "InputCommand", key 1: OrderIndex is -1, expected a whole number from 0 to 65535
+group 1 "InputCommand", key 2: ECKey is 1.5, expected a whole number from 0 to 65535
+group 1 "InputCommand", key 2: OrvaneECKey is 1e+300, expected a whole number from 0 to 4294967295)");
     QTest::newRow("label with faults")
         << keyboard("LayerCommand", R"({"ECKey":7,"OrvaneECKey":1,"OrvaneKey":0,"OrderIndex":0,"pECOledCfg":
              {"ECKey":"x","Text":""}})")
-        << QStringList{
-               "group 1 \"LayerCommand\", key 1 (ECKey 7), label: unknown field \"Text\", expected ECKey, "
-               "OrvaneECKey",
-               "group 1 \"LayerCommand\", key 1 (ECKey 7), label: ECKey is \"x\", expected a whole number "
-               "from 0 to 65535",
-               "group 1 \"LayerCommand\", key 1 (ECKey 7), label: missing field \"OrvaneECKey\", expected a "
-               "whole number from 0 to 4294967295"};
+        << QByteArray(
+               R"(group 1 "LayerCommand", key 1 (ECKey 7), label: unknown field "Text", expected ECKey, OrvaneECKey
+group 1 "LayerCommand", key 1 (ECKey 7), label: ECKey is "x", expected a whole number from 0 to 65535
+group 1 "LayerCommand", key 1 (ECKey 7), label: missing field "OrvaneECKey", expected a whole number from 0 to 4294967295)");
     QTest::newRow("one number twice, beside another fault")
         << keyboard(
                "InputCommand",
                key(7, 1, 0) + "," + key(8, 1, 1)
                    + R"(,{"ECKey":7,"OrvaneECKey":"","OrvaneKey":1,"OrderIndex":2})")
-        << QStringList{
-               R"(group 1 "InputCommand", key 3 (ECKey 7): key 1 has this ECKey already, expected one key a number)",
-               "group 1 \"InputCommand\", key 3 (ECKey 7): OrvaneECKey is \"\", expected a whole number from "
-               "0 to 4294967295"};
+        << QByteArray(
+               R"(group 1 "InputCommand", key 3 (ECKey 7): key 1 has this ECKey already, expected one key a number
+group 1 "InputCommand", key 3 (ECKey 7): OrvaneECKey is "", expected a whole number from 0 to 4294967295)");
     QTest::newRow("unknown group, similar letters")
         << keyboard("Screencommand", key(1, 999, 0))
-        << QStringList{"group 1 \"Screencommand\": no command has this name, expected one of "
-                       "ScreenCommand, LayerCommand, InputCommand, PresetCommand, NumberCommand, "
-                       "FunctionCommand"};
-    QTest::newRow("group twice")
-        << QByteArray(R"({"Name":"","IconName":"","ModelId":0,"m_commands":[
-             {"Name":"InputCommand","m_buttons":[]},{"Name":"InputCommand","m_buttons":[]}]})")
-        << QStringList{"group 2 \"InputCommand\": group 1 has this name already, expected one group a name"};
+        << QByteArray(
+               R"(group 1 "Screencommand": no command has this name, expected one of ScreenCommand, LayerCommand, InputCommand, PresetCommand, NumberCommand, FunctionCommand)");
     QTest::newRow("place twice, holes")
-        << keyboard(
-               "PresetCommand",
-               key(1, 1, 1) + "," + key(2, 1, 1) + "," + key(3, 2, 0) + "," + key(4, 1, 65535))
-        << QStringList{
-               "group 1 \"PresetCommand\", key 2 (ECKey 2): key 1 has OrderIndex 1 already, expected one "
-               "select key a place",
-               R"(group 1 "PresetCommand": no select key has OrderIndex 0, expected no holes)",
-               "group 1 \"PresetCommand\": no select key has an OrderIndex from 2 to 65534, expected no "
-               "holes"};
+        << keyboard("PresetCommand", key(1, 1, 1) + "," + key(2, 1, 1) + "," + key(4, 1, 65535))
+        << QByteArray(
+               R"(group 1 "PresetCommand", key 2 (ECKey 2): key 1 has OrderIndex 1 already, expected one select key a place
+group 1 "PresetCommand": no select key has OrderIndex 0, expected no holes
+group 1 "PresetCommand": no select key has an OrderIndex from 2 to 65534, expected no holes)");
     QTest::newRow("a place that cannot be read is no hole")
         << keyboard(
                "PresetCommand",
                key(1, 1, 1) + R"(,{"ECKey":2,"OrvaneECKey":1,"OrvaneKey":1,"OrderIndex":"0"})")
-        << QStringList{"group 1 \"PresetCommand\", key 2 (ECKey 2): OrderIndex is \"0\", expected a whole "
-                       "number from 0 to 65535"};
+        << QByteArray(
+               R"(group 1 "PresetCommand", key 2 (ECKey 2): OrderIndex is "0", expected a whole number from 0 to 65535)");
     QTest::newRow("field twice, once escaped")
         << QByteArray("{\"Name\":\"\\\"}\",\n \"IconName\":\"\",\"ModelId\":0,\n\"m_commands\":[], "
                       "\"N\\u0061me\":\"\xC3\xBC\",\"Name\":\"\"}")
-        << QStringList{
-               R"(line 3, column 18: field "Name" stands twice in its object, expected once)",
-               R"(line 3, column 34: field "Name" stands twice in its object, expected once)"};
+        << QByteArray(R"(line 3, column 18: field "Name" stands twice in its object, expected once
+line 3, column 34: field "Name" stands twice in its object, expected once)");
     QTest::newRow("long and unprintable text")
         << QByteArray(R"({"Name":"","IconName":"","ModelId":")") + QByteArray(50, 'x')
             + QByteArray(R"(","m_commands":[],"\u001b[2J":0})")
-        << QStringList{
-               QStringLiteral("keyboard: unknown field \"\uFFFD[2J\", expected Name, IconName, ModelId, "
-                              "m_commands"),
-               QStringLiteral("keyboard: ModelId is \"%1\u2026\", expected a whole number from 0 to 65535")
-                   .arg(QString(40, 'x'))};
+        << "keyboard: unknown field \"\uFFFD[2J\", expected Name, IconName, ModelId, m_commands\n"
+           "keyboard: ModelId is \""
+            + QByteArray(40, 'x') + "\u2026\", expected a whole number from 0 to 65535";
 }
 
 void TestKeyboardLoader::everyFaultIsToldWithItsPlace()
 {
     QFETCH(QByteArray, json);
-    QFETCH(QStringList, problems);
-
+    QFETCH(QByteArray, problems);
     const KeyboardLoadResult result = loadKeyboard(json);
-
-    QCOMPARE(problemsOf(result).join('\n'), problems.join('\n'));
+    QCOMPARE(problemsOf(result), QString::fromUtf8(problems));
     QVERIFY(!result);
 }
 
@@ -301,9 +240,9 @@ void TestKeyboardLoader::brokenJsonIsToldWithLineAndColumn()
     QVERIFY(result.problems.first().text.startsWith("no valid JSON: "));
 }
 
-void TestKeyboardLoader::noBytesCrashIt()
+void TestKeyboardLoader::whatIsNoJsonIsRefused()
 {
-    QList<QByteArray> texts{
+    const QList<QByteArray> texts{
         "",
         " ",
         "\"",
@@ -320,20 +259,10 @@ void TestKeyboardLoader::noBytesCrashIt()
         "{\"\\uD800\":\"\\uDC00\",\"\\uD800\":\"\"}",
         "{\"Name\":\"\xC3\"}",
         "{\"Name\":\"\xED\xA0\x80\"}"};
-    const QByteArray example = readAll(examplePath);
-    std::mt19937 random(20240607); // NOLINT: the same bytes at every run
-    for (int i = 0; i < 1000; ++i) {
-        QByteArray text = example.left(i % 2 ? example.size() : static_cast<int>(random() % 4000));
-        for (int n = 0; n < 1 + i % 5 && !text.isEmpty(); ++n)
-            text[static_cast<int>(random() % text.size())] = static_cast<char>(random());
-        texts.append(text);
-    }
     for (const QByteArray& text : texts) {
         const KeyboardLoadResult result = loadKeyboard(text);
-        QVERIFY(bool(result) == result.problems.isEmpty());
+        QVERIFY2(!result && !result.problems.isEmpty(), text.left(40));
     }
-    for (int i = 0; i < 16; ++i)
-        QVERIFY2(!loadKeyboard(texts.at(i)), texts.at(i).left(40));
 }
 
 QTEST_APPLESS_MAIN(TestKeyboardLoader)
