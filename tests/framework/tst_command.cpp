@@ -71,16 +71,132 @@ class TestCommand : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void pagesStopAtBothEnds();
-    void aPageTurnedOnMeanwhileIsShownLast();
-    void aPageKeyWithoutALabelStillTurnsThePage();
-    void repaintSendsTheItemsOfThePage();
-    void keysWithoutAFunctionReachNoHandler();
-    void aCommandWithoutKeysSendsNothing();
-    void labelsAreCutAtTheirLastByte();
-    void aLabelIsFoundByItsKeyFirst();
+    void initTestCase()
+    {
+        m_pDevices = std::make_unique<BareDeviceList>();
+        m_pRig = std::make_unique<ConsoleRig>(nullptr);
+    }
+
+    void init()
+    {
+        m_pCommand = std::make_unique<ProbeCommand>();
+        setKeys(KeyboardBuilder()
+                    .group("ProbeCommand")
+                    .selectKeys(FirstKey, 2, 600)
+                    .key(UpKey, PageUp, 0, PageLabel)
+                    .key(DownKey, PageDown, 0, PageLabel)
+                    .key(DeadKey, 0));
+        m_pRig->takeRequests();
+    }
+
+    void pagesStopAtBothEnds()
+    {
+        const LogCapture log;
+        const auto stopped = [&](const char* end) {
+            const auto line = QStringLiteral(
+                "Can't perform page turning, the %1 page number is currently reached. This is ProbeCommand");
+            return log.contains(line.arg(end));
+        };
+        QVERIFY(!m_pCommand->pageUpRelease(UpKey));
+        QVERIFY(m_pRig->shows(UpKey, ECLEDColor::Off));
+        QCOMPARE(m_pCommand->currentPageIndex(), 0);
+        QVERIFY(stopped("minimum"));
+
+        m_pCommand->updateCurrentPageIndex(97);
+        QVERIFY(m_pCommand->pageDownRelease(DownKey));
+        QVERIFY(!m_pCommand->pageDownRelease(DownKey));
+        QCOMPARE(m_pRig->label(PageLabel), QStringLiteral("Page 99"));
+        QVERIFY(stopped("maximum"));
+
+        m_pCommand->m_nMaxPage = 90; // there are fewer pages now: back still leads back
+        QVERIFY(m_pCommand->pageUpRelease(UpKey));
+        QCOMPARE(m_pCommand->page(), 97);
+    }
+
+    void aPageTurnedOnMeanwhileIsShownLast()
+    {
+        // The on-screen console turns the page as well, just before the first turn is shown.
+        m_pCommand->m_onPageTurned = [&] { QVERIFY(m_pCommand->pageDownRelease(DownKey)); };
+        QVERIFY(m_pCommand->pageDownRelease(DownKey));
+        QCOMPARE(m_pCommand->page(), 2);
+        QCOMPARE(m_pRig->label(PageLabel), QStringLiteral("Page 3"));
+    }
+
+    void aPageKeyWithoutALabelStillTurnsThePage()
+    {
+        setKeys(KeyboardBuilder().group("ProbeCommand").key(DownKey, PageDown));
+        const LogCapture log;
+        QVERIFY(m_pCommand->pageDownRelease(DownKey));
+        QVERIFY(log.contains("ProbeCommandcommand has invalid page oled"));
+        QVERIFY(m_pCommand->pageDownRelease(77));
+        QVERIFY(log.contains("ProbeCommandcommand has invalid page button"));
+        QCOMPARE(m_pCommand->page(), 2);
+    }
+
+    void repaintSendsTheItemsOfThePage()
+    {
+        const auto repaint = [this](Enum::UpdateConsoleType type) {
+            m_pCommand->updateCommandKeypad(type);
+            return int(m_pRig->takeRequests().size());
+        };
+        m_pCommand->updateCurrentPageIndex(1);
+        QCOMPARE(repaint(Enum::UpdateConsoleType::OLED), 2);
+        QCOMPARE(m_pRig->label(600), QStringLiteral("item 2"));
+        QCOMPARE(m_pRig->label(601), QStringLiteral("item 3"));
+        QCOMPARE(repaint(Enum::UpdateConsoleType::Key), 2);
+        QVERIFY(m_pRig->shows(FirstKey, ECLEDColor::Yellow));
+        QVERIFY(m_pRig->shows(SecondKey, ECLEDColor::Orange));
+        QCOMPARE(m_pRig->key(FirstKey).appKey, appNumber(FirstKey));
+        QCOMPARE(repaint(Enum::UpdateConsoleType::All), 4);
+        m_pCommand->updateCurrentPageIndex(3); // the last page has one item
+        QCOMPARE(repaint(Enum::UpdateConsoleType::All), 2);
+    }
+
+    void keysWithoutAFunctionReachNoHandler()
+    {
+        for (const quint32 key :
+             QList<quint32>{FirstKey, DeadKey, UpKey, 77}) // nothing is bound to the page key here
+            m_pCommand->slotECButtonPressed(key);
+        QCOMPARE(m_pCommand->m_handled, QList<quint32>{FirstKey});
+    }
+
+    void aCommandWithoutKeysSendsNothing()
+    {
+        const LogCapture log;
+        m_pCommand->m_nPageSize = 0;
+        m_pCommand->updateCommandKeypad(Enum::UpdateConsoleType::All);
+        QVERIFY(log.contains(" page button config is 0. check config files."));
+        m_pCommand->setCommandConfig(nullptr);
+        m_pCommand->slotECButtonPressed(FirstKey);
+        m_pCommand->updateECButtonColor(FirstKey, ECLEDColor::Red);
+        m_pCommand->updateECOledTextByBtnECKey(FirstKey, QStringLiteral("x"));
+        QVERIFY(m_pRig->takeRequests().empty());
+    }
+
+    void labelsAreCutAtTheirLastByte()
+    {
+        const QString umlauts = QString(20, QChar(0x00E4)); // 40 bytes in UTF-8
+        m_pCommand->updateECOledText(appNumber(600), 600, umlauts);
+        QCOMPARE(m_pRig->label(600), QString(16, QChar(0x00E4)));
+        m_pCommand->updateECOledText(appNumber(600), 600, QStringLiteral("a") + umlauts);
+        QCOMPARE(m_pRig->console().labels.at(600).text.size(), 32); // in the middle of a character
+        m_pCommand->updateECOledText(appNumber(600), 600, QString());
+        QCOMPARE(m_pRig->label(600), QString());
+    }
+
+    void aLabelIsFoundByItsKeyFirst()
+    {
+        // Keys and labels are numbered apart: key 40's label is 41, key 41's label is 40, key 42 has none.
+        setKeys(KeyboardBuilder()
+                    .group("ProbeCommand")
+                    .key(40, Select, 0, 41)
+                    .key(41, Select, 1, 40)
+                    .key(42, Select));
+        m_pCommand->updateECOledTextByBtnECKey(40, QStringLiteral("of key 40"));
+        m_pCommand->updateECOledTextByBtnECKey(42, QStringLiteral("nowhere"));
+        QCOMPARE(m_pRig->label(41), QStringLiteral("of key 40"));
+        QCOMPARE(int(m_pRig->takeRequests().size()), 1);
+    }
 
 private:
     void setKeys(const KeyboardBuilder& keys)
@@ -92,133 +208,6 @@ private:
     std::unique_ptr<ConsoleRig> m_pRig;
     std::unique_ptr<ProbeCommand> m_pCommand;
 };
-
-void TestCommand::initTestCase()
-{
-    m_pDevices = std::make_unique<BareDeviceList>();
-    m_pRig = std::make_unique<ConsoleRig>(nullptr);
-}
-
-void TestCommand::init()
-{
-    m_pCommand = std::make_unique<ProbeCommand>();
-    setKeys(KeyboardBuilder()
-                .group("ProbeCommand")
-                .selectKeys(FirstKey, 2, 600)
-                .key(UpKey, PageUp, 0, PageLabel)
-                .key(DownKey, PageDown, 0, PageLabel)
-                .key(DeadKey, 0));
-    m_pRig->takeRequests();
-}
-
-void TestCommand::pagesStopAtBothEnds()
-{
-    const LogCapture log;
-    const auto stopped = [&](const char* end) {
-        const auto line = QStringLiteral(
-            "Can't perform page turning, the %1 page number is currently reached. This is ProbeCommand");
-        return log.contains(line.arg(end));
-    };
-    QVERIFY(!m_pCommand->pageUpRelease(UpKey));
-    QVERIFY(m_pRig->shows(UpKey, ECLEDColor::Off));
-    QCOMPARE(m_pCommand->currentPageIndex(), 0);
-    QVERIFY(stopped("minimum"));
-
-    m_pCommand->updateCurrentPageIndex(97);
-    QVERIFY(m_pCommand->pageDownRelease(DownKey));
-    QVERIFY(!m_pCommand->pageDownRelease(DownKey));
-    QCOMPARE(m_pRig->label(PageLabel), QStringLiteral("Page 99"));
-    QVERIFY(stopped("maximum"));
-
-    m_pCommand->m_nMaxPage = 90; // there are fewer pages now: back still leads back
-    QVERIFY(m_pCommand->pageUpRelease(UpKey));
-    QCOMPARE(m_pCommand->page(), 97);
-}
-
-void TestCommand::aPageTurnedOnMeanwhileIsShownLast()
-{
-    // The on-screen console turns the page as well, just before the first turn is shown.
-    m_pCommand->m_onPageTurned = [&] { QVERIFY(m_pCommand->pageDownRelease(DownKey)); };
-    QVERIFY(m_pCommand->pageDownRelease(DownKey));
-    QCOMPARE(m_pCommand->page(), 2);
-    QCOMPARE(m_pRig->label(PageLabel), QStringLiteral("Page 3"));
-}
-
-void TestCommand::aPageKeyWithoutALabelStillTurnsThePage()
-{
-    setKeys(KeyboardBuilder().group("ProbeCommand").key(DownKey, PageDown));
-    const LogCapture log;
-    QVERIFY(m_pCommand->pageDownRelease(DownKey));
-    QVERIFY(log.contains("ProbeCommandcommand has invalid page oled"));
-    QVERIFY(m_pCommand->pageDownRelease(77));
-    QVERIFY(log.contains("ProbeCommandcommand has invalid page button"));
-    QCOMPARE(m_pCommand->page(), 2);
-}
-
-void TestCommand::repaintSendsTheItemsOfThePage()
-{
-    const auto repaint = [this](Enum::UpdateConsoleType type) {
-        m_pCommand->updateCommandKeypad(type);
-        return int(m_pRig->takeRequests().size());
-    };
-    m_pCommand->updateCurrentPageIndex(1);
-    QCOMPARE(repaint(Enum::UpdateConsoleType::OLED), 2);
-    QCOMPARE(m_pRig->label(600), QStringLiteral("item 2"));
-    QCOMPARE(m_pRig->label(601), QStringLiteral("item 3"));
-    QCOMPARE(repaint(Enum::UpdateConsoleType::Key), 2);
-    QVERIFY(m_pRig->shows(FirstKey, ECLEDColor::Yellow));
-    QVERIFY(m_pRig->shows(SecondKey, ECLEDColor::Orange));
-    QCOMPARE(m_pRig->key(FirstKey).appKey, appNumber(FirstKey));
-    QCOMPARE(repaint(Enum::UpdateConsoleType::All), 4);
-    m_pCommand->updateCurrentPageIndex(3); // the last page has one item
-    QCOMPARE(repaint(Enum::UpdateConsoleType::All), 2);
-}
-
-void TestCommand::keysWithoutAFunctionReachNoHandler()
-{
-    for (const quint32 key :
-         QList<quint32>{FirstKey, DeadKey, UpKey, 77}) // nothing is bound to the page key here
-        m_pCommand->slotECButtonPressed(key);
-    QCOMPARE(m_pCommand->m_handled, QList<quint32>{FirstKey});
-}
-
-void TestCommand::aCommandWithoutKeysSendsNothing()
-{
-    const LogCapture log;
-    m_pCommand->m_nPageSize = 0;
-    m_pCommand->updateCommandKeypad(Enum::UpdateConsoleType::All);
-    QVERIFY(log.contains(" page button config is 0. check config files."));
-    m_pCommand->setCommandConfig(nullptr);
-    m_pCommand->slotECButtonPressed(FirstKey);
-    m_pCommand->updateECButtonColor(FirstKey, ECLEDColor::Red);
-    m_pCommand->updateECOledTextByBtnECKey(FirstKey, QStringLiteral("x"));
-    QVERIFY(m_pRig->takeRequests().empty());
-}
-
-void TestCommand::labelsAreCutAtTheirLastByte()
-{
-    const QString umlauts = QString(20, QChar(0x00E4)); // 40 bytes in UTF-8
-    m_pCommand->updateECOledText(appNumber(600), 600, umlauts);
-    QCOMPARE(m_pRig->label(600), QString(16, QChar(0x00E4)));
-    m_pCommand->updateECOledText(appNumber(600), 600, QStringLiteral("a") + umlauts);
-    QCOMPARE(m_pRig->console().labels.at(600).text.size(), 32); // in the middle of a character
-    m_pCommand->updateECOledText(appNumber(600), 600, QString());
-    QCOMPARE(m_pRig->label(600), QString());
-}
-
-void TestCommand::aLabelIsFoundByItsKeyFirst()
-{
-    // Keys and labels are numbered apart: key 40's label is 41, key 41's label is 40, key 42 has none.
-    setKeys(KeyboardBuilder()
-                .group("ProbeCommand")
-                .key(40, Select, 0, 41)
-                .key(41, Select, 1, 40)
-                .key(42, Select));
-    m_pCommand->updateECOledTextByBtnECKey(40, QStringLiteral("of key 40"));
-    m_pCommand->updateECOledTextByBtnECKey(42, QStringLiteral("nowhere"));
-    QCOMPARE(m_pRig->label(41), QStringLiteral("of key 40"));
-    QCOMPARE(int(m_pRig->takeRequests().size()), 1);
-}
 
 QTEST_MAIN(TestCommand)
 #include "tst_command.moc"

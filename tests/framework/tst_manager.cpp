@@ -27,20 +27,208 @@ class TestManager : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void withoutARouteNothingIsSentAndNoStateChanges();
-    void reportsBeforeInitialisation();
-    void requestsReachTheConsoleByteForByte();
-    void everyRouteGetsEveryRequestInOrder();
-    void aRequestWithoutItsRecordIsNotSent();
-    void askingForAConsoleRecordEchoesWhatIsHeld();
-    void dviReportReplacesWhatWasKnown();
-    void aFileGoesOutInPacks_data();
-    void aFileGoesOutInPacks();
-    void aFileThatCannotBeReadSendsNothing();
-    void lightsAreRestoredFromTheSettings();
-    void initialisingTwiceReportsAKeyOnce();
-    void theMissingInstanceIsNotTouched();
+    void initTestCase()
+    {
+        QVERIFY(m_directory.isValid());
+        QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, m_directory.path());
+    }
+
+    void withoutARouteNothingIsSentAndNoStateChanges()
+    {
+        ECManager* manager = ECManager::instance();
+        manager->lockTBar();
+        manager->lockKeypad();
+        manager->switchSource(arm_left);
+        QVERIFY(!manager->isLockedTBar() && !manager->isLockedKeypad());
+        QCOMPARE(manager->getCurrentSource(), dvi1);
+        QVERIFY(!manager->sendFile(QStringLiteral("/no/such/file"), OpeWriteFile, MCU, 400, false));
+        manager->addSendDownTLVRequstCB([this](const QByteArray& datagram) {
+            m_sent.append(datagram);
+            return false; // a route's answer is nobody's business
+        });
+    }
+
+    void reportsBeforeInitialisation()
+    {
+        ECManager* manager = ECManager::instance();
+        for (const int tag : {201, 202, 203})
+            QVERIFY(!manager->upTLVDecodeFinished(eECUpMessageTag(tag), hex("0700000000")));
+        for (const int tag : {204, 205})
+            QVERIFY(!manager->upTLVDecodeFinished(eECUpMessageTag(tag), hex("01")));
+        QVERIFY(manager->upTLVDecodeFinished(ReportDVIInSignal, hex("0001")));
+        unsigned int out = 4711;
+        QVERIFY(!manager->getECKeyByOrvaneECKey(1, out));
+        QCOMPARE(out, 4711u);
+        QCOMPARE(manager->page("ScreenCommand"), 0);
+        takeSent();
+    }
+
+    void requestsReachTheConsoleByteForByte()
+    {
+        ECManager* manager = ECManager::instance();
+        manager->closeAllButtonLED();
+        manager->stopKeyboardMouseEventListen();
+        manager->controlPeripheralState(true);
+        manager->updateECConsolePluginSettings(); // there is no device, so no plug-in
+        QCOMPARE(
+            takeRequests().join(' '),
+            QString("65000b00ff000000ff000200000000 7a00010000 7e00010001 7e00010000"));
+    }
+
+    void everyRouteGetsEveryRequestInOrder()
+    {
+        ECManager* manager = ECManager::instance();
+        manager->addSendDownTLVRequstCB(nullptr); // refused, not called
+        manager->addSendDownTLVRequstCB([this](const QByteArray& datagram) {
+            m_nCopies += !m_sent.isEmpty() && m_sent.last() == datagram;
+            return true;
+        });
+        manager->updateECButtonColor(std::make_shared<ECButtonColor>(), std::make_shared<ECOLEDText>());
+        QCOMPARE(m_nCopies, 2);
+        const auto sent = takeSent();
+        QCOMPARE(sent.size(), 2);
+        QCOMPARE(sent.first().size(), 27); // the colour first, then the text
+        QCOMPARE(sent.last().size(), 54);
+    }
+
+    void aRequestWithoutItsRecordIsNotSent()
+    {
+        ECManager* manager = ECManager::instance();
+        manager->updateECButtonColor(nullptr);
+        manager->updateTBarValue(nullptr);
+        manager->updateLightControlState(nullptr);
+        QVERIFY(takeSent().isEmpty()); // nor an empty datagram
+        manager->updateECButtonColor(std::make_shared<ECButtonColor>(), nullptr);
+        QCOMPARE(takeSent().size(), 1);
+    }
+
+    void askingForAConsoleRecordEchoesWhatIsHeld()
+    {
+        ECManager* manager = ECManager::instance();
+        // A report is echoed but not kept: what is held stays the zero record that the first question made.
+        QVERIFY(manager->upTLVDecodeFinished(ReportECDeviceIP, hex("05010102030405060708090A0B0C")));
+        QCOMPARE(takeRequests(), QStringList("78000e0005010102030405060708090a0b0c"));
+        manager->reqECDeviceIP(5);
+        QCOMPARE(takeRequests(), QStringList({"7700010005", "78000e00" + QString(28, '0')}));
+    }
+
+    void dviReportReplacesWhatWasKnown()
+    {
+        ECManager* manager = ECManager::instance();
+        QVERIFY(manager->upTLVDecodeFinished(ReportDVIInSignal, hex("0001 01FF")));
+        QCOMPARE(takeRequests(), QStringList({"7b0002000001", "7b00020001ff"}));
+        QVERIFY(manager->dviInSignal(0) && manager->dviInSignal(1));
+        QVERIFY(manager->upTLVDecodeFinished(ReportDVIInSignal, hex("0001")));
+        QVERIFY(manager->dviInSignal(0) && !manager->dviInSignal(1));
+        QVERIFY(manager->upTLVDecodeFinished(ReportDVIInSignal, QByteArray()));
+        QVERIFY(!manager->dviInSignal(0));
+        takeSent();
+    }
+
+    void aFileGoesOutInPacks_data()
+    {
+        QTest::addColumn<int>("fileSize");
+        QTest::addColumn<int>("packSize");
+        QTest::addColumn<QList<int>>("datagramSizes");
+        const int first = 31 + 8; // numbering, head, tag, file header and the name of 8 characters
+        QTest::newRow("uneven") << 1000 << 400 << QList<int>{first + 400, 20 + 400, 20 + 200};
+        QTest::newRow("even: an empty last pack") << 1000 << 500 << QList<int>{first + 500, 520, 20};
+        QTest::newRow("no pack size: one pack, no data") << 1000 << 0 << QList<int>{first};
+        QTest::newRow("count wraps to nothing") << 65535 << 1 << QList<int>{};
+    }
+
+    void aFileGoesOutInPacks()
+    {
+        QFETCH(int, fileSize);
+        QFETCH(int, packSize);
+        QFETCH(QList<int>, datagramSizes);
+        QByteArray content;
+        for (int i = 0; i < fileSize; ++i)
+            content.append(char(i * 7));
+        QFile file(m_directory.filePath(QStringLiteral("image.ec")));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == fileSize && file.flush());
+
+        QVERIFY(ECManager::instance()->sendFile(file.fileName(), OpeWriteFile, MCU, quint16(packSize), true));
+        const auto sent = takeSent();
+        QCOMPARE(sent.size(), datagramSizes.size());
+        QByteArray received;
+        for (int i = 0; i < datagramSizes.size(); ++i) {
+            const QByteArray& pack = sent.at(i);
+            QCOMPARE(pack.size(), datagramSizes.at(i));
+            QCOMPARE(int(Wire::load<quint16>(pack.constData())), i);
+            QCOMPARE(int(Wire::load<quint16>(pack.constData() + 2)), datagramSizes.size());
+            received += pack.mid(i == 0 ? 39 : 20);
+        }
+        QVERIFY(received == (packSize > 1 ? content : QByteArray()));
+    }
+
+    void aFileThatCannotBeReadSendsNothing()
+    {
+        const LogCapture log;
+        QVERIFY(
+            !ECManager::instance()->sendFile(m_directory.filePath("gone"), OpeWriteFile, MCU, 400, false));
+        QVERIFY(log.contains("File path does not exist."));
+        QVERIFY(!ECManager::instance()->sendFile(m_directory.path(), OpeWriteFile, MCU, 400, false));
+        QVERIFY(log.contains("File can not open."));
+        // Opens, but its first bytes are nobody's.
+        QVERIFY(!ECManager::instance()->sendFile("/proc/self/mem", OpeWriteFile, MCU, 400, false));
+        QVERIFY(log.contains("File can not be read whole"));
+        QVERIFY(takeSent().isEmpty());
+    }
+
+    void lightsAreRestoredFromTheSettings()
+    {
+        ECManager* manager = ECManager::instance();
+        QSignalSpy timeType(manager, &ECManager::signalTimeTypeChanged);
+        manager->updateECConsoleLight();
+        QCOMPARE(
+            takeRequests().join(' '), QString("6f00030000010a 6f00030001010a 6f00030002010f 7000010064"));
+        QCOMPARE(timeType.size(), 0);
+        {
+            QSettings settings(QSettings::IniFormat, QSettings::UserScope, "KORVELIN", "orvaneeckeyboardy2");
+            settings.setValue("grooseneckStatus", false);
+            settings.setValue("grooseneckValue", 7);
+            settings.setValue("frontValue", 9); // without its status key it does not count
+            settings.setValue("logoStatus", false);
+            settings.setValue("screenValue", 42);
+            settings.setValue("timeDiaplay", 3);
+        }
+        manager->updateECConsoleLight();
+        QCOMPARE(
+            takeRequests().join(' '), QString("6f000300000007 6f00030001010a 6f00030002000f 700001002a"));
+        QCOMPARE(timeType.size(), 1);
+        QCOMPARE(timeType.first().first().toInt(), 3);
+    }
+
+    void initialisingTwiceReportsAKeyOnce()
+    {
+        ECManager* manager = ECManager::instance();
+        manager->init(nullptr); // as an application without a keyboard file does
+        manager->upTLVDecodeFinished(ReportECButtonPressed, hex("0A00000000"));
+        const auto keyboard = TestSupport::KeyboardBuilder().group("NumberCommand").key(10, 1, 7).build();
+        manager->init(keyboard);
+        manager->init(keyboard);
+        QSignalSpy clicked(manager, &ECManager::signalECKeyClicked);
+        QSignalSpy typed(manager, &ECManager::signalStandardKeyPressed);
+        QVERIFY(manager->upTLVDecodeFinished(ReportECButtonPressed, hex("0A00000000")));
+        QCOMPARE(clicked.size(), 1);
+        QCOMPARE(typed.size(), 1);
+    }
+
+    void theMissingInstanceIsNotTouched()
+    {
+        CommandManager commands;
+        commands.registerCommand(TestSupport::KeyboardBuilder().group("NumberCommand").key(10, 1, 7).build());
+        ECManager::deleteInstance();
+        QVERIFY(!ECManager::instance());
+        commands.slotECButtonPressed(10);
+        commands.slotECButtonRelease(10);
+        commands.slotECTBarChanged({});
+        commands.updateKeyboard();
+        commands.retranslateUi();
+        Q_EMIT m_devices.signalActivedDeviceChanged();
+        ECManager::deleteInstance();
+    }
 
 private:
     QList<QByteArray> takeSent() { return std::exchange(m_sent, {}); }
@@ -58,205 +246,6 @@ private:
     int m_nCopies = 0; ///< of what the first route just got, to the second
     QTemporaryDir m_directory;
 };
-
-void TestManager::initTestCase()
-{
-    QVERIFY(m_directory.isValid());
-    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, m_directory.path());
-}
-
-void TestManager::withoutARouteNothingIsSentAndNoStateChanges()
-{
-    ECManager* manager = ECManager::instance();
-    manager->lockTBar();
-    manager->lockKeypad();
-    manager->switchSource(arm_left);
-    QVERIFY(!manager->isLockedTBar() && !manager->isLockedKeypad());
-    QCOMPARE(manager->getCurrentSource(), dvi1);
-    QVERIFY(!manager->sendFile(QStringLiteral("/no/such/file"), OpeWriteFile, MCU, 400, false));
-    manager->addSendDownTLVRequstCB([this](const QByteArray& datagram) {
-        m_sent.append(datagram);
-        return false; // a route's answer is nobody's business
-    });
-}
-
-void TestManager::reportsBeforeInitialisation()
-{
-    ECManager* manager = ECManager::instance();
-    for (const int tag : {201, 202, 203})
-        QVERIFY(!manager->upTLVDecodeFinished(eECUpMessageTag(tag), hex("0700000000")));
-    for (const int tag : {204, 205})
-        QVERIFY(!manager->upTLVDecodeFinished(eECUpMessageTag(tag), hex("01")));
-    QVERIFY(manager->upTLVDecodeFinished(ReportDVIInSignal, hex("0001")));
-    unsigned int out = 4711;
-    QVERIFY(!manager->getECKeyByOrvaneECKey(1, out));
-    QCOMPARE(out, 4711u);
-    QCOMPARE(manager->page("ScreenCommand"), 0);
-    takeSent();
-}
-
-void TestManager::requestsReachTheConsoleByteForByte()
-{
-    ECManager* manager = ECManager::instance();
-    manager->closeAllButtonLED();
-    manager->stopKeyboardMouseEventListen();
-    manager->controlPeripheralState(true);
-    manager->updateECConsolePluginSettings(); // there is no device, so no plug-in
-    QCOMPARE(
-        takeRequests().join(' '), QString("65000b00ff000000ff000200000000 7a00010000 7e00010001 7e00010000"));
-}
-
-void TestManager::everyRouteGetsEveryRequestInOrder()
-{
-    ECManager* manager = ECManager::instance();
-    manager->addSendDownTLVRequstCB(nullptr); // refused, not called
-    manager->addSendDownTLVRequstCB([this](const QByteArray& datagram) {
-        m_nCopies += !m_sent.isEmpty() && m_sent.last() == datagram;
-        return true;
-    });
-    manager->updateECButtonColor(std::make_shared<ECButtonColor>(), std::make_shared<ECOLEDText>());
-    QCOMPARE(m_nCopies, 2);
-    const auto sent = takeSent();
-    QCOMPARE(sent.size(), 2);
-    QCOMPARE(sent.first().size(), 27); // the colour first, then the text
-    QCOMPARE(sent.last().size(), 54);
-}
-
-void TestManager::aRequestWithoutItsRecordIsNotSent()
-{
-    ECManager* manager = ECManager::instance();
-    manager->updateECButtonColor(nullptr);
-    manager->updateTBarValue(nullptr);
-    manager->updateLightControlState(nullptr);
-    QVERIFY(takeSent().isEmpty()); // nor an empty datagram
-    manager->updateECButtonColor(std::make_shared<ECButtonColor>(), nullptr);
-    QCOMPARE(takeSent().size(), 1);
-}
-
-void TestManager::askingForAConsoleRecordEchoesWhatIsHeld()
-{
-    ECManager* manager = ECManager::instance();
-    // A report is echoed but not kept: what is held stays the zero record that the first question made.
-    QVERIFY(manager->upTLVDecodeFinished(ReportECDeviceIP, hex("05010102030405060708090A0B0C")));
-    QCOMPARE(takeRequests(), QStringList("78000e0005010102030405060708090a0b0c"));
-    manager->reqECDeviceIP(5);
-    QCOMPARE(takeRequests(), QStringList({"7700010005", "78000e00" + QString(28, '0')}));
-}
-
-void TestManager::dviReportReplacesWhatWasKnown()
-{
-    ECManager* manager = ECManager::instance();
-    QVERIFY(manager->upTLVDecodeFinished(ReportDVIInSignal, hex("0001 01FF")));
-    QCOMPARE(takeRequests(), QStringList({"7b0002000001", "7b00020001ff"}));
-    QVERIFY(manager->dviInSignal(0) && manager->dviInSignal(1));
-    QVERIFY(manager->upTLVDecodeFinished(ReportDVIInSignal, hex("0001")));
-    QVERIFY(manager->dviInSignal(0) && !manager->dviInSignal(1));
-    QVERIFY(manager->upTLVDecodeFinished(ReportDVIInSignal, QByteArray()));
-    QVERIFY(!manager->dviInSignal(0));
-    takeSent();
-}
-
-void TestManager::aFileGoesOutInPacks_data()
-{
-    QTest::addColumn<int>("fileSize");
-    QTest::addColumn<int>("packSize");
-    QTest::addColumn<QList<int>>("datagramSizes");
-    const int first = 31 + 8; // numbering, head, tag, file header and the name of 8 characters
-    QTest::newRow("uneven") << 1000 << 400 << QList<int>{first + 400, 20 + 400, 20 + 200};
-    QTest::newRow("even: an empty last pack") << 1000 << 500 << QList<int>{first + 500, 520, 20};
-    QTest::newRow("no pack size: one pack, no data") << 1000 << 0 << QList<int>{first};
-    QTest::newRow("count wraps to nothing") << 65535 << 1 << QList<int>{};
-}
-
-void TestManager::aFileGoesOutInPacks()
-{
-    QFETCH(int, fileSize);
-    QFETCH(int, packSize);
-    QFETCH(QList<int>, datagramSizes);
-    QByteArray content;
-    for (int i = 0; i < fileSize; ++i)
-        content.append(char(i * 7));
-    QFile file(m_directory.filePath(QStringLiteral("image.ec")));
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == fileSize && file.flush());
-
-    QVERIFY(ECManager::instance()->sendFile(file.fileName(), OpeWriteFile, MCU, quint16(packSize), true));
-    const auto sent = takeSent();
-    QCOMPARE(sent.size(), datagramSizes.size());
-    QByteArray received;
-    for (int i = 0; i < datagramSizes.size(); ++i) {
-        const QByteArray& pack = sent.at(i);
-        QCOMPARE(pack.size(), datagramSizes.at(i));
-        QCOMPARE(int(Wire::load<quint16>(pack.constData())), i);
-        QCOMPARE(int(Wire::load<quint16>(pack.constData() + 2)), datagramSizes.size());
-        received += pack.mid(i == 0 ? 39 : 20);
-    }
-    QVERIFY(received == (packSize > 1 ? content : QByteArray()));
-}
-
-void TestManager::aFileThatCannotBeReadSendsNothing()
-{
-    const LogCapture log;
-    QVERIFY(!ECManager::instance()->sendFile(m_directory.filePath("gone"), OpeWriteFile, MCU, 400, false));
-    QVERIFY(log.contains("File path does not exist."));
-    QVERIFY(!ECManager::instance()->sendFile(m_directory.path(), OpeWriteFile, MCU, 400, false));
-    QVERIFY(log.contains("File can not open."));
-    // Opens, but its first bytes are nobody's.
-    QVERIFY(!ECManager::instance()->sendFile("/proc/self/mem", OpeWriteFile, MCU, 400, false));
-    QVERIFY(log.contains("File can not be read whole"));
-    QVERIFY(takeSent().isEmpty());
-}
-
-void TestManager::lightsAreRestoredFromTheSettings()
-{
-    ECManager* manager = ECManager::instance();
-    QSignalSpy timeType(manager, &ECManager::signalTimeTypeChanged);
-    manager->updateECConsoleLight();
-    QCOMPARE(takeRequests().join(' '), QString("6f00030000010a 6f00030001010a 6f00030002010f 7000010064"));
-    QCOMPARE(timeType.size(), 0);
-    {
-        QSettings settings(QSettings::IniFormat, QSettings::UserScope, "KORVELIN", "orvaneeckeyboardy2");
-        settings.setValue("grooseneckStatus", false);
-        settings.setValue("grooseneckValue", 7);
-        settings.setValue("frontValue", 9); // without its status key it does not count
-        settings.setValue("logoStatus", false);
-        settings.setValue("screenValue", 42);
-        settings.setValue("timeDiaplay", 3);
-    }
-    manager->updateECConsoleLight();
-    QCOMPARE(takeRequests().join(' '), QString("6f000300000007 6f00030001010a 6f00030002000f 700001002a"));
-    QCOMPARE(timeType.size(), 1);
-    QCOMPARE(timeType.first().first().toInt(), 3);
-}
-
-void TestManager::initialisingTwiceReportsAKeyOnce()
-{
-    ECManager* manager = ECManager::instance();
-    manager->init(nullptr); // as an application without a keyboard file does
-    manager->upTLVDecodeFinished(ReportECButtonPressed, hex("0A00000000"));
-    const auto keyboard = TestSupport::KeyboardBuilder().group("NumberCommand").key(10, 1, 7).build();
-    manager->init(keyboard);
-    manager->init(keyboard);
-    QSignalSpy clicked(manager, &ECManager::signalECKeyClicked);
-    QSignalSpy typed(manager, &ECManager::signalStandardKeyPressed);
-    QVERIFY(manager->upTLVDecodeFinished(ReportECButtonPressed, hex("0A00000000")));
-    QCOMPARE(clicked.size(), 1);
-    QCOMPARE(typed.size(), 1);
-}
-
-void TestManager::theMissingInstanceIsNotTouched()
-{
-    CommandManager commands;
-    commands.registerCommand(TestSupport::KeyboardBuilder().group("NumberCommand").key(10, 1, 7).build());
-    ECManager::deleteInstance();
-    QVERIFY(!ECManager::instance());
-    commands.slotECButtonPressed(10);
-    commands.slotECButtonRelease(10);
-    commands.slotECTBarChanged({});
-    commands.updateKeyboard();
-    commands.retranslateUi();
-    Q_EMIT m_devices.signalActivedDeviceChanged();
-    ECManager::deleteInstance();
-}
 
 QTEST_MAIN(TestManager)
 #include "tst_manager.moc"

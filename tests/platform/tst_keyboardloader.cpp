@@ -1,8 +1,5 @@
 #include "ec/eckeyboardloader.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -43,39 +40,12 @@ QString problemsOf(const KeyboardLoadResult& result)
     return lines.join('\n');
 }
 
-/// The records as the JSON that they were read from.
-QJsonObject toJson(const s_ECKeyboardConfig& config)
-{
-    QJsonArray groups;
-    for (const auto& group : config.m_commands) {
-        QJsonArray keys;
-        for (const auto& button : group->m_buttons) {
-            QJsonObject object{
-                {"ECKey", button->ECKey},
-                {"OrvaneECKey", static_cast<qint64>(button->OrvaneECKey)},
-                {"OrvaneKey", button->OrvaneKey},
-                {"OrderIndex", button->OrderIndex}};
-            if (const auto& oled = button->pECOledCfg)
-                object.insert(
-                    "pECOledCfg",
-                    QJsonObject{
-                        {"ECKey", oled->ECKey}, {"OrvaneECKey", static_cast<qint64>(oled->OrvaneECKey)}});
-            keys.append(object);
-        }
-        groups.append(QJsonObject{{"Name", group->Name}, {"m_buttons", keys}});
-    }
-    return {
-        {"Name", config.Name},
-        {"IconName", config.IconName},
-        {"ModelId", config.ModelId},
-        {"m_commands", groups}};
-}
-
 } // namespace
 
 class TestKeyboardLoader : public QObject {
     Q_OBJECT
 private Q_SLOTS:
+    void aKeyKeepsItsNumbersAndItsLabels();
     void theExampleIsACompleteKeyboard();
     void whatIsAllowedLoads_data();
     void whatIsAllowedLoads();
@@ -86,12 +56,24 @@ private Q_SLOTS:
     void whatIsNoJsonIsRefused();
 };
 
+void TestKeyboardLoader::aKeyKeepsItsNumbersAndItsLabels()
+{
+    const auto config = loadKeyboard(keyboard("LayerCommand", R"({"ECKey":65535,"OrvaneECKey":4294967295,
+        "OrvaneKey":3,"OrderIndex":4,"pECOledCfg":{"ECKey":5,"OrvaneECKey":6}})"))
+                            .config;
+    QVERIFY(config);
+    QVERIFY(config->Name == "n" && config->IconName == "i" && config->ModelId == 1);
+    QCOMPARE(config->m_commands.first()->Name, QString("LayerCommand"));
+    const s_ECButtonConfig& button = *config->m_commands.first()->m_buttons.first();
+    QVERIFY(button.ECKey == 65535 && button.OrvaneECKey == 4294967295);
+    QVERIFY(button.OrvaneKey == 3 && button.OrderIndex == 4);
+    QVERIFY(button.pECOledCfg->ECKey == 5 && button.pECOledCfg->OrvaneECKey == 6);
+}
+
 void TestKeyboardLoader::theExampleIsACompleteKeyboard()
 {
     const KeyboardLoadResult result = loadKeyboardFile(examplePath);
     QCOMPARE(problemsOf(result), QString());
-    QCOMPARE(toJson(*result.config), QJsonDocument::fromJson(readAll(examplePath)).object());
-
     const QHash<QString, QSet<int>> codes{
         {"ScreenCommand", {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 14, 15}},
         {"LayerCommand", {1, 2, 3, 4, 5, 6, 7, 8, 9}},
@@ -139,70 +121,58 @@ void TestKeyboardLoader::everyFaultIsToldWithItsPlace_data()
 {
     QTest::addColumn<QByteArray>("json");
     QTest::addColumn<QByteArray>("problems");
-    QTest::newRow("no object") << QByteArray("[]") << QByteArray("keyboard: is a list, expected an object");
-    QTest::newRow("missing field, wrong types") << QByteArray(R"({"Name":1,"IconName":null,"m_commands":{}})")
-                                                << QByteArray(R"(keyboard: Name is 1, expected a text
+    const auto row = [](const char* name, const QByteArray& json, const QByteArray& problems) {
+        QTest::newRow(name) << json << problems;
+    };
+    row("no object", "[]", "keyboard: is a list, expected an object");
+    row("missing field, wrong types", R"({"Name":1,"IconName":null,"m_commands":{}})",
+        R"(keyboard: Name is 1, expected a text
 keyboard: IconName is null, expected a text
 keyboard: missing field "ModelId", expected a whole number from 0 to 65535
 keyboard: m_commands is an object, expected a list)");
-    QTest::newRow("group and key no objects, group twice")
-        << QByteArray(R"({"Name":"","IconName":"","ModelId":0,"m_commands":[true,
-             {"Name":"InputCommand","m_buttons":[[]]},{"Name":"InputCommand","m_buttons":[]}]})")
-        << QByteArray(R"(group 1: is true, expected an object with Name, m_buttons
+    row("group and key no objects, group twice", R"({"Name":"","IconName":"","ModelId":0,"m_commands":[true,
+             {"Name":"InputCommand","m_buttons":[[]]},{"Name":"InputCommand","m_buttons":[]}]})",
+        R"(group 1: is true, expected an object with Name, m_buttons
 group 2 "InputCommand", key 1: is a list, expected an object with ECKey, OrvaneECKey, OrvaneKey, OrderIndex, pECOledCfg
 group 3 "InputCommand": group 2 has this name already, expected one group a name)");
-    QTest::newRow("numbers out of range")
-        << keyboard("InputCommand", R"({"ECKey":65536,"OrvaneECKey":4294967296,"OrvaneKey":4,"OrderIndex":-1},
-             {"ECKey":1.5,"OrvaneECKey":1e300,"OrvaneKey":1,"OrderIndex":0})")
-        << QByteArray(
-               R"(group 1 "InputCommand", key 1: ECKey is 65536, expected a whole number from 0 to 65535
+    row("numbers out of range",
+        keyboard("InputCommand", R"({"ECKey":65536,"OrvaneECKey":4294967296,"OrvaneKey":4,"OrderIndex":-1},
+             {"ECKey":1.5,"OrvaneECKey":1e300,"OrvaneKey":1,"OrderIndex":0})"),
+        R"(group 1 "InputCommand", key 1: ECKey is 65536, expected a whole number from 0 to 65535
 group 1 "InputCommand", key 1: OrvaneECKey is 4294967296, expected a whole number from 0 to 4294967295
 group 1 "InputCommand", key 1: OrvaneKey is 4, expected a whole number from 0 to 3
 group 1 "InputCommand", key 1: OrderIndex is -1, expected a whole number from 0 to 65535
 group 1 "InputCommand", key 2: ECKey is 1.5, expected a whole number from 0 to 65535
 group 1 "InputCommand", key 2: OrvaneECKey is 1e+300, expected a whole number from 0 to 4294967295)");
-    QTest::newRow("label with faults")
-        << keyboard("LayerCommand", R"({"ECKey":7,"OrvaneECKey":1,"OrvaneKey":0,"OrderIndex":0,"pECOledCfg":
-             {"ECKey":"x","Text":""}})")
-        << QByteArray(
-               R"(group 1 "LayerCommand", key 1 (ECKey 7), label: unknown field "Text", expected ECKey, OrvaneECKey
-group 1 "LayerCommand", key 1 (ECKey 7), label: ECKey is "x", expected a whole number from 0 to 65535
-group 1 "LayerCommand", key 1 (ECKey 7), label: missing field "OrvaneECKey", expected a whole number from 0 to 4294967295)");
-    QTest::newRow("one number twice, beside another fault")
-        << keyboard(
-               "InputCommand",
-               key(7, 1, 0) + "," + key(8, 1, 1)
-                   + R"(,{"ECKey":7,"OrvaneECKey":"","OrvaneKey":1,"OrderIndex":2})")
-        << QByteArray(
-               R"(group 1 "InputCommand", key 3 (ECKey 7): key 1 has this ECKey already, expected one key a number
-group 1 "InputCommand", key 3 (ECKey 7): OrvaneECKey is "", expected a whole number from 0 to 4294967295)");
-    QTest::newRow("unknown group, similar letters")
-        << keyboard("Screencommand", key(1, 999, 0))
-        << QByteArray(
-               R"(group 1 "Screencommand": no command has this name, expected one of ScreenCommand, LayerCommand, InputCommand, PresetCommand, NumberCommand, FunctionCommand)");
-    QTest::newRow("place twice, holes")
-        << keyboard("PresetCommand", key(1, 1, 1) + "," + key(2, 1, 1) + "," + key(4, 1, 65535))
-        << QByteArray(
-               R"(group 1 "PresetCommand", key 2 (ECKey 2): key 1 has OrderIndex 1 already, expected one select key a place
+    row("label with faults, one number twice", keyboard("LayerCommand", key(7, 0, 0) + R"(,{"ECKey":7,
+             "OrvaneECKey":1,"OrvaneKey":0,"OrderIndex":0,"pECOledCfg":{"ECKey":"x","Text":""}})"),
+        R"(group 1 "LayerCommand", key 2 (ECKey 7): key 1 has this ECKey already, expected one key a number
+group 1 "LayerCommand", key 2 (ECKey 7), label: unknown field "Text", expected ECKey, OrvaneECKey
+group 1 "LayerCommand", key 2 (ECKey 7), label: ECKey is "x", expected a whole number from 0 to 65535
+group 1 "LayerCommand", key 2 (ECKey 7), label: missing field "OrvaneECKey", expected a whole number from 0 to 4294967295)");
+    row("unknown group, similar letters", keyboard("Screencommand", key(1, 999, 0)),
+        R"(group 1 "Screencommand": no command has this name, expected one of ScreenCommand, LayerCommand, InputCommand, PresetCommand, NumberCommand, FunctionCommand)");
+    row("place twice, holes",
+        keyboard(
+            "PresetCommand", key(1, 1, 1) + "," + key(2, 1, 1) + "," + key(3, 2, 0) + "," + key(4, 1, 65535)),
+        R"(group 1 "PresetCommand", key 2 (ECKey 2): key 1 has OrderIndex 1 already, expected one select key a place
 group 1 "PresetCommand": no select key has OrderIndex 0, expected no holes
 group 1 "PresetCommand": no select key has an OrderIndex from 2 to 65534, expected no holes)");
-    QTest::newRow("a place that cannot be read is no hole")
-        << keyboard(
-               "PresetCommand",
-               key(1, 1, 1) + R"(,{"ECKey":2,"OrvaneECKey":1,"OrvaneKey":1,"OrderIndex":"0"})")
-        << QByteArray(
-               R"(group 1 "PresetCommand", key 2 (ECKey 2): OrderIndex is "0", expected a whole number from 0 to 65535)");
-    QTest::newRow("field twice, once escaped")
-        << QByteArray("{\"Name\":\"\\\"}\",\n \"IconName\":\"\",\"ModelId\":0,\n\"m_commands\":[], "
-                      "\"N\\u0061me\":\"\xC3\xBC\",\"Name\":\"\"}")
-        << QByteArray(R"(line 3, column 18: field "Name" stands twice in its object, expected once
+    row("a place that cannot be read is no hole",
+        keyboard(
+            "PresetCommand", key(1, 1, 1) + R"(,{"ECKey":2,"OrvaneECKey":1,"OrvaneKey":1,"OrderIndex":"0"})"),
+        R"(group 1 "PresetCommand", key 2 (ECKey 2): OrderIndex is "0", expected a whole number from 0 to 65535)");
+    row("field twice, once escaped",
+        "{\"Name\":\"\\\"}\",\n \"IconName\":\"\",\"ModelId\":0,\n\"m_commands\":[], "
+        "\"N\\u0061me\":\"\xC3\xBC\",\"Name\":\"\"}",
+        R"(line 3, column 18: field "Name" stands twice in its object, expected once
 line 3, column 34: field "Name" stands twice in its object, expected once)");
-    QTest::newRow("long and unprintable text")
-        << QByteArray(R"({"Name":"","IconName":"","ModelId":")") + QByteArray(50, 'x')
-            + QByteArray(R"(","m_commands":[],"\u001b[2J":0})")
-        << "keyboard: unknown field \"\uFFFD[2J\", expected Name, IconName, ModelId, m_commands\n"
-           "keyboard: ModelId is \""
-            + QByteArray(40, 'x') + "\u2026\", expected a whole number from 0 to 65535";
+    row("long and unprintable text",
+        R"({"Name":"","IconName":"","ModelId":")" + QByteArray(50, 'x')
+            + R"(","m_commands":[],"\u001b[2J":0})",
+        "keyboard: unknown field \"\uFFFD[2J\", expected Name, IconName, ModelId, m_commands\n"
+        "keyboard: ModelId is \""
+            + QByteArray(40, 'x') + "\u2026\", expected a whole number from 0 to 65535");
 }
 
 void TestKeyboardLoader::everyFaultIsToldWithItsPlace()
@@ -217,38 +187,24 @@ void TestKeyboardLoader::everyFaultIsToldWithItsPlace()
 void TestKeyboardLoader::aFileThatCannotBeReadIsRefused()
 {
     QTemporaryDir directory;
-    const QString missing = directory.filePath("missing.json");
-    for (const QString& path : {missing, directory.path()}) {
-        const KeyboardLoadResult result = loadKeyboardFile(path);
-        QVERIFY(!result);
-        QCOMPARE(result.problems.size(), 1);
-        QVERIFY2(
-            result.problems.first().toString().startsWith(path + ": cannot be read: "),
-            qPrintable(result.problems.first().toString()));
+    for (const QString& path : {directory.filePath("missing.json"), directory.path()}) {
+        const QString problem = problemsOf(loadKeyboardFile(path));
+        QVERIFY2(problem.startsWith(path + ": cannot be read: "), qPrintable(problem));
     }
 }
 
 void TestKeyboardLoader::brokenJsonIsToldWithLineAndColumn()
 {
-    const QByteArray json = readAll(examplePath).replace("1001,", "1001,\n,");
-
-    const KeyboardLoadResult result = loadKeyboard(json);
-
-    QVERIFY(!result);
-    QCOMPARE(result.problems.size(), 1);
-    QCOMPARE(result.problems.first().place, QStringLiteral("line 10, column 2"));
-    QVERIFY(result.problems.first().text.startsWith("no valid JSON: "));
+    const QString problem = problemsOf(loadKeyboard(readAll(examplePath).replace("1001,", "1001,\n,")));
+    QVERIFY2(problem.startsWith("line 10, column 2: no valid JSON: "), qPrintable(problem));
 }
 
 void TestKeyboardLoader::whatIsNoJsonIsRefused()
 {
     const QList<QByteArray> texts{
         "",
-        " ",
-        "\"",
         "{\"",
         QByteArray("\0", 1),
-        "NaN",
         "[NaN]",
         "{\"ModelId\":NaN}",
         "{\"ModelId\":1e999999999}",

@@ -8,6 +8,7 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <map>
 #include <mutex>
 
 namespace Orvane::TestSupport {
@@ -22,18 +23,14 @@ public:
         const auto reception = m_recorder.receive(datagram.constData(), datagram.size());
         if (const auto* read = std::get_if<ConsolePanel::DownDatagram>(&reception.datagram)) {
             const auto* data = std::get_if<ECDeviceIPData>(&read->message);
-            if (data && data->Index == MarkerIndex)
-                noteMarker(data->IP);
-            else
+            if (data && data->Index == MarkerIndex) {
+                m_nMarkerSeen = data->IP;
+                m_markerSeen.notify_all();
+            } else {
                 m_requests.push_back(*read);
+            }
         }
         return true;
-    }
-
-    void noteMarker(quint32 marker)
-    {
-        m_nMarkerSeen = marker;
-        m_markerSeen.notify_all();
     }
 
     /// A console index that no test uses: its network record, echoed by the library, marks a point in time.
@@ -50,6 +47,17 @@ public:
     quint32 m_nMarkerSeen = 0;
     std::condition_variable m_markerSeen;
 };
+
+namespace {
+
+/// What the console has at the number; its default when there is nothing yet.
+template <typename Map> typename Map::mapped_type valueAt(const Map& map, quint16 ecKey)
+{
+    const auto found = map.find(ecKey);
+    return found == map.end() ? typename Map::mapped_type() : found->second;
+}
+
+} // namespace
 
 ConsoleRig::ConsoleRig(const std::shared_ptr<EC::s_ECKeyboardConfig>& keyboard)
     : d(std::make_unique<Private>())
@@ -72,16 +80,6 @@ ConsoleRig::~ConsoleRig()
     ECManager::deleteInstance();
 }
 
-void ConsoleRig::press(quint32 key)
-{
-    report(ConsolePanel::KeyReport{true, key});
-}
-
-void ConsoleRig::release(quint32 key)
-{
-    report(ConsolePanel::KeyReport{false, key});
-}
-
 void ConsoleRig::tap(quint32 key)
 {
     press(key);
@@ -98,12 +96,7 @@ void ConsoleRig::tbar(quint32 value, quint8 direction)
 
 void ConsoleRig::report(const ConsolePanel::UpMessage& message)
 {
-    inject(ConsolePanel::encodeUp(message, ++d->m_nSequence));
-}
-
-void ConsoleRig::inject(const QByteArray& datagram)
-{
-    d->m_pDecoder->appendDatagram(datagram);
+    d->m_pDecoder->appendDatagram(ConsolePanel::encodeUp(message, ++d->m_nSequence));
 }
 
 void ConsoleRig::sendMarker()
@@ -144,17 +137,13 @@ ConsolePanel::ConsoleState ConsoleRig::console() const
 ConsolePanel::KeyState ConsoleRig::key(quint16 ecKey) const
 {
     const std::lock_guard<std::mutex> lock(d->m_mutex);
-    const auto& keys = d->m_recorder.state().keys;
-    const auto found = keys.find(ecKey);
-    return found == keys.end() ? ConsolePanel::KeyState() : found->second;
+    return valueAt(d->m_recorder.state().keys, ecKey);
 }
 
 QString ConsoleRig::label(quint16 ecKey) const
 {
     const std::lock_guard<std::mutex> lock(d->m_mutex);
-    const auto& labels = d->m_recorder.state().labels;
-    const auto found = labels.find(ecKey);
-    return found == labels.end() ? QString() : QString::fromUtf8(found->second.text);
+    return QString::fromUtf8(valueAt(d->m_recorder.state().labels, ecKey).text);
 }
 
 bool ConsoleRig::shows(quint16 ecKey, ECLEDColor color) const
@@ -198,25 +187,13 @@ std::vector<quint32> ConsoleRig::takeTBarLevels()
 ConsolePanel::KeyColour colourOf(ECLEDColor color)
 {
     // Stated here once more, on purpose: the tests must notice when the library's own table changes.
-    switch (color) {
-    case ECLEDColor::Red:
-        return {255, 0, 0};
-    case ECLEDColor::Blue:
-        return {0, 0, 255};
-    case ECLEDColor::Green:
-        return {0, 255, 0};
-    case ECLEDColor::Yellow:
-        return {255, 255, 0};
-    case ECLEDColor::Off:
-        return {20, 20, 20};
-    case ECLEDColor::Purple:
-        return {255, 0, 255};
-    case ECLEDColor::Orange:
-        return {255, 72, 0};
-    case ECLEDColor::On:
-        break;
-    }
-    return {255, 255, 255};
+    using Colour = ConsolePanel::KeyColour;
+    static const std::map<ECLEDColor, Colour> s_colours{
+        {ECLEDColor::Red, {255, 0, 0}},     {ECLEDColor::Blue, {0, 0, 255}},
+        {ECLEDColor::Green, {0, 255, 0}},   {ECLEDColor::Yellow, {255, 255, 0}},
+        {ECLEDColor::Off, {20, 20, 20}},    {ECLEDColor::Purple, {255, 0, 255}},
+        {ECLEDColor::Orange, {255, 72, 0}}, {ECLEDColor::On, {255, 255, 255}}};
+    return s_colours.at(color);
 }
 
 } // namespace Orvane::TestSupport

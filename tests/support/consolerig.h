@@ -30,14 +30,12 @@ public:
 
     // The console's side.
 
-    void press(quint32 key);
-    void release(quint32 key);
+    void press(quint32 key) { report(ConsolePanel::KeyReport{true, key}); }
+    void release(quint32 key) { report(ConsolePanel::KeyReport{false, key}); }
     /// Presses and releases at once.
     void tap(quint32 key);
     void tbar(quint32 value, quint8 direction = ECProxy::Client::BottomToTop);
     void report(const ConsolePanel::UpMessage& message);
-    /// Any bytes, as if received.
-    void inject(const QByteArray& datagram);
     /// Waits until the decoder thread has handled every report so far, and the GUI thread what came of it.
     bool settle(int timeoutMs = 5000);
     /// Waits for the decoder thread alone, as when the GUI thread is busy.

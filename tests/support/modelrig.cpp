@@ -91,31 +91,17 @@ std::shared_ptr<BizModel::Screen> ModelRig::screen(const QString& ipMacSn, Memor
     return nullptr;
 }
 
-QStringList ModelRig::requested(MemoryModel::Operation operation) const
+QStringList ModelRig::asked(MemoryModel::Operation operation, bool onlyRequests) const
 {
     const QString name = MemoryModel::operationName(operation);
     const std::lock_guard<std::mutex> lock(m_mutex);
-    QStringList arguments;
+    QStringList requested;
+    QStringList done;
     for (const JournalEntry& entry : m_journal) {
-        if (entry.operation == name && entry.phase == JournalEntry::Phase::Requested)
-            arguments.append(entry.arguments);
+        if (entry.operation == name)
+            (entry.phase == JournalEntry::Phase::Requested ? requested : done).append(entry.arguments);
     }
-    return arguments;
-}
-
-QStringList ModelRig::asked(MemoryModel::Operation operation) const
-{
-    const QString name = MemoryModel::operationName(operation);
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    const bool isRequest = std::any_of(m_journal.cbegin(), m_journal.cend(), [&](const JournalEntry& entry) {
-        return entry.operation == name && entry.phase == JournalEntry::Phase::Requested;
-    });
-    QStringList arguments;
-    for (const JournalEntry& entry : m_journal) {
-        if (entry.operation == name && (entry.phase == JournalEntry::Phase::Requested) == isRequest)
-            arguments.append(entry.arguments);
-    }
-    return arguments;
+    return onlyRequests || !requested.isEmpty() ? requested : done;
 }
 
 bool ModelRig::waitAsked(MemoryModel::Operation operation, int count, int timeoutMs) const

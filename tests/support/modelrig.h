@@ -51,10 +51,10 @@ public:
     // What the model was asked, in order. Requests that another thread carries out count when they are made.
 
     /// The arguments of every time that the operation was asked for.
-    QStringList asked(MemoryModel::Operation operation) const;
+    QStringList asked(MemoryModel::Operation operation) const { return asked(operation, false); }
     /// The same of requests alone: what a thread of the model carries out later does not count, such as
     /// the last sample of an earlier test.
-    QStringList requested(MemoryModel::Operation operation) const;
+    QStringList requested(MemoryModel::Operation operation) const { return asked(operation, true); }
     bool waitAsked(MemoryModel::Operation operation, int count, int timeoutMs = 5000) const;
 
     /// The model's thread that is going to carry out the operation waits until `letGo`. At most one operation
@@ -72,6 +72,7 @@ public:
     void forget();
 
 private:
+    QStringList asked(MemoryModel::Operation operation, bool onlyRequests) const;
     void addNotice(const QString& text);
     void connectNotices();
 
