@@ -1,7 +1,6 @@
 #include "bareplatform.h"
 #include "command.h"
 #include "consolerig.h"
-#include "eccommanditem.h"
 #include "keyboardbuilder.h"
 #include "logcapture.h"
 
@@ -18,9 +17,9 @@ using namespace Orvane::TestSupport;
 namespace {
 
 enum : quint16 { Select = 1, PageUp = 2, PageDown = 3 };
-enum : quint16 { FirstKey = 20, SecondKey = 21, UpKey = 30, DownKey = 31, DeadKey = 33, PageLabel = 512 };
+enum : quint16 { FirstKey = 20, UpKey = 30, DownKey = 31, DeadKey = 33, PageLabel = 512 };
 
-/// A group with two selectable keys a page and seven items on four pages.
+/// A group of keys without items.
 class ProbeCommand : public Command {
 public:
     ProbeCommand()
@@ -30,25 +29,10 @@ public:
             return true;
         };
         bindKey(Select, handle, nullptr);
-        for (int index = 0; index < 7; ++index) {
-            auto item = std::make_shared<ECCommandItem>(nullptr);
-            item->setECButtonPageIndex(qint16(index / 2));
-            item->setECButtonOrderIndex(qint16(index % 2));
-            item->setECButtonKey(FirstKey + index % 2);
-            item->setECOledText(QStringLiteral("item %1").arg(index));
-            item->setECButtonColor(index == 3 ? ECLEDColor::Orange : ECLEDColor::Yellow);
-            m_items.append(item);
-        }
     }
     QString name() const override { return QStringLiteral("ProbeCommand"); }
     int maxPage() override { return m_nMaxPage ? *m_nMaxPage : Command::maxPage(); }
-    int pageSize() const override { return m_nPageSize; }
-    QList<std::shared_ptr<ECCommandItem>> commandItems() const override { return m_items; }
-    std::shared_ptr<EC::s_ECButtonConfig> findSelectModeButtonByIndex(const int& index) const override
-    {
-        const auto buttons = ecCommandConfig()->findECButtonConfigsByOrvaneKey(Select);
-        return index < buttons.size() ? buttons.at(index) : nullptr;
-    }
+    int pageSize() const override { return 0; }
     using Command::updatePageOled;
     bool updatePageOled(const quint32& oledECKey, const quint32& pageIndex) override
     {
@@ -60,9 +44,7 @@ public:
 
     std::function<void()> m_onPageTurned; ///< called once, when the next page is about to be shown
     QList<quint32> m_handled;
-    QList<std::shared_ptr<ECCommandItem>> m_items;
     std::optional<int> m_nMaxPage;
-    int m_nPageSize = 2;
 };
 
 } // namespace
@@ -82,7 +64,7 @@ private Q_SLOTS:
         m_pCommand = std::make_unique<ProbeCommand>();
         setKeys(KeyboardBuilder()
                     .group("ProbeCommand")
-                    .selectKeys(FirstKey, 2, 600)
+                    .key(FirstKey, Select)
                     .key(UpKey, PageUp, 0, PageLabel)
                     .key(DownKey, PageDown, 0, PageLabel)
                     .key(DeadKey, 0));
@@ -133,29 +115,10 @@ private Q_SLOTS:
         QCOMPARE(m_pCommand->page(), 2);
     }
 
-    void repaintSendsTheItemsOfThePage()
-    {
-        const auto repaint = [this](Enum::UpdateConsoleType type) {
-            m_pCommand->updateCommandKeypad(type);
-            return int(m_pRig->takeRequests().size());
-        };
-        m_pCommand->updateCurrentPageIndex(1);
-        QCOMPARE(repaint(Enum::UpdateConsoleType::OLED), 2);
-        QCOMPARE(m_pRig->label(600), QStringLiteral("item 2"));
-        QCOMPARE(m_pRig->label(601), QStringLiteral("item 3"));
-        QCOMPARE(repaint(Enum::UpdateConsoleType::Key), 2);
-        QVERIFY(m_pRig->shows(FirstKey, ECLEDColor::Yellow));
-        QVERIFY(m_pRig->shows(SecondKey, ECLEDColor::Orange));
-        QCOMPARE(m_pRig->key(FirstKey).appKey, appNumber(FirstKey));
-        QCOMPARE(repaint(Enum::UpdateConsoleType::All), 4);
-        m_pCommand->updateCurrentPageIndex(3); // the last page has one item
-        QCOMPARE(repaint(Enum::UpdateConsoleType::All), 2);
-    }
-
     void keysWithoutAFunctionReachNoHandler()
     {
-        for (const quint32 key :
-             QList<quint32>{FirstKey, DeadKey, UpKey, 77}) // nothing is bound to the page key here
+        const QList<quint32> keys{FirstKey, DeadKey, UpKey, 77}; // nothing is bound to the page key here
+        for (const quint32 key : keys)
             m_pCommand->slotECButtonPressed(key);
         QCOMPARE(m_pCommand->m_handled, QList<quint32>{FirstKey});
     }
@@ -163,7 +126,6 @@ private Q_SLOTS:
     void aCommandWithoutKeysSendsNothing()
     {
         const LogCapture log;
-        m_pCommand->m_nPageSize = 0;
         m_pCommand->updateCommandKeypad(Enum::UpdateConsoleType::All);
         QVERIFY(log.contains(" page button config is 0. check config files."));
         m_pCommand->setCommandConfig(nullptr);
