@@ -41,7 +41,7 @@ private Q_SLOTS:
         manager->switchSource(arm_left);
         QVERIFY(!manager->isLockedTBar() && !manager->isLockedKeypad());
         QCOMPARE(manager->getCurrentSource(), dvi1);
-        QVERIFY(!manager->sendFile(QStringLiteral("/no/such/file"), OpeWriteFile, MCU, 400, false));
+        QVERIFY(!manager->sendFile(QCoreApplication::applicationFilePath(), OpeWriteFile, MCU, 400, false));
         manager->addSendDownTLVRequstCB([this](const QByteArray& datagram) {
             m_sent.append(datagram);
             return false; // a route's answer is nobody's business
