@@ -14,6 +14,8 @@
 #include <QTest>
 #include <QThreadPool>
 
+#include <algorithm>
+
 /// The console and the show that the preset tests play with.
 namespace PresetScene {
 
@@ -26,46 +28,34 @@ using MemoryModel::ScreenKey;
 using MemoryModel::ScreenType;
 using MemoryModel::Times;
 
-/// The keys' numbers on the console.
-enum Key : quint16 {
-    Preset = 1, ///< the first of `PageSize` preset keys; their labels are `Label` further
-    PageUp = 20,
-    PageDown = 21,
-    Remove = 22,
-    ClearAll = 23,
-    Store = 24,
-    LoadTarget = 25,
-    Take = 40,
-    Cut = 41,
-    SaveData = 50,
-    TBarLock = 51,
-    KeypadLock = 52
-};
+/// The keys' numbers on the console; from `Preset` on there are `PageSize` preset keys, with their labels
+/// `Label` further.
+enum PresetKey : quint16 { Preset = 1, PageUp = 20, PageDown, Remove, ClearAll, Store, LoadTarget };
+enum OtherKey : quint16 { Take = 40, Cut, SaveData = 50, TBarLock, KeypadLock };
 /// Does not divide the highest number of presets, 128.
 constexpr int PageSize = 10;
 constexpr quint16 Label = 100;
 
 constexpr ScreenKey Stage{ScreenType::RegularScreen, 1};
 
-inline const QString A = QStringLiteral("A");
-inline const QString B = QStringLiteral("B");
+inline const QString A = "A";
+inline const QString B = "B";
 
 inline std::shared_ptr<EC::s_ECKeyboardConfig> keyboard()
 {
     TestSupport::KeyboardBuilder builder;
-    using Type = PresetCallbackType;
-    const auto code = [](Type type) { return int(type); };
-    builder.group(QStringLiteral("ScreenCommand"))
+    builder.group("ScreenCommand")
         .key(Take, int(ScreenCallbackType::eTakeToPGMCB))
         .key(Cut, int(ScreenCallbackType::eCutToPGMCB));
-    builder.group(QStringLiteral("PresetCommand")).selectKeys(Preset, PageSize, Label + Preset);
-    builder.key(PageUp, code(Type::ePageUp), 0, Label + PageUp)
-        .key(PageDown, code(Type::ePageDown), 0, Label + PageUp)
-        .key(Remove, code(Type::eRemoveSelectedPresetCB))
-        .key(ClearAll, code(Type::eClearPresetsCB))
-        .key(Store, code(Type::eSavePresetCB))
-        .key(LoadTarget, code(Type::eLoadToPgm), 0, Label + LoadTarget);
-    builder.group(QStringLiteral("FunctionCommand"))
+    builder.group("PresetCommand")
+        .selectKeys(Preset, PageSize, Label + Preset)
+        .key(PageUp, int(PresetCallbackType::ePageUp), 0, Label + PageUp)
+        .key(PageDown, int(PresetCallbackType::ePageDown), 0, Label + PageUp)
+        .key(Remove, int(PresetCallbackType::eRemoveSelectedPresetCB))
+        .key(ClearAll, int(PresetCallbackType::eClearPresetsCB))
+        .key(Store, int(PresetCallbackType::eSavePresetCB))
+        .key(LoadTarget, int(PresetCallbackType::eLoadToPgm), 0, Label + LoadTarget);
+    builder.group("FunctionCommand")
         .key(SaveData, int(FunctionCallbackType::eSaveDataToDeviceCB))
         .key(TBarLock, int(FunctionCallbackType::eLockECTBarCB))
         .key(KeypadLock, int(FunctionCallbackType::eLockECKeyboardCB));
@@ -98,27 +88,27 @@ inline MemoryModel::PresetRecord presetRecord(quint16 id, const QString& name)
 inline MemoryModel::ShowRecord show()
 {
     MemoryModel::DeviceRecord device;
-    device.groupId = QStringLiteral("7");
+    device.groupId = "7";
     device.loadToPGMEnabled = true;
     device.subcards = {{1, 8, {}}};
     device.outputs = {{1, 1, 0, QSize(1920, 1080), true}};
     MemoryModel::ScreenRecord stage;
     stage.key = Stage;
-    stage.name = QStringLiteral("Stage");
+    stage.name = "Stage";
     stage.selected = true;
     stage.effectSeconds = 0.1;
     stage.outputs = {{1, QRect(0, 0, 1920, 1080)}};
-    stage.pvw = {layerRecord(QStringLiteral("next"))};
+    stage.pvw = {layerRecord("next")};
     device.screens = {stage};
     device.activeScreen = Stage;
 
     MemoryModel::DeviceRecord a = device;
     a.ipMacSn = A;
-    a.presets = {presetRecord(1, QStringLiteral("Opening")), presetRecord(3, QStringLiteral("Walk"))};
+    a.presets = {presetRecord(1, "Opening"), presetRecord(3, "Walk")};
     a.activePreset = 1;
     MemoryModel::DeviceRecord b = device;
     b.ipMacSn = B;
-    b.presets = {presetRecord(3, QStringLiteral("Steps")), presetRecord(12, QStringLiteral("Finale"))};
+    b.presets = {presetRecord(3, "Steps"), presetRecord(12, "Finale")};
     return {A, {a, b}};
 }
 
@@ -130,11 +120,18 @@ public:
 
     PresetOptMode mode() const { return m_pRig->model().deviceList().presetOperateMode(); }
 
-    /// Presses and releases a key and waits until it was handled.
-    bool tap(quint32 key)
+    /// Presses and releases keys one after the other and waits until each was handled.
+    bool tap(std::initializer_list<quint32> keys)
     {
-        console().tap(key);
-        return console().settle();
+        return std::all_of(keys.begin(), keys.end(), [this](quint32 key) {
+            console().tap(key);
+            return console().settle();
+        });
+    }
+    bool tap(quint32 key) { return tap({key}); }
+    bool waitSlot(int slot, ECLEDColor color, const QString& label)
+    {
+        return console().waitShows(keyOf(slot), color) && console().waitLabel(Label + keyOf(slot), label);
     }
 
     /// File ids of a device's presets.

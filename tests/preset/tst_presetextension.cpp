@@ -4,8 +4,6 @@
 
 #include <QThread>
 
-#include <functional>
-
 using namespace PresetScene;
 using TestSupport::LogCapture;
 
@@ -19,7 +17,7 @@ std::shared_ptr<Command> presetKeys()
 /// Notes every call and whether it came on the application's thread.
 class Witness : public IPresetCommandEx {
 public:
-    QString name() const override { return QStringLiteral("Witness"); }
+    QString name() const override { return "Witness"; }
     bool selectPresetPressed(const quint32& ecKey) override { return note("pressed", ecKey); }
     bool selectPresetRelease(const quint32& ecKey) override { return note("released", ecKey); }
     bool isBindProgram(const quint32& ecKey) override { return note("bound?", ecKey); }
@@ -43,7 +41,7 @@ private:
         if (QThread::currentThread() != qApp->thread())
             isElsewhere = true; // a race, and a failure
         else
-            calls.append(QStringLiteral("%1 %2").arg(QLatin1String(call)).arg(argument));
+            calls.append(QString("%1 %2").arg(QLatin1String(call)).arg(argument));
         return true;
     }
 };
@@ -65,199 +63,154 @@ private Q_SLOTS:
     void init() { start(); }
     void cleanupTestCase() { m_pRig.reset(); }
 
-    void nullIsRefused();
-    void keysReachTheExtensionOnTheApplicationsThread();
-    void theConsoleDoesNotWaitForTheExtension();
-    void aKeyKeepsThePageThatItWasPressedOn();
-    void aClearReachesEveryExtension();
-    void theTBarIsToldWhenItLeavesAnEnd_data();
-    void theTBarIsToldWhenItLeavesAnEnd();
-    void aLockedTBarIsNotTold_data();
-    void aLockedTBarIsNotTold();
-    void anExtensionMayGoAtAnyTime();
-    void theExampleKeepsALogOfTheShow();
-};
-
-void TestPresetExtension::nullIsRefused()
-{
-    LogCapture log;
-    presetKeys()->registerPresetCommand(nullptr);
-    QVERIFY(log.contains(QStringLiteral("pPresetCmd is null")));
-    QVERIFY(tap(keyOf(0)));
-    QVERIFY(waitLoaded(1));
-}
-
-void TestPresetExtension::keysReachTheExtensionOnTheApplicationsThread()
-{
-    Witness witness;
-    presetKeys()->registerPresetCommand(&witness);
-    QVERIFY(tap(keyOf(2)));
-    QVERIFY(tap(PageDown));
-    QVERIFY(tap(keyOf(4)));
-    m_pRig->control().showPresetPage(3);
-    QVERIFY(tap(Take));
-    QVERIFY(QTest::qWaitFor(
-        [&] { return m_pRig->screen(A, Stage)->state() == BizModel::Screen::State::Normal; }));
-    QVERIFY(tap(Cut));
-    QVERIFY(waitLoaded(3));
-    QCOMPARE(
-        witness.calls,
-        (QStringList{
-            QStringLiteral("pressed 3"), QStringLiteral("bound? 3"), QStringLiteral("released 3"),
-            QStringLiteral("page 1"), QStringLiteral("pressed 5"), QStringLiteral("bound? 5"),
-            QStringLiteral("released 5"), QStringLiteral("page 3"), QStringLiteral("take 40"),
-            QStringLiteral("cut 41")}));
-    QVERIFY(!witness.isElsewhere);
-}
-
-void TestPresetExtension::theConsoleDoesNotWaitForTheExtension()
-{
-    Witness witness;
-    presetKeys()->registerPresetCommand(&witness);
-    console().tap(keyOf(2));
-    QVERIFY(console().settleWithoutEventLoop()); // as when the application is busy
-    QCOMPARE(mode(), PresetOptMode::Noting); // the load is through
-    QVERIFY(witness.calls.isEmpty());
-    // What comes on the application's own thread comes after what waits.
-    m_pRig->control().showPresetPage(2);
-    QCOMPARE(
-        witness.calls,
-        (QStringList{
-            QStringLiteral("pressed 3"), QStringLiteral("bound? 3"), QStringLiteral("released 3"),
-            QStringLiteral("page 2")}));
-    QVERIFY(waitLoaded(3));
-}
-
-void TestPresetExtension::aKeyKeepsThePageThatItWasPressedOn()
-{
-    CueLog cues;
-    QVERIFY(cues.attach());
-    for (int page = 0; page < 3; ++page) {
-        console().tap(keyOf(4));
-        console().tap(PageDown);
+    void keysReachExtensionsOnTheApplicationsThread()
+    {
+        LogCapture log;
+        presetKeys()->registerPresetCommand(nullptr); // changes nothing
+        QVERIFY(log.contains("pPresetCmd is null"));
+        CueLog example;
+        QVERIFY(example.attach());
+        Witness witness;
+        presetKeys()->registerPresetCommand(&witness);
+        QVERIFY(tap({keyOf(2), PageDown, keyOf(4)}));
+        QVERIFY(waitLoaded(3));
+        m_pRig->control().showPresetPage(3);
+        QVERIFY(tap(Take));
+        QVERIFY(QTest::qWaitFor(
+            [&] { return m_pRig->screen(A, Stage)->state() == BizModel::Screen::State::Normal; }));
+        QVERIFY(tap(Cut));
+        QCOMPARE(
+            witness.calls,
+            (QStringList{
+                "pressed 3", "bound? 3", "released 3", "page 1", "pressed 5", "bound? 5", "released 5",
+                "page 3", "take 40", "cut 41"}));
+        QVERIFY(!witness.isElsewhere);
+        QCOMPARE(example.cues(), (QStringList{"preset 3", "preset 15", "take", "cut"}));
     }
-    QVERIFY(console().settleWithoutEventLoop()); // the application is busy
-    QVERIFY(cues.cues().isEmpty());
-    QVERIFY(console().settle());
-    QCOMPARE(
-        cues.cues(),
-        (QStringList{QStringLiteral("preset 5"), QStringLiteral("preset 15"), QStringLiteral("preset 25")}));
-}
 
-void TestPresetExtension::aClearReachesEveryExtension()
-{
-    Witness first;
-    Witness second;
-    presetKeys()->registerPresetCommand(&first);
-    presetKeys()->registerPresetCommand(&second);
-    QVERIFY(tap(Constants::VirtualKeyOffset + TestSupport::appNumber(ClearAll)));
-    QVERIFY(first.calls.isEmpty());
-    m_pRig->control().answerMessageBox(QMessageBox::Yes);
-    QTRY_VERIFY(presets().isEmpty());
-    QCOMPARE(first.calls, QStringList{QStringLiteral("clear 0")});
-    QCOMPARE(second.calls, QStringList{QStringLiteral("clear 0")});
-}
+    void theConsoleDoesNotWaitForTheExtension()
+    {
+        Witness witness;
+        presetKeys()->registerPresetCommand(&witness);
+        console().tap(keyOf(2));
+        QVERIFY(console().settleWithoutEventLoop()); // as when the application is busy
+        QCOMPARE(mode(), PresetOptMode::Noting); // the load is through
+        QVERIFY(witness.calls.isEmpty());
+        // What comes on the application's own thread comes after what waits.
+        m_pRig->control().showPresetPage(2);
+        QCOMPARE(witness.calls, (QStringList{"pressed 3", "bound? 3", "released 3", "page 2"}));
+        QVERIFY(waitLoaded(3));
+    }
 
-void TestPresetExtension::theTBarIsToldWhenItLeavesAnEnd_data()
-{
-    QTest::addColumn<QList<Position>>("positions");
-    QTest::addColumn<QStringList>("told");
-    const QString tbar = QStringLiteral("tbar %1");
-    // Every row ends in the middle, from where nothing is told; 0 begins it.
-    QTest::newRow("from nothing") << QList<Position>{{5, BottomToTop}} << QStringList{tbar.arg(5)};
-    QTest::newRow("from the bottom, up")
-        << QList<Position>{{1, TopToBottom}, {1, BottomToTop}, {2, BottomToTop}, {3, BottomToTop}}
-        << QStringList{tbar.arg(1), tbar.arg(2)};
-    QTest::newRow("from the bottom, the wrong way")
-        << QList<Position>{{1, TopToBottom}, {2, TopToBottom}} << QStringList{tbar.arg(1)};
-    QTest::newRow("from the top, down")
-        << QList<Position>{{64, BottomToTop}, {64, TopToBottom}, {63, TopToBottom}, {62, TopToBottom}}
-        << QStringList{tbar.arg(64), tbar.arg(63)};
-    QTest::newRow("from the top, the wrong way")
-        << QList<Position>{{64, BottomToTop}, {63, BottomToTop}} << QStringList{tbar.arg(64)};
-    QTest::newRow("through the middle")
-        << QList<Position>{{30, BottomToTop}, {64, BottomToTop}, {30, TopToBottom}, {1, TopToBottom}}
-        << QStringList{tbar.arg(30), tbar.arg(30)};
-}
+    void aKeyKeepsThePageThatItWasPressedOn()
+    {
+        CueLog cues;
+        QVERIFY(cues.attach());
+        for (int page = 0; page < 3; ++page) {
+            console().tap(keyOf(4));
+            console().tap(PageDown);
+        }
+        QVERIFY(console().settleWithoutEventLoop()); // the application is busy
+        QVERIFY(cues.cues().isEmpty());
+        QVERIFY(console().settle());
+        QCOMPARE(cues.cues(), (QStringList{"preset 5", "preset 15", "preset 25"}));
+    }
 
-void TestPresetExtension::theTBarIsToldWhenItLeavesAnEnd()
-{
-    QFETCH(QList<Position>, positions);
-    QFETCH(QStringList, told);
-    console().tbar(0);
-    QVERIFY(console().settle());
-    Witness witness;
-    presetKeys()->registerPresetCommand(&witness);
-    for (const Position& position : positions)
-        console().tbar(position.value, position.direction);
-    QVERIFY(console().settle());
-    QCOMPARE(witness.calls, told);
-    QVERIFY(!witness.isElsewhere);
-    console().tbar(1, TopToBottom); // the screens' transition goes back
-    QVERIFY(console().settle());
-}
+    void aClearReachesEveryExtension()
+    {
+        Witness first;
+        Witness second;
+        presetKeys()->registerPresetCommand(&first);
+        presetKeys()->registerPresetCommand(&second);
+        QVERIFY(tap(Constants::VirtualKeyOffset + TestSupport::appNumber(ClearAll)));
+        QVERIFY(first.calls.isEmpty());
+        m_pRig->control().answerMessageBox(QMessageBox::Yes);
+        QTRY_VERIFY(presets().isEmpty());
+        QCOMPARE(first.calls, QStringList{"clear 0"});
+        QCOMPARE(second.calls, QStringList{"clear 0"});
+    }
 
-void TestPresetExtension::aLockedTBarIsNotTold_data()
-{
-    QTest::addColumn<bool>("keypad");
-    QTest::newRow("keypad") << true;
-    QTest::newRow("T-Bar") << false;
-}
+    void theTBarIsToldWhenItLeavesAnEnd_data()
+    {
+        QTest::addColumn<QList<Position>>("positions");
+        QTest::addColumn<QStringList>("told");
+        const QString tbar = "tbar %1";
+        // Every row ends in the middle, from where nothing is told; 0 begins it.
+        QTest::newRow("from nothing") << QList<Position>{{5, BottomToTop}} << QStringList{tbar.arg(5)};
+        QTest::newRow("from the bottom, up")
+            << QList<Position>{{1, TopToBottom}, {1, BottomToTop}, {2, BottomToTop}, {3, BottomToTop}}
+            << QStringList{tbar.arg(1), tbar.arg(2)};
+        QTest::newRow("from the bottom, the wrong way")
+            << QList<Position>{{1, TopToBottom}, {2, TopToBottom}} << QStringList{tbar.arg(1)};
+        QTest::newRow("from the top, down")
+            << QList<Position>{{64, BottomToTop}, {64, TopToBottom}, {63, TopToBottom}, {62, TopToBottom}}
+            << QStringList{tbar.arg(64), tbar.arg(63)};
+        QTest::newRow("from the top, the wrong way")
+            << QList<Position>{{64, BottomToTop}, {63, BottomToTop}} << QStringList{tbar.arg(64)};
+        QTest::newRow("through the middle")
+            << QList<Position>{{30, BottomToTop}, {64, BottomToTop}, {30, TopToBottom}, {1, TopToBottom}}
+            << QStringList{tbar.arg(30), tbar.arg(30)};
+    }
+    void theTBarIsToldWhenItLeavesAnEnd()
+    {
+        QFETCH(QList<Position>, positions);
+        QFETCH(QStringList, told);
+        QVERIFY(moveTBar(0));
+        Witness witness;
+        presetKeys()->registerPresetCommand(&witness);
+        for (const Position& position : positions)
+            console().tbar(position.value, position.direction);
+        QVERIFY(console().settle());
+        QCOMPARE(witness.calls, told);
+        QVERIFY(!witness.isElsewhere);
+        QVERIFY(moveTBar(1, TopToBottom)); // the screens' transition goes back
+    }
 
-void TestPresetExtension::aLockedTBarIsNotTold()
-{
-    QFETCH(bool, keypad);
-    ECManager* manager = ECManager::instance();
-    console().tbar(0);
-    QVERIFY(console().settle());
-    Witness witness;
-    presetKeys()->registerPresetCommand(&witness);
-    keypad ? manager->lockKeypad() : manager->lockTBar();
-    console().tbar(20);
-    QVERIFY(console().settle());
-    keypad ? manager->unlockKeypad() : manager->unlockTBar();
-    console().tbar(21);
-    QVERIFY(console().settle());
-    // A locked keypad keeps the position from every command; a locked T-Bar is only remembered.
-    QCOMPARE(witness.calls, keypad ? QStringList{QStringLiteral("tbar 21")} : QStringList());
-    console().tbar(1, TopToBottom);
-    QVERIFY(console().settle());
-}
+    void aLockedTBarIsNotTold_data()
+    {
+        QTest::addColumn<bool>("keypad");
+        QTest::newRow("keypad") << true;
+        QTest::newRow("T-Bar") << false;
+    }
+    void aLockedTBarIsNotTold()
+    {
+        QFETCH(bool, keypad);
+        ECManager* manager = ECManager::instance();
+        QVERIFY(moveTBar(0));
+        Witness witness;
+        presetKeys()->registerPresetCommand(&witness);
+        keypad ? manager->lockKeypad() : manager->lockTBar();
+        QVERIFY(moveTBar(20));
+        keypad ? manager->unlockKeypad() : manager->unlockTBar();
+        QVERIFY(moveTBar(21));
+        // A locked keypad keeps the position from every command; a locked T-Bar is only remembered.
+        QCOMPARE(witness.calls, keypad ? QStringList{"tbar 21"} : QStringList());
+        QVERIFY(moveTBar(1, TopToBottom));
+    }
 
-void TestPresetExtension::anExtensionMayGoAtAnyTime()
-{
-    auto first = std::make_unique<Witness>();
-    Witness second;
-    presetKeys()->registerPresetCommand(first.get());
-    presetKeys()->registerPresetCommand(&second);
-    console().press(keyOf(2));
-    QVERIFY(console().settleWithoutEventLoop());
-    first.reset(); // while a call is on its way
-    QVERIFY(console().settle());
-    console().release(keyOf(2));
-    QVERIFY(console().settle());
-    QCOMPARE(second.calls.size(), 3);
-    QVERIFY(waitLoaded(3));
-}
+    void anExtensionMayGoAtAnyTime()
+    {
+        auto first = std::make_unique<Witness>();
+        Witness second;
+        presetKeys()->registerPresetCommand(first.get());
+        presetKeys()->registerPresetCommand(&second);
+        console().press(keyOf(2));
+        QVERIFY(console().settleWithoutEventLoop());
+        first.reset(); // while a call is on its way
+        QVERIFY(console().settle());
+        console().release(keyOf(2));
+        QVERIFY(console().settle());
+        QCOMPARE(second.calls.size(), 3);
+        QVERIFY(waitLoaded(3));
+    }
 
-void TestPresetExtension::theExampleKeepsALogOfTheShow()
-{
-    CueLog cues;
-    QVERIFY(cues.attach());
-    QVERIFY(tap(keyOf(2)));
-    QVERIFY(tap(PageDown));
-    QVERIFY(tap(keyOf(11)));
-    QVERIFY(waitLoaded(12));
-    QVERIFY(tap(Take));
-    QVERIFY(QTest::qWaitFor(
-        [&] { return m_pRig->screen(A, Stage)->state() == BizModel::Screen::State::Normal; }));
-    QVERIFY(tap(Cut));
-    QCOMPARE(
-        cues.cues(),
-        (QStringList{
-            QStringLiteral("preset 3"), QStringLiteral("preset 12"), QStringLiteral("take"),
-            QStringLiteral("cut")}));
-}
+private:
+    bool moveTBar(quint32 value, quint8 direction = BottomToTop)
+    {
+        console().tbar(value, direction);
+        return console().settle();
+    }
+};
 
 QTEST_MAIN(TestPresetExtension)
 #include "tst_presetextension.moc"
