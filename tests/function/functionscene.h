@@ -20,8 +20,8 @@ constexpr ScreenKey Stage{ScreenType::RegularScreen, 1};
 inline std::shared_ptr<EC::s_ECKeyboardConfig> keyboard()
 {
     TestSupport::KeyboardBuilder builder;
-    builder.group(QStringLiteral("NumberCommand")).selectKeys(Digit, 1);
-    builder.group(QStringLiteral("FunctionCommand"));
+    builder.group("NumberCommand").selectKeys(Digit, 1);
+    builder.group("FunctionCommand");
     for (quint16 key = Save; key <= DviLight; ++key)
         builder.key(key, key, quint16(key - Save)); // codes count like the numbers
     return builder.build();
@@ -31,7 +31,7 @@ inline MemoryModel::LayerRecord layerRecord(quint32 id, const QRect& window, boo
 {
     MemoryModel::LayerRecord layer;
     layer.id = id;
-    layer.name = QStringLiteral("Layer %1").arg(id);
+    layer.name = QString("Layer %1").arg(id);
     layer.window = window;
     layer.selected = selected;
     return layer;
@@ -42,20 +42,20 @@ inline MemoryModel::LayerRecord layerRecord(quint32 id, const QRect& window, boo
 inline MemoryModel::ShowRecord show()
 {
     MemoryModel::DeviceRecord a;
-    a.ipMacSn = QStringLiteral("A");
+    a.ipMacSn = "A";
     a.groupId = BizModel::Device::defaultDeviceGroupId;
     a.subcards = {{1, 4, {}}};
     a.outputs = {{1, 1, 0, QSize(1920, 1080), true}};
     MemoryModel::ScreenRecord stage;
     stage.key = Stage;
-    stage.name = QStringLiteral("Stage");
+    stage.name = "Stage";
     stage.selected = true;
     stage.outputs = {{1, QRect(0, 0, 1920, 1080)}};
     stage.pvw = {
         layerRecord(1, QRect(0, 100, 480, 270), true), layerRecord(2, QRect(960, 0, 480, 270), false)};
     a.screens = {stage};
     a.activeScreen = Stage;
-    return {QStringLiteral("A"), {a}};
+    return {"A", {a}};
 }
 
 } // namespace FunctionScene

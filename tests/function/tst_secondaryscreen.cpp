@@ -1,5 +1,4 @@
 #include "functionscene.h"
-#include "logcapture.h"
 
 #include "ecmanager.h"
 
@@ -9,7 +8,6 @@
 #include <mutex>
 
 using namespace FunctionScene;
-using TestSupport::LogCapture;
 
 Q_DECLARE_METATYPE(Orvane::ConsolePanel::DviReport)
 
@@ -30,7 +28,7 @@ public:
             [this](bool visible) {
                 const std::lock_guard<std::mutex> lock(m_mutex);
                 takeRequests();
-                m_steps.append(visible ? QStringLiteral("show") : QStringLiteral("hide"));
+                m_steps.append(visible ? "show" : "hide");
             },
             Qt::DirectConnection);
     }
@@ -47,7 +45,7 @@ private:
     {
         for (const auto& request : m_console.takeRequests()) {
             if (const auto* control = std::get_if<MVRSignalControl>(&request.message))
-                m_steps.append(control->SignalIndex == dvi1 ? QStringLiteral("dvi1") : QStringLiteral("arm"));
+                m_steps.append(control->SignalIndex == dvi1 ? "dvi1" : "arm");
             const auto* led = std::get_if<ECButtonColor>(&request.message);
             if (led && led->ECKey == Mvr)
                 m_steps.append(colourName({led->R, led->G, led->B}));
@@ -57,9 +55,8 @@ private:
     static QString colourName(const ConsolePanel::KeyColour& colour)
     {
         if (colour == TestSupport::colourOf(ECLEDColor::Green))
-            return QStringLiteral("green");
-        return colour == TestSupport::colourOf(ECLEDColor::Yellow) ? QStringLiteral("yellow")
-                                                                   : QStringLiteral("off");
+            return "green";
+        return colour == TestSupport::colourOf(ECLEDColor::Yellow) ? "yellow" : "off";
     }
 
     TestSupport::ConsoleRig& m_console;
@@ -76,180 +73,124 @@ class TestSecondaryScreen : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
+    void initTestCase() { m_pRig = std::make_unique<TestSupport::ModelRig>(keyboard()); }
+
     void cleanupTestCase() { m_pRig.reset(); }
 
-    void theKeyExchangesTheSource_data();
-    void theKeyExchangesTheSource();
-    void theKeyIsRefused_data();
-    void theKeyIsRefused();
-    void theSourceFollowsTheSignal_data();
-    void theSourceFollowsTheSignal();
-    void onTheGuiThreadNothingWaits();
-    void keysAndSignalsTakeTurns();
-    void theConsoleMayEndInTheMiddle();
+    void theReleasedKeyExchangesTheSource()
+    {
+        start(arm_left, false);
+        console().tap(Mvr);
+        QVERIFY(console().settle());
+        QCOMPARE(ECManager::instance()->getCurrentSource(), arm_left); // without a signal it stays
+
+        start(arm_left, true);
+        SourceLog source(console());
+        QElapsedTimer elapsed;
+        elapsed.start();
+        console().press(Mvr);
+        QVERIFY(console().settle());
+        QCOMPARE(source.steps(), QStringList());
+        console().release(Mvr);
+        QVERIFY(console().settle());
+        QVERIFY(elapsed.elapsed() >= SwitchMs);
+        QCOMPARE(source.steps(), (QStringList{"dvi1", "green", "hide"}));
+        console().tap(Mvr);
+        QVERIFY(console().settle());
+        const QStringList bothWays{"dvi1", "green", "hide", "yellow", "show", "arm"};
+        QCOMPARE(source.steps(), bothWays);
+
+        qApp->setProperty(Constants::QuenorProperty, true);
+        console().tap(Mvr);
+        QVERIFY(console().settle());
+        qApp->setProperty(Constants::QuenorProperty, false);
+        QCOMPARE(source.steps(), bothWays);
+    }
+
+    void theSourceFollowsTheSignal_data()
+    {
+        QTest::addColumn<int>("from");
+        QTest::addColumn<ConsolePanel::DviReport>("report");
+        QTest::addColumn<QStringList>("steps");
+        using Report = ConsolePanel::DviReport;
+        const QStringList lost{"show", "arm", "off"};
+        QTest::newRow("lost at the computer") << int(dvi1) << Report{{{0, 0}}} << lost;
+        QTest::newRow("lost at the application") << int(arm_left) << Report{{{0, 0}}} << lost;
+        QTest::newRow("not reported") << int(dvi1) << Report{{{1, 1}}} << lost;
+        QTest::newRow("there at the application")
+            << int(arm_left) << Report{{{0, 1}}} << QStringList{"show", "arm", "yellow"};
+        QTest::newRow("there at the computer")
+            << int(dvi1) << Report{{{0, 1}}} << QStringList{"dvi1", "hide", "green"};
+    }
+    void theSourceFollowsTheSignal()
+    {
+        QFETCH(int, from);
+        QFETCH(ConsolePanel::DviReport, report);
+        QFETCH(QStringList, steps);
+        start(DVISource(from), true);
+        SourceLog source(console());
+        console().report(report);
+        QVERIFY(console().settle());
+        QCOMPARE(source.steps(), steps);
+    }
+
+    void onTheGuiThreadNothingWaits()
+    {
+        start(dvi1, true);
+        SourceLog source(console());
+        QElapsedTimer elapsed;
+        elapsed.start();
+        reportOnGuiThread(false);
+        reportOnGuiThread(true); // finds the application's source, which the first report brought about
+        QVERIFY(elapsed.elapsed() < SwitchMs);
+        const QStringList steps{"show", "arm", "off", "show", "arm", "yellow"};
+        QTRY_COMPARE(source.steps(), steps);
+        QVERIFY(elapsed.elapsed() >= 2 * SwitchMs);
+    }
+
+    void keysAndSignalsTakeTurns()
+    {
+        start(arm_left, true);
+        SourceLog source(console());
+        reportOnGuiThread(true);
+        QTRY_COMPARE(source.steps(), QStringList{"show"}); // it has begun
+        console().tap(Mvr);
+        QVERIFY(console().settle());
+        const QStringList steps{"show", "arm", "yellow", "dvi1", "green", "hide"};
+        QCOMPARE(source.steps(), steps);
+    }
+
+    /// The last test: there is one console a process.
+    void theConsoleMayEndInTheMiddle()
+    {
+        start(dvi1, true);
+        QElapsedTimer elapsed;
+        elapsed.start();
+        for (int i = 0; i < 10; ++i)
+            reportOnGuiThread(i % 2 == 0);
+        m_pRig->endConsole();
+        QVERIFY(elapsed.elapsed() < 3 * SwitchMs); // those that had not begun are dropped
+    }
 
 private:
     TestSupport::ConsoleRig& console() { return m_pRig->console(); }
-    void report(bool signal) { console().report(ConsolePanel::DviReport{{{0, quint8(signal)}}}); }
-    /// The same report, as if it came on the GUI thread.
+    /// A report about the input, as if it came on the GUI thread.
     static void reportOnGuiThread(bool signal)
     {
         ECManager::instance()->upTLVDecodeFinished(
             ReportDVIInSignal, signal ? QByteArray("\0\1", 2) : QByteArray("\0\0", 2));
     }
     /// Brings source and signal to a known state.
-    void start(DVISource source, bool signal);
+    void start(DVISource source, bool signal)
+    {
+        ECManager::instance()->switchSource(source);
+        console().report(ConsolePanel::DviReport{{{0, quint8(signal)}}}); // may switch
+        QVERIFY(console().settle());
+        ECManager::instance()->switchSource(source);
+    }
 
     std::unique_ptr<TestSupport::ModelRig> m_pRig;
 };
-
-void TestSecondaryScreen::initTestCase()
-{
-    m_pRig = std::make_unique<TestSupport::ModelRig>(keyboard());
-}
-
-void TestSecondaryScreen::start(DVISource source, bool signal)
-{
-    ECManager::instance()->switchSource(source);
-    report(signal); // may switch
-    QVERIFY(console().settle());
-    ECManager::instance()->switchSource(source);
-}
-
-void TestSecondaryScreen::theKeyExchangesTheSource_data()
-{
-    QTest::addColumn<int>("from");
-    QTest::addColumn<QStringList>("steps");
-    QTest::addColumn<QStringList>("lines");
-    QTest::newRow("to the computer")
-        << int(arm_left)
-        << QStringList{QStringLiteral("dvi1"), QStringLiteral("green"), QStringLiteral("hide")}
-        << QStringList{
-               QStringLiteral("functionkeyboard MVR key clicked start."),
-               QStringLiteral("mvr pressed: switch source dvi1"),
-               QStringLiteral("functionkeyboard MVR key clicked end. current is arm_left")};
-    QTest::newRow("to the application")
-        << int(dvi1) << QStringList{QStringLiteral("yellow"), QStringLiteral("show"), QStringLiteral("arm")}
-        << QStringList{
-               QStringLiteral("functionkeyboard MVR key clicked start."),
-               QStringLiteral("mvr pressed: switch source arm_left"),
-               QStringLiteral("functionkeyboard MVR key clicked end. current is dvi1")};
-}
-
-void TestSecondaryScreen::theKeyExchangesTheSource()
-{
-    QFETCH(int, from);
-    QFETCH(QStringList, steps);
-    QFETCH(QStringList, lines);
-    start(DVISource(from), true);
-    SourceLog source(console());
-    LogCapture log;
-    QElapsedTimer elapsed;
-    elapsed.start();
-    console().press(Mvr);
-    QVERIFY(console().settle());
-    QCOMPARE(source.steps(), QStringList()); // it acts when released
-    console().release(Mvr);
-    QVERIFY(console().settle());
-    QVERIFY(elapsed.elapsed() >= SwitchMs);
-    QCOMPARE(source.steps(), steps);
-    for (const QString& line : lines)
-        QCOMPARE(log.count(line), 1);
-}
-
-void TestSecondaryScreen::theKeyIsRefused_data()
-{
-    QTest::addColumn<bool>("signal");
-    QTest::addColumn<bool>("quenor");
-    QTest::newRow("without a signal") << false << false;
-    QTest::newRow("while the application says so") << true << true;
-}
-
-void TestSecondaryScreen::theKeyIsRefused()
-{
-    QFETCH(bool, signal);
-    QFETCH(bool, quenor);
-    start(arm_left, signal);
-    qApp->setProperty(Constants::QuenorProperty, quenor);
-    SourceLog source(console());
-    console().tap(Mvr);
-    QVERIFY(console().settle());
-    qApp->setProperty(Constants::QuenorProperty, false);
-    QCOMPARE(source.steps(), QStringList());
-    QCOMPARE(ECManager::instance()->getCurrentSource(), arm_left);
-}
-
-void TestSecondaryScreen::theSourceFollowsTheSignal_data()
-{
-    QTest::addColumn<int>("from");
-    QTest::addColumn<ConsolePanel::DviReport>("report");
-    QTest::addColumn<QStringList>("steps");
-    const QString show = QStringLiteral("show");
-    const QString arm = QStringLiteral("arm");
-    const QStringList lost{show, arm, QStringLiteral("off")};
-    const ConsolePanel::DviReport present{{{0, 1}}};
-    QTest::newRow("lost at the computer") << int(dvi1) << ConsolePanel::DviReport{{{0, 0}}} << lost;
-    QTest::newRow("lost at the application") << int(arm_left) << ConsolePanel::DviReport{{{0, 0}}} << lost;
-    QTest::newRow("not reported") << int(dvi1) << ConsolePanel::DviReport{{{1, 1}}} << lost;
-    QTest::newRow("there at the application")
-        << int(arm_left) << present << QStringList{show, arm, QStringLiteral("yellow")};
-    QTest::newRow("there at the computer")
-        << int(dvi1) << present
-        << QStringList{QStringLiteral("dvi1"), QStringLiteral("hide"), QStringLiteral("green")};
-}
-
-void TestSecondaryScreen::theSourceFollowsTheSignal()
-{
-    QFETCH(int, from);
-    QFETCH(ConsolePanel::DviReport, report);
-    QFETCH(QStringList, steps);
-    start(DVISource(from), true);
-    SourceLog source(console());
-    console().report(report);
-    QVERIFY(console().settle());
-    QCOMPARE(source.steps(), steps);
-}
-
-void TestSecondaryScreen::onTheGuiThreadNothingWaits()
-{
-    start(dvi1, true);
-    SourceLog source(console());
-    QElapsedTimer elapsed;
-    elapsed.start();
-    reportOnGuiThread(false);
-    reportOnGuiThread(true); // finds the application's source, which the first report brought about
-    QVERIFY(elapsed.elapsed() < SwitchMs);
-    const QStringList steps{QStringLiteral("show"), QStringLiteral("arm"), QStringLiteral("off"),
-                            QStringLiteral("show"), QStringLiteral("arm"), QStringLiteral("yellow")};
-    QTRY_COMPARE(source.steps(), steps);
-    QVERIFY(elapsed.elapsed() >= 2 * SwitchMs);
-}
-
-void TestSecondaryScreen::keysAndSignalsTakeTurns()
-{
-    start(arm_left, true);
-    SourceLog source(console());
-    reportOnGuiThread(true);
-    QTRY_COMPARE(source.steps(), QStringList{QStringLiteral("show")}); // it has begun
-    console().tap(Mvr);
-    QVERIFY(console().settle());
-    const QStringList steps{QStringLiteral("show"), QStringLiteral("arm"),   QStringLiteral("yellow"),
-                            QStringLiteral("dvi1"), QStringLiteral("green"), QStringLiteral("hide")};
-    QCOMPARE(source.steps(), steps);
-}
-
-/// The last test: there is one console a process.
-void TestSecondaryScreen::theConsoleMayEndInTheMiddle()
-{
-    start(dvi1, true);
-    QElapsedTimer elapsed;
-    elapsed.start();
-    for (int i = 0; i < 10; ++i)
-        reportOnGuiThread(i % 2 == 0);
-    m_pRig->endConsole();
-    QVERIFY(elapsed.elapsed() < 3 * SwitchMs); // those that had not begun are dropped
-}
 
 QTEST_MAIN(TestSecondaryScreen)
 #include "tst_secondaryscreen.moc"
