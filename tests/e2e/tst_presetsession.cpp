@@ -180,6 +180,7 @@ void PresetSessionTest::loadTargetIsAskedForOnce()
     QVERIFY(m_console->expect(QByteArray(LoadTargetLabel) + " \"Load to PGM\""));
     QVERIFY(m_host->hasDone("setLanguage", {{"language", "de"}}));
     QVERIFY(m_console->expect(QByteArray(LoadTargetLabel) + " \"Nach PGM laden\""));
+    QVERIFY(m_console->expect("oled 584 \"Seite 1\""));
     m_console->tap(LoadTargetKey); // back without asking
     QVERIFY(lights(LoadTargetKey, "off"));
     QVERIFY(m_console->expect(QByteArray(LoadTargetLabel) + " \"Nach PVW laden\""));

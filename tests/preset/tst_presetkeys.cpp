@@ -270,30 +270,28 @@ private Q_SLOTS:
         QTemporaryDir directory;
         m_pRig->model().setShowFile(directory.filePath("show.json"));
         ECManager* manager = ECManager::instance();
-        const auto storm = [this](int step) {
+        int step = 0;
+        const auto storm = [&](int steps) {
             constexpr quint16 keys[] = {Store,    keyOf(4), PageDown, keyOf(7), Remove,  keyOf(7),
                                         SaveData, PageUp,   keyOf(4), ClearAll, SaveData};
-            console().tap(keys[std::size_t(step) % std::size(keys)]);
-            changeModel(step);
+            for (const int end = step + steps; step < end; ++step) {
+                console().tap(keys[std::size_t(step) % std::size(keys)]);
+                changeModel(step);
+            }
         };
         // Both locks come in the middle, and the keypad's keeps all keys out until the application frees it.
         console().press(TBarLock);
         console().press(KeypadLock);
-        const QDeadlineTimer limit(10000);
-        int stepsWhileLocked = 0;
-        for (int step = 0; stepsWhileLocked < 100 && !limit.hasExpired(); ++step) {
-            storm(step);
-            if (step % 10 == 0)
-                QVERIFY(console().settle());
-            if (manager->isLockedKeypad())
-                ++stepsWhileLocked;
+        for (const QDeadlineTimer limit(10000); !manager->isLockedKeypad() && !limit.hasExpired();) {
+            storm(10);
+            QVERIFY(console().settle());
         }
-        QVERIFY(stepsWhileLocked > 0);
+        QVERIFY(manager->isLockedKeypad());
+        storm(100);
         manager->unlockKeypad();
         Q_EMIT manager->signalKeyboardLocked(false);
         console().release(TBarLock);
-        for (int step = 0; step < 100; ++step)
-            storm(step);
+        storm(100);
         QVERIFY(console().settle());
         QThreadPool::globalInstance()->waitForDone();
         QVERIFY(QTest::qWaitFor([this] { return showsModel(); }));
