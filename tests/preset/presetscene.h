@@ -1,6 +1,5 @@
 #pragma once
 
-#include "functioncommand.h"
 #include "keyboardbuilder.h"
 #include "memorydevicelist.h"
 #include "modelrig.h"
@@ -31,7 +30,7 @@ using MemoryModel::Times;
 /// The keys' numbers on the console; from `Preset` on there are `PageSize` preset keys, with their labels
 /// `Label` further.
 enum PresetKey : quint16 { Preset = 1, PageUp = 20, PageDown, Remove, ClearAll, Store, LoadTarget };
-enum OtherKey : quint16 { Take = 40, Cut, SaveData = 50, TBarLock, KeypadLock };
+enum TransitionKey : quint16 { Take = 40, Cut };
 /// Does not divide the highest number of presets, 128.
 constexpr int PageSize = 10;
 constexpr quint16 Label = 100;
@@ -55,10 +54,6 @@ inline std::shared_ptr<EC::s_ECKeyboardConfig> keyboard()
         .key(ClearAll, int(PresetCallbackType::eClearPresetsCB))
         .key(Store, int(PresetCallbackType::eSavePresetCB))
         .key(LoadTarget, int(PresetCallbackType::eLoadToPgm), 0, Label + LoadTarget);
-    builder.group("FunctionCommand")
-        .key(SaveData, int(FunctionCallbackType::eSaveDataToDeviceCB))
-        .key(TBarLock, int(FunctionCallbackType::eLockECTBarCB))
-        .key(KeypadLock, int(FunctionCallbackType::eLockECKeyboardCB));
     return builder.build();
 }
 

@@ -4,12 +4,6 @@
 #include "bizmodel/keypad.h"
 #include "bizmodel/layer.h"
 
-#include <QDeadlineTimer>
-#include <QTemporaryDir>
-
-#include <functional>
-#include <iterator>
-
 using namespace PresetScene;
 using namespace std::chrono_literals;
 using BizModel::SceneType;
@@ -265,47 +259,6 @@ private Q_SLOTS:
         QVERIFY(console().shows(keyOf(0), ECLEDColor::Green));
     }
 
-    void afterAStormTheKeysShowTheModel()
-    {
-        QTemporaryDir directory;
-        m_pRig->model().setShowFile(directory.filePath("show.json"));
-        ECManager* manager = ECManager::instance();
-        int step = 0;
-        const auto storm = [&](int steps) {
-            constexpr quint16 keys[] = {Store,    keyOf(4), PageDown, keyOf(7), Remove,  keyOf(7),
-                                        SaveData, PageUp,   keyOf(4), ClearAll, SaveData};
-            for (const int end = step + steps; step < end; ++step) {
-                console().tap(keys[std::size_t(step) % std::size(keys)]);
-                changeModel(step);
-            }
-        };
-        // Both locks come in the middle, and the keypad's keeps all keys out until the application frees it.
-        console().press(TBarLock);
-        console().press(KeypadLock);
-        for (const QDeadlineTimer limit(10000); !manager->isLockedKeypad() && !limit.hasExpired();) {
-            storm(10);
-            QVERIFY(console().settle());
-        }
-        QVERIFY(manager->isLockedKeypad());
-        storm(100);
-        manager->unlockKeypad();
-        Q_EMIT manager->signalKeyboardLocked(false);
-        console().release(TBarLock);
-        storm(100);
-        QVERIFY(console().settle());
-        QThreadPool::globalInstance()->waitForDone();
-        QVERIFY(QTest::qWaitFor([this] { return showsModel(); }));
-        QTest::qWait(100); // and stays so
-        QVERIFY(showsModel());
-        QVERIFY(manager->isLockedTBar());
-        QVERIFY(console().shows(TBarLock, ECLEDColor::Green));
-        QVERIFY(console().shows(KeypadLock, ECLEDColor::Off));
-        QVERIFY(console().shows(SaveData, ECLEDColor::Off));
-        const int saves = m_pRig->asked(Operation::AsyncSaveDeviceData).size();
-        QVERIFY(saves > 0);
-        QVERIFY(m_pRig->waitNotice("box 2 save data successed.", saves));
-    }
-
     /// The last test: there is one console a process.
     void answersAfterTheEndOfTheConsole()
     {
@@ -317,45 +270,6 @@ private Q_SLOTS:
         m_pRig->endConsole();
         QCOMPARE(scene(), QString("Walk")); // the update that had begun is through
         QVERIFY(waitLoaded(1)); // as the device was told
-    }
-
-private:
-    /// Changes the model as an application does, differently with each `step`.
-    void changeModel(int step)
-    {
-        auto& control = m_pRig->control();
-        const auto fileId = quint16(1 + step * 7 % (2 * PageSize));
-        const QString device = step % 3 == 0 ? B : A;
-        const std::function<void()> changes[] = {
-            [&] { control.addPreset(device, FileType::PresetPVW, fileId); },
-            [&] { control.renamePreset(device, FileType::PresetPVW, fileId, QString::number(step)); },
-            [&] { control.removePreset(device, FileType::PresetPVW, fileId); },
-            [&] { control.showPresetPage(step % 2); },
-            [&] { control.activatePreset(A, FileType::PresetPVW, fileId); }};
-        changes[std::size_t(step) % std::size(changes)]();
-    }
-
-    /// Whether the console shows what the model holds, on the present page.
-    bool showsModel()
-    {
-        const int page = ECManager::instance()->page("PresetCommand");
-        const int actived = m_pRig->device(A)->activedPresetKeyNo();
-        for (int slot = page * PageSize; slot < (page + 1) * PageSize; ++slot) {
-            QStringList names;
-            for (const QString& member : {A, B}) {
-                const auto all = m_pRig->device(member)->presets();
-                for (const auto& weakPreset : all) {
-                    const auto preset = weakPreset.lock();
-                    if (preset && preset->fileId() == slot + 1)
-                        names.append(preset->name());
-                }
-            }
-            const ECLEDColor filled = slot + 1 == actived ? ECLEDColor::Green : ECLEDColor::Yellow;
-            if (!console().shows(keyOf(slot), names.isEmpty() ? ECLEDColor::Off : filled)
-                || console().label(Label + keyOf(slot)) != names.join('/'))
-                return false;
-        }
-        return console().label(Label + PageUp) == QString("Page %1").arg(page + 1);
     }
 };
 
