@@ -42,15 +42,17 @@ public:
     void restart(std::chrono::milliseconds interval)
     {
         const auto timer = madeTimer();
+        const std::lock_guard<std::mutex> step(m_stepMtx);
         timer->stopTimer();
         setDeadline(Clock::now() + interval);
         timer->startTimer(int(interval.count()));
     }
 
     /// Cancels a pending time-out, which then never comes; false when none was pending: the callback was
-    /// called already, or nothing was started. Does not wait.
+    /// called already, or nothing was started. Does not wait for a running callback.
     bool stop()
     {
+        const std::lock_guard<std::mutex> step(m_stepMtx);
         const bool wasPending = setDeadline({}).has_value();
         if (const auto timer = this->timer())
             timer->stopTimer();
@@ -104,6 +106,11 @@ private:
     }
 
     const std::function<void()> m_callback;
+
+    // Keeps the steps of a start or a stop together: of two starts that mix, the first could set the timer
+    // going and the second the deadline, and the time-out, too early for it, would be the last. Guards no
+    // member; taken before m_mutex.
+    std::mutex m_stepMtx;
 
     // m_mutex guards m_deadline, which is there while a time-out is pending, and m_pTimer.
     mutable std::mutex m_mutex;
