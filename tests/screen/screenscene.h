@@ -5,32 +5,40 @@
 #include "screencommand.h"
 
 #include "bizmodel/layer.h"
+#include "ecmanager.h"
+
+#include <QTest>
 
 /// The console and the show that the screen tests play with.
 namespace ScreenScene {
 
 using namespace Orvane;
 using namespace Orvane::ECProxy::Client;
+using BizModel::SceneType;
+using MemoryModel::Operation;
 using MemoryModel::ScreenKey;
 using MemoryModel::ScreenType;
+using State = BizModel::Screen::State;
 
-/// The keys' numbers on the console.
-enum Key : quint16 {
-    Select = 1, ///< the first of `SelectCount` select keys; their labels are `Label` further
-    PageUp = 10,
-    PageDown = 11,
-    Freeze = 12,
-    Match = 13,
-    FTB = 14,
-    Cut = 15,
-    Take = 16,
-    Mix = 17,
-    TimeUp = 18,
-    Swap = 19,
-    Edit = 20,
-    TimeDown = 21
-};
+/// The first of the select keys and how many there are.
+constexpr quint16 Select = 1;
 constexpr int SelectCount = 4;
+/// The other keys' numbers on the console.
+enum Key : quint16 {
+    PageUp = 10,
+    PageDown,
+    Freeze,
+    Match,
+    FTB,
+    Cut,
+    Take,
+    Mix,
+    TimeUp,
+    Swap,
+    Edit,
+    TimeDown
+};
+/// Labels are this much further than their keys.
 constexpr quint16 Label = 100;
 
 constexpr ScreenKey Stage{ScreenType::RegularScreen, 1};
@@ -40,24 +48,15 @@ constexpr ScreenKey Confidence{ScreenType::AUXScreen, 1};
 inline std::shared_ptr<EC::s_ECKeyboardConfig> keyboard()
 {
     TestSupport::KeyboardBuilder builder;
-    const auto code = [](ScreenCallbackType type) { return int(type); };
-    using Type = ScreenCallbackType;
-    builder.group(QStringLiteral("ScreenCommand")).selectKeys(Select, SelectCount, Label + Select);
-    builder.key(PageUp, code(Type::ePageUp), 0, Label + PageUp)
-        .key(PageDown, code(Type::ePageDown), 0, Label + PageUp)
-        .key(Freeze, code(Type::eFreezePGMCB))
-        .key(Match, code(Type::eMatchPGMCB))
-        .key(FTB, code(Type::eFTBPGMCB))
-        .key(Cut, code(Type::eCutToPGMCB))
-        .key(Take, code(Type::eTakeToPGMCB))
-        .key(Mix, code(Type::eSetTransitionMixTypeCB), 0, Label + Mix)
-        .key(TimeUp, code(Type::eSetTransitionTimeCB), 0, Label + TimeUp)
-        .key(Swap, code(Type::eSetSwapStatusCB))
-        .key(Edit, code(Type::eSetPGMEdit))
-        .key(TimeDown, code(Type::eSetTransitionTimeReduceCB), 0, Label + TimeDown);
-    return builder.build();
+    builder.group("ScreenCommand").selectKeys(Select, SelectCount, Label + Select);
+    builder.key(PageUp, 2, 0, Label + PageUp).key(PageDown, 3, 0, Label + PageUp);
+    for (const quint16 key : {Freeze, Match, FTB, Cut, Take})
+        builder.key(key, 4 + key - Freeze); // the function codes count like the keys
+    builder.key(Mix, 9, 0, Label + Mix).key(TimeUp, 10, 0, Label + TimeUp).key(Swap, 11).key(Edit, 14);
+    return builder.key(TimeDown, 15, 0, Label + TimeDown).build();
 }
 
+/// A screen with the layer "next" in the preview and "present" in the program.
 inline MemoryModel::ScreenRecord screenRecord(ScreenKey key, const QString& name, int uiScreenIndex)
 {
     MemoryModel::LayerRecord layer;
@@ -69,57 +68,75 @@ inline MemoryModel::ScreenRecord screenRecord(ScreenKey key, const QString& name
     screen.name = name;
     screen.uiScreenIndex = uiScreenIndex;
     screen.effectSeconds = 0.1;
-    layer.name = QStringLiteral("next");
+    screen.outputs = {{quint32(uiScreenIndex + 1), QRect(0, 0, 1920, 1080)}};
+    layer.name = "next";
     screen.pvw = {layer};
-    layer.name = QStringLiteral("present");
+    layer.name = "present";
     screen.pgm = {layer};
     return screen;
 }
+
+const QString A = "A";
+const QString B = "B";
 
 /// Device "A" with the screens Stage (on key 1, selected, active), Side (on key 2) and the AUX screen
 /// Confidence (on key 3), and outputs left over; device "B", not active, with one selected screen. Each is
 /// alone, several screens may be selected at once, take copies.
 inline MemoryModel::ShowRecord show()
 {
-    MemoryModel::DeviceRecord device;
-    device.groupId = BizModel::Device::defaultDeviceGroupId;
-    device.multiScreens = true;
-    device.limits.regularScreens = 24;
-    device.subcards = {{1, 64, {}}};
+    MemoryModel::DeviceRecord a;
+    a.ipMacSn = A;
+    a.groupId = BizModel::Device::defaultDeviceGroupId;
+    a.multiScreens = true;
+    a.limits.regularScreens = 24;
+    a.subcards = {{1, 64, {}}};
     for (quint32 id = 1; id <= 8; ++id)
-        device.outputs.append({id, 1, int(id), QSize(1920, 1080), true});
-    const auto withOutput = [](MemoryModel::ScreenRecord screen, quint32 outputId) {
-        screen.outputs = {{outputId, QRect(0, 0, 1920, 1080)}};
-        return screen;
-    };
-
-    MemoryModel::DeviceRecord a = device;
-    a.ipMacSn = QStringLiteral("A");
+        a.outputs.append({id, 1, int(id), QSize(1920, 1080), true});
     a.screens = {
-        withOutput(screenRecord(Stage, QStringLiteral("Stage"), 0), 1),
-        withOutput(screenRecord(Side, QStringLiteral("Side"), 1), 2),
-        withOutput(screenRecord(Confidence, QStringLiteral("Confidence"), 2), 3)};
+        screenRecord(Stage, "Stage", 0), screenRecord(Side, "Side", 1),
+        screenRecord(Confidence, "Confidence", 2)};
     a.screens[0].selected = true;
     a.activeScreen = Stage;
 
-    MemoryModel::DeviceRecord b = device;
-    b.ipMacSn = QStringLiteral("B");
-    b.screens = {withOutput(screenRecord(Stage, QStringLiteral("Hall"), 0), 1)};
-    b.screens[0].selected = true;
-    b.activeScreen = Stage;
-    return {QStringLiteral("A"), {a, b}};
+    MemoryModel::DeviceRecord b = a;
+    b.ipMacSn = B;
+    b.screens = {a.screens[0]};
+    b.screens[0].name = "Hall";
+    return {A, {a, b}};
 }
 
-/// Names of the layers of one scene.
-inline QStringList layerNames(const std::shared_ptr<BizModel::Screen>& screen, BizModel::SceneType scene)
-{
-    QStringList names;
-    const auto layers = screen->layers(scene, BizModel::LayerType::AllLayerType);
-    for (const auto& weakLayer : layers) {
-        if (const auto layer = weakLayer.lock())
-            names.append(layer->name());
+/// A test of the screen group on that console.
+class ScreenTest : public TestSupport::ModelTest {
+protected:
+    ScreenTest()
+        : ModelTest(keyboard())
+    {
     }
-    return names;
-}
+    /// Begins a test: nothing of the one before is left.
+    void start(const MemoryModel::ShowRecord& record = show())
+    {
+        ECManager::instance()->unlockKeypad();
+        ECManager::instance()->unlockTBar();
+        m_rig.letGo();
+        m_rig.operations().clearAllOrders();
+        QVERIFY(m_rig.load(record));
+        console().takeRequests();
+        m_rig.forget();
+    }
+    std::shared_ptr<BizModel::Screen> screen(ScreenKey key = Stage, const QString& device = A)
+    {
+        return m_rig.screen(device, key);
+    }
+    bool waitState(State state)
+    {
+        return QTest::qWaitFor([&] { return screen()->state() == state; });
+    }
+    /// Name of the only layer of a scene.
+    QString layer(SceneType scene, ScreenKey key = Stage)
+    {
+        const auto layers = screen(key)->layers(scene, BizModel::LayerType::AllLayerType);
+        return layers.size() == 1 ? layers.first().lock()->name() : QString();
+    }
+};
 
 } // namespace ScreenScene

@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QTest>
 
+#include <algorithm>
 #include <chrono>
 #include <condition_variable>
 #include <map>
@@ -160,6 +161,25 @@ bool ConsoleRig::waitShows(quint16 ecKey, ECLEDColor color, int timeoutMs) const
 bool ConsoleRig::waitLabel(quint16 ecKey, const QString& text, int timeoutMs) const
 {
     return QTest::qWaitFor([&] { return label(ecKey) == text; }, timeoutMs);
+}
+
+QStringList ConsoleRig::faces(quint16 firstKey, quint16 firstLabel, int count) const
+{
+    static const std::pair<const char*, ECLEDColor> s_colors[] = {
+        {"red", ECLEDColor::Red},
+        {"green", ECLEDColor::Green},
+        {"yellow", ECLEDColor::Yellow},
+        {"orange", ECLEDColor::Orange},
+        {"off", ECLEDColor::Off}};
+    QStringList faces;
+    for (int i = 0; i < count; ++i) {
+        const auto* color = std::find_if(std::begin(s_colors), std::end(s_colors), [&](const auto& each) {
+            return shows(quint16(firstKey + i), each.second);
+        });
+        const QString name = color == std::end(s_colors) ? "unlit" : color->first;
+        faces.append((name + ' ' + label(quint16(firstLabel + i))).trimmed());
+    }
+    return faces;
 }
 
 quint64 ConsoleRig::unreadableRequests() const

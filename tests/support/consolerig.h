@@ -5,7 +5,7 @@
 #include "ecprotocol.h"
 #include "upmessage.h"
 
-#include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <memory>
@@ -49,6 +49,9 @@ public:
     bool shows(quint16 ecKey, ECProxy::Client::ECLEDColor color) const;
     bool waitShows(quint16 ecKey, ECProxy::Client::ECLEDColor color, int timeoutMs = 5000) const;
     bool waitLabel(quint16 ecKey, const QString& text, int timeoutMs = 5000) const;
+    /// What `count` keys with their labels show: "green Stage", "off" when the label is blank, "unlit" when
+    /// the LED was never set.
+    QStringList faces(quint16 firstKey, quint16 firstLabel, int count) const;
     quint64 unreadableRequests() const;
 
     /// Every request since the last call, in order.

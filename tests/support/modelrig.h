@@ -88,4 +88,27 @@ private:
     QObject m_context;
 };
 
+/// A test with a console and a model, and shorthands for what the tests of the keys ask.
+class ModelTest : public QObject {
+protected:
+    explicit ModelTest(const std::shared_ptr<EC::s_ECKeyboardConfig>& keyboard)
+        : m_rig(keyboard)
+    {
+    }
+    ConsoleRig& console() { return m_rig.console(); }
+    MemoryModel::Control& control() { return m_rig.control(); }
+    /// Presses and releases a key and waits until it was handled.
+    bool tap(quint32 key)
+    {
+        console().tap(key);
+        return console().settle();
+    }
+    void fail(MemoryModel::Operation operation, MemoryModel::Times times = MemoryModel::Times::Once)
+    {
+        m_rig.operations().fail(operation, "ordered", times);
+    }
+
+    ModelRig m_rig;
+};
+
 } // namespace Orvane::TestSupport
