@@ -2,9 +2,7 @@
 
 #include "bizmodel/layer.h"
 #include "keyboardbuilder.h"
-#include "layercommand.h"
 #include "modelrig.h"
-#include "screencommand.h"
 
 /// The console and the show that the layer tests play with.
 namespace LayerScene {
@@ -16,20 +14,12 @@ using BizModel::SceneType;
 using MemoryModel::ScreenKey;
 using MemoryModel::ScreenType;
 
-/// The keys' numbers on the console.
-enum Key : quint16 {
-    Select = 20, ///< the first of `SelectCount` select keys; their labels are `Label` further
-    PageUp = 30,
-    PageDown = 31,
-    Remove = 32,
-    Clear = 33,
-    ToFront = 34,
-    ToBack = 35,
-    Capacity = 36,
-    Full = 37,
-    Cut = 40 ///< of the screen group
-};
+/// The first of the select keys and how many there are.
+constexpr quint16 Select = 20;
 constexpr int SelectCount = 4;
+/// The other keys' numbers on the console; the last is of the screen group.
+enum Key : quint16 { PageUp = 30, PageDown, Remove, Clear, ToFront, ToBack, Capacity, Full, Cut };
+/// Labels are this much further than their keys.
 constexpr quint16 Label = 500;
 
 constexpr ScreenKey Stage{ScreenType::RegularScreen, 1};
@@ -41,20 +31,13 @@ const QSize SingleLink(960, 540); ///< what the model gives a single-link layer
 
 inline std::shared_ptr<EC::s_ECKeyboardConfig> keyboard()
 {
-    using Type = LayerCallbackType;
-    const auto code = [](Type type) { return int(type); };
     TestSupport::KeyboardBuilder builder;
-    builder.group(QStringLiteral("ScreenCommand")).key(Cut, int(ScreenCallbackType::eCutToPGMCB));
-    builder.group(QStringLiteral("LayerCommand")).selectKeys(Select, SelectCount, Label + Select);
-    builder.key(PageUp, code(Type::ePageUp), 0, Label + PageUp)
-        .key(PageDown, code(Type::ePageDown), 0, Label + PageUp)
-        .key(Remove, code(Type::eRemoveSelectedLayerCB))
-        .key(Clear, code(Type::eClearLayersCB))
-        .key(ToFront, code(Type::eSetSelectedLayerTopZValueCB))
-        .key(ToBack, code(Type::eSetSelectedLayerBottomZValueCB))
-        .key(Capacity, code(Type::eChangeNewLayerDefaultCapacityCB), 0, Label + Capacity)
-        .key(Full, code(Type::eSetSelectedLayerFullScreenCB), 0, Label + Full);
-    return builder.build();
+    builder.group("ScreenCommand").key(Cut, 7);
+    builder.group("LayerCommand").selectKeys(Select, SelectCount, Label + Select);
+    builder.key(PageUp, 2, 0, Label + PageUp).key(PageDown, 3, 0, Label + PageUp);
+    for (const quint16 key : {Remove, Clear, ToFront, ToBack})
+        builder.key(key, 4 + key - Remove); // the function codes count like the keys
+    return builder.key(Capacity, 8, 0, Label + Capacity).key(Full, 9, 0, Label + Full).build();
 }
 
 inline MemoryModel::LayerRecord layerRecord(quint32 id, const QPoint& position = {0, 0})
@@ -64,6 +47,13 @@ inline MemoryModel::LayerRecord layerRecord(quint32 id, const QPoint& position =
     layer.name = QStringLiteral("Layer %1").arg(id);
     layer.inputId = 2;
     layer.window = QRect(position, SingleLink);
+    return layer;
+}
+
+inline MemoryModel::LayerRecord selectedLayer(quint32 id, const QPoint& position = {0, 0})
+{
+    auto layer = layerRecord(id, position);
+    layer.selected = true;
     return layer;
 }
 
@@ -77,40 +67,29 @@ inline MemoryModel::ShowRecord show(const MemoryModel::LayerRecords& preview = {
     device.ipMacSn = QStringLiteral("device %1").arg(++s_count);
     device.groupId = BizModel::Device::defaultDeviceGroupId;
     device.multiScreens = true;
-    device.limits.layers = 64;
-    device.subcards = {
-        {1,
-         0,
-         {{1, CapacityMode::_SL},
-          {2, CapacityMode::_SL},
-          {3, CapacityMode::_SL},
-          {4, CapacityMode::_DL},
-          {5, CapacityMode::_4K}}},
-        {2, 40, {}}};
+    const auto SL = CapacityMode::_SL, DL = CapacityMode::_DL, UHD = CapacityMode::_4K;
+    device.subcards = {{1, 0, {{1, SL}, {2, SL}, {3, SL}, {4, DL}, {5, UHD}}}, {2, 40, {}}};
     device.inputs = {
-        {3, QStringLiteral("Camera 3"), 1, 3, CapacityMode::_SL, true, false},
-        {1, QStringLiteral("Camera 1"), 1, 1, CapacityMode::_SL, false, false},
-        {2, QStringLiteral("Camera 2"), 1, 2, CapacityMode::_SL, true, false},
-        {4, QStringLiteral("Graphics"), 1, 4, CapacityMode::_DL, true, false},
-        {5, QStringLiteral("Server"), 1, 5, CapacityMode::_4K, false, false}};
+        {3, "Camera 3", 1, 3, SL, true, false},
+        {1, "Camera 1", 1, 1, SL, false, false},
+        {2, "Camera 2", 1, 2, SL, true, false},
+        {4, "Graphics", 1, 4, DL, true, false},
+        {5, "Server", 1, 5, UHD, false, false}};
     device.outputs = {{1, 2, 1, Hd, true}, {2, 2, 0, Hd, true}, {3, 2, 0, Hd, true}};
 
-    MemoryModel::ScreenRecord stage;
-    stage.key = Stage;
-    stage.name = QStringLiteral("Stage");
+    MemoryModel::ScreenRecord stage, bare, confidence;
+    stage.key = device.activeScreen = Stage;
+    stage.name = "Stage";
     stage.selected = true;
     stage.effectSeconds = 0.05;
     stage.outputs = {{1, QRect(QPoint(0, 0), Hd)}, {2, QRect(QPoint(1920, 0), Hd)}};
     stage.pvw = preview;
-    MemoryModel::ScreenRecord bare;
     bare.key = Bare;
-    bare.name = QStringLiteral("Bare");
-    MemoryModel::ScreenRecord confidence;
+    bare.name = "Bare";
     confidence.key = Confidence;
-    confidence.name = QStringLiteral("Confidence");
+    confidence.name = "Confidence";
     confidence.outputs = {{3, QRect(QPoint(0, 0), Hd)}};
     device.screens = {stage, bare, confidence};
-    device.activeScreen = Stage;
     return {device.ipMacSn, {device}};
 }
 
