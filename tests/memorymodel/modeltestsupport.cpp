@@ -30,16 +30,16 @@ ShowRecord smallShow()
         return record;
     };
     DeviceRecord a;
-    a.ipMacSn = QStringLiteral("A");
-    a.groupId = QStringLiteral("0");
+    a.ipMacSn = "A";
+    a.groupId = "0";
     a.multiScreens = true;
     a.limits = {4, 2, 8};
     a.subcards = {
         {1, 0, {{1, CapacityMode::_SL}, {2, CapacityMode::_DL}, {3, CapacityMode::_4K}}}, {2, 8, {}}};
     a.inputs = {
-        {1, QStringLiteral("In 1"), 1, 1, CapacityMode::_SL, true, false},
-        {2, QStringLiteral("In 2"), 1, 2, CapacityMode::_DL, true, false},
-        {3, QStringLiteral("In 3"), 1, 3, CapacityMode::_4K, false, false}};
+        {1, "In 1", 1, 1, CapacityMode::_SL, true, false},
+        {2, "In 2", 1, 2, CapacityMode::_DL, true, false},
+        {3, "In 3", 1, 3, CapacityMode::_4K, false, false}};
     a.outputs = {{1, 2, 0, hd, true}, {2, 2, 1, hd, true}, {3, 2, 2, hd, true}};
     ScreenRecord first = screen(ScreenType::RegularScreen, 1);
     first.selected = true;
@@ -53,10 +53,10 @@ ShowRecord smallShow()
     a.activeScreen = first.key;
 
     DeviceRecord b;
-    b.ipMacSn = QStringLiteral("B");
-    b.groupId = QStringLiteral("0");
+    b.ipMacSn = "B";
+    b.groupId = "0";
     b.subcards = {{1, 8, {{1, CapacityMode::_SL}}}};
-    b.inputs = {{1, QStringLiteral("In B"), 1, 1, CapacityMode::_SL, true, false}};
+    b.inputs = {{1, "In B", 1, 1, CapacityMode::_SL, true, false}};
     b.outputs = {{1, 1, 0, hd, true}};
     ScreenRecord only = screen(ScreenType::RegularScreen, 1);
     only.selected = true;
@@ -64,57 +64,29 @@ ShowRecord smallShow()
     only.pvw = {layerRecord(1, 1)};
     b.screens = {only};
     b.activeScreen = only.key;
-    return {QStringLiteral("A"), {a, b}};
+    return {"A", {a, b}};
 }
 
-SignalLog::SignalLog(MemoryDeviceList& list)
+static const QMetaObject& s_listMeta = BizModel::DeviceList::staticMetaObject;
+
+SignalLog::SignalLog(BizModel::DeviceList& list)
 {
-    const auto log = [&](auto signal, const char* name) {
-        QObject::connect(
-            &list, signal, &m_context, [this, name](const auto&...) { add(name); }, Qt::DirectConnection);
-    };
-#define LOG_SIGNAL(signal) log(&MemoryDeviceList::signal, #signal)
-    LOG_SIGNAL(signalActivedDeviceChanged);
-    LOG_SIGNAL(signalDeviceGroupInfoChanged);
-    LOG_SIGNAL(signalDeviceRemoved);
-    LOG_SIGNAL(signalDeviceIPChanged);
-    LOG_SIGNAL(signalSelectedRegularScreensChanged);
-    LOG_SIGNAL(signalScreenIndexChanged);
-    LOG_SIGNAL(signalActivedScreenChanged);
-    LOG_SIGNAL(signalScreenAdded);
-    LOG_SIGNAL(signalScreenMoved);
-    LOG_SIGNAL(signalScreenRemoved);
-    LOG_SIGNAL(signalScreenNameChanged);
-    LOG_SIGNAL(signalScreenPGMFreezeChanged);
-    LOG_SIGNAL(signalScreenFTBChanged);
-    LOG_SIGNAL(signalSwapStateChanged);
-    LOG_SIGNAL(signalScreenPGMEditChanged);
-    LOG_SIGNAL(signalScreenEffectChanged);
-    LOG_SIGNAL(signalLoadToPGMStateChanged);
-    LOG_SIGNAL(signalLayerAdded);
-    LOG_SIGNAL(signalLayerRemoved);
-    LOG_SIGNAL(signalSelectedLayersChanged);
-    LOG_SIGNAL(signalDeviceScreenLayersChanged);
-    LOG_SIGNAL(signalLayerNameChanged);
-    LOG_SIGNAL(signalLayerSourceChanged);
-    LOG_SIGNAL(signalInterfaceNameChanged);
-    LOG_SIGNAL(signalInputAdded);
-    LOG_SIGNAL(signalInputRemoved);
-    LOG_SIGNAL(signalSelectedInputChanged);
-    LOG_SIGNAL(signalInterfaceOverLoadChanged);
-    LOG_SIGNAL(signalInterfaceSignalChanged);
-    LOG_SIGNAL(signalConnectorCapacityChanged);
-    LOG_SIGNAL(signalPresetAdded);
-    LOG_SIGNAL(signalPresetRemoved);
-    LOG_SIGNAL(signalPresetCleared);
-    LOG_SIGNAL(signalNameChanged);
-    LOG_SIGNAL(signalActivedPresetKeyNoChanged);
-    LOG_SIGNAL(signalPresetCovered);
-    LOG_SIGNAL(signalKeypadChanged);
-#undef LOG_SIGNAL
+    // As a signal spy does it: a receiver whose every method, by its number, is the list's signal.
+    for (int index = QObject::staticMetaObject.methodCount(); index < s_listMeta.methodCount(); ++index) {
+        if (s_listMeta.method(index).methodType() == QMetaMethod::Signal)
+            QMetaObject::connect(&list, index, this, index, Qt::DirectConnection);
+    }
 }
 
-void SignalLog::add(const char* name)
+int SignalLog::qt_metacall(QMetaObject::Call call, int id, void** arguments)
+{
+    const int own = QObject::qt_metacall(call, id, arguments);
+    if (own >= 0 && call == QMetaObject::InvokeMetaMethod)
+        add(s_listMeta.method(id).name());
+    return own;
+}
+
+void SignalLog::add(const QByteArray& name)
 {
     const std::lock_guard lock(m_mutex);
     m_names += QString::fromLatin1(name);
@@ -139,14 +111,13 @@ void SignalLog::clear()
     m_names.clear();
 }
 
-bool SignalLog::waitFor(const QString& name, int count)
+bool SignalLog::waitFor(const QString& name)
 {
     std::unique_lock lock(m_mutex);
-    return m_added.wait_for(
-        lock, std::chrono::milliseconds(WaitMs), [&] { return m_names.count(name) >= count; });
+    return m_added.wait_for(lock, std::chrono::milliseconds(WaitMs), [&] { return m_names.contains(name); });
 }
 
-std::function<void(bool, QString)> Outcome::completion()
+std::function<void(bool, QString)> Outcome::completion() const
 {
     return [state = m_p](bool ok, const QString& text) {
         const std::lock_guard lock(state->mutex);
@@ -157,28 +128,10 @@ std::function<void(bool, QString)> Outcome::completion()
     };
 }
 
-bool Outcome::wait()
+bool Outcome::wait() const
 {
     std::unique_lock lock(m_p->mutex);
     return m_p->ended.wait_for(lock, std::chrono::milliseconds(WaitMs), [this] { return m_p->calls > 0; });
-}
-
-bool Outcome::called() const
-{
-    const std::lock_guard lock(m_p->mutex);
-    return m_p->calls > 0;
-}
-
-bool Outcome::ok() const
-{
-    const std::lock_guard lock(m_p->mutex);
-    return m_p->calls == 1 && m_p->ok;
-}
-
-QString Outcome::text() const
-{
-    const std::lock_guard lock(m_p->mutex);
-    return m_p->text;
 }
 
 Model::Model(const ShowRecord& show)
@@ -211,16 +164,6 @@ std::shared_ptr<BizModel::Screen> Model::screen(quint32 id, ScreenType type, con
     return nullptr;
 }
 
-std::shared_ptr<ModelControl::Device> Model::deviceControl(const QString& device)
-{
-    return ModelControl::Device::create(this->device(device));
-}
-
-std::shared_ptr<ModelControl::Screen> Model::screenControl(ScreenType type)
-{
-    return ModelControl::Device::screenModelControl(type, device());
-}
-
 QList<quint32> Model::sources(quint32 screen, SceneType scene, const QString& device)
 {
     QList<quint32> ids;
@@ -233,10 +176,16 @@ QList<quint32> Model::sources(quint32 screen, SceneType scene, const QString& de
     return ids;
 }
 
-bool Model::waitForState(quint32 screen, BizModel::Screen::State state, const QString& device)
+bool Model::waitForState(quint32 screen, BizModel::Screen::State state)
 {
-    const auto present = this->screen(screen, ScreenType::RegularScreen, device);
+    const auto present = this->screen(screen);
     return waitUntil([&] { return present->state() == state; });
+}
+
+void Model::group()
+{
+    for (const QString& device : {A, B})
+        control().setGroup(device, "7");
 }
 
 bool waitUntil(const std::function<bool()>& condition)

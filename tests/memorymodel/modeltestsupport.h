@@ -18,6 +18,10 @@
 namespace Orvane::MemoryModel::Test {
 
 constexpr int WaitMs = 5000;
+inline const QString A = QStringLiteral("A");
+inline const QString B = QStringLiteral("B");
+constexpr ScreenKey First{ScreenType::RegularScreen, 1};
+constexpr int Mask = BizModel::Enum::Screen::RegularAndAUXScreens;
 
 /// Two devices, "A" and "B", each alone. A has outputs 1 to 3 on a card of 8 units, screens 1 (outputs 1 and
 /// 2, selected), 2 (output 3) and 3 (no output), AUX 1 (no output), and inputs 1 (SL), 2 (DL), 3 (4K).
@@ -25,43 +29,51 @@ constexpr int WaitMs = 5000;
 ShowRecord smallShow();
 LayerRecord layerRecord(quint32 id, quint32 inputId, const QRect& window = QRect(0, 0, 960, 540));
 
-/// Names of signals in the order in which they came, from whatever thread.
-class SignalLog {
+/// Names of the list's signals in the order in which they came, from whatever thread.
+class SignalLog : private QObject {
 public:
-    explicit SignalLog(MemoryDeviceList& list);
+    explicit SignalLog(BizModel::DeviceList& list);
 
     QStringList names() const;
     int count(const QString& name) const;
     void clear();
-    /// Waits until the signal has come this often; false when it does not.
-    bool waitFor(const QString& name, int count = 1);
+    /// Waits until the signal has come; false when it does not.
+    bool waitFor(const QString& name);
 
 private:
-    void add(const char* name);
+    int qt_metacall(QMetaObject::Call call, int id, void** arguments) override;
+    void add(const QByteArray& name);
 
     mutable std::mutex m_mutex;
     std::condition_variable m_added;
     QStringList m_names;
-    QObject m_context;
 };
 
 /// A completion that can be waited for.
 class Outcome {
 public:
-    std::function<void(bool, QString)> completion();
-    bool wait();
-    bool called() const;
-    bool ok() const;
-    QString text() const;
+    std::function<void(bool, QString)> completion() const;
+    /// False when it does not come.
+    bool wait() const;
+    bool called() const { return result().calls > 0; }
+    bool ok() const { return result().calls == 1 && result().ok; }
+    QString text() const { return result().text; }
 
 private:
-    struct State {
-        mutable std::mutex mutex;
-        std::condition_variable ended;
+    struct Result {
         int calls = 0;
         bool ok = false;
         QString text;
     };
+    struct State : Result {
+        std::mutex mutex;
+        std::condition_variable ended;
+    };
+    Result result() const
+    {
+        const std::lock_guard lock(m_p->mutex);
+        return *m_p;
+    }
     std::shared_ptr<State> m_p = std::make_shared<State>();
 };
 
@@ -69,17 +81,21 @@ private:
 struct Model {
     explicit Model(const ShowRecord& show = smallShow());
 
-    std::shared_ptr<BizModel::Device> device(const QString& ipMacSn = QStringLiteral("A"));
+    std::shared_ptr<BizModel::Device> device(const QString& ipMacSn = A);
     std::shared_ptr<BizModel::Screen> screen(
-        quint32 id, ScreenType type = ScreenType::RegularScreen, const QString& device = QStringLiteral("A"));
-    std::shared_ptr<ModelControl::Device> deviceControl(const QString& device = QStringLiteral("A"));
-    std::shared_ptr<ModelControl::Screen> screenControl(ScreenType type = ScreenType::RegularScreen);
+        quint32 id, ScreenType type = ScreenType::RegularScreen, const QString& device = A);
+    std::shared_ptr<ModelControl::Device> deviceControl() { return ModelControl::Device::create(device()); }
+    std::shared_ptr<ModelControl::Screen> screenControl()
+    {
+        return ModelControl::Device::screenModelControl(ScreenType::RegularScreen, device());
+    }
     /// Input ids of a scene's layers, from the bottom to the top.
-    QList<quint32> sources(
-        quint32 screen, BizModel::SceneType scene, const QString& device = QStringLiteral("A"));
+    QList<quint32> sources(quint32 screen, BizModel::SceneType scene, const QString& device = A);
     /// Waits until the screen is in the state.
-    bool waitForState(
-        quint32 screen, BizModel::Screen::State state, const QString& device = QStringLiteral("A"));
+    bool waitForState(quint32 screen, BizModel::Screen::State state);
+    /// Makes the two devices a group.
+    void group();
+    Control& control() { return model.control(); }
 
     MemoryModel model;
     SignalLog log{model.deviceList()};

@@ -554,8 +554,9 @@ QString TestStorm::whatIsLeftOver() const
     for (const auto& device : devices) {
         const auto screens = device.lock()->screens(BizModel::Enum::Screen::RegularAndAUXScreens);
         for (const auto& screen : screens) {
-            if (screen.lock()->state() == BizModel::Screen::State::Resource_out)
-                return QStringLiteral("a screen is still out of resources: ") + screen.lock()->name();
+            const auto state = screen.lock()->state();
+            if (state != BizModel::Screen::State::Normal && state != BizModel::Screen::State::Tbar_taking)
+                return QStringLiteral("a screen is in state %1: %2").arg(state).arg(screen.lock()->name());
         }
     }
     QString dialog; // the application has one for all
@@ -565,7 +566,11 @@ QString TestStorm::whatIsLeftOver() const
         else if (notice.text == QLatin1String("hide"))
             dialog.clear();
     }
-    return dialog;
+    if (!dialog.isEmpty())
+        return dialog;
+    QStringList faults; // of what would be saved
+    (void)MemoryModel::parseShow(m_pRig->model().show(), faults);
+    return faults.join(QLatin1Char('\n'));
 }
 
 QString TestStorm::whatIsWrong()
