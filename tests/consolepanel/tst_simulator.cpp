@@ -1,5 +1,7 @@
 #include "paneltestsupport.h"
 
+#include "servicelink.h"
+
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QNetworkDatagram>
@@ -23,8 +25,11 @@ public:
         m_bIsBound = m_sender.bind(Protocol::ECServicePort, SharedMode)
             && m_receiver.bind(QHostAddress::AnyIPv4, Protocol::ECClientPort, SharedMode);
         connect(&m_receiver, &QUdpSocket::readyRead, this, [this] {
-            while (m_receiver.hasPendingDatagrams())
-                answer(m_receiver.receiveDatagram().data());
+            while (m_receiver.hasPendingDatagrams()) {
+                const QNetworkDatagram report = m_receiver.receiveDatagram();
+                if (report.senderPort() == Protocol::ECServicePort)
+                    answer(report.data());
+            }
         });
     }
     bool isBound() const { return m_bIsBound; }
@@ -34,14 +39,13 @@ public:
     }
 
     QVector<QByteArray> reports;
-    bool answers = true;
 
 private:
     void answer(const QByteArray& report)
     {
         reports.append(report);
         const auto tag = Protocol::Wire::load<quint16>(report.constData() + 12);
-        if (!answers || (tag != Protocol::ReportECButtonPressed && tag != Protocol::ReportECButtonRelease))
+        if (tag != Protocol::ReportECButtonPressed && tag != Protocol::ReportECButtonRelease)
             return;
         const auto key = Protocol::Wire::load<quint16>(report.constData() + 16);
         m_nSequence = m_nSequence == 65534 ? 0 : m_nSequence + 1;
@@ -61,20 +65,195 @@ class TestSimulator : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
-    void scriptPlaysASession();
-    void scriptEndsAtItsFirstFailure();
-    void keepGoingRunsTheWholeScript();
-    void unreadableDatagramIsShownAndFailsTheRun_data();
-    void unreadableDatagramIsShownAndFailsTheRun();
-    void typedCommandsEndWithTheInput();
-    void jsonPrintsAnObjectALine();
-    void stormIsAnsweredWhole();
-    void burstIsTakenWhole();
-    void wrongStartsAreToldOnStandardError_data();
-    void wrongStartsAreToldOnStandardError();
-    void takenPortIsToldOnStandardError();
+    void init()
+    {
+        m_output.clear();
+        m_peer = std::make_unique<LibraryPeer>();
+        QVERIFY(m_peer->isBound());
+    }
+
+    void cleanup()
+    {
+        if (m_program.state() != QProcess::NotRunning) {
+            m_program.kill();
+            m_program.waitForFinished(RunLimitMs);
+        }
+        m_peer.reset();
+    }
+
+    void scriptPlaysASession()
+    {
+        const int status = runScript(
+            "# a key lights while it is down\n"
+            "press 12\n"
+            "expect led 12 0,255,0 within 20000\n"
+            "release 12\n"
+            "expect led 12 off within 20000\n"
+            "tap 13 0\n"
+            "expect led 13 off within 20000\n"
+            "expect no-led 14 for 50\n"
+            "report-keypad-lock 1\n"
+            "show\n",
+            {"--keyboard", QStringLiteral(EXAMPLE_KEYBOARD), "--no-color"});
+        QVERIFY2(status == 0, m_output.constData());
+        QTRY_COMPARE(m_peer->reports.size(), 5);
+        QCOMPARE(m_peer->reports.at(0).mid(12).toHex(), QByteArray("c90005000c00000000"));
+        QCOMPARE(m_peer->reports.at(4).mid(12).toHex(), QByteArray("cd00010001"));
+        for (const char* shown :
+             {"< #1 UpdateECButtonColor key=12 app=0 state=LightUp color=0,255,0",
+              "ok line 3: expect led 12 0,255,0 within 20000", "\nScreenCommand\n", "[12 Off  ] [13 Off  ]",
+              "4 received, 0 unreadable, 0 missing"})
+            QVERIFY2(m_output.contains(shown), m_output.constData());
+    }
+
+    void scriptEndsAtItsFirstFailure()
+    {
+        QCOMPARE(runScript("press 12\nexpect led 12 red within 200\npress 13\n"), 1);
+        QVERIFY2(
+            m_output.contains(
+                "FAILED line 2: expect led 12 red within 200 - the console shows: 0,255,0 (Green)"),
+            m_output.constData());
+        QVERIFY(!m_output.contains("press 13"));
+    }
+
+    void keepGoingRunsTheWholeScript()
+    {
+        QCOMPARE(
+            runScript(
+                "expect lock tbar on within 0\npress 13\nexpect led 13 green within 20000\n",
+                {"--keep-going", "--quiet"}),
+            1);
+        QVERIFY2(m_output.contains("FAILED line 1: "), m_output.constData());
+        QVERIFY2(m_output.contains("1 received") && m_output.contains("1 failures"), m_output.constData());
+        QVERIFY(!m_output.contains("press 13")); // quiet
+    }
+
+    void unreadableDatagramIsShownAndFailsTheRun_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<int>("status");
+        QTest::newRow("by itself") << QStringList{} << 1;
+        QTest::newRow("tolerated") << QStringList{"--tolerate-unreadable"} << 0;
+    }
+
+    void unreadableDatagramIsShownAndFailsTheRun()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(int, status);
+        start(arguments);
+        QVERIFY(prints("listening"));
+        m_peer->send(QByteArray::fromHex("ee55ee55010000010100040068000100"));
+        QVERIFY(prints("unreadable, length is 1, expected 0: 16 bytes ee55ee55010000010100040068000100"));
+        m_peer->send(QByteArray(65507, 'x')); // the largest there are
+        QVERIFY(prints("65507 bytes"));
+        m_program.closeWriteChannel();
+        QCOMPARE(ended(), status);
+    }
+
+    void typedCommandsEndWithTheInput()
+    {
+        start({});
+        m_program.write("press 12\nexpect led 12 gre");
+        m_program.write("en within 20000\njump\nexpect led 12 green within 20000\nrelease 12"); // no end
+        m_program.closeWriteChannel();
+        QCOMPARE(ended(), 1); // "jump" is none of the commands, and the others still run
+        QVERIFY2(m_output.contains("\"jump\": there is no command \"jump\""), m_output.constData());
+        QCOMPARE(m_output.count("ok expect led 12 green within 20000"), 2);
+        QTRY_COMPARE(m_peer->reports.size(), 2);
+    }
+
+    void jsonPrintsAnObjectALine()
+    {
+        QVERIFY(runScript("press 12\nexpect led 12 green within 20000\nshow\n", {"--json"}) == 0);
+        QStringList events;
+        for (const QByteArray& line : m_output.trimmed().split('\n')) {
+            const QJsonObject object = QJsonDocument::fromJson(line).object();
+            QVERIFY2(object.contains("ms"), line.constData());
+            events.append(object.value("event").toString());
+            if (events.last() == "down")
+                QVERIFY2(object.value("key") == 12 && object.value("color") == "0,255,0", line.constData());
+        }
+        QCOMPARE(events.join(' '), "ready up down result show end");
+    }
+
+    void stormIsAnsweredWhole()
+    {
+        QCOMPARE(
+            runScript(
+                "storm 1 2 3 count 3000 window 100\n"
+                "expect received 6000 within 0\n"
+                "expect missing 0 within 0\n",
+                {"--quiet"}),
+            0);
+        QCOMPARE(m_peer->reports.size(), 6000);
+        for (int i = 0; i < m_peer->reports.size(); ++i)
+            QCOMPARE(int(m_peer->reports.at(i).at(16)), i / 2 % 3 + 1);
+    }
+
+    void burstIsTakenWhole()
+    {
+        start({"--script", file("script", "expect received 5000 within 20000\nexpect missing 0 within 0\n")});
+        QVERIFY(prints("listening"));
+        // In parts that the smallest socket buffer of a Linux machine holds.
+        constexpr int Burst = 100;
+        for (int i = 0; i < 5000; ++i) {
+            m_peer->send(label(quint16(i), QByteArray::number(i), quint16(i + 1)));
+            if (i % Burst == Burst - 1)
+                QVERIFY(prints(QByteArray("label=" + QByteArray::number(i) + ' ').constData()));
+        }
+        QVERIFY2(ended() == 0, m_output.right(2000).constData());
+    }
+
+    void wrongStartsAreToldOnStandardError_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("error");
+        const QString script = file("faulty", "press 1\njump\n\npress\n");
+        const QString keyboard = file("keyboard", "{\"Name\": 5}");
+        QTest::newRow("option") << QStringList{"--loud"} << "Unknown option 'loud'.";
+        QTest::newRow("argument") << QStringList{"x"} << "unexpected argument \"x\"";
+        QTest::newRow("width") << QStringList{"--width", "wide"}
+                               << "--width must be from 10 to 1000, not \"wide\"";
+        QTest::newRow("no script") << QStringList{"--script", "/nowhere"}
+                                   << "/nowhere: No such file or directory";
+        QTest::newRow("script's first fault")
+            << QStringList{"--script", script} << "line 2: there is no command \"jump\"";
+        QTest::newRow("script's second fault")
+            << QStringList{"--script", script} << "line 4: KEY is missing (press KEY)";
+        QTest::newRow("no keyboard") << QStringList{"--keyboard", "/nowhere"} << "/nowhere";
+        QTest::newRow("faulty keyboard") << QStringList{"--keyboard", keyboard} << "Name";
+    }
+
+    void wrongStartsAreToldOnStandardError()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, error);
+        start(arguments);
+        QCOMPARE(ended(), 2);
+        const QString said = QString::fromUtf8(m_program.readAllStandardError());
+        QVERIFY2(said.contains(error), qPrintable(said));
+        QVERIFY2(m_output.isEmpty(), m_output.constData());
+    }
+
+    void takenPortIsToldOnStandardError()
+    {
+        m_peer.reset();
+        const auto complaint = [this] {
+            start({});
+            return ended() == 2 ? m_program.readAllStandardError() : QByteArray();
+        };
+        QUdpSocket holder;
+        QVERIFY(holder.bind(QHostAddress::AnyIPv4, Protocol::ECServicePort, QUdpSocket::DontShareAddress));
+        QCOMPARE(
+            complaint(),
+            "orvane-console-simulator: cannot bind 127.0.0.1 port 35555: Address already in use\n");
+        holder.close();
+        ServiceLink other([] {});
+        QVERIFY(other.open());
+        QCOMPARE(
+            complaint(),
+            "orvane-console-simulator: 127.0.0.1 port 35555 is taken by another console or service\n");
+    }
 
 private:
     QString file(const QString& name, const QByteArray& content)
@@ -105,7 +284,7 @@ private:
     }
     int runScript(const QByteArray& script, const QStringList& arguments = {})
     {
-        start(QStringList{QStringLiteral("--script"), file(QStringLiteral("script"), script)} + arguments);
+        start(QStringList{"--script", file("script", script)} + arguments);
         return ended();
     }
 
@@ -114,192 +293,6 @@ private:
     QByteArray m_output;
     std::unique_ptr<LibraryPeer> m_peer;
 };
-
-void TestSimulator::init()
-{
-    m_output.clear();
-    m_peer = std::make_unique<LibraryPeer>();
-    QVERIFY(m_peer->isBound());
-}
-
-void TestSimulator::cleanup()
-{
-    if (m_program.state() != QProcess::NotRunning) {
-        m_program.kill();
-        m_program.waitForFinished(RunLimitMs);
-    }
-    m_peer.reset();
-}
-
-void TestSimulator::scriptPlaysASession()
-{
-    const int status = runScript(
-        R"(# a key lights while it is down
-press 12
-expect led 12 0,255,0 within 20000
-release 12
-expect led 12 off within 20000
-tap 13 0
-expect led 13 off within 20000
-expect no-led 14 for 50
-report-keypad-lock 1
-show
-)",
-        {QStringLiteral("--keyboard"), QStringLiteral(EXAMPLE_KEYBOARD), QStringLiteral("--no-color")});
-    QVERIFY2(status == 0, m_output.constData());
-    QTRY_COMPARE(m_peer->reports.size(), 5);
-    QCOMPARE(m_peer->reports.at(0).mid(12).toHex(), QByteArray("c90005000c00000000"));
-    QCOMPARE(m_peer->reports.at(4).mid(12).toHex(), QByteArray("cd00010001"));
-    QVERIFY2(
-        m_output.contains("< #1 UpdateECButtonColor key=12 app=0 state=LightUp color=0,255,0"),
-        m_output.constData());
-    QVERIFY2(m_output.contains("ok line 3: expect led 12 0,255,0 within 20000"), m_output.constData());
-    QVERIFY2(m_output.contains("\nScreenCommand\n"), m_output.constData());
-    QVERIFY2(m_output.contains("[12 Off  ] [13 Off  ]"), m_output.constData());
-    QVERIFY2(m_output.contains("4 received, 0 unreadable, 0 missing"), m_output.constData());
-}
-
-void TestSimulator::scriptEndsAtItsFirstFailure()
-{
-    QCOMPARE(runScript("press 12\nexpect led 12 red within 200\npress 13\n"), 1);
-    QVERIFY2(
-        m_output.contains("FAILED line 2: expect led 12 red within 200 - the console shows: 0,255,0 (Green)"),
-        m_output.constData());
-    QVERIFY(!m_output.contains("press 13"));
-}
-
-void TestSimulator::keepGoingRunsTheWholeScript()
-{
-    QCOMPARE(
-        runScript(
-            "expect lock tbar on within 0\npress 13\nexpect led 13 green within 20000\n",
-            {QStringLiteral("--keep-going"), QStringLiteral("--quiet")}),
-        1);
-    QVERIFY2(m_output.contains("FAILED line 1: "), m_output.constData());
-    QVERIFY2(m_output.contains("1 received") && m_output.contains("1 failures"), m_output.constData());
-    QVERIFY(!m_output.contains("press 13")); // quiet
-}
-
-void TestSimulator::unreadableDatagramIsShownAndFailsTheRun_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<int>("status");
-    QTest::newRow("by itself") << QStringList{} << 1;
-    QTest::newRow("tolerated") << QStringList{QStringLiteral("--tolerate-unreadable")} << 0;
-}
-
-void TestSimulator::unreadableDatagramIsShownAndFailsTheRun()
-{
-    QFETCH(QStringList, arguments);
-    QFETCH(int, status);
-    start(arguments);
-    QVERIFY(prints("listening"));
-    m_peer->send(QByteArray::fromHex("ee55ee55010000010100040068000100"));
-    QVERIFY(prints("unreadable, length is 1, expected 0: 16 bytes ee55ee55010000010100040068000100"));
-    m_program.closeWriteChannel();
-    QCOMPARE(ended(), status);
-}
-
-void TestSimulator::typedCommandsEndWithTheInput()
-{
-    start({});
-    m_program.write("press 12\nexpect led 12 gre");
-    m_program.write("en within 20000\njump\nexpect led 12 green within 20000\nrelease 12"); // no end of line
-    m_program.closeWriteChannel();
-    QCOMPARE(ended(), 1); // "jump" is none of the commands, and the others still run
-    QVERIFY2(m_output.contains("\"jump\": there is no command \"jump\""), m_output.constData());
-    QCOMPARE(m_output.count("ok expect led 12 green within 20000"), 2);
-    QTRY_COMPARE(m_peer->reports.size(), 2);
-}
-
-void TestSimulator::jsonPrintsAnObjectALine()
-{
-    QVERIFY(runScript("press 12\nexpect led 12 green within 20000\nshow\n", {QStringLiteral("--json")}) == 0);
-    QStringList events;
-    for (const QByteArray& line : m_output.trimmed().split('\n')) {
-        const QJsonObject object = QJsonDocument::fromJson(line).object();
-        QVERIFY2(object.contains(QLatin1String("ms")), line.constData());
-        events.append(object.value(QLatin1String("event")).toString());
-        if (events.last() == QLatin1String("down"))
-            QCOMPARE(object.value(QLatin1String("key")).toInt(), 12);
-    }
-    QCOMPARE(events.join(QLatin1Char(' ')), QStringLiteral("ready up down result show end"));
-}
-
-void TestSimulator::stormIsAnsweredWhole()
-{
-    QCOMPARE(
-        runScript(
-            "storm 1 2 3 count 3000 window 100\nexpect received 6000 within 0\nexpect missing 0 within 0\n",
-            {QStringLiteral("--quiet")}),
-        0);
-    QCOMPARE(m_peer->reports.size(), 6000);
-    for (int i = 0; i < m_peer->reports.size(); ++i)
-        QCOMPARE(int(m_peer->reports.at(i).at(16)), i / 2 % 3 + 1);
-}
-
-void TestSimulator::burstIsTakenWhole()
-{
-    start(
-        {QStringLiteral("--script"),
-         file(QStringLiteral("script"), "expect received 5000 within 20000\nexpect missing 0 within 0\n")});
-    QVERIFY(prints("listening"));
-    // In parts that the smallest socket buffer of a Linux machine holds; the program prints every datagram.
-    constexpr int Burst = 100;
-    for (int i = 0; i < 5000; ++i) {
-        m_peer->send(label(quint16(i), QByteArray::number(i), quint16(i + 1)));
-        if (i % Burst == Burst - 1)
-            QVERIFY(prints(QByteArray("label=" + QByteArray::number(i) + ' ').constData()));
-    }
-    QVERIFY2(ended() == 0, m_output.right(2000).constData());
-}
-
-void TestSimulator::wrongStartsAreToldOnStandardError_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QString>("error");
-    const QString script = file(QStringLiteral("faulty"), "press 1\njump\n\npress\n");
-    const QString keyboard = file(QStringLiteral("keyboard"), "{\"Name\": 5}");
-    QTest::newRow("option") << QStringList{QStringLiteral("--loud")}
-                            << QStringLiteral("Unknown option 'loud'.");
-    QTest::newRow("argument") << QStringList{QStringLiteral("x")}
-                              << QStringLiteral("unexpected argument \"x\"");
-    QTest::newRow("width") << QStringList{QStringLiteral("--width"), QStringLiteral("wide")}
-                           << QStringLiteral("--width must be from 10 to 1000, not \"wide\"");
-    QTest::newRow("no script") << QStringList{QStringLiteral("--script"), QStringLiteral("/nowhere")}
-                               << QStringLiteral("/nowhere: No such file or directory");
-    QTest::newRow("script's first fault") << QStringList{QStringLiteral("--script"), script}
-                                          << QStringLiteral("line 2: there is no command \"jump\"");
-    QTest::newRow("script's second fault") << QStringList{QStringLiteral("--script"), script}
-                                           << QStringLiteral("line 4: KEY is missing (press KEY)");
-    QTest::newRow("no keyboard") << QStringList{QStringLiteral("--keyboard"), QStringLiteral("/nowhere")}
-                                 << QStringLiteral("/nowhere");
-    QTest::newRow("faulty keyboard") << QStringList{QStringLiteral("--keyboard"), keyboard}
-                                     << QStringLiteral("Name");
-}
-
-void TestSimulator::wrongStartsAreToldOnStandardError()
-{
-    QFETCH(QStringList, arguments);
-    QFETCH(QString, error);
-    start(arguments);
-    QCOMPARE(ended(), 2);
-    const QString said = QString::fromUtf8(m_program.readAllStandardError());
-    QVERIFY2(said.contains(error), qPrintable(said));
-    QVERIFY2(m_output.isEmpty(), m_output.constData());
-}
-
-void TestSimulator::takenPortIsToldOnStandardError()
-{
-    m_peer.reset();
-    QUdpSocket holder;
-    QVERIFY(holder.bind(QHostAddress::AnyIPv4, Protocol::ECServicePort, QUdpSocket::DontShareAddress));
-    start({});
-    QCOMPARE(ended(), 2);
-    QCOMPARE(
-        m_program.readAllStandardError(),
-        QByteArray("orvane-console-simulator: cannot bind 127.0.0.1 port 35555: Address already in use\n"));
-}
 
 QTEST_GUILESS_MAIN(TestSimulator)
 #include "tst_simulator.moc"
