@@ -159,35 +159,31 @@ bool Console::expect(const QByteArray& condition)
     return false;
 }
 
-void Console::tap(int key)
+void SessionTest::init()
 {
-    writeLine("press " + QByteArray::number(key));
-    writeLine("release " + QByteArray::number(key));
+    m_directory = std::make_unique<QTemporaryDir>();
+    m_console = std::make_unique<Console>();
+    m_host = std::make_unique<Host>();
+    QVERIFY(QFile::copy(EXAMPLE_SHOW, showFile()));
+    QVERIFY(QFile::setPermissions(showFile(), QFile::ReadOwner | QFile::WriteOwner));
+    QVERIFY(m_console->start() && m_host->start({"--show", showFile()}));
+    QVERIFY(m_console->expect("led 1 green within 10000"));
 }
 
-bool Session::start()
+void SessionTest::cleanup()
 {
-    const QString show = showFile();
-    return QFile::copy(EXAMPLE_SHOW, show)
-        && QFile::setPermissions(show, QFile::ReadOwner | QFile::WriteOwner) && console.start()
-        && host.start({"--show", show}) && console.expect("led 1 green within 10000");
+    if (m_host->isRunning())
+        m_host->writeLine(R"({"command":"quit"})");
+    m_console->closeInput();
+    const int hostStatus = m_host->exitStatus();
+    const int consoleStatus = m_console->exitStatus();
+    QVERIFY2(hostStatus == 0, m_host->log().right(6000).constData());
+    QCOMPARE(consoleStatus, 0);
 }
 
-bool Session::end()
+QJsonObject SessionTest::screen(const QString& name)
 {
-    if (host.isRunning())
-        host.writeLine(R"({"command":"quit"})");
-    console.closeInput();
-    const int hostStatus = host.exitStatus();
-    const int consoleStatus = console.exitStatus();
-    if (hostStatus != 0)
-        qWarning("The host ended with %d: %s", hostStatus, host.log().right(6000).constData());
-    return hostStatus == 0 && consoleStatus == 0;
-}
-
-QJsonObject Session::screen(const QString& name)
-{
-    const QJsonArray screens = host.command("screens").value("screens").toArray();
+    const QJsonArray screens = m_host->command("screens").value("screens").toArray();
     for (const QJsonValue& one : screens) {
         if (one.toObject().value("screen") == name)
             return one.toObject();

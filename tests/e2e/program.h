@@ -6,9 +6,16 @@
 #include <QVector>
 
 #include <functional>
+#include <memory>
 
 /// Answers in this test are a matter of milliseconds; a machine under load, or a sanitizer, takes longer.
 constexpr int PatienceMs = 20000;
+
+/// The number that the on-screen console reports for a key of the example keyboard.
+constexpr int onScreen(int key)
+{
+    return 0xFF0000 + 1000 + key;
+}
 
 /// One of our programs in a process of its own, with the JSON lines that it writes. Ends with the object.
 class Program {
@@ -73,25 +80,47 @@ public:
     bool start();
     /// False, with the console's own words in the log, when the expectation fails.
     bool expect(const QByteArray& condition);
-    /// Down and up again, at once.
-    void tap(int key);
 };
 
-/// A console and a host that shows a copy of the example show, from the start to the end of a test.
-class Session {
-public:
-    /// False when one of them does not get ready, or the console's first keys stay dark.
-    bool start();
-    /// False when one of them does not end well; an expectation of the console that failed is one reason.
-    bool end();
+/// Every test has a console, and a host that shows a copy of the example show, from its start to its end.
+class SessionTest : public QObject {
+    Q_OBJECT
 
-    QString showFile() const { return m_directory.filePath("show.json"); }
+protected Q_SLOTS:
+    /// Fails when a program does not get ready, or the console's first keys stay dark.
+    void init();
+    /// Fails when a program does not end well; an expectation of the console that failed is one reason.
+    void cleanup();
+
+protected:
+    void press(int key) { m_console->writeLine("press " + QByteArray::number(key)); }
+    void release(int key) { m_console->writeLine("release " + QByteArray::number(key)); }
+    void hold(int key, int ms)
+    {
+        m_console->writeLine("hold " + QByteArray::number(key) + ' ' + QByteArray::number(ms));
+    }
+    /// Down and up again, at once.
+    void tap(int key)
+    {
+        press(key);
+        release(key);
+    }
+    /// Waits until the key shows this.
+    bool lights(int key, const QByteArray& look)
+    {
+        return m_console->expect("led " + QByteArray::number(key) + ' ' + look);
+    }
+    bool isDone(const QString& command, const QJsonObject& arguments = {})
+    {
+        return m_host->hasDone(command, arguments);
+    }
     /// One of the active device's screens, as the host tells it.
     QJsonObject screen(const QString& name);
+    QString showFile() const { return m_directory->filePath("show.json"); }
 
-    Console console;
-    Host host;
+    std::unique_ptr<Console> m_console;
+    std::unique_ptr<Host> m_host;
 
 private:
-    QTemporaryDir m_directory; // the host may write its show
+    std::unique_ptr<QTemporaryDir> m_directory; // the host may write its show
 };

@@ -27,227 +27,207 @@ class StartAndEndTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void startWithoutWhatItNeedsIsRefused_data();
-    void startWithoutWhatItNeedsIsRefused();
-    void brokenKeyboardIsRefusedWithEveryFault();
-    void portOfAnotherIsNotShared_data();
-    void portOfAnotherIsNotShared();
-    void eitherMayStartFirst_data();
-    void eitherMayStartFirst();
-    void endIsOrderly_data();
-    void endIsOrderly();
-    void manualNamesEveryHostCommandWithItsArguments();
-    void hundredThousandPressesArriveOnceAndInOrder();
-};
+    void startWithoutWhatItNeedsIsRefused_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QByteArray>("message");
 
-void StartAndEndTest::startWithoutWhatItNeedsIsRefused_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<int>("status");
-    QTest::addColumn<QByteArray>("message");
+        const QStringList keyboard = {"--keyboard", EXAMPLE_KEYBOARD};
+        QTest::newRow("no keyboard") << QStringList() << 2 << QByteArray("--keyboard");
+        QTest::newRow("unknown option") << keyboard + QStringList("--loud") << 2 << QByteArray("loud");
+        QTest::newRow("stray argument") << keyboard + QStringList("stray") << 2 << QByteArray("stray");
+        QTest::newRow("missing file")
+            << QStringList{"--keyboard", "/nowhere.json"} << 1 << QByteArray("/nowhere.json");
+    }
 
-    const QStringList keyboard = {"--keyboard", EXAMPLE_KEYBOARD};
-    QTest::newRow("no keyboard") << QStringList() << 2 << QByteArray("--keyboard");
-    QTest::newRow("unknown option") << keyboard + QStringList("--loud") << 2 << QByteArray("loud");
-    QTest::newRow("stray argument") << keyboard + QStringList("stray") << 2 << QByteArray("stray");
-    QTest::newRow("missing file") << QStringList{"--keyboard", "/nowhere.json"} << 1
-                                  << QByteArray("/nowhere.json");
-}
+    void startWithoutWhatItNeedsIsRefused()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(int, status);
+        QFETCH(QByteArray, message);
+        Program host(HOST_BINARY);
+        host.start(arguments + QStringList("--headless"));
+        QCOMPARE(host.exitStatus(), status);
+        QVERIFY2(host.log().contains(message), host.log().constData());
+    }
 
-void StartAndEndTest::startWithoutWhatItNeedsIsRefused()
-{
-    QFETCH(QStringList, arguments);
-    QFETCH(int, status);
-    QFETCH(QByteArray, message);
-    Program host(HOST_BINARY);
-    host.start(arguments + QStringList("--headless"));
-    QCOMPARE(host.exitStatus(), status);
-    QVERIFY2(host.log().contains(message), host.log().constData());
-}
+    void brokenKeyboardIsRefusedWithEveryFault()
+    {
+        QTemporaryDir directory;
+        QFile file(directory.filePath("keyboard.json"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(
+            R"({"Name":"Broken","IconName":"","ModelId":70000,"m_commands":[{"Name":"NoCommand","m_buttons":[]}]})");
+        file.close();
+        Host host;
+        QVERIFY(!host.start({"--keyboard", file.fileName()}));
+        QCOMPARE(host.exitStatus(), 1);
+        for (const char* fault : {"70000", "NoCommand"})
+            QVERIFY2(host.log().contains(fault), host.log().constData());
+    }
 
-void StartAndEndTest::brokenKeyboardIsRefusedWithEveryFault()
-{
-    QTemporaryDir directory;
-    QFile file(directory.filePath("keyboard.json"));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(
-        R"({"Name":"Broken","IconName":"","ModelId":70000,"m_commands":[{"Name":"NoCommand","m_buttons":[]}]})");
-    file.close();
-    Host host;
-    QVERIFY(!host.start({"--keyboard", file.fileName()}));
-    QCOMPARE(host.exitStatus(), 1);
-    for (const char* fault : {"70000", "NoCommand"})
-        QVERIFY2(host.log().contains(fault), host.log().constData());
-}
-
-void StartAndEndTest::portOfAnotherIsNotShared_data()
-{
-    QTest::addColumn<bool>("isHost");
-    QTest::newRow("a second host") << true;
-    QTest::newRow("a program that keeps it to itself") << false;
-}
-
-void StartAndEndTest::portOfAnotherIsNotShared()
-{
-    QFETCH(bool, isHost);
-    Host first;
-    QUdpSocket socket;
-    if (isHost)
+    void portOfAnotherIsNotShared()
+    {
+        const auto isRefused = [] {
+            Host host;
+            return !host.start() && host.exitStatus() == 1 && host.log().contains("35556");
+        };
+        QUdpSocket exclusive;
+        QVERIFY(exclusive.bind(QHostAddress::AnyIPv4, ReportPort, QAbstractSocket::DontShareAddress));
+        QVERIFY(isRefused());
+        exclusive.close();
+        Host first;
         QVERIFY(first.start());
-    else
-        QVERIFY(socket.bind(QHostAddress::AnyIPv4, ReportPort, QAbstractSocket::DontShareAddress));
-    Host second;
-    QVERIFY(!second.start());
-    QCOMPARE(second.exitStatus(), 1);
-    QVERIFY2(second.log().contains("35556"), second.log().constData());
-    if (isHost)
+        QVERIFY(isRefused());
         QVERIFY(first.hasDone("state"));
-}
+    }
 
-void StartAndEndTest::eitherMayStartFirst_data()
-{
-    QTest::addColumn<bool>("hostFirst");
-    QTest::newRow("host") << true;
-    QTest::newRow("console") << false;
-}
+    void eitherMayStartFirst_data()
+    {
+        QTest::addColumn<bool>("hostFirst");
+        QTest::newRow("host") << true;
+        QTest::newRow("console") << false;
+    }
 
-void StartAndEndTest::eitherMayStartFirst()
-{
-    QFETCH(bool, hostFirst);
-    Host host;
-    auto console = std::make_unique<Console>();
-    if (hostFirst)
-        QVERIFY(host.start());
-    QVERIFY(console->start());
-    if (!hostFirst)
-        QVERIFY(host.start());
-
-    // The console that comes back after it was away is the same to the host.
-    for (const char* key : {"93", "94"}) {
-        console->writeLine(QByteArray("press ") + key);
-        QVERIFY(console->expect(QByteArray("led ") + key + " green"));
-        console->closeInput();
-        QCOMPARE(console->exitStatus(), 0);
-        console = std::make_unique<Console>();
+    void eitherMayStartFirst()
+    {
+        QFETCH(bool, hostFirst);
+        Host host;
+        auto console = std::make_unique<Console>();
+        if (hostFirst)
+            QVERIFY(host.start());
         QVERIFY(console->start());
-    }
-    console->writeLine("press 103");
-    QVERIFY(host.tells("entered", {{"text", "01"}}));
-}
+        if (!hostFirst)
+            QVERIFY(host.start());
 
-void StartAndEndTest::endIsOrderly_data()
-{
-    QTest::addColumn<int>("way");
-    QTest::newRow("command") << 0;
-    QTest::newRow("termination request") << 1;
-    QTest::newRow("end of input") << 2;
-}
-
-void StartAndEndTest::endIsOrderly()
-{
-    QFETCH(int, way);
-    Console console;
-    QVERIFY(console.start());
-    Host host;
-    QVERIFY(host.start());
-    QVERIFY(host.hasDone("openDialog"));
-    console.writeLine("storm 93 94 count 20000"); // keys go on coming while it ends
-    QVERIFY(host.tells("standardKeyPressed"));
-
-    QElapsedTimer clock;
-    clock.start();
-    if (way == 0)
-        host.writeLine(R"({"command":"quit"})");
-    else if (way == 1)
-        host.terminate();
-    else
-        host.closeInput();
-    QCOMPARE(host.exitStatus(), 0);
-    QVERIFY2(clock.elapsed() < 10000, "the threads of the link take a second to end at most");
-}
-
-void StartAndEndTest::manualNamesEveryHostCommandWithItsArguments()
-{
-    QFile manual(HOST_MANUAL);
-    QVERIFY(manual.open(QIODevice::ReadOnly));
-    const QString text =
-        QString::fromUtf8(manual.readAll()).section("## Commands", 1).section("## Events", 0, 0);
-    QHash<QString, QString> rows; // a row of a table, by each command that it is about
-    const QRegularExpression code("`(\\w+)`");
-    for (const QString& line : text.split('\n')) {
-        auto names = code.globalMatch(line.startsWith("| ") ? line.section('|', 1, 1) : QString());
-        while (names.hasNext())
-            rows.insert(names.next().captured(1), line);
-    }
-    Host host;
-    QVERIFY(host.start());
-    for (const QJsonValue& value : host.command("help").value("commands").toArray()) {
-        const QJsonObject command = value.toObject();
-        const QString name = command.value("command").toString();
-        if (name == "help")
-            continue;
-        QVERIFY2(rows.contains(name), qPrintable(name));
-        const QString row = rows.take(name);
-        for (const QString& argument : command.value("arguments").toObject().keys()) {
-            // Every command on a device takes one; "first" to "fourth" stand for those between.
-            const bool isPlain = argument != "device" && argument != "second" && argument != "third";
-            QVERIFY2(!isPlain || row.contains('`' + argument + '`'), qPrintable(name + ": " + argument));
+        // The console that comes back after it was away is the same to the host.
+        for (const char* key : {"93", "94"}) {
+            console->writeLine(QByteArray("press ") + key);
+            QVERIFY(console->expect(QByteArray("led ") + key + " green"));
+            console->closeInput();
+            QCOMPARE(console->exitStatus(), 0);
+            console = std::make_unique<Console>();
+            QVERIFY(console->start());
         }
+        console->writeLine("press 103");
+        QVERIFY(host.tells("entered", {{"text", "01"}}));
     }
-    QVERIFY2(rows.isEmpty(), qPrintable(QStringList(rows.keys()).join(' ')));
-}
 
-void StartAndEndTest::hundredThousandPressesArriveOnceAndInOrder()
-{
-    constexpr int presses = 100000;
-    Host host;
-    QVERIFY(host.start());
-    Program console(SIMULATOR_BINARY);
-    console.start({"--json", "--quiet"});
-
-    // Each round types the ten digits and takes them over.
-    QByteArray storm = "storm";
-    QVector<int> expected;
-    for (int digit = 0; digit < Digits; ++digit) {
-        storm += ' ' + QByteArray::number(FirstDigit + digit);
-        expected.append(Qt::Key_0 + digit);
+    void endIsOrderly_data()
+    {
+        QTest::addColumn<int>("way");
+        QTest::newRow("command") << 0;
+        QTest::newRow("termination request") << 1;
+        QTest::newRow("end of input") << 2;
     }
-    storm += ' ' + QByteArray::number(EnterKey);
-    expected.append(Qt::Key_Enter);
-    console.writeLine(storm + " count " + QByteArray::number(presses) + " window 400");
-    console.writeLine("expect missing 0");
-    console.closeInput();
 
-    int seen = 0;
-    const auto isWrongOrTenThousandth = [&](const QJsonObject& line) {
-        const QString name = line.value("event").toString();
-        if (name == "entered")
-            return line != entered("0123456789");
-        if (name != "standardKeyPressed")
-            return false;
-        const bool isRight = line.value("key") == expected.at(seen % expected.size());
-        return !isRight || ++seen % 10000 == 0;
-    };
-    while (seen < presses) {
-        const int before = seen;
-        const QJsonObject last = host.next(isWrongOrTenThousandth);
-        QVERIFY2(
-            seen == before + 10000,
-            qPrintable(QString("%1, then %2")
-                           .arg(seen)
-                           .arg(QString(QJsonDocument(last).toJson(QJsonDocument::Compact)))));
+    void endIsOrderly()
+    {
+        QFETCH(int, way);
+        Console console;
+        QVERIFY(console.start());
+        Host host;
+        QVERIFY(host.start());
+        QVERIFY(host.hasDone("openDialog"));
+        console.writeLine("storm 93 94 count 20000"); // keys go on coming while it ends
+        QVERIFY(host.tells("standardKeyPressed"));
+
+        QElapsedTimer clock;
+        clock.start();
+        if (way == 0)
+            host.writeLine(R"({"command":"quit"})");
+        else if (way == 1)
+            host.terminate();
+        else
+            host.closeInput();
+        QCOMPARE(host.exitStatus(), 0);
+        QVERIFY2(clock.elapsed() < 10000, "the threads of the link take a second to end at most");
     }
-    QCOMPARE(console.exitStatus(), 0);
 
-    // Nothing more comes behind them: the answer would stand behind it.
-    const QJsonObject state = host.command("state");
-    const int total =
-        int(std::count_if(host.lines().begin(), host.lines().end(), [](const QJsonObject& line) {
-            return line.value("event") == "standardKeyPressed";
-        }));
-    QCOMPARE(total, presses);
-    QCOMPARE(state.value("field").toString(), QString("0123456789").left(presses % (Digits + 1)));
-}
+    void manualNamesEveryHostCommandWithItsArguments()
+    {
+        QFile manual(HOST_MANUAL);
+        QVERIFY(manual.open(QIODevice::ReadOnly));
+        const QString text =
+            QString::fromUtf8(manual.readAll()).section("## Commands", 1).section("## Events", 0, 0);
+        QHash<QString, QString> rows; // a row of a table, by each command that it is about
+        const QRegularExpression code("`(\\w+)`");
+        for (const QString& line : text.split('\n')) {
+            auto names = code.globalMatch(line.startsWith("| ") ? line.section('|', 1, 1) : QString());
+            while (names.hasNext())
+                rows.insert(names.next().captured(1), line);
+        }
+        Host host;
+        QVERIFY(host.start());
+        for (const QJsonValue& value : host.command("help").value("commands").toArray()) {
+            const QJsonObject command = value.toObject();
+            const QString name = command.value("command").toString();
+            if (name == "help")
+                continue;
+            QVERIFY2(rows.contains(name), qPrintable(name));
+            const QString row = rows.take(name);
+            for (const QString& argument : command.value("arguments").toObject().keys()) {
+                // Every command on a device takes one; "first" to "fourth" stand for those between.
+                const bool isPlain = argument != "device" && argument != "second" && argument != "third";
+                QVERIFY2(!isPlain || row.contains('`' + argument + '`'), qPrintable(name + ": " + argument));
+            }
+        }
+        QVERIFY2(rows.isEmpty(), qPrintable(QStringList(rows.keys()).join(' ')));
+    }
+
+    void hundredThousandPressesArriveOnceAndInOrder()
+    {
+        constexpr int presses = 100000;
+        Host host;
+        QVERIFY(host.start());
+        Program console(SIMULATOR_BINARY);
+        console.start({"--json", "--quiet"});
+
+        // Each round types the ten digits and takes them over.
+        QByteArray storm = "storm";
+        QVector<int> expected;
+        for (int digit = 0; digit < Digits; ++digit) {
+            storm += ' ' + QByteArray::number(FirstDigit + digit);
+            expected.append(Qt::Key_0 + digit);
+        }
+        storm += ' ' + QByteArray::number(EnterKey);
+        expected.append(Qt::Key_Enter);
+        console.writeLine(storm + " count " + QByteArray::number(presses) + " window 400");
+        console.writeLine("expect missing 0");
+        console.closeInput();
+
+        int seen = 0;
+        const auto isWrongOrTenThousandth = [&](const QJsonObject& line) {
+            const QString name = line.value("event").toString();
+            if (name == "entered")
+                return line != entered("0123456789");
+            if (name != "standardKeyPressed")
+                return false;
+            const bool isRight = line.value("key") == expected.at(seen % expected.size());
+            return !isRight || ++seen % 10000 == 0;
+        };
+        while (seen < presses) {
+            const int before = seen;
+            const QJsonObject last = host.next(isWrongOrTenThousandth);
+            QVERIFY2(
+                seen == before + 10000,
+                qPrintable(QString("%1, then %2")
+                               .arg(seen)
+                               .arg(QString(QJsonDocument(last).toJson(QJsonDocument::Compact)))));
+        }
+        QCOMPARE(console.exitStatus(), 0);
+
+        // Nothing more comes behind them: the answer would stand behind it.
+        const QJsonObject state = host.command("state");
+        const int total =
+            int(std::count_if(host.lines().begin(), host.lines().end(), [](const QJsonObject& line) {
+                return line.value("event") == "standardKeyPressed";
+            }));
+        QCOMPARE(total, presses);
+        QCOMPARE(state.value("field").toString(), QString("0123456789").left(presses % (Digits + 1)));
+    }
+};
 
 QTEST_GUILESS_MAIN(StartAndEndTest)
 #include "tst_startandend.moc"
