@@ -176,20 +176,6 @@ private Q_SLOTS:
         QCOMPARE(events.join(' '), "ready up down result show end");
     }
 
-    void stormIsAnsweredWhole()
-    {
-        QCOMPARE(
-            runScript(
-                "storm 1 2 3 count 3000 window 100\n"
-                "expect received 6000 within 0\n"
-                "expect missing 0 within 0\n",
-                {"--quiet"}),
-            0);
-        QCOMPARE(m_peer->reports.size(), 6000);
-        for (int i = 0; i < m_peer->reports.size(); ++i)
-            QCOMPARE(int(m_peer->reports.at(i).at(16)), i / 2 % 3 + 1);
-    }
-
     void burstIsTakenWhole()
     {
         start({"--script", file("script", "expect received 5000 within 20000\nexpect missing 0 within 0\n")});

@@ -11,12 +11,6 @@
 /// Answers in this test are a matter of milliseconds; a machine under load, or a sanitizer, takes longer.
 constexpr int PatienceMs = 20000;
 
-/// The number that the on-screen console reports for a key of the example keyboard.
-constexpr int onScreen(int key)
-{
-    return 0xFF0000 + 1000 + key;
-}
-
 /// One of our programs in a process of its own, with the JSON lines that it writes. Ends with the object.
 class Program {
 public:

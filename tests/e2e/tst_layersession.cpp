@@ -10,10 +10,8 @@ namespace {
 constexpr int FirstLayerKey = 21;
 constexpr int SecondLayerKey = 22;
 constexpr int FreeLayerKey = 23;
-constexpr int RemoveKey = 39;
 constexpr int ClearKey = 40;
 constexpr int FrontKey = 41;
-constexpr int FullScreenKey = 44;
 constexpr int FirstInputKey = 45;
 
 const QString Screen = "regular:1";
@@ -135,15 +133,6 @@ private Q_SLOTS:
         QCOMPARE(preview().size(), 2);
     }
 
-    void removeKeyTakesTheSelectionAway()
-    {
-        tap(RemoveKey);
-        QVERIFY(lights(RemoveKey, "off"));
-        QVERIFY(lights(FirstLayerKey, "off"));
-        QTRY_COMPARE_WITH_TIMEOUT(preview().size(), 1, PatienceMs);
-        QVERIFY(layer(1).isEmpty());
-    }
-
     void clearKeyMustBeHeldForThreeSeconds()
     {
         hold(ClearKey, 500);
@@ -164,19 +153,6 @@ private Q_SLOTS:
         tap(FrontKey);
         QVERIFY(lights(FrontKey, "off"));
         QTRY_COMPARE_WITH_TIMEOUT(preview().at(1).toObject().value("id").toInt(), 1, PatienceMs);
-    }
-
-    void secondQuickPressFillsTheWholeMosaic()
-    {
-        tap(SecondLayerKey);
-        QVERIFY(lights(SecondLayerKey, "green"));
-        tap(FullScreenKey);
-        const QJsonValue output = QJsonArray{1920, 0, 1920, 1080};
-        QTRY_COMPARE_WITH_TIMEOUT(layer(2).value("window"), output, PatienceMs);
-        tap(FullScreenKey);
-        tap(FullScreenKey);
-        const QJsonValue mosaic = QJsonArray{0, 0, 3840, 1080};
-        QTRY_COMPARE_WITH_TIMEOUT(layer(2).value("window"), mosaic, PatienceMs);
     }
 
 private:

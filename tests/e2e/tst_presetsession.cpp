@@ -94,25 +94,6 @@ private Q_SLOTS:
         release(ClearKey);
     }
 
-    void onScreenClearKeyAsks()
-    {
-        const auto asks = [this] {
-            press(onScreen(ClearKey));
-            return m_host->tells(
-                "messageBox",
-                {{"type", "question"}, {"text", "Are you sure you want to delete all the presets?"}});
-        };
-        QVERIFY(asks());
-        QVERIFY(lights(ClearKey, "green"));
-        QVERIFY(isDone("answerMessageBox", {{"button", "no"}}));
-        QVERIFY(lights(ClearKey, "off"));
-        QCOMPARE(presets().size(), 4);
-        QVERIFY(asks());
-        QVERIFY(isDone("answerMessageBox", {{"button", "yes"}}));
-        QTRY_COMPARE_WITH_TIMEOUT(presets().size(), 0, PatienceMs);
-        QVERIFY(lights(ClearKey, "off"));
-    }
-
     void loadTargetIsAskedForOnce()
     {
         QVERIFY(m_console->expect("oled 585 \"Load to PVW\""));
