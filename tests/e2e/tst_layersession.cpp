@@ -10,7 +10,6 @@ namespace {
 constexpr int FirstLayerKey = 21;
 constexpr int SecondLayerKey = 22;
 constexpr int FreeLayerKey = 23;
-constexpr int ClearKey = 40;
 constexpr int FrontKey = 41;
 constexpr int FirstInputKey = 45;
 
@@ -131,20 +130,6 @@ private Q_SLOTS:
             {{"type", "error"},
              {"text", "The current operation cannot be completed during the screen taking."}}));
         QCOMPARE(preview().size(), 2);
-    }
-
-    void clearKeyMustBeHeldForThreeSeconds()
-    {
-        hold(ClearKey, 500);
-        QVERIFY(lights(ClearKey, "off"));
-        QCOMPARE(preview().size(), 2);
-        press(ClearKey);
-        QVERIFY(m_host->tells("waitingDialogShown", {{"text", "Cleaning layers,please wait..."}}));
-        QVERIFY(m_host->tells("waitingDialogHidden"));
-        QTRY_COMPARE_WITH_TIMEOUT(preview().size(), 0, PatienceMs);
-        QVERIFY(lights(ClearKey, "off")); // while it is still down
-        QVERIFY(lights(FirstLayerKey, "off"));
-        release(ClearKey);
     }
 
     void frontKeyStepsOnceWhenTapped()

@@ -7,13 +7,11 @@ namespace {
 
 // Keys of the example keyboard. The example show has presets in the slots 1 (active), 2, 12 and 20.
 constexpr int FirstPresetKey = 63;
-constexpr int RemoveKey = 89;
 constexpr int ClearKey = 90;
 constexpr int SaveKey = 91;
 constexpr int LoadTargetKey = 92;
 constexpr int SaveDataKey = 107;
 constexpr int LockTBarKey = 108;
-constexpr int LockKeypadKey = 109;
 constexpr int SourceKey = 110;
 constexpr int CopyKey = 111;
 constexpr int MirrorKey = 112;
@@ -67,16 +65,6 @@ private Q_SLOTS:
         tap(presetKey(5)); // nothing is stored there
         QVERIFY(m_host->waitForLog("Actived preset is null"));
         QVERIFY(lights(presetKey(2), "green for 100"));
-    }
-
-    void removeKeyRemovesTheNextPreset()
-    {
-        tap(RemoveKey);
-        QVERIFY(lights(RemoveKey, "yellow flashing"));
-        tap(presetKey(12));
-        QVERIFY(lights(presetKey(12), "off"));
-        QVERIFY(lights(RemoveKey, "off"));
-        QTRY_COMPARE_WITH_TIMEOUT(presets().size(), 3, PatienceMs);
     }
 
     void clearKeyMustBeHeldForThreeSeconds()
@@ -162,20 +150,6 @@ private Q_SLOTS:
         hold(LockTBarKey, 2100);
         QVERIFY(m_console->expect("lock tbar off"));
         QVERIFY(lights(LockTBarKey, "off"));
-    }
-
-    void heldKeyLocksTheKeypadUntilTheApplicationFreesIt()
-    {
-        hold(LockKeypadKey, 2100);
-        QVERIFY(m_console->expect("lock keypad on"));
-        QVERIFY(lights(LockKeypadKey, "green"));
-        QVERIFY(m_host->tells("keyboardLocked", {{"locked", true}}));
-        tap(presetKey(2));
-        QVERIFY(m_host->waitForLog("now the keypad is locked."));
-        QVERIFY(isDone("unlockKeypad"));
-        QVERIFY(lights(LockKeypadKey, "off"));
-        tap(presetKey(2));
-        QVERIFY(lights(presetKey(2), "green"));
     }
 
     void sourceKeySwitchesTheMonitor()

@@ -15,7 +15,6 @@ constexpr int MatchKey = 12;
 constexpr int FTBKey = 13;
 constexpr int CutKey = 14;
 constexpr int TakeKey = 15;
-constexpr int TimeUpKey = 17;
 constexpr int SwapKey = 19;
 constexpr int PGMEditKey = 20;
 
@@ -145,6 +144,7 @@ private Q_SLOTS:
     {
         QVERIFY(isDone("fail", {{"operation", "AsyncCreateScreen"}}));
         tap(FreeScreenKey);
+        QVERIFY(m_host->tells("operation", {{"operation", "AsyncCreateScreen"}, {"phase", "requested"}}));
         QVERIFY(m_host->waitForLog("Crate reguler screen has failed."));
         QVERIFY(m_host->tells("waitingDialogHidden"));
         QVERIFY(lights(FreeScreenKey, "off"));
@@ -158,21 +158,6 @@ private Q_SLOTS:
         QVERIFY(lights(FreeScreenKey + 1, "off"));
         QVERIFY(isDone("addScreen"));
         QVERIFY(lights(FreeScreenKey + 1, "yellow"));
-    }
-
-    void heldTimeKeyWritesItsTimeOnRelease()
-    {
-        selectSecondScreen(); // 0.5 s
-        press(TimeUpKey);
-        QVERIFY(m_console->expect("oled 522 \"0.8\""));
-        QCOMPARE(second("effectSeconds").toDouble(), 0.5);
-        release(TimeUpKey);
-        QVERIFY(lights(TimeUpKey, "off"));
-        QTRY_VERIFY_WITH_TIMEOUT(second("effectSeconds").toDouble() >= 0.8, PatienceMs);
-        int writes = 0;
-        for (const QJsonObject& line : m_host->lines())
-            writes += line.value("operation") == "updateEffectSpeed";
-        QCOMPARE(writes, 1);
     }
 
     void tbarSweepEndsWithThePreviewInProgram()

@@ -99,12 +99,6 @@ QStringList SignalLog::names() const
     return m_names;
 }
 
-int SignalLog::count(const QString& name) const
-{
-    const std::lock_guard lock(m_mutex);
-    return m_names.count(name);
-}
-
 void SignalLog::clear()
 {
     const std::lock_guard lock(m_mutex);
@@ -144,24 +138,12 @@ Model::Model(const ShowRecord& show)
 
 std::shared_ptr<BizModel::Device> Model::device(const QString& ipMacSn)
 {
-    const auto devices = model.deviceList().devices();
-    for (const auto& weak : devices) {
-        const auto each = weak.lock();
-        if (each && each->ipMacSn() == ipMacSn)
-            return each;
-    }
-    return nullptr;
+    return find(model.deviceList().devices(), [&](const auto& each) { return each.ipMacSn() == ipMacSn; });
 }
 
 std::shared_ptr<BizModel::Screen> Model::screen(quint32 id, ScreenType type, const QString& device)
 {
-    const auto screens = this->device(device)->screens(type);
-    for (const auto& weak : screens) {
-        const auto each = weak.lock();
-        if (each && each->screenId() == id)
-            return each;
-    }
-    return nullptr;
+    return find(this->device(device)->screens(type), [&](const auto& each) { return each.screenId() == id; });
 }
 
 QList<quint32> Model::sources(quint32 screen, SceneType scene, const QString& device)
@@ -180,12 +162,6 @@ bool Model::waitForState(quint32 screen, BizModel::Screen::State state)
 {
     const auto present = this->screen(screen);
     return waitUntil([&] { return present->state() == state; });
-}
-
-void Model::group()
-{
-    for (const QString& device : {A, B})
-        control().setGroup(device, "7");
 }
 
 bool waitUntil(const std::function<bool()>& condition)

@@ -35,7 +35,7 @@ public:
     explicit SignalLog(BizModel::DeviceList& list);
 
     QStringList names() const;
-    int count(const QString& name) const;
+    int count(const QString& name) const { return names().count(name); }
     void clear();
     /// Waits until the signal has come; false when it does not.
     bool waitFor(const QString& name);
@@ -77,6 +77,17 @@ private:
     std::shared_ptr<State> m_p = std::make_shared<State>();
 };
 
+/// The first living object of the list that fits; empty when none does.
+template <typename T, typename Fits> std::shared_ptr<T> find(const QList<std::weak_ptr<T>>& list, Fits fits)
+{
+    for (const auto& weak : list) {
+        const auto each = weak.lock();
+        if (each && fits(*each))
+            return each;
+    }
+    return nullptr;
+}
+
 /// A model with `smallShow`, device A active, and shorthands for what is on it.
 struct Model {
     explicit Model(const ShowRecord& show = smallShow());
@@ -93,8 +104,6 @@ struct Model {
     QList<quint32> sources(quint32 screen, BizModel::SceneType scene, const QString& device = A);
     /// Waits until the screen is in the state.
     bool waitForState(quint32 screen, BizModel::Screen::State state);
-    /// Makes the two devices a group.
-    void group();
     Control& control() { return model.control(); }
 
     MemoryModel model;

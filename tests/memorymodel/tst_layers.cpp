@@ -43,13 +43,7 @@ ShowRecord sharedCard(int capacity, const QList<CapacityMode>& first, const QLis
 
 std::shared_ptr<BizModel::Layer> layer(Model& m, quint32 id, SceneType scene = SceneType::PVW)
 {
-    const auto all = m.screen(1)->layers(scene, AllTypes);
-    for (const auto& weak : all) {
-        const auto each = weak.lock();
-        if (each && each->layerId() == id)
-            return each;
-    }
-    return nullptr;
+    return find(m.screen(1)->layers(scene, AllTypes), [&](const auto& each) { return each.layerId() == id; });
 }
 
 ModelControl::Screen::Layers layers(Model& m, const Ids& ids)
@@ -267,27 +261,6 @@ private Q_SLOTS:
         clear(SceneType::PGM, refused.completion());
         QVERIFY(refused.wait());
         QVERIFY(!refused.ok() && !refused.text().isEmpty());
-    }
-
-    void copiesAreNeverHalfDone()
-    {
-        Model m;
-        const auto copy = [&](const Ids& ids) {
-            const Outcome outcome;
-            AsyncManager::instance()->startAsyncRequest(
-                AsyncAddCopyLayers{m.device(), m.screen(1), layers(m, ids), false, outcome.completion()});
-            outcome.wait();
-            return outcome;
-        };
-        QVERIFY(copy({1}).ok());
-        QVERIFY(copy({2}).ok());
-        QCOMPARE(order(m), (Ids{1, 2, 3, 4}));
-        m.log.clear();
-        // The device takes eight layers in a scene, screen 2 has one of them.
-        const Outcome tooMany = copy({1, 2, 3, 4});
-        QVERIFY(!tooMany.ok() && !tooMany.text().isEmpty());
-        QCOMPARE(order(m), (Ids{1, 2, 3, 4}));
-        QCOMPARE(m.log.names(), QStringList());
     }
 
     void inputsComeGoAndChange()

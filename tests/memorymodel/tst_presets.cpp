@@ -24,13 +24,7 @@ constexpr auto PGM = FileType::PresetPGM;
 
 std::shared_ptr<BizModel::Preset> preset(Model& m, quint16 id)
 {
-    const auto all = m.device()->presets();
-    for (const auto& weak : all) {
-        const auto each = weak.lock();
-        if (each && each->presetDetail().id == id)
-            return each;
-    }
-    return nullptr;
+    return find(m.device()->presets(), [&](const auto& each) { return each.presetDetail().id == id; });
 }
 
 std::shared_ptr<ModelControl::Preset> control(Model& m)

@@ -117,7 +117,8 @@ private Q_SLOTS:
     void oneDeviceOfAGroupFailing()
     {
         Model m;
-        m.group();
+        for (const QString& device : {A, B})
+            m.control().setGroup(device, "7");
         m.model.operations().fail(Operation::ParallelCutScreen, "Refused.", Times::Once);
         QString error;
         QVERIFY(!run<ParallelCutScreen>(m, true, {}, &error));
