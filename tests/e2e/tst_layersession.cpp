@@ -10,7 +10,10 @@ namespace {
 constexpr int FirstLayerKey = 21;
 constexpr int SecondLayerKey = 22;
 constexpr int FreeLayerKey = 23;
+constexpr int RemoveKey = 39;
+constexpr int ClearKey = 40;
 constexpr int FrontKey = 41;
+constexpr int FullScreenKey = 44;
 constexpr int FirstInputKey = 45;
 
 const QString Screen = "regular:1";
@@ -138,6 +141,41 @@ private Q_SLOTS:
         tap(FrontKey);
         QVERIFY(lights(FrontKey, "off"));
         QTRY_COMPARE_WITH_TIMEOUT(preview().at(1).toObject().value("id").toInt(), 1, PatienceMs);
+    }
+
+    void removeKeyTakesTheSelectionAway()
+    {
+        tap(RemoveKey);
+        QVERIFY(lights(RemoveKey, "off"));
+        QVERIFY(lights(FirstLayerKey, "off"));
+        QTRY_COMPARE_WITH_TIMEOUT(preview().size(), 1, PatienceMs);
+        QVERIFY(layer(1).isEmpty());
+    }
+
+    void clearKeyMustBeHeldForThreeSeconds()
+    {
+        hold(ClearKey, 500);
+        QVERIFY(lights(ClearKey, "off"));
+        QCOMPARE(preview().size(), 2);
+        press(ClearKey);
+        QVERIFY(m_host->tells("waitingDialogShown", {{"text", "Cleaning layers,please wait..."}}));
+        QVERIFY(m_host->tells("waitingDialogHidden"));
+        QTRY_COMPARE_WITH_TIMEOUT(preview().size(), 0, PatienceMs);
+        QVERIFY(lights(ClearKey, "off")); // while it is still down
+        QVERIFY(lights(FirstLayerKey, "off"));
+    }
+
+    void secondQuickPressFillsTheWholeMosaic()
+    {
+        tap(SecondLayerKey);
+        QVERIFY(lights(SecondLayerKey, "green"));
+        tap(FullScreenKey); // its output
+        QTRY_COMPARE_WITH_TIMEOUT(
+            layer(2).value("window"), QJsonValue(QJsonArray({1920, 0, 1920, 1080})), PatienceMs);
+        tap(FullScreenKey);
+        tap(FullScreenKey);
+        QTRY_COMPARE_WITH_TIMEOUT(
+            layer(2).value("window"), QJsonValue(QJsonArray({0, 0, 3840, 1080})), PatienceMs);
     }
 
 private:

@@ -6,15 +6,20 @@
 namespace {
 
 // Keys of the example keyboard. The example show has presets in the slots 1 (active), 2, 12 and 20.
+constexpr int TakeKey = 15;
 constexpr int FirstPresetKey = 63;
+constexpr int RemoveKey = 89;
 constexpr int ClearKey = 90;
 constexpr int SaveKey = 91;
 constexpr int LoadTargetKey = 92;
 constexpr int SaveDataKey = 107;
 constexpr int LockTBarKey = 108;
+constexpr int LockKeypadKey = 109;
 constexpr int SourceKey = 110;
 constexpr int CopyKey = 111;
 constexpr int MirrorKey = 112;
+/// The on-screen console reports the application's numbers, from here on.
+constexpr int OnScreenKeys = 0xFF0000 + 1000;
 
 int presetKey(int slot)
 {
@@ -67,6 +72,25 @@ private Q_SLOTS:
         QVERIFY(lights(presetKey(2), "green for 100"));
     }
 
+    void presetKeyWaitsForARunningTake()
+    {
+        tap(TakeKey); // one second
+        tap(presetKey(2));
+        QTRY_COMPARE_WITH_TIMEOUT(screen("regular:1").value("state"), QJsonValue("normal"), PatienceMs);
+        QVERIFY(lights(presetKey(1), "green for 200"));
+        QVERIFY(lights(presetKey(2), "yellow"));
+    }
+
+    void removeKeyRemovesTheNextPreset()
+    {
+        tap(RemoveKey);
+        QVERIFY(lights(RemoveKey, "yellow flashing"));
+        tap(presetKey(12));
+        QVERIFY(lights(presetKey(12), "off"));
+        QVERIFY(lights(RemoveKey, "off"));
+        QTRY_COMPARE_WITH_TIMEOUT(presets().size(), 3, PatienceMs);
+    }
+
     void clearKeyMustBeHeldForThreeSeconds()
     {
         hold(ClearKey, 500);
@@ -80,6 +104,25 @@ private Q_SLOTS:
             QVERIFY(lights(presetKey(slot), "off"));
         QVERIFY(lights(ClearKey, "off"));
         release(ClearKey);
+    }
+
+    void onScreenClearKeyAsks()
+    {
+        const auto asks = [this] {
+            press(OnScreenKeys + ClearKey);
+            return m_host->tells(
+                "messageBox",
+                {{"type", "question"}, {"text", "Are you sure you want to delete all the presets?"}});
+        };
+        QVERIFY(asks());
+        QVERIFY(lights(ClearKey, "green"));
+        QVERIFY(isDone("answerMessageBox", {{"button", "no"}}));
+        QVERIFY(lights(ClearKey, "off"));
+        QCOMPARE(presets().size(), 4);
+        QVERIFY(asks());
+        QVERIFY(isDone("answerMessageBox", {{"button", "yes"}}));
+        QTRY_COMPARE_WITH_TIMEOUT(presets().size(), 0, PatienceMs);
+        QVERIFY(lights(ClearKey, "off"));
     }
 
     void loadTargetIsAskedForOnce()
@@ -150,6 +193,20 @@ private Q_SLOTS:
         hold(LockTBarKey, 2100);
         QVERIFY(m_console->expect("lock tbar off"));
         QVERIFY(lights(LockTBarKey, "off"));
+    }
+
+    void heldKeyLocksTheKeypadUntilTheApplicationFreesIt()
+    {
+        hold(LockKeypadKey, 2100);
+        QVERIFY(m_console->expect("lock keypad on"));
+        QVERIFY(lights(LockKeypadKey, "green"));
+        QVERIFY(m_host->tells("keyboardLocked", {{"locked", true}}));
+        tap(presetKey(2));
+        QVERIFY(m_host->waitForLog("now the keypad is locked."));
+        QVERIFY(isDone("unlockKeypad"));
+        QVERIFY(lights(LockKeypadKey, "off"));
+        tap(presetKey(2));
+        QVERIFY(lights(presetKey(2), "green"));
     }
 
     void sourceKeySwitchesTheMonitor()

@@ -10,11 +10,13 @@ namespace {
 constexpr int FirstScreenKey = 1;
 constexpr int SecondScreenKey = 2;
 constexpr int FreeScreenKey = 5;
+constexpr int PageKey = 10;
 constexpr int FreezeKey = 11;
 constexpr int MatchKey = 12;
 constexpr int FTBKey = 13;
 constexpr int CutKey = 14;
 constexpr int TakeKey = 15;
+constexpr int TimeUpKey = 17;
 constexpr int SwapKey = 19;
 constexpr int PGMEditKey = 20;
 
@@ -69,6 +71,14 @@ private Q_SLOTS:
         tap(TakeKey); // nor does a second take begin
         QVERIFY(m_host->waitForLog("Take operator error:takeCutNotEnabled."));
         QVERIFY(lights(SecondScreenKey, "yellow"));
+    }
+
+    void takeWithNothingSelectedIsRefused()
+    {
+        QVERIFY(isDone("selectScreens", {{"screens", QJsonArray{}}}));
+        press(TakeKey);
+        QVERIFY(m_host->waitForLog("Take operator error:takeCutNotEnabled."));
+        QVERIFY(lights(TakeKey, "off"));
     }
 
     void cutAndMatchActAtOnce()
@@ -160,6 +170,33 @@ private Q_SLOTS:
         QVERIFY(lights(FreeScreenKey + 1, "yellow"));
     }
 
+    void creationStopsAtTheLimit()
+    {
+        const auto count = [this] { return m_host->command("screens").value("screens").toArray().size(); };
+        while (isDone("addScreen")) { }
+        const int limit = count();
+        tap(PageKey); // to the second page, where keys are free
+        QVERIFY(m_console->expect("oled 520 \"Page 2\""));
+        tap(FreeScreenKey + 1);
+        QVERIFY(m_host->tells("statusBarMessage", {{"text", "The number of screens exceeds the limit!"}}));
+        QCOMPARE(count(), limit);
+    }
+
+    void heldTimeKeyWritesItsTimeOnceOnRelease()
+    {
+        selectSecondScreen(); // 0.5 s
+        press(TimeUpKey);
+        QVERIFY(m_console->expect("oled 522 \"0.8\""));
+        QCOMPARE(second("effectSeconds").toDouble(), 0.5);
+        release(TimeUpKey);
+        QVERIFY(lights(TimeUpKey, "off"));
+        QTRY_VERIFY_WITH_TIMEOUT(second("effectSeconds").toDouble() >= 0.8, PatienceMs);
+        int writes = 0;
+        for (const QJsonObject& line : m_host->lines())
+            writes += line.value("operation") == "updateEffectSpeed";
+        QCOMPARE(writes, 1);
+    }
+
     void tbarSweepEndsWithThePreviewInProgram()
     {
         selectSecondScreen();
@@ -180,6 +217,17 @@ private Q_SLOTS:
         QCOMPARE(levels.size(), 64);
         for (int position = 2; position <= 64; ++position)
             QCOMPARE(levels.at(position - 1), position * 12 / 64);
+    }
+
+    void lockedTBarMovesNothing()
+    {
+        selectSecondScreen();
+        QVERIFY(isDone("lockTBar"));
+        QVERIFY(m_console->expect("lock tbar on"));
+        m_console->writeLine("tbar-sweep 1 64 up 64");
+        QVERIFY(m_console->expect("tbar-level 12")); // the LEDs follow the lever all the same
+        QCOMPARE(second("state"), QJsonValue("normal"));
+        QVERIFY(second("pgm") != second("pvw"));
     }
 
     void withoutADeviceKeysAreDark()
