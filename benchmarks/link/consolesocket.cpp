@@ -4,6 +4,7 @@
 
 #include "ecprotocol.h"
 
+#include <netinet/udp.h>
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <unistd.h>
@@ -12,6 +13,7 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 namespace Orvane::Benchmark {
 
@@ -68,20 +70,33 @@ void ConsoleSocket::send(const std::vector<char>& datagram) const
 
 int ConsoleSocket::sendMany(const std::vector<char>& datagram, int count) const
 {
+    // The kernel cuts one long message into datagrams, or the sender would be slower than some it measures.
     constexpr int batchSize = 64;
-    iovec part{const_cast<char*>(datagram.data()), datagram.size()};
-    std::array<mmsghdr, batchSize> messages{};
-    for (mmsghdr& message : messages) {
-        message.msg_hdr.msg_name = const_cast<sockaddr_in*>(&m_host);
-        message.msg_hdr.msg_namelen = sizeof(m_host);
-        message.msg_hdr.msg_iov = &part;
-        message.msg_hdr.msg_iovlen = 1;
-    }
+    const auto size = std::uint16_t(datagram.size());
+    std::vector<char> batch;
+    for (int i = 0; i < batchSize; ++i)
+        batch.insert(batch.end(), datagram.begin(), datagram.end());
+
+    iovec part{batch.data(), 0};
+    alignas(cmsghdr) char control[CMSG_SPACE(sizeof(size))]{};
+    msghdr message{};
+    message.msg_name = const_cast<sockaddr_in*>(&m_host);
+    message.msg_namelen = sizeof(m_host);
+    message.msg_iov = &part;
+    message.msg_iovlen = 1;
+    message.msg_control = control;
+    message.msg_controllen = sizeof(control);
+    cmsghdr* const header = CMSG_FIRSTHDR(&message);
+    header->cmsg_level = SOL_UDP;
+    header->cmsg_type = UDP_SEGMENT;
+    header->cmsg_len = CMSG_LEN(sizeof(size));
+    std::memcpy(CMSG_DATA(header), &size, sizeof(size));
+
     int sent = 0;
     while (sent < count) {
-        const int now =
-            ::sendmmsg(m_nSocket, messages.data(), unsigned(std::min(batchSize, count - sent)), 0);
-        if (now <= 0)
+        const int now = std::min(batchSize, count - sent);
+        part.iov_len = datagram.size() * std::size_t(now);
+        if (::sendmsg(m_nSocket, &message, 0) < 0)
             break;
         sent += now;
     }
