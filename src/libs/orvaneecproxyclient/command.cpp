@@ -646,7 +646,8 @@ void Command::sendItem(
     // Another thread may change the item and send it while the old state is on its way from here: what is
     // sent last must be what the item holds.
     for (;;) {
-        const ECCommandItem sent(item); // a copy: one moment's colour and text
+        // A copy: one moment's colour and text. NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
+        const ECCommandItem sent(item);
         sendItemState(*manager, sent, button, type);
         if (item.ecButtonColor() == sent.ecButtonColor() && item.ecOledText() == sent.ecOledText())
             return;

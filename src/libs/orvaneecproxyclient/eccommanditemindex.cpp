@@ -99,8 +99,8 @@ ECCommandItemList ECCommandItemIndex::allOfServer(quint64 serverId) const
     ECCommandItemList items;
     items.reserve(int(ranks.size()));
     for (const Rank rank : ranks) {
-        if (ECCommandItemPtr item = itemLocked(rank))
-            items.append(std::move(item));
+        if (const ECCommandItemPtr item = itemLocked(rank))
+            items.append(item);
     }
     return items;
 }
