@@ -24,7 +24,8 @@ int main(int argc, char** argv)
     manager->init(std::make_shared<Orvane::EC::s_ECKeyboardConfig>());
     manager->lockTBar();
     ECClientChannelManager channel; // not opened: no port is touched
-    const bool worked = manager->isLockedTBar() && sent.size() == ECValueOffset && !channel.sendDownTLVRequest(sent);
+    const bool worked =
+        manager->isLockedTBar() && sent.size() == ECValueOffset && !channel.sendDownTLVRequest(sent);
     ECManager::deleteInstance();
     std::puts(worked ? "works" : "does not work");
     return worked ? 0 : 1;
