@@ -20,8 +20,6 @@ file(RELATIVE_PATH pc_to_prefix "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
 configure_file(cmake/orvaneecproxyclient.pc.in "${CMAKE_BINARY_DIR}/orvaneecproxyclient.pc" @ONLY)
 install(FILES "${CMAKE_BINARY_DIR}/orvaneecproxyclient.pc" DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
-# Headers called *_p.h are the libraries' own.
-foreach(library IN ITEMS orvaneplatform orvaneecproxyclient)
-  install(DIRECTORY src/libs/${library}/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${library}
-    FILES_MATCHING PATTERN "*.h" PATTERN "*_p.h" EXCLUDE)
-endforeach()
+# Headers called *_p.h are the libraries' own. The library installs its own headers where it lists them.
+install(DIRECTORY src/libs/orvaneplatform/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/orvaneplatform
+  FILES_MATCHING PATTERN "*.h" PATTERN "*_p.h" EXCLUDE)
