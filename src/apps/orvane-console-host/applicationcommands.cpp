@@ -4,7 +4,7 @@
 #include "ecconstants.h"
 #include "ecmanager.h"
 #include "hostdialog.h"
-#include "modeltranslator.h"
+#include "languages.h"
 #include "noticepresenter.h"
 #include "typingfield.h"
 
@@ -65,12 +65,8 @@ Answer focusOn(const QString& name)
 
 Answer setLanguage(const QString& language)
 {
-    static QPointer<ModelTranslator> s_pInstalled;
-    delete s_pInstalled; // the application forgets it by itself
-    auto* translator = new ModelTranslator(language, QCoreApplication::instance());
-    if (!translator->isEmpty())
-        QCoreApplication::installTranslator(translator);
-    s_pInstalled = translator;
+    if (!Languages::use(language))
+        return Answer::refused(QStringLiteral("there is no such language"));
     ECManager::instance()->retranslateUi();
     return Answer::done();
 }
@@ -162,7 +158,7 @@ void addApplicationCommands(CommandTable& table, const ApplicationParts& parts)
     table.add(
         {QStringLiteral("setLanguage"),
          QStringLiteral("changes the language of the labels and notices"),
-         {Parameter::choice("language", ModelTranslator::languages())},
+         {Parameter::choice("language", Languages::names())},
          [](const Arguments& arguments) { return setLanguage(arguments.text("language")); }});
     table.add(
         {QStringLiteral("screenshot"),

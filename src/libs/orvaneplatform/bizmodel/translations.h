@@ -1,10 +1,14 @@
 #pragma once
 
+#include "orvaneplatform_global.h"
+
 #include <QCoreApplication>
 #include <QString>
+#include <QStringList>
 
-/// Texts for the user, in English. Their translations belong to the model's catalogue, in the context
-/// "Model".
+class QTranslator;
+
+/// Texts for the user, in English. Translations are looked up in the context "Model".
 namespace Orvane::BizModel::Translate {
 
 /// @name Labels of the console's displays
@@ -75,5 +79,13 @@ inline QString tr(const char* text)
 {
     return QCoreApplication::translate("Model", text);
 }
+
+/// The languages that this library brings translations for, such as "de". English is the texts' own.
+ORVANEPLATFORM_EXPORT QStringList languages();
+
+/// Makes the translator translate into one of `languages()`. The caller installs it, and calls
+/// `ECManager::retranslateUi()` when the console is running. False, with nothing loaded, for another
+/// language.
+ORVANEPLATFORM_EXPORT bool loadLanguage(QTranslator& translator, const QString& language);
 
 } // namespace Orvane::BizModel::Translate
