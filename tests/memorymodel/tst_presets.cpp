@@ -48,6 +48,24 @@ ProtoModel::File::s_KeypadInfo keypadOf(Model& m)
     return keypad ? keypad->keypadInfo() : ProtoModel::File::s_KeypadInfo();
 }
 
+ProtoModel::File::s_KeypadInfo keypadBefore()
+{
+    ProtoModel::File::s_KeypadInfo info;
+    info.keypadArray += {2, 0, 7, 5};
+    return info;
+}
+
+/// Has device A load the preset.
+bool sampleLoad(Model& m, quint8 id)
+{
+    const auto sampling = std::make_shared<TaskSampling::s_LoadPresetSampling>();
+    sampling->nFileID = id;
+    sampling->pCurDevice = m.device();
+    sampling->lastKeypadInfo = keypadBefore();
+    auto* const thread = TaskSampling::SamplingThread::instance();
+    return thread->setSamplingType(TaskSampling::LoadPreset) && thread->appendData(sampling);
+}
+
 } // namespace
 
 class TestPresets : public QObject {
@@ -120,16 +138,47 @@ private Q_SLOTS:
     {
         Model m;
         m.control().addPreset(A, PVW, 1);
-        const auto sampling = std::make_shared<TaskSampling::s_LoadPresetSampling>();
-        sampling->nFileID = 1;
-        sampling->pCurDevice = m.device();
-        sampling->lastKeypadInfo.keypadArray += {2, 0, 7, 5};
         m.model.operations().fail(Operation::SampleLoadPreset, "No answer.", Times::Once);
-        auto* const thread = TaskSampling::SamplingThread::instance();
-        QVERIFY(thread->setSamplingType(TaskSampling::LoadPreset) && thread->appendData(sampling));
+        QVERIFY(sampleLoad(m, 1));
         QVERIFY(m.log.waitFor("signalKeypadChanged"));
-        QVERIFY(keypadOf(m) == sampling->lastKeypadInfo);
+        QVERIFY(keypadOf(m) == keypadBefore());
         QCOMPARE(m.device()->activedPresetKeyNo(), 0);
+    }
+
+    void aLoadThatATakeForestallsLeavesTheFormerPresetActive_data()
+    {
+        QTest::addColumn<bool>("deviceFirst");
+        QTest::newRow("the device is told first") << true;
+        QTest::newRow("the model refuses first") << false;
+    }
+    void aLoadThatATakeForestallsLeavesTheFormerPresetActive()
+    {
+        QFETCH(bool, deviceFirst);
+        Model m;
+        for (const quint16 id : {1, 2})
+            m.control().addPreset(A, PVW, id);
+        m.control().activatePreset(A, PVW, 1);
+        const auto stored = preset(m, 2);
+        const auto screens = screensOf(stored);
+        m.control().setScreenState(A, First, State::Taking);
+        m.log.clear();
+        QString error;
+        if (deviceFirst) {
+            QVERIFY(sampleLoad(m, 2) && m.log.waitFor("signalActivedPresetKeyNoChanged"));
+            QCOMPARE(m.device()->activedPresetKeyNo(), 2);
+        }
+        QVERIFY(!control(m)->updatePresetModelData(stored, screens, error));
+        if (!deviceFirst)
+            QVERIFY(sampleLoad(m, 2) && m.log.waitFor("signalKeypadChanged"));
+        QCOMPARE(m.device()->activedPresetKeyNo(), 1);
+        QCOMPARE(m.log.count("signalActivedPresetKeyNoChanged"), deviceFirst ? 2 : 0);
+
+        // The refusal is forgotten with its load.
+        m.control().setScreenState(A, First, State::Normal);
+        QVERIFY(control(m)->checkPresetData(stored, error));
+        QVERIFY(sampleLoad(m, 2));
+        QVERIFY(control(m)->updatePresetModelData(stored, screens, error));
+        QVERIFY(waitUntil([&] { return m.device()->activedPresetKeyNo() == 2; }));
     }
 
     void keypadTellsHistoryAndColours()

@@ -17,6 +17,17 @@ public:
     using Screens = QList<std::shared_ptr<MemoryScreen>>;
     using Presets = QList<std::shared_ptr<MemoryPreset>>;
 
+    /// A preset is loaded in two halves on two threads, in either order: the model takes its scenes over, and
+    /// the device is told. What the first half leaves for the second.
+    struct PresetLoad {
+        enum class Half { None, RefusedByModel, ToldToDevice };
+
+        Half done = Half::None;
+        quint16 fileId = 0;
+        /// Of a load that the device was told: the preset that was active before it.
+        std::shared_ptr<MemoryPreset> formerPreset;
+    };
+
     /// What changes over a device's life.
     struct Data {
         QString ipMacSn;
@@ -39,6 +50,8 @@ public:
         Presets presets;
         /// One of this device or of another of its group.
         std::shared_ptr<MemoryPreset> activePreset;
+        /// The load that the model and the device have not both dealt with.
+        PresetLoad openLoad;
         std::shared_ptr<BizModel::Keypad> keypad;
     };
 
@@ -122,6 +135,16 @@ public:
     void setActiveScreen(Change& change, const std::shared_ptr<MemoryScreen>& screen);
     void setKeypad(Change& change, const std::shared_ptr<BizModel::Keypad>& keypad);
     void setActivePreset(Change& change, const std::shared_ptr<MemoryPreset>& preset);
+    /// @name The halves of a preset's load
+    /// @{
+    /// A new load begins: the refusal of an earlier one no longer counts.
+    void beginLoad(Change& change, quint16 fileId);
+    /// The device was told: the preset becomes active. False when the model has refused the load.
+    bool loadedByDevice(Change& change, const std::shared_ptr<MemoryPreset>& preset, quint16 fileId);
+    /// The model has taken the preset's scenes over, or has refused them: the former preset is active again.
+    void loadedByModel(Change& change, quint16 fileId);
+    void refusedByModel(Change& change, quint16 fileId);
+    /// @}
     void insertPreset(Change& change, const std::shared_ptr<MemoryPreset>& preset);
     /// @}
 

@@ -4,6 +4,7 @@
 #include "operationtext.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace Orvane::MemoryModel {
 
@@ -107,6 +108,45 @@ void MemoryDevice::setActivePreset(Change& change, const std::shared_ptr<MemoryP
     change.announce([device = weak_from_this()](MemoryDeviceList& list) {
         Q_EMIT list.signalActivedPresetKeyNoChanged(device);
     });
+}
+
+void MemoryDevice::beginLoad(Change& change, quint16 fileId)
+{
+    PresetLoad& load = data(change).openLoad;
+    if (load.done == PresetLoad::Half::RefusedByModel && load.fileId == fileId)
+        load = {};
+}
+
+bool MemoryDevice::loadedByDevice(Change& change, const std::shared_ptr<MemoryPreset>& preset, quint16 fileId)
+{
+    Data& device = data(change);
+    if (device.openLoad.done == PresetLoad::Half::RefusedByModel && device.openLoad.fileId == fileId) {
+        device.openLoad = {};
+        return false;
+    }
+    if (preset) {
+        device.openLoad = {PresetLoad::Half::ToldToDevice, fileId, device.activePreset};
+        setActivePreset(change, preset);
+    }
+    return true;
+}
+
+void MemoryDevice::loadedByModel(Change& change, quint16 fileId)
+{
+    PresetLoad& load = data(change).openLoad;
+    // A later load's half stays for its own second half.
+    if (load.done == PresetLoad::Half::RefusedByModel || load.fileId == fileId)
+        load = {};
+}
+
+void MemoryDevice::refusedByModel(Change& change, quint16 fileId)
+{
+    Data& device = data(change);
+    const PresetLoad load = std::exchange(device.openLoad, PresetLoad());
+    if (load.done == PresetLoad::Half::ToldToDevice && load.fileId == fileId)
+        setActivePreset(change, load.formerPreset);
+    else
+        device.openLoad = {PresetLoad::Half::RefusedByModel, fileId, nullptr};
 }
 
 void MemoryDevice::insertPreset(Change& change, const std::shared_ptr<MemoryPreset>& preset)

@@ -36,11 +36,13 @@ bool PresetController::checkPresetData(const std::weak_ptr<BizModel::Preset>& pr
         error = *failure;
         return false;
     }
-    const Guard guard(*m_pHub);
-    const Found found = find(guard, preset, error);
-    return found.preset
-        && !loadableScreens(
-                guard, *found.owner, *found.preset, std::as_const(*found.owner).data(guard).screens, error)
+    Change change(*m_pHub);
+    const Found found = find(change, preset, error);
+    if (!found.preset)
+        return false;
+    for (const std::shared_ptr<MemoryDevice>& member : found.group)
+        member->beginLoad(change, found.preset->fileId());
+    return !loadableScreens(change, *found.owner, *found.preset, found.owner->data(change).screens, error)
                 .isEmpty();
 }
 
@@ -69,10 +71,6 @@ bool PresetController::updatePresetModelData(
     error.clear();
     const auto failure =
         start(Operation::UpdatePresetModelData, preset, QLatin1Char(' ') + screensText(screens));
-    if (failure) {
-        error = *failure;
-        return false;
-    }
     Change change(*m_pHub);
     const Found found = find(change, preset, error);
     if (!found.preset)
@@ -82,19 +80,34 @@ bool PresetController::updatePresetModelData(
         if (const std::shared_ptr<MemoryScreen> present = found.owner->own(change, screen))
             wanted += present;
     }
-    const auto loadable = loadableScreens(change, *found.owner, *found.preset, wanted, error);
-    if (loadable.isEmpty())
-        return false;
-    loadPreset(change, m_pHub, *found.owner, *found.preset, loadable);
+    if (failure)
+        error = *failure;
+    const bool ok = !failure && takeOver(change, found.owner, found.preset, wanted, error);
+    const quint16 fileId = found.preset->fileId();
     for (const std::shared_ptr<MemoryDevice>& member : found.group) {
-        const auto other = findPreset(change, {member}, found.preset->fileId());
-        if (member == found.owner || !other)
-            continue;
+        const auto other = findPreset(change, {member}, fileId);
         QString passedOver;
-        const auto others =
-            loadableScreens(change, *member, *other, member->data(change).screens, passedOver);
-        loadPreset(change, m_pHub, *member, *other, others);
+        const bool refused = !ok
+            || (member != found.owner && other
+                && !takeOver(change, member, other, member->data(change).screens, passedOver));
+        if (refused)
+            member->refusedByModel(change, fileId);
+        else
+            member->loadedByModel(change, fileId);
     }
+    return ok;
+}
+
+/// Puts the preset's scenes on those of the screens that it stores; false, with the reason in @p error, when
+/// there is none or one is busy.
+bool PresetController::takeOver(
+    Change& change, const std::shared_ptr<MemoryDevice>& device, const std::shared_ptr<MemoryPreset>& preset,
+    const MemoryDevice::Screens& wanted, QString& error)
+{
+    const auto screens = loadableScreens(change, *device, *preset, wanted, error);
+    if (screens.isEmpty())
+        return false;
+    loadPreset(change, m_pHub, *device, *preset, screens);
     return true;
 }
 

@@ -32,6 +32,9 @@ private:
     std::optional<QString> start(
         Operation operation, const std::weak_ptr<BizModel::Preset>& preset,
         const QString& arguments = {}) const;
+    bool takeOver(
+        Change& change, const std::shared_ptr<MemoryDevice>& device,
+        const std::shared_ptr<MemoryPreset>& preset, const MemoryDevice::Screens& wanted, QString& error);
     /// No preset, with the reason in @p error, when it is not there.
     Found find(const Guard& guard, const std::weak_ptr<BizModel::Preset>& preset, QString& error) const;
 

@@ -38,6 +38,8 @@ void forgetActive(Change& change, const Devices& group, const std::shared_ptr<Me
     for (const std::shared_ptr<MemoryDevice>& member : group) {
         if (member->data(change).activePreset == preset)
             member->setActivePreset(change, nullptr);
+        if (member->data(change).openLoad.formerPreset == preset)
+            member->data(change).openLoad.formerPreset.reset();
     }
 }
 

@@ -200,16 +200,17 @@ void SamplingQueue::carryOut(const s_LoadPresetSampling& sample)
     const std::shared_ptr<MemoryDevice> device = m_list.own(change, sample.pCurDevice);
     if (!device)
         return;
-    if (failed) {
+    const auto putKeypadBack = [&] {
         device->setKeypad(change, std::make_shared<BizModel::Keypad>(sample.lastKeypadInfo));
-        return;
-    }
+    };
+    if (failed)
+        return putKeypadBack();
     const Devices group = m_list.group(change, device);
     for (const std::shared_ptr<MemoryDevice>& member : group) {
         // The device itself takes another member's preset for its own, so that its key shows it.
         const auto loaded = findPreset(change, member == device ? group : Devices{member}, sample.nFileID);
-        if (loaded)
-            member->setActivePreset(change, loaded);
+        if (!member->loadedByDevice(change, loaded, sample.nFileID) && member == device)
+            putKeypadBack();
     }
 }
 
