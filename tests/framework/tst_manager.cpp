@@ -9,6 +9,9 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <functional>
+#include <thread>
+
 using namespace Orvane;
 using namespace Orvane::ECProxy::Client;
 using Orvane::TestSupport::LogCapture;
@@ -44,6 +47,8 @@ private Q_SLOTS:
         QVERIFY(!manager->sendFile(QCoreApplication::applicationFilePath(), OpeWriteFile, MCU, 400, false));
         manager->addSendDownTLVRequstCB([this](const QByteArray& datagram) {
             m_sent.append(datagram);
+            if (const auto whileSending = std::exchange(m_whileSending, nullptr))
+                whileSending();
             return false; // a route's answer is nobody's business
         });
     }
@@ -125,6 +130,43 @@ private Q_SLOTS:
         takeSent();
     }
 
+    void dviInputsOutsideAByteAreRefused()
+    {
+        const LogCapture log;
+        for (const int index : {-1, 256, 65536}) {
+            QVERIFY(!ECManager::instance()->dviInSignal(index));
+            QCOMPARE(log.count(QString("DVI input %1 refused").arg(index)), 1);
+        }
+        QVERIFY(takeSent().isEmpty());
+    }
+
+    void requestsOfTwoThreadsLeaveTheStateThatWasSentLast()
+    {
+        ECManager* manager = ECManager::instance();
+        const auto onAnotherThreadWhileSending = [this](const std::function<void()>& request) {
+            m_whileSending = [request] { std::thread(request).join(); };
+        };
+        bool readsItsOwnRequest = false;
+        onAnotherThreadWhileSending([manager, &readsItsOwnRequest] {
+            manager->unlockKeypad();
+            readsItsOwnRequest = !manager->isLockedKeypad();
+        });
+        manager->lockKeypad();
+        QVERIFY(readsItsOwnRequest);
+        QCOMPARE(takeRequests(), QStringList({"6b000000", "6c000000"}));
+        QVERIFY(!manager->isLockedKeypad());
+
+        onAnotherThreadWhileSending([manager] { manager->unlockTBar(); });
+        manager->lockTBar();
+        QCOMPARE(takeRequests(), QStringList({"68000000", "69000000"}));
+        QVERIFY(!manager->isLockedTBar());
+
+        onAnotherThreadWhileSending([manager] { manager->switchSource(dvi1); });
+        manager->switchSource(arm_left);
+        QCOMPARE(takeRequests(), QStringList({"7200000001", "7200000000"}));
+        QCOMPARE(manager->getCurrentSource(), dvi1);
+    }
+
     void aFileGoesOutInPacks_data()
     {
         QTest::addColumn<int>("fileSize");
@@ -200,6 +242,24 @@ private Q_SLOTS:
         QCOMPARE(timeType.first().first().toInt(), 3);
     }
 
+    void settingsOutsideTheRangeAreClampedAndLogged()
+    {
+        {
+            QSettings settings(QSettings::IniFormat, QSettings::UserScope, "KORVELIN", "orvaneeckeyboardy2");
+            settings.setValue("grooseneckStatus", true);
+            settings.setValue("grooseneckValue", 300);
+            settings.setValue("frontStatus", true);
+            settings.setValue("frontValue", -1);
+            settings.setValue("screenValue", "bright");
+        }
+        const LogCapture log;
+        ECManager::instance()->updateECConsoleLight();
+        QCOMPARE(
+            takeRequests().join(' '), QString("6f000300000164 6f000300010100 6f00030002000f 7000010000"));
+        for (const char* key : {"grooseneckValue", "frontValue", "screenValue"})
+            QCOMPARE(log.count(key), 1);
+    }
+
     void initialisingTwiceReportsAKeyOnce()
     {
         ECManager* manager = ECManager::instance();
@@ -243,6 +303,7 @@ private:
 
     TestSupport::BareDeviceList m_devices;
     QList<QByteArray> m_sent; ///< by the first route
+    std::function<void()> m_whileSending; ///< called by the first route with the next request
     int m_nCopies = 0; ///< of what the first route just got, to the second
     QTemporaryDir m_directory;
 };

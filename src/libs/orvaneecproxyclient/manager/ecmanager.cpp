@@ -3,97 +3,21 @@
 #include "bizmodel/device.h"
 #include "command.h"
 #include "commandmanager.h"
+#include "ecmanager_p.h"
 #include "modelaccess_p.h"
 #include "orvaneecclientdecoder.h"
-#include "orvaneecclientencoder.h"
 
 #include <QCoreApplication>
-#include <QFile>
-#include <QFileInfo>
-#include <QMap>
 #include <QSettings>
 #include <QThread>
 
+#include <algorithm>
 #include <atomic>
 #include <mutex>
-#include <vector>
 
 namespace Orvane::ECProxy::Client {
 
 namespace Internal {
-
-class ECManagerPrivate {
-public:
-    using Routes = std::vector<ECManager::SendDownTLVRequestCallbackType>;
-    using UpHandler = std::function<bool(const QByteArray&)>;
-
-    explicit ECManagerPrivate(ECManager* manager);
-
-    std::shared_ptr<CommandManager> commandManager() const
-    {
-        const std::lock_guard<std::mutex> lock(m_wiringMutex);
-        return m_pCommandMgr;
-    }
-
-    bool hasSendRoute() const { return !sendRoutes()->empty(); }
-    void send(const QByteArray& datagram) const;
-
-    /// Builds one datagram and hands it to every route. False, with nothing sent, when there is no route
-    /// (then nothing is built either) and when the encoder was given no record, of which it tells itself.
-    template <typename Build> bool request(Build build)
-    {
-        const std::shared_ptr<const Routes> routes = sendRoutes();
-        if (routes->empty())
-            return false;
-        QByteArray datagram;
-        build(*m_pECClientEncoder, datagram);
-        if (datagram.isEmpty())
-            return false;
-        for (const auto& route : *routes)
-            route(datagram);
-        return true;
-    }
-
-    bool onButtonPressed(const QByteArray& value);
-    bool onButtonRelease(const QByteArray& value);
-    bool onTBarValue(const QByteArray& value);
-    bool onLockedTBar(const QByteArray& value);
-    bool onLockedKeyboard(const QByteArray& value);
-    bool onDVIInSignal(const QByteArray& value);
-    bool onDeviceIP(const QByteArray& value);
-
-    void restoreLight(const QSettings& settings, eY2LightType light);
-
-    ECManager* const m_pECMgr;
-    const std::shared_ptr<ECClientEncoder> m_pECClientEncoder = std::make_shared<ECClientEncoder>();
-    /// Filled by the constructor and only read after it.
-    QMap<eECUpMessageTag, UpHandler> m_messageTagForDecodeCB;
-
-    // m_wiringMutex guards m_pCommandMgr, m_pECKeyboardCfg, m_sendTLVReqCBs, m_pClientDecoder and
-    // m_strDeviceConfigFilePath. The list of routes itself never changes: adding one replaces it.
-    mutable std::mutex m_wiringMutex;
-    std::shared_ptr<CommandManager> m_pCommandMgr;
-    std::shared_ptr<Orvane::EC::s_ECKeyboardConfig> m_pECKeyboardCfg;
-    std::shared_ptr<const Routes> m_sendTLVReqCBs = std::make_shared<const Routes>();
-    std::weak_ptr<ECClientDecoder> m_pClientDecoder;
-    QString m_strDeviceConfigFilePath;
-
-    // m_recordMutex guards m_dviSignal and m_ecDeviceIPData.
-    std::mutex m_recordMutex;
-    QMap<int, bool> m_dviSignal;
-    QMap<int, ECDeviceIPData> m_ecDeviceIPData;
-
-    std::atomic<DVISource> m_curSource{dvi1};
-    std::atomic<bool> m_bLockPanel{false};
-    std::atomic<bool> m_bLockTbar{false};
-
-private:
-    std::shared_ptr<const Routes> sendRoutes() const
-    {
-        const std::lock_guard<std::mutex> lock(m_wiringMutex);
-        return m_sendTLVReqCBs;
-    }
-};
 
 ECManagerPrivate::ECManagerPrivate(ECManager* manager)
     : m_pECMgr(manager)
@@ -201,30 +125,34 @@ bool ECManagerPrivate::onDeviceIP(const QByteArray& value)
 
 namespace {
 
-constexpr quint8 DefaultLightBrightness = 10;
-constexpr quint8 LogoBrightness = 15;
+/// A panel light in the user's settings.
+struct LightRow {
+    eY2LightType light;
+    const char* statusKey;
+    const char* brightnessKey; ///< null: the brightness is fixed
+    quint8 brightness; ///< without settings, or fixed
+};
+constexpr LightRow LightRows[] = {
+    {Gooseneck, "grooseneckStatus", "grooseneckValue", 10},
+    {Front, "frontStatus", "frontValue", 10},
+    {Logo, "logoStatus", nullptr, 15},
+};
 constexpr int DefaultLuminance = 100;
 
-/// Reads a file whole, with its name for the console; false, with the reason logged, when that fails.
-bool readFile(const QString& path, QByteArray& bytes, QString& name)
+/// A setting in per cent. The user may have edited the file: what the console has no place for is brought
+/// into the range.
+quint8 percentOf(const QSettings& settings, const char* key, int defaultValue = 0)
 {
-    QFile file(path);
-    if (!file.exists()) {
-        qWarning("File path does not exist.");
-        return false;
-    }
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
-        qWarning("File can not open.");
-        return false;
-    }
-    bytes = file.readAll();
-    // The console would take a part of the file for the whole.
-    if (file.error() != QFileDevice::NoError || bytes.size() < file.size()) {
-        qWarning("File can not be read whole: %s", qUtf8Printable(file.errorString()));
-        return false;
-    }
-    name = QFileInfo(path).fileName();
-    return true;
+    constexpr int highest = 100;
+    const QVariant setting = settings.value(QLatin1String(key), defaultValue);
+    bool isNumber = false;
+    const int value = setting.toInt(&isNumber);
+    const int percent = std::clamp(value, 0, highest);
+    if (!isNumber || percent != value)
+        qWarning(
+            "Console lights: \"%s\" is %s in the settings, not 0 to %d: %d is taken.", key,
+            qUtf8Printable(setting.toString()), highest, percent);
+    return quint8(percent);
 }
 
 std::once_flag s_instanceOnce;
@@ -232,35 +160,12 @@ std::atomic<ECManager*> s_pInstance{nullptr};
 
 } // namespace
 
-void ECManagerPrivate::restoreLight(const QSettings& settings, eY2LightType light)
-{
-    struct Keys {
-        const char* status;
-        const char* value; ///< null: the brightness is fixed
-        quint8 defaultBrightness;
-    };
-    static const QMap<eY2LightType, Keys> keysOfLight{
-        {Gooseneck, {"grooseneckStatus", "grooseneckValue", DefaultLightBrightness}},
-        {Front, {"frontStatus", "frontValue", DefaultLightBrightness}},
-        {Logo, {"logoStatus", nullptr, LogoBrightness}},
-    };
-    const Keys keys = keysOfLight.value(light);
-    const QVariant status = settings.value(QLatin1String(keys.status));
-    auto request = std::make_shared<LightControl>();
-    request->LightType = light;
-    request->IsEnabled = status.isValid() ? status.toBool() : true;
-    request->Brightness = status.isValid() && keys.value
-        ? quint8(settings.value(QLatin1String(keys.value)).toInt())
-        : keys.defaultBrightness;
-    m_pECMgr->updateLightControlState(request);
-}
-
 } // namespace Internal
 
 using Internal::ECManagerPrivate;
 
 ECManager::ECManager()
-    : d(new ECManagerPrivate(this))
+    : d(std::make_unique<ECManagerPrivate>(this))
 {
     // The first caller may be any thread; the manager's slots belong to the application's.
     if (QCoreApplication::instance() && thread() != QCoreApplication::instance()->thread())
@@ -275,8 +180,6 @@ ECManager::~ECManager()
         const std::lock_guard<std::mutex> lock(d->m_wiringMutex);
         commands.swap(d->m_pCommandMgr);
     }
-    commands.reset();
-    delete d;
 }
 
 ECManager* ECManager::instance()
@@ -424,17 +327,17 @@ bool ECManager::getOrderIndexByECKey(const unsigned int& key, unsigned int& out)
 
 bool ECManager::isLockedTBar() const
 {
-    return d->m_bLockTbar;
+    return d->m_bLockTbar.value();
 }
 
 bool ECManager::isLockedKeypad() const
 {
-    return d->m_bLockPanel;
+    return d->m_bLockPanel.value();
 }
 
 DVISource ECManager::getCurrentSource() const
 {
-    return d->m_curSource;
+    return d->m_curSource.value();
 }
 
 bool ECManager::echoVideoSignal() const
@@ -459,12 +362,19 @@ void ECManager::updateECConsoleLight()
     const QSettings settings(
         QSettings::IniFormat, QSettings::UserScope, QStringLiteral("KORVELIN"),
         QStringLiteral("orvaneeckeyboardy2"));
-    for (const eY2LightType light : {Gooseneck, Front, Logo})
-        d->restoreLight(settings, light);
+    for (const auto& row : Internal::LightRows) {
+        const QVariant status = settings.value(QLatin1String(row.statusKey));
+        auto light = std::make_shared<LightControl>();
+        light->LightType = row.light;
+        light->IsEnabled = status.isValid() ? status.toBool() : true;
+        light->Brightness = status.isValid() && row.brightnessKey
+            ? Internal::percentOf(settings, row.brightnessKey)
+            : row.brightness;
+        updateLightControlState(light);
+    }
 
     auto luminance = std::make_shared<ScreenLuminance>();
-    luminance->Brightness =
-        quint8(settings.value(QStringLiteral("screenValue"), Internal::DefaultLuminance).toInt());
+    luminance->Brightness = Internal::percentOf(settings, "screenValue", Internal::DefaultLuminance);
     updatepScreenLuminance(luminance);
 
     const QVariant timeType = settings.value(QStringLiteral("timeDiaplay"));
@@ -476,215 +386,6 @@ void ECManager::updateECConsolePluginSettings()
 {
     const auto device = Internal::activedDevice();
     controlPeripheralState(device && device->consolePlugin());
-}
-
-void ECManager::updateECButtonColor(const std::shared_ptr<ECButtonColor>& color)
-{
-    d->request(
-        [&](ECClientEncoder& encoder, QByteArray& out) { encoder.getECButtonColorRequest(color, out); });
-}
-
-void ECManager::updateECOledText(const std::shared_ptr<ECOLEDText>& text)
-{
-    d->request([&](ECClientEncoder& encoder, QByteArray& out) { encoder.getECOledTextRequest(text, out); });
-}
-
-void ECManager::updateECButtonColor(
-    const std::shared_ptr<ECButtonColor>& color, const std::shared_ptr<ECOLEDText>& text)
-{
-    updateECButtonColor(color);
-    updateECOledText(text);
-}
-
-void ECManager::updateTBarValue(const std::shared_ptr<ECTBarValue>& value)
-{
-    d->request([&](ECClientEncoder& encoder, QByteArray& out) { encoder.getECTBarValueRequest(value, out); });
-}
-
-void ECManager::lockTBar()
-{
-    if (d->request([](ECClientEncoder& encoder, QByteArray& out) { encoder.getLockTBarRequest(out); }))
-        d->m_bLockTbar = true;
-}
-
-void ECManager::unlockTBar()
-{
-    if (d->request([](ECClientEncoder& encoder, QByteArray& out) { encoder.getUnlockTBarRequest(out); }))
-        d->m_bLockTbar = false;
-}
-
-void ECManager::lockKeypad()
-{
-    if (d->request([](ECClientEncoder& encoder, QByteArray& out) { encoder.getLockKeyboardRequest(out); }))
-        d->m_bLockPanel = true;
-}
-
-void ECManager::unlockKeypad()
-{
-    if (d->request(
-            [](ECClientEncoder& encoder, QByteArray& out) { encoder.getUnlockedKeyboardRequest(out); }))
-        d->m_bLockPanel = false;
-}
-
-bool ECManager::dviInSignal(const int& index)
-{
-    if (!d->request(
-            [&](ECClientEncoder& encoder, QByteArray& out) { encoder.getDVIInSignalRequest(index, out); }))
-        return false;
-    const std::lock_guard<std::mutex> lock(d->m_recordMutex);
-    return d->m_dviSignal[index];
-}
-
-void ECManager::updateLightControlState(const std::shared_ptr<LightControl>& light)
-{
-    d->request(
-        [&](ECClientEncoder& encoder, QByteArray& out) { encoder.getCloseAllButtonLEDRequest(light, out); });
-}
-
-void ECManager::closeAllButtonLED()
-{
-    constexpr quint8 everyKey = 255;
-    auto color = std::make_shared<ECButtonColor>();
-    color->ButtonKey = everyKey;
-    color->ECKey = everyKey;
-    color->ButtonState = CloseAllLight;
-    updateECButtonColor(color);
-}
-
-void ECManager::updatepScreenLuminance(const std::shared_ptr<ScreenLuminance>& luminance)
-{
-    d->request([&](ECClientEncoder& encoder, QByteArray& out) {
-        encoder.getScreenLuminanceRequest(luminance, out);
-    });
-}
-
-void ECManager::updateSetPeripheralDataChange(const std::shared_ptr<PeripheralControl>& peripheral)
-{
-    d->request([&](ECClientEncoder& encoder, QByteArray& out) {
-        encoder.getPeripheralControlRequest(peripheral, out);
-    });
-}
-
-void ECManager::switchSource(DVISource source)
-{
-    MVRSignalControl control;
-    control.SignalIndex = source;
-    if (d->request(
-            [&](ECClientEncoder& encoder, QByteArray& out) { encoder.getSwitchSourceRequest(control, out); }))
-        d->m_curSource = source;
-}
-
-void ECManager::updateSystemTime(const QString& date, const QString& time)
-{
-    const QString text = QString(date).replace(QLatin1Char('-'), QLatin1Char(':')) + QLatin1Char(' ') + time;
-    d->request([&](ECClientEncoder& encoder, QByteArray& out) { encoder.getUpdateSystemTime(text, out); });
-}
-
-void ECManager::updateSystemIP(
-    const QString& first, const QString& second, const QString& third, const QString& fourth)
-{
-    const QString text = QStringList{first, second, third, fourth}.join(QLatin1Char('@'));
-    d->request([&](ECClientEncoder& encoder, QByteArray& out) { encoder.getUpdateSystemIP(text, out); });
-}
-
-void ECManager::reqECDeviceIP(unsigned char index)
-{
-    if (!d->request([&](ECClientEncoder& encoder, QByteArray& out) { encoder.getReqECDeviceIP(index, out); }))
-        return;
-    ECDeviceIPData held;
-    {
-        const std::lock_guard<std::mutex> lock(d->m_recordMutex);
-        held = d->m_ecDeviceIPData[index];
-    }
-    resECDeviceIP(held);
-}
-
-void ECManager::resECDeviceIP(const ECDeviceIPData& data)
-{
-    QByteArray record(sizeof(ECDeviceIPData), '\0');
-    Wire::write(data, record.data());
-    d->request([&](ECClientEncoder& encoder, QByteArray& out) { encoder.getResECDeviceIP(record, out); });
-}
-
-void ECManager::restartEventController(unsigned char value)
-{
-    d->request([&](ECClientEncoder& encoder, QByteArray& out) { encoder.getRestartConsolePack(value, out); });
-}
-
-void ECManager::startKeyboardMouseEventListen()
-{
-    d->request(
-        [](ECClientEncoder& encoder, QByteArray& out) { encoder.getKeyboardMouseEventListenReq(true, out); });
-}
-
-void ECManager::stopKeyboardMouseEventListen()
-{
-    d->request([](ECClientEncoder& encoder, QByteArray& out) {
-        encoder.getKeyboardMouseEventListenReq(false, out);
-    });
-}
-
-void ECManager::updateDVISignalStatus(DVIInSignal signal)
-{
-    const auto record = std::make_shared<DVIInSignal>(signal);
-    d->request([&](ECClientEncoder& encoder, QByteArray& out) {
-        encoder.getUpdateDVISignalStatusPack(record, out);
-    });
-}
-
-void ECManager::resetMCU(unsigned char value)
-{
-    d->request([&](ECClientEncoder& encoder, QByteArray& out) { encoder.getRestartMCUPack(value, out); });
-}
-
-void ECManager::setIPMode(unsigned char index, unsigned char mode)
-{
-    ECDeviceIPModeData data;
-    data.Index = index;
-    data.Mode = mode;
-    QByteArray record(sizeof(ECDeviceIPModeData), '\0');
-    Wire::write(data, record.data());
-    d->request(
-        [&](ECClientEncoder& encoder, QByteArray& out) { encoder.getChangeIPModeRequestPack(record, out); });
-}
-
-void ECManager::controlPeripheralState(bool visible)
-{
-    const auto state = std::make_shared<PeripheralControlVisibleState>();
-    state->visible = visible ? 1 : 0;
-    d->request([&](ECClientEncoder& encoder, QByteArray& out) {
-        encoder.getControlPeripheralStateRequest(state, out);
-    });
-}
-
-bool ECManager::sendFile(
-    const QString& path, eFlieOperType operation, eFlieType fileType, unsigned short packSize, bool)
-{
-    if (!d->hasSendRoute())
-        return false;
-    QByteArray bytes;
-    QString name;
-    if (!Internal::readFile(path, bytes, name))
-        return false;
-
-    // The count is the protocol's 16-bit field: a file too large for it wraps, and a count of 0 sends
-    // nothing.
-    const auto packCount = quint16((packSize == 0 ? 0 : bytes.size() / packSize) + 1);
-    for (quint32 index = 0; index < packCount; ++index) {
-        const QByteArray chunk = bytes.mid(int(index * packSize), packSize);
-        // The builders' answers say nothing; an array left empty is handed on as it is.
-        QByteArray datagram;
-        if (index == 0) {
-            d->m_pECClientEncoder->getFileOperateFirstPackRequest(
-                operation, 0, packCount, fileType, quint32(bytes.size()), 0, quint16(name.size()), name,
-                chunk, datagram);
-        } else {
-            d->m_pECClientEncoder->getFileOperateRequest(
-                operation, quint16(index), packCount, chunk, datagram);
-        }
-        d->send(datagram);
-    }
-    return true;
 }
 
 } // namespace Orvane::ECProxy::Client

@@ -34,12 +34,14 @@ class ECManagerPrivate;
 /// before `deleteInstance()`.
 ///
 /// Threads: everything may be called on any thread. Requests are built on the caller's thread and handed to
-/// the send routes there. Signals are emitted on the thread that caused them, `signalECKeyClicked` always on
-/// the GUI thread; receivers there get all of them queued.
+/// the send routes there, before the call returns. Only when another thread is just sending a request for the
+/// same lock, or for the source, is the request left to that thread, which sends it next. Signals are emitted
+/// on the thread that caused them, `signalECKeyClicked` always on the GUI thread; receivers there get all of
+/// them queued.
 ///
 /// Failure: a request with no send route is dropped without a trace and changes no state; one without its
-/// record is logged and not sent. Operations that need the command manager do nothing, or answer false, 0 or
-/// nothing, before `init()`.
+/// record is logged and not sent. Operations that need the command manager do nothing, or return false, 0 or
+/// nothing, before `init()`. Nothing throws.
 class ORVANEECPROXYCLIENT_EXPORT ECManager : public QObject {
     Q_OBJECT
 
@@ -65,7 +67,13 @@ public:
     /// Kept for hosts that call it; no effect. Returns false.
     bool initPresetCmdEx(const std::shared_ptr<Orvane::EC::s_ECKeyboardConfig>& config);
 
-    /// Adds a way to the console; every request goes to each route in order of addition.
+    /// Adds a way to the console; every request goes to each route in order of addition. There is no way to
+    /// take a route back: what it uses must live as long as the manager.
+    ///
+    /// A route gets one whole datagram and hands it on without waiting: it is called on whatever thread makes
+    /// a request (decoder, GUI, timers, the model's), on several at once, and with no lock of the library
+    /// held, so it may make requests itself. Its result is ignored. An empty route is refused with a log
+    /// line.
     void addSendDownTLVRequstCB(const SendDownTLVRequestCallbackType& callback);
 
     /// The channel's decoder, for those who inject reports or watch it; only stored here.
@@ -94,15 +102,20 @@ public:
     void retranslateUi();
     /// Takes the target of preset loads over from the host, whatever its name says: true is PGM.
     void getOpenPGMPrompt(const bool& loadToPGM);
-    /// Answers in `out` the console's number of a key; 0xFFFFFFFF when no command has it.
+    /// Writes the console's number of a key to `out`; 0xFFFFFFFF when no command has it.
+    /// @return false, with `out` untouched, before `init()`
     bool getECKeyByOrvaneECKey(const unsigned int& orvaneECKey, unsigned int& out) const;
     /// The same lookup under its other name.
     bool getOrderIndexByECKey(const unsigned int& key, unsigned int& out) const;
 
-    // State of the console. The locks are what was last asked for, not what the console reports.
+    // State of the console, as it was last asked for: what the console reports of its locks goes to the
+    // commands and changes nothing here.
 
+    /// False until `lockTBar()`.
     bool isLockedTBar() const;
+    /// False until `lockKeypad()`. While true, keys (but the lock key) and the T-Bar are ignored.
     bool isLockedKeypad() const;
+    /// `dvi1` until `switchSource()`.
     DVISource getCurrentSource() const;
     /// Always false.
     bool echoVideoSignal() const;
@@ -115,6 +128,7 @@ public:
     void clearAllOledText();
 
     /// Restores lights, luminance and the time format from the user's settings. Called by the host at start.
+    /// Brightness and luminance are per cent; a setting outside 0 to 100 is clamped and logged.
     void updateECConsoleLight();
 
     /// Tells the console whether the active device's plug-in is visible. Called by the host at start.
@@ -129,21 +143,30 @@ public:
         const std::shared_ptr<ECButtonColor>& color, const std::shared_ptr<ECOLEDText>& text);
     /// The level of the LED bar beside the T-Bar, 0 to 12, and its direction.
     void updateTBarValue(const std::shared_ptr<ECTBarValue>& value);
-    // The state that `isLockedTBar()` and `isLockedKeypad()` tell changes with these; no signal is emitted.
+    // These change what `isLockedTBar()` and `isLockedKeypad()` return, and emit nothing. The keys' lights
+    // and the host's own displays follow the signals: whoever locks or unlocks emits `signalTbarLocked` or
+    // `signalKeyboardLocked` afterwards. Called on two threads at once, the state is the one sent last.
+
     void lockTBar();
     void unlockTBar();
     void lockKeypad();
     void unlockKeypad();
-    /// Asks for an input's signal and answers what was last reported (false when nothing was).
+    /// Asks the console for the signal at a DVI input. The report comes later, through
+    /// `upTLVDecodeFinished()`; it names all inputs that are known from then on.
+    /// @param index 0 to 255; any other is refused with a log line
+    /// @return the last report's signal; false when it did not name the input, when the index is refused, and
+    /// without a send route
     bool dviInSignal(const int& index);
-    /// Any one of the panel lights.
+    /// Sets any one of the panel lights (gooseneck, front, logo). Brightness in per cent, sent as it is.
     void updateLightControlState(const std::shared_ptr<LightControl>& light);
     /// Darkens every key with one request.
     void closeAllButtonLED();
-    /// Brightness in per cent.
+    /// Luminance of the console's own screens in per cent, 0 to 100, sent as it is.
     void updatepScreenLuminance(const std::shared_ptr<ScreenLuminance>& luminance);
+    /// Tells the console how many screens its peripheral shows, which of them is meant, and their
+    /// resolutions; the numbers are the service's and are sent as they are.
     void updateSetPeripheralDataChange(const std::shared_ptr<PeripheralControl>& peripheral);
-    /// The source on the monitor, which `getCurrentSource()` tells from then on.
+    /// Switches the source of the secondary screen; `getCurrentSource()` returns it from then on.
     void switchSource(DVISource source);
     /// `date` as yyyy-MM-dd, `time` as hh:mm:ss; sent with colons throughout.
     void updateSystemTime(const QString& date, const QString& time);
@@ -151,6 +174,7 @@ public:
     void updateSystemIP(
         const QString& first, const QString& second, const QString& third, const QString& fourth);
     /// Asks for a console's network record, then sends the one held here (zeros when none is).
+    /// @param index of the console's network record
     void reqECDeviceIP(unsigned char index);
     /// Sends a console's network record; it is not kept here.
     void resECDeviceIP(const ECDeviceIPData& data);
@@ -159,19 +183,26 @@ public:
     /// Has the console report keyboard and mouse events, until the request to stop.
     void startKeyboardMouseEventListen();
     void stopKeyboardMouseEventListen();
+    /// Sends an input's signal back to the console, as every report of it is.
     void updateDVISignalStatus(DVIInSignal signal);
     /// @param value as the service defines it; sent as it is
     void resetMCU(unsigned char value);
     /// @param index of the console's network record
     /// @param mode as the service defines it; sent as it is
     void setIPMode(unsigned char index, unsigned char mode);
+    /// Tells the console whether the application's plug-in is visible.
     void controlPeripheralState(bool visible);
 
-    /// Sends a file in packs of at most `packSize` bytes, all at once and unacknowledged.
-    /// @param packSize 0 makes one pack without data. A pack must fit a datagram (about 65000 bytes), and the
-    /// number of packs 16 bits: of a larger file only what the wrapped number covers is sent.
+    /// Sends a file to the console in packs, all at once and unacknowledged. Reads the whole file and returns
+    /// when the last pack was handed to the routes: not a call for the decoder's thread.
+    /// @param operation gives the packs after the first their tag
+    /// @param fileType gives the first pack its tag: `MCU` writes, `ALL` reads; with `FPGA` it goes out empty
+    /// @param packSize bytes of a pack. 0 makes one pack without data. A pack must fit a datagram (about
+    /// 65000 bytes), and the number of packs 16 bits: of a larger file only what the wrapped number covers is
+    /// sent.
     /// @param last not used
-    /// @return false, with a log line, when the file cannot be read; false without a send route
+    /// @return false, with a log line, when the file cannot be read; false without a send route. True does
+    /// not mean that the console has it.
     bool sendFile(
         const QString& path, eFlieOperType operation, eFlieType fileType, unsigned short packSize, bool last);
 
@@ -184,12 +215,19 @@ Q_SIGNALS:
     void echoVideoSignalChanged();
     /// Declared for the host's connections; never emitted by the library.
     void dviInSignalChanged(int index);
+    /// The format of the time display, by the host's numbers.
     void signalTimeTypeChanged(int type);
+    /// The keypad was locked or unlocked. Emitted by the lock key, on its timer's thread, and by the host
+    /// after `lockKeypad()` or `unlockKeypad()`; the commands follow it.
     void signalKeyboardLocked(bool locked);
+    /// The same of the T-Bar.
     void signalTbarLocked(bool locked);
     /// Declared for the host's connections; never emitted by the library.
     void signalPropertyPopupDisable(bool disable);
+    /// The secondary screen shows the application (true), or a DVI input. Emitted by the MVR key and at
+    /// reports about input 0.
     void signalPropertyPopupVisible(bool visible);
+    /// Emitted by `setOpenPGMPrompt()` alone.
     void signalOpenPGMPrompt();
     /// A key of the numeric keypad: the Qt::Key and its text, for the host's focused widget.
     void signalStandardKeyPressed(unsigned int key, QString text);
@@ -201,7 +239,7 @@ Q_SIGNALS:
 private:
     ECManager();
 
-    Internal::ECManagerPrivate* const d;
+    const std::unique_ptr<Internal::ECManagerPrivate> d;
 };
 
 } // namespace Orvane::ECProxy::Client

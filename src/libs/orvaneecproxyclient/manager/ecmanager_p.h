@@ -1,0 +1,99 @@
+#pragma once
+
+#include "ecmanager.h"
+#include "orvaneecclientencoder.h"
+#include "requestedstate_p.h"
+
+#include <QByteArray>
+#include <QMap>
+
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+namespace Orvane::ECProxy::Client {
+
+class CommandManager;
+
+namespace Internal {
+
+class ECManagerPrivate {
+public:
+    using Routes = std::vector<ECManager::SendDownTLVRequestCallbackType>;
+    using UpHandler = std::function<bool(const QByteArray&)>;
+
+    explicit ECManagerPrivate(ECManager* manager);
+
+    std::shared_ptr<CommandManager> commandManager() const
+    {
+        const std::lock_guard<std::mutex> lock(m_wiringMutex);
+        return m_pCommandMgr;
+    }
+
+    bool hasSendRoute() const { return !sendRoutes()->empty(); }
+    void send(const QByteArray& datagram) const;
+
+    /// Has the encoder build one datagram and hands it to every route.
+    /// @return false, with nothing sent, when there is no route (then nothing is built either), and when the
+    /// encoder was given no record, which it logs
+    template <typename Build, typename... Arguments> bool request(Build build, const Arguments&... arguments)
+    {
+        const std::shared_ptr<const Routes> routes = sendRoutes();
+        if (routes->empty())
+            return false;
+        QByteArray datagram;
+        std::invoke(build, *m_pECClientEncoder, arguments..., datagram);
+        if (datagram.isEmpty())
+            return false;
+        for (const auto& route : *routes)
+            route(datagram);
+        return true;
+    }
+
+    void requestTBarLock(bool locked);
+    void requestKeypadLock(bool locked);
+
+    // What each report of the console does. False when the value is refused.
+
+    bool onButtonPressed(const QByteArray& value);
+    bool onButtonRelease(const QByteArray& value);
+    bool onTBarValue(const QByteArray& value);
+    bool onLockedTBar(const QByteArray& value);
+    bool onLockedKeyboard(const QByteArray& value);
+    bool onDVIInSignal(const QByteArray& value);
+    bool onDeviceIP(const QByteArray& value);
+
+    ECManager* const m_pECMgr;
+    const std::shared_ptr<ECClientEncoder> m_pECClientEncoder = std::make_shared<ECClientEncoder>();
+    /// Filled by the constructor and only read after it.
+    QMap<eECUpMessageTag, UpHandler> m_messageTagForDecodeCB;
+
+    // m_wiringMutex guards m_pCommandMgr, m_pECKeyboardCfg, m_sendTLVReqCBs, m_pClientDecoder and
+    // m_strDeviceConfigFilePath. The list of routes itself never changes: adding one replaces it.
+    mutable std::mutex m_wiringMutex;
+    std::shared_ptr<CommandManager> m_pCommandMgr;
+    std::shared_ptr<Orvane::EC::s_ECKeyboardConfig> m_pECKeyboardCfg;
+    std::shared_ptr<const Routes> m_sendTLVReqCBs = std::make_shared<const Routes>();
+    std::weak_ptr<ECClientDecoder> m_pClientDecoder;
+    QString m_strDeviceConfigFilePath;
+
+    // m_recordMutex guards m_dviSignal and m_ecDeviceIPData.
+    std::mutex m_recordMutex;
+    QMap<int, bool> m_dviSignal;
+    QMap<int, ECDeviceIPData> m_ecDeviceIPData;
+
+    RequestedState<DVISource> m_curSource{dvi1};
+    RequestedState<bool> m_bLockPanel{false};
+    RequestedState<bool> m_bLockTbar{false};
+
+private:
+    std::shared_ptr<const Routes> sendRoutes() const
+    {
+        const std::lock_guard<std::mutex> lock(m_wiringMutex);
+        return m_sendTLVReqCBs;
+    }
+};
+
+} // namespace Internal
+} // namespace Orvane::ECProxy::Client
