@@ -1,4 +1,5 @@
 #include "functionscene.h"
+#include "logcapture.h"
 
 #include "ecmanager.h"
 
@@ -8,6 +9,7 @@
 #include <mutex>
 
 using namespace FunctionScene;
+using TestSupport::LogCapture;
 
 Q_DECLARE_METATYPE(Orvane::ConsolePanel::DviReport)
 
@@ -48,11 +50,11 @@ private:
                 m_steps.append(control->SignalIndex == dvi1 ? "dvi1" : "arm");
             const auto* led = std::get_if<ECButtonColor>(&request.message);
             if (led && led->ECKey == Mvr)
-                m_steps.append(colourName({led->R, led->G, led->B}));
+                m_steps.append(colorName({led->R, led->G, led->B}));
         }
     }
 
-    static QString colourName(const ConsolePanel::KeyColour& colour)
+    static QString colorName(const ConsolePanel::KeyColour& colour)
     {
         if (colour == TestSupport::colourOf(ECLEDColor::Green))
             return "green";
@@ -79,10 +81,12 @@ private Q_SLOTS:
 
     void theReleasedKeyExchangesTheSource()
     {
+        LogCapture log;
         start(arm_left, false);
         console().tap(Mvr);
         QVERIFY(console().settle());
         QCOMPARE(ECManager::instance()->getCurrentSource(), arm_left); // without a signal it stays
+        QVERIFY(log.contains("MVR key: DVI input 0 has no signal"));
 
         start(arm_left, true);
         SourceLog source(console());
@@ -134,30 +138,59 @@ private Q_SLOTS:
         QCOMPARE(source.steps(), steps);
     }
 
-    void onTheGuiThreadNothingWaits()
+    void onTheGuiThreadNothingWaitsAndReportsMerge()
     {
         start(dvi1, true);
         SourceLog source(console());
         QElapsedTimer elapsed;
         elapsed.start();
         reportOnGuiThread(false);
-        reportOnGuiThread(true); // finds the application's source, which the first report brought about
         QVERIFY(elapsed.elapsed() < SwitchMs);
+        QTRY_COMPARE(source.steps(), QStringList{"show"}); // it has begun
+        for (const bool signal : {true, false, false, true})
+            reportOnGuiThread(signal);
+        QVERIFY(elapsed.elapsed() < SwitchMs);
+        // One change for the four, with the last signal, at the source that the first report brought about.
         const QStringList steps{"show", "arm", "off", "show", "arm", "yellow"};
         QTRY_COMPARE(source.steps(), steps);
         QVERIFY(elapsed.elapsed() >= 2 * SwitchMs);
+        console().tap(Mvr); // finds none under way
+        QVERIFY(console().settle());
+        QCOMPARE(source.steps(), (steps + QStringList{"dvi1", "green", "hide"}));
     }
 
-    void keysAndSignalsTakeTurns()
+    void consoleKeysDoNotWaitForChangesOfTheGuiThread()
     {
         start(arm_left, true);
+        SourceLog source(console());
+        for (int i = 0; i < 10; ++i)
+            reportOnGuiThread(true);
+        QTRY_COMPARE(source.steps(), QStringList{"show"}); // one has begun
+        reportOnGuiThread(true);
+        QElapsedTimer elapsed;
+        elapsed.start();
+        console().tap(Mvr);
+        console().tap(Save);
+        QVERIFY(console().settle());
+        QVERIFY(elapsed.elapsed() < SwitchMs);
+        // The key is next; what waits is then brought in line with the source that it chose.
+        const QStringList steps{"show", "arm", "yellow", "dvi1", "green", "hide", "dvi1", "hide", "green"};
+        QTRY_COMPARE(source.steps(), steps);
+    }
+
+    void aKeyThatWaitedWhileTheSignalWentDoesNothing()
+    {
+        start(arm_left, true);
+        LogCapture log;
         SourceLog source(console());
         reportOnGuiThread(true);
         QTRY_COMPARE(source.steps(), QStringList{"show"}); // it has begun
         console().tap(Mvr);
         QVERIFY(console().settle());
-        const QStringList steps{"show", "arm", "yellow", "dvi1", "green", "hide"};
-        QCOMPARE(source.steps(), steps);
+        reportOnGuiThread(false);
+        const QStringList steps{"show", "arm", "yellow", "show", "arm", "off"};
+        QTRY_COMPARE(source.steps(), steps);
+        QVERIFY(log.contains("MVR key: the signal of DVI input 0 was lost meanwhile"));
     }
 
     /// The last test: there is one console a process.
@@ -169,7 +202,7 @@ private Q_SLOTS:
         for (int i = 0; i < 10; ++i)
             reportOnGuiThread(i % 2 == 0);
         m_pRig->endConsole();
-        QVERIFY(elapsed.elapsed() < 3 * SwitchMs); // those that had not begun are dropped
+        QVERIFY(elapsed.elapsed() < 2 * SwitchMs); // what had not begun is dropped
     }
 
 private:

@@ -5,12 +5,11 @@
 
 namespace Orvane::ECProxy::Client::Internal {
 
-/// Jobs of one owner of which only one may run at a time.
+/// Jobs of one owner that run on Qt's global thread pool, one after another in the order in which they were
+/// posted.
 ///
-/// Posted jobs run on Qt's global thread pool, one after another in the order in which they came; a job that
-/// its caller runs itself comes in between two of them. Any thread may call any member. Destruction drops the
-/// jobs that have not begun and waits for the one that runs, so a job may use its owner as long as the owner
-/// holds this object; it must not destroy it.
+/// Any thread may post. Destruction drops the jobs that have not begun and waits for the one that runs, so a
+/// job may use its owner as long as the owner holds this object; it must not destroy it.
 class SerialJobs {
 public:
     using Job = std::function<void()>;
@@ -21,9 +20,6 @@ public:
     SerialJobs& operator=(const SerialJobs&) = delete;
 
     void post(Job job);
-    /// Waits for a running job, but not for those that wait themselves, and then runs `job` on the calling
-    /// thread. Within a job it runs at once.
-    void runHere(const Job& job);
 
 private:
     class Worker;

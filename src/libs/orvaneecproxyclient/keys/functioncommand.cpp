@@ -90,7 +90,7 @@ void FunctionCommand::slotKeyboardLocked(bool locked)
 
 void FunctionCommand::slotDVISignalChanged(QMap<int, bool> signalOfInput)
 {
-    d->followDVISignal(signalOfInput.value(0, false));
+    d->m_secondaryScreen.follow(signalOfInput.value(0, false));
 }
 
 void FunctionCommand::slotECButtonPressed(const quint32& ecKey)

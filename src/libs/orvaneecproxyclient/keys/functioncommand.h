@@ -29,7 +29,7 @@ class FunctionCommandPrivate;
 /// selected layers.
 ///
 /// A change of the secondary screen's source takes 300 ms, which a console thread waits for. On the GUI
-/// thread nothing waits: there the change goes on in the background, after those that came before it.
+/// thread nothing waits: there the change goes on in the background.
 class ORVANEECPROXYCLIENT_EXPORT FunctionCommand : public Command {
     Q_OBJECT
 

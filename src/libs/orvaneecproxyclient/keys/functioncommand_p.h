@@ -2,8 +2,8 @@
 
 #include "functioncommand.h"
 #include "holdtimer_p.h"
+#include "secondaryscreen_p.h"
 #include "selectkeys_p.h"
-#include "serialjobs_p.h"
 
 #include <atomic>
 #include <chrono>
@@ -14,8 +14,6 @@ namespace Orvane::ECProxy::Client::Internal {
 class FunctionCommandPrivate {
 public:
     static constexpr std::chrono::milliseconds LockHoldDuration{2000};
-    /// What the secondary screen needs to change its source.
-    static constexpr std::chrono::milliseconds SourceSwitchDuration{300};
 
     explicit FunctionCommandPrivate(FunctionCommand* command);
 
@@ -33,16 +31,15 @@ public:
     bool layerMirCopyPressed(const quint32& ecKey);
     bool layerCopyRelease(const quint32& ecKey);
 
-    /// Lights the key with that function, in `colour` or dark. Warns when there is no such key.
-    void updateEcButtonColor(bool on, FunctionCallbackType type, ECLEDColor colour);
-    /// Brings source, pop-up and light in line with the signal at DVI input 0.
-    void followDVISignal(bool hasSignal);
+    /// Lights the key with that function, in `color` or dark. Warns when there is no such key.
+    void updateEcButtonColor(bool on, FunctionCallbackType type, ECLEDColor color);
 
     FunctionCommand* const m_pCommand;
     SelectKeys m_functionButtonCfgs;
     /// Locked by this group's keys. Set by timer threads, and the second cleared by whoever unlocks.
     std::atomic<bool> m_bLockTBar{false};
     std::atomic<bool> m_bLockECKeyboard{false};
+    SecondaryScreen m_secondaryScreen;
 
 private:
     void saveDataToDevice();
@@ -53,15 +50,11 @@ private:
     bool holdRelease(const quint32& ecKey, HoldTimer& timer, const std::atomic<bool>& locked);
     void slotLockTBarTimeOut();
     void slotLockECKeyboardTimeOut();
-    /// Runs a change of the source after those before it; on the GUI thread it only begins here.
-    void switchInTurn(const SerialJobs::Job& change);
-    void exchangeSource();
 
     /// No save is running. Shared with the save's completion.
     const std::shared_ptr<std::atomic<bool>> m_isSavedFinished = std::make_shared<std::atomic<bool>>(true);
 
     // Last, so that they end first: what they run uses all of the above.
-    SerialJobs m_sourceChanges;
     HoldTimer m_pLockTBarTimer;
     HoldTimer m_pLockECKeyboardTimer;
 };

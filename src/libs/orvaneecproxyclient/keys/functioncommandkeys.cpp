@@ -12,11 +12,6 @@
 #include "ec/eckeyboardconfig.h"
 #include "modelcontrol/asyncmanager.h"
 
-#include <QCoreApplication>
-#include <QThread>
-
-#include <thread>
-
 namespace Orvane::ECProxy::Client::Internal {
 
 using BizModel::FramelessMessageBoxMsgType;
@@ -27,40 +22,13 @@ namespace Translate = BizModel::Translate;
 
 namespace {
 
-/// The source of the secondary screen, by its name on the console: the connected computer's picture, or the
-/// application's own.
-constexpr DVISource SignalSource = dvi1;
-constexpr DVISource ApplicationSource = arm_left;
 constexpr int MvrInput = 0;
 
-bool isGuiThread()
+/// Logs why a key does nothing.
+bool refuse(const char* key, const char* reason)
 {
-    const QCoreApplication* app = QCoreApplication::instance();
-    return app && QThread::currentThread() == app->thread();
-}
-
-void switchSource(DVISource source)
-{
-    if (ECManager* manager = ECManager::instance())
-        manager->switchSource(source);
-}
-
-void showPropertyPopup(bool visible)
-{
-    if (ECManager* manager = ECManager::instance())
-        Q_EMIT manager->signalPropertyPopupVisible(visible);
-}
-
-/// The source switched to last; without a manager there is nothing to be switched.
-DVISource currentSource()
-{
-    const ECManager* manager = ECManager::instance();
-    return manager ? manager->getCurrentSource() : DVISource(0xFF);
-}
-
-void waitForSource()
-{
-    std::this_thread::sleep_for(FunctionCommandPrivate::SourceSwitchDuration);
+    qWarning("[locate key no response] %s key: %s.", key, reason);
+    return false;
 }
 
 /// Number of layers in a scene that the cards behind the screen can show.
@@ -103,7 +71,7 @@ bool hasRoomFor(const BizModel::Screen& screen, const QList<std::weak_ptr<BizMod
     return false;
 }
 
-void tellSaveEnded(bool ok, const QString& reason)
+void showSaveResult(bool ok, const QString& reason)
 {
     hideWaitingDialog();
     if (ok) {
@@ -120,12 +88,15 @@ void tellSaveEnded(bool ok, const QString& reason)
 
 FunctionCommandPrivate::FunctionCommandPrivate(FunctionCommand* command)
     : m_pCommand(command)
+    , m_secondaryScreen([this](bool on, ECLEDColor color) {
+        updateEcButtonColor(on, FunctionCallbackType::eSwitchSecondaryScreenSignalCB, color);
+    })
     , m_pLockTBarTimer([this] { slotLockTBarTimeOut(); })
     , m_pLockECKeyboardTimer([this] { slotLockECKeyboardTimeOut(); })
 {
 }
 
-void FunctionCommandPrivate::updateEcButtonColor(bool on, FunctionCallbackType type, ECLEDColor colour)
+void FunctionCommandPrivate::updateEcButtonColor(bool on, FunctionCallbackType type, ECLEDColor color)
 {
     const auto config = m_pCommand->ecCommandConfig();
     if (!config) {
@@ -137,7 +108,7 @@ void FunctionCommandPrivate::updateEcButtonColor(bool on, FunctionCallbackType t
         qWarning(" command has invalid page button");
         return;
     }
-    m_pCommand->setEcButtonLedColor(button->OrvaneECKey, button->ECKey, on, colour);
+    m_pCommand->setEcButtonLedColor(button->OrvaneECKey, button->ECKey, on, color);
 }
 
 // ---- Saving ---------------------------------------------------------------------------------------------
@@ -145,9 +116,9 @@ void FunctionCommandPrivate::updateEcButtonColor(bool on, FunctionCallbackType t
 bool FunctionCommandPrivate::saveDataToDevicePressed(const quint32& ecKey)
 {
     if (HostState::hasModalWindow())
-        return false;
+        return refuse("save", "a dialog is open");
     if (!m_isSavedFinished->exchange(false))
-        return false;
+        return refuse("save", "the last save has not ended");
     m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green);
     saveDataToDevice();
     m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Off);
@@ -163,20 +134,20 @@ void FunctionCommandPrivate::saveDataToDevice()
 {
     const auto device = activedDevice();
     if (!device || !device->onlineFlag()) {
-        qDebug("Device data is not saved: there is no active device or it is offline.");
+        refuse("save", "there is no active device, or it is offline");
         *m_isSavedFinished = true;
         return;
     }
     showWaitingDialog(Translate::tr(Translate::TR_THE_FUNCTION_SAVE_WAIT));
-    // The answer may come when the command is gone: it uses nothing of it.
+    // May be called when the command is gone: it uses nothing of it.
     const auto completion = [finished = m_isSavedFinished](bool ok, const QString& reason) {
-        tellSaveEnded(ok, reason);
+        showSaveResult(ok, reason);
         *finished = true;
     };
     if (auto* requests = ModelControl::AsyncManager::instance())
         requests->startAsyncRequest(ModelControl::AsyncSaveDeviceData{device, completion});
     else
-        completion(false, QStringLiteral("There is nobody to save it."));
+        completion(false, QStringLiteral("The model takes no requests."));
 }
 
 // ---- Locks ----------------------------------------------------------------------------------------------
@@ -252,63 +223,12 @@ bool FunctionCommandPrivate::switchSecondaryScreenSignalRelease(const quint32&)
 {
     qDebug("functionkeyboard MVR key clicked start.");
     if (HostState::isQuenor())
-        return false;
+        return refuse("MVR", "the property \"Quenor\" is set");
     ECManager* manager = ECManager::instance();
     if (!manager || !manager->dviInSignal(MvrInput))
-        return false;
-    switchInTurn([this] { exchangeSource(); });
+        return refuse("MVR", "DVI input 0 has no signal");
+    m_secondaryScreen.exchange();
     return true;
-}
-
-void FunctionCommandPrivate::exchangeSource()
-{
-    constexpr auto mvrKey = FunctionCallbackType::eSwitchSecondaryScreenSignalCB;
-    switch (currentSource()) {
-    case ApplicationSource:
-        qDebug("mvr pressed: switch source dvi1");
-        switchSource(SignalSource);
-        waitForSource();
-        updateEcButtonColor(true, mvrKey, ECLEDColor::Green);
-        showPropertyPopup(false);
-        // The source that it was switched away from.
-        qDebug("functionkeyboard MVR key clicked end. current is arm_left");
-        break;
-    case SignalSource:
-        qDebug("mvr pressed: switch source arm_left");
-        updateEcButtonColor(true, mvrKey, ECLEDColor::Yellow);
-        showPropertyPopup(true);
-        waitForSource();
-        switchSource(ApplicationSource);
-        qDebug("functionkeyboard MVR key clicked end. current is dvi1");
-        break;
-    }
-}
-
-void FunctionCommandPrivate::followDVISignal(bool hasSignal)
-{
-    switchInTurn([this, hasSignal] {
-        constexpr auto mvrKey = FunctionCallbackType::eSwitchSecondaryScreenSignalCB;
-        const DVISource source = currentSource();
-        if (!hasSignal || source == ApplicationSource) {
-            showPropertyPopup(true);
-            waitForSource();
-            switchSource(ApplicationSource);
-            updateEcButtonColor(hasSignal, mvrKey, ECLEDColor::Yellow);
-        } else if (source == SignalSource) {
-            switchSource(SignalSource);
-            waitForSource();
-            showPropertyPopup(false);
-            updateEcButtonColor(true, mvrKey, ECLEDColor::Green);
-        }
-    });
-}
-
-void FunctionCommandPrivate::switchInTurn(const SerialJobs::Job& change)
-{
-    if (isGuiThread())
-        m_sourceChanges.post(change);
-    else
-        m_sourceChanges.runHere(change);
 }
 
 // ---- Layer copies ---------------------------------------------------------------------------------------
@@ -326,7 +246,7 @@ bool FunctionCommandPrivate::layerMirCopyPressed(const quint32& ecKey)
 bool FunctionCommandPrivate::layerCopyPressed(const quint32& ecKey, bool mirrored)
 {
     if (HostState::hasModalWindow())
-        return false;
+        return refuse(mirrored ? "mirror copy" : "copy", "a dialog is open");
     m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green);
     copySelectedLayers(mirrored);
     return true;
@@ -363,7 +283,7 @@ void FunctionCommandPrivate::copySelectedLayers(bool mirrored)
         requests->startAsyncRequest(
             ModelControl::AsyncAddCopyLayers{device, screen, selected, mirrored, completion});
     else
-        qWarning("Create layer by Copy failed: there is nobody to carry it out.");
+        qWarning("Create layer by Copy failed: the model takes no requests.");
 }
 
 } // namespace Orvane::ECProxy::Client::Internal

@@ -1,0 +1,176 @@
+#include "secondaryscreen_p.h"
+
+#include "ecmanager.h"
+
+#include <QCoreApplication>
+#include <QThread>
+
+#include <thread>
+#include <utility>
+
+namespace Orvane::ECProxy::Client::Internal {
+
+namespace {
+
+/// The sources by their names on the console.
+constexpr DVISource InputSource = dvi1;
+constexpr DVISource ApplicationSource = arm_left;
+
+bool isGuiThread()
+{
+    const QCoreApplication* app = QCoreApplication::instance();
+    return app && QThread::currentThread() == app->thread();
+}
+
+void switchSource(DVISource source)
+{
+    if (ECManager* manager = ECManager::instance())
+        manager->switchSource(source);
+}
+
+void showPropertyPopup(bool visible)
+{
+    if (ECManager* manager = ECManager::instance())
+        Q_EMIT manager->signalPropertyPopupVisible(visible);
+}
+
+/// The source switched to last; without a manager there is nothing to be switched.
+DVISource currentSource()
+{
+    const ECManager* manager = ECManager::instance();
+    return manager ? manager->getCurrentSource() : DVISource(0xFF);
+}
+
+void waitForSource()
+{
+    std::this_thread::sleep_for(SecondaryScreen::SwitchDuration);
+}
+
+} // namespace
+
+SecondaryScreen::SecondaryScreen(Light light)
+    : m_light(std::move(light))
+    , m_worker([this] { makeWaiting(); })
+{
+}
+
+SecondaryScreen::~SecondaryScreen()
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_nExchanges = 0;
+    m_bFollow = false;
+}
+
+void SecondaryScreen::exchange()
+{
+    ask(Change::Exchange);
+}
+
+void SecondaryScreen::follow(bool hasSignal)
+{
+    m_bSignalLost = !hasSignal;
+    ask(Change::Follow);
+}
+
+void SecondaryScreen::showLight()
+{
+    // A change may light the key meanwhile and be sent first: what was set last is sent last.
+    ECLEDColor shown = ECLEDColor::Off;
+    do {
+        shown = m_lit;
+        sendLight(shown);
+    } while (shown != m_lit);
+}
+
+void SecondaryScreen::ask(Change change)
+{
+    std::unique_lock<std::mutex> lock(m_mutex);
+    if (change == Change::Exchange)
+        ++m_nExchanges;
+    else
+        m_bFollow = true;
+    if (m_bChanging)
+        return; // whoever makes that change sees to this one
+    if (!isGuiThread())
+        make(change, lock);
+    const bool leaveToWorker = isAnyWaiting();
+    lock.unlock();
+    if (leaveToWorker)
+        m_worker.restart(std::chrono::milliseconds(0));
+}
+
+void SecondaryScreen::makeWaiting()
+{
+    std::unique_lock<std::mutex> lock(m_mutex);
+    // The signal has the last word: a key that was pressed before its loss may not bring a dark picture back.
+    while (!m_bChanging && isAnyWaiting())
+        make(m_nExchanges > 0 ? Change::Exchange : Change::Follow, lock);
+}
+
+void SecondaryScreen::make(Change change, std::unique_lock<std::mutex>& lock)
+{
+    if (change == Change::Exchange)
+        --m_nExchanges;
+    else
+        m_bFollow = false;
+    m_bChanging = true;
+    lock.unlock();
+    if (change == Change::Exchange)
+        exchangeSource();
+    else
+        followSignal();
+    lock.lock();
+    m_bChanging = false;
+}
+
+void SecondaryScreen::exchangeSource()
+{
+    if (m_bSignalLost) {
+        qWarning("[locate key no response] MVR key: the signal of DVI input 0 was lost meanwhile.");
+        return;
+    }
+    switch (currentSource()) {
+    case ApplicationSource:
+        qDebug("mvr pressed: switch source dvi1");
+        switchSource(InputSource);
+        waitForSource();
+        setLight(ECLEDColor::Green);
+        showPropertyPopup(false);
+        // The source that it was switched away from.
+        qDebug("functionkeyboard MVR key clicked end. current is arm_left");
+        break;
+    case InputSource:
+        qDebug("mvr pressed: switch source arm_left");
+        setLight(ECLEDColor::Yellow);
+        showPropertyPopup(true);
+        waitForSource();
+        switchSource(ApplicationSource);
+        qDebug("functionkeyboard MVR key clicked end. current is dvi1");
+        break;
+    }
+}
+
+void SecondaryScreen::followSignal()
+{
+    const bool hasSignal = !m_bSignalLost;
+    const DVISource source = currentSource();
+    if (!hasSignal || source == ApplicationSource) {
+        showPropertyPopup(true);
+        waitForSource();
+        switchSource(ApplicationSource);
+        setLight(hasSignal ? ECLEDColor::Yellow : ECLEDColor::Off);
+    } else if (source == InputSource) {
+        switchSource(InputSource);
+        waitForSource();
+        showPropertyPopup(false);
+        setLight(ECLEDColor::Green);
+    }
+}
+
+void SecondaryScreen::setLight(ECLEDColor color)
+{
+    m_lit = color;
+    sendLight(color);
+}
+
+} // namespace Orvane::ECProxy::Client::Internal
