@@ -17,8 +17,20 @@ using MemoryModel::ScreenType;
 /// The first of the select keys and how many there are.
 constexpr quint16 Select = 20;
 constexpr int SelectCount = 4;
-/// The other keys' numbers on the console; the last is of the screen group.
-enum Key : quint16 { PageUp = 30, PageDown, Remove, Clear, ToFront, ToBack, Capacity, Full, Cut };
+/// The other keys' numbers on the console; the last is of the screen group. Clear and capacity have two keys.
+enum Key : quint16 {
+    PageUp = 30,
+    PageDown,
+    Remove,
+    Clear,
+    ToFront,
+    ToBack,
+    Capacity,
+    Full,
+    OtherClear,
+    OtherCapacity,
+    Cut
+};
 /// Labels are this much further than their keys.
 constexpr quint16 Label = 500;
 
@@ -37,7 +49,8 @@ inline std::shared_ptr<EC::s_ECKeyboardConfig> keyboard()
     builder.key(PageUp, 2, 0, Label + PageUp).key(PageDown, 3, 0, Label + PageUp);
     for (const quint16 key : {Remove, Clear, ToFront, ToBack})
         builder.key(key, 4 + key - Remove); // the function codes count like the keys
-    return builder.key(Capacity, 8, 0, Label + Capacity).key(Full, 9, 0, Label + Full).build();
+    builder.key(Capacity, 8, 0, Label + Capacity).key(Full, 9, 0, Label + Full);
+    return builder.key(OtherClear, 5).key(OtherCapacity, 8, 0, Label + OtherCapacity).build();
 }
 
 inline MemoryModel::LayerRecord layerRecord(quint32 id, const QPoint& position = {0, 0})

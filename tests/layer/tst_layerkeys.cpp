@@ -3,6 +3,7 @@
 
 #include "ecmanager.h"
 
+#include "modelcontrol/device.h"
 #include "modelcontrol/layer.h"
 #include "modelcontrol/screen.h"
 
@@ -21,6 +22,7 @@ using State = BizModel::Screen::State;
 using Change = std::function<void(ShowRecord&)>;
 
 Q_DECLARE_METATYPE(Change)
+Q_DECLARE_METATYPE(std::function<void()>)
 
 namespace {
 
@@ -307,13 +309,15 @@ private Q_SLOTS:
         QCOMPARE(m_rig.countNotices("box 0 Do you want to remove all the layers from PVW?"), 1);
         control().answerMessageBox(QMessageBox::No);
         QVERIFY(console().waitShows(Clear, ECLEDColor::Off));
-        control().answerMessageBox(QMessageBox::Yes); // to somebody else's question
         QCOMPARE(asked(Operation::AsyncRemoveLayer), 0);
 
-        pressOnScreen(Clear);
+        // The No has left the question open: the Yes to whatever is asked next counts for it.
         fail(Operation::AsyncRemoveLayer);
         control().answerMessageBox(QMessageBox::Yes);
         QVERIFY(log.waitFor("Clear PVW Layers failed."));
+        QVERIFY(log.contains("Clear layers: the device is offline and may not carry it out."));
+        control().answerMessageBox(QMessageBox::Yes);
+        QCOMPARE(asked(Operation::AsyncRemoveLayer), 1);
         QCOMPARE(m_rig.countNotices(ClearDialog), 0); // offline
         QCOMPARE(layerIds(), QString("1"));
 
@@ -324,6 +328,76 @@ private Q_SLOTS:
         QTRY_COMPARE(layerIds(SceneType::PGM), QString());
         QCOMPARE(layerIds(), QString("1"));
         QVERIFY(console().waitShows(Clear, ECLEDColor::Off));
+    }
+
+    void aYesClearsWhatTheQuestionWasAbout()
+    {
+        auto show = LayerScene::show({layerRecord(1)});
+        show.devices[0].screens[1].pvw = {layerRecord(7)};
+        load(show);
+        pressOnScreen(Clear);
+        control().setPGMEdit(m_device, Stage, true);
+        control().activateScreen(m_device, Bare);
+        control().answerMessageBox(QMessageBox::Yes);
+        QTRY_COMPARE(layerIds(), QString());
+        QCOMPARE(m_rig.screen(m_device, Bare)->PVWLayers(2).size(), 1);
+
+        const LogCapture log;
+        pressOnScreen(Clear);
+        control().removeScreen(m_device, Bare);
+        m_rig.forget();
+        control().answerMessageBox(QMessageBox::Yes);
+        QVERIFY(log.contains("Clear layers failed: the screen that the question was about is gone."));
+        QCOMPARE(asked(Operation::AsyncRemoveLayer), 0);
+    }
+
+    void aHeldKeyEndsWithTheScreenThatItWasPressedFor_data()
+    {
+        QTest::addColumn<std::function<void()>>("leave");
+        const auto row = [](const char* name, const std::function<void()>& leave) {
+            QTest::newRow(name) << leave;
+        };
+        row("another screen", [this] { control().activateScreen(m_device, Confidence); });
+        row("another device", [this] { control().activateDevice(otherDevice()); });
+        row("the screen is removed", [this] { control().removeScreen(m_device, Stage); });
+        row("an upgrade", [this] { control().setUpgrading(m_device, true); });
+    }
+    void aHeldKeyEndsWithTheScreenThatItWasPressedFor()
+    {
+        QFETCH(std::function<void()>, leave);
+        auto show = twoDevices({selectedLayer(1), layerRecord(2)});
+        show.devices[0].screens[2].pvw = {selectedLayer(3)};
+        show.devices[0].screens[2].pvw[0].type = BizModel::LayerType::AUX;
+        load(show);
+        const LogCapture log;
+        for (const quint16 key : {Clear, ToFront, ToBack})
+            console().press(key);
+        QVERIFY(console().settle());
+        leave();
+        for (const char* hold :
+             {"Clear layers ended: ", "Layers to the front ended: ", "Layers to the back ended: "})
+            QVERIFY2(log.waitFor(hold, HoldMs + 2000), qUtf8Printable(log.all()));
+        for (const quint16 key : {Clear, ToFront, ToBack}) {
+            QVERIFY(console().waitShows(key, ECLEDColor::Off));
+            console().release(key);
+        }
+        QVERIFY(console().settle());
+        QCOMPARE(asked(Operation::AsyncRemoveLayer), 0);
+        for (const Operation operation :
+             {Operation::TopZOrder, Operation::BottomZOrder, Operation::IncrZOrder, Operation::DecrZOrder})
+            QCOMPARE(asked(operation), 0);
+    }
+
+    void bothKeysOfAFunctionAreDarkenedAndLabelled()
+    {
+        pressOnScreen(OtherClear);
+        QVERIFY(console().waitShows(OtherClear, ECLEDColor::Green));
+        control().answerMessageBox(QMessageBox::No);
+        QVERIFY(console().waitShows(OtherClear, ECLEDColor::Off));
+        QVERIFY(tap(Capacity) && tap(OtherCapacity));
+        for (const quint16 key : {Capacity, OtherCapacity})
+            QVERIFY(console().waitLabel(quint16(Label + key), "4K"));
+        QVERIFY(tap(Capacity));
     }
 
     void fullScreenTakesEverySelectedLayerUnlessRefused()
@@ -368,6 +442,20 @@ private Q_SLOTS:
         QTRY_COMPARE(keys().first(), QString("yellow Layer 1"));
     }
 
+    void layersThatGoTogetherAreLoggedEach()
+    {
+        load({layerRecord(1), layerRecord(2), layerRecord(3)});
+        const LogCapture log;
+        const auto control =
+            ModelControl::Device::screenModelControl(ScreenType::RegularScreen, m_rig.device(m_device));
+        auto gone = screen()->PVWLayers(2);
+        gone.removeLast();
+        QList<std::pair<BizModel::s_ScreenLayerId, QString>> failed;
+        control->removeLayers(screen(), gone, failed);
+        QTRY_COMPARE(keys(), QStringList({"off", "off", "yellow Layer 3", "off"}));
+        QCOMPARE(log.count("layer is removed ..."), 2);
+    }
+
     void aTakeGivesTheKeysAnew()
     {
         auto show = LayerScene::show({layerRecord(1), layerRecord(2), layerRecord(3)});
@@ -405,6 +493,53 @@ private Q_SLOTS:
         QTRY_COMPARE(keys()[3], QString("yellow Layer 7"));
         QVERIFY(tap(PageUp));
         QTRY_COMPARE(keys()[3], QString("yellow Layer 4"));
+    }
+
+    void aRemovalOrACutDoesNotTurnThePage()
+    {
+        load(
+            {selectedLayer(1), layerRecord(2), layerRecord(3), layerRecord(4), layerRecord(5),
+             selectedLayer(6)});
+        QVERIFY(tap(PageDown));
+        QVERIFY(console().waitLabel(Label + PageUp, "Page 2"));
+        remove(6);
+        QTRY_COMPARE(keys()[1], QString("off"));
+        QCOMPARE(console().label(Label + PageUp), QString("Page 2"));
+        const LogCapture log;
+        QVERIFY(tap(Cut));
+        QVERIFY(log.waitFor("preset consume time: end, Update LayerCommand Notify Timer end."));
+        QVERIFY(console().settle());
+        QCOMPARE(console().label(Label + PageUp), QString("Page 2"));
+    }
+
+    void afterATakeThePageFollowsTheSelectionThatItShowed()
+    {
+        load(
+            {layerRecord(1), layerRecord(2), layerRecord(3), layerRecord(4), layerRecord(5), layerRecord(6)});
+        select({6});
+        QVERIFY(console().waitLabel(Label + PageUp, "Page 2"));
+        for (quint32 id = 1; id <= 5; ++id)
+            remove(id);
+        QTRY_COMPARE(keys(), QStringList({"off", "green Layer 6", "off", "off"}));
+        QVERIFY(tap(Cut));
+        QTRY_COMPARE(keys(), QStringList({"green Layer 6", "off", "off", "off"}));
+        QCOMPARE(console().label(Label + PageUp), QString("Page 1"));
+    }
+
+    void newsOfAnotherDeviceDoNotTurnThePage()
+    {
+        load(twoDevices({layerRecord(1)}));
+        QVERIFY(tap(PageDown));
+        QVERIFY(console().waitLabel(Label + PageUp, "Page 2"));
+        control().setGroup(otherDevice(), "2");
+        QVERIFY(console().settle());
+        QCOMPARE(console().label(Label + PageUp), QString("Page 2"));
+        control().activateDevice(otherDevice());
+        QVERIFY(console().waitLabel(Label + PageUp, "Page 1"));
+        QVERIFY(tap(PageDown));
+        control().removeDevice(m_device);
+        QVERIFY(console().settle());
+        QCOMPARE(console().label(Label + PageUp), QString("Page 2"));
     }
 
     void eachScreenKeepsItsKeys()
@@ -445,6 +580,9 @@ private Q_SLOTS:
         QVERIFY(log.contains("Layer is created by key. Can not add layer ..."));
         add();
         QVERIFY(log.contains("Layer is created by key. ignore this slot."));
+        // What is refused does not repaint in the middle of the creation.
+        pressOnScreen(Remove);
+        QCOMPARE(keys()[1], QString("off"));
         select({2});
         QVERIFY(log.contains("Layer is created by key... ignore this slot"));
         remove(1);
@@ -496,6 +634,15 @@ private:
         QVERIFY(m_rig.load(show));
         m_rig.forget();
     }
+    /// The show of `load` and a second device with the same screens.
+    static ShowRecord twoDevices(const MemoryModel::LayerRecords& preview)
+    {
+        auto show = LayerScene::show(preview);
+        show.devices.append(show.devices[0]);
+        show.devices[1].ipMacSn += " other";
+        return show;
+    }
+    QString otherDevice() const { return m_device + " other"; }
     std::shared_ptr<BizModel::Screen> screen() { return m_rig.screen(m_device, Stage); }
     /// "id@x,y wxh" of each layer, from the bottom to the top.
     QStringList layers(SceneType scene = SceneType::PVW)

@@ -13,6 +13,7 @@
 namespace Orvane::ECProxy::Client {
 
 using Internal::LayerCommandPrivate;
+using Internal::LayerOperation;
 
 LayerCommand::LayerCommand(QObject* parent)
     : Command(parent)
@@ -81,8 +82,7 @@ int LayerCommand::pageSize() const
 
 void LayerCommand::retranslateUi()
 {
-    if (const auto oled = findPageOled(quint16(LayerCallbackType::ePageUp)))
-        showCurrentPage([&](quint32 page) { Command::updatePageOled(oled->ECKey, page); });
+    d->showPageLabel();
     d->initLayerCapacity();
     d->updateFullScreenLabel();
 }
@@ -167,7 +167,7 @@ void LayerCommand::slotFramelessMessageBoxClosed(QMessageBox::StandardButton but
 
 void LayerCommand::slotActivedDeviceChanged()
 {
-    updateCurrentPageIndex(0);
+    d->turnToActivedDevice();
     updateKeyboard();
 }
 
@@ -175,13 +175,15 @@ void LayerCommand::slotDeviceRemoved(std::shared_ptr<BizModel::Device> device)
 {
     if (device)
         d->forgetDevice(*device);
-    updateCurrentPageIndex(0);
+    d->turnToActivedDevice();
     updateKeyboard();
 }
 
 void LayerCommand::slotActivedScreenChanged(
     std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen> screen)
 {
+    d->endHoldsOfOtherScreens();
+    d->rememberSelection();
     if (screen.expired() || checkScreenType(screen))
         d->refreshKeys();
 }
@@ -209,6 +211,7 @@ void LayerCommand::slotDeviceRegulerScreenRemoved(
     const auto device = weakDevice.lock();
     if (!device || !screen)
         return;
+    d->endHoldsOfOtherScreens();
     d->forgetScreen(*device, *screen);
     d->refreshKeys();
 }
@@ -216,7 +219,7 @@ void LayerCommand::slotDeviceRegulerScreenRemoved(
 void LayerCommand::slotDeviceScreenBaseLayerAdded(
     std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen>, std::weak_ptr<BizModel::Layer>)
 {
-    if (d->isLeftToOperation(d->m_bIsCreatingLayerOpe)) {
+    if (d->m_operation.leaveRepaint(LayerOperation::Kind::Creating)) {
         qInfo("Layer is created by key. ignore this slot.");
         return;
     }
@@ -234,14 +237,14 @@ void LayerCommand::slotDeviceScreenBaseLayerRemoved(
         qInfo("Layer scene type is not PVW.  Type:%d", int(layer->sceneType()));
         return;
     }
-    if (d->isLeftToOperation(d->m_bIsCreatingLayerOpe)) {
+    if (d->m_operation.leaveRepaint(LayerOperation::Kind::Creating)) {
         qInfo(
             "Layer is created by key... Can not remove layer keyboard command configs, layer id:%u"
             " layer name:%s",
             layer->layerId(), qUtf8Printable(layer->name()));
         return;
     }
-    if (d->isLeftToOperation(d->m_bIsRemovingLayerOpe)) {
+    if (d->m_operation.leaveRepaint(LayerOperation::Kind::Removing)) {
         qInfo(
             "Layer is removing by key... Can not remove layer keyboard command configs, layer id:%u"
             " layer name:%s",
@@ -258,12 +261,14 @@ void LayerCommand::slotDeviceScreenBaseLayerRemoved(
 void LayerCommand::slotSelectedRegularLayersChanged(
     std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen)
 {
-    if (d->isLeftToOperation(d->m_bIsCreatingLayerOpe)) {
+    if (d->m_operation.leaveRepaint(LayerOperation::Kind::Creating)) {
         qInfo("Layer is created by key... ignore this slot");
+        d->rememberSelection();
         return;
     }
-    if (d->isLeftToOperation(d->m_bIsRemovingLayerOpe)) {
+    if (d->m_operation.leaveRepaint(LayerOperation::Kind::Removing)) {
         qInfo("Layer is removing by key... ignore this slot");
+        d->rememberSelection();
         return;
     }
     if (device.expired()) {

@@ -1,10 +1,13 @@
 #pragma once
 
+#include "activeddevicewatch_p.h"
 #include "coalescer_p.h"
 #include "eccommanditem.h"
 #include "holdtimer_p.h"
 #include "itemupdates_p.h"
 #include "layercommand.h"
+#include "layerhold_p.h"
+#include "layeroperation_p.h"
 #include "selectkeys_p.h"
 
 #include "bizmodel/ids.h"
@@ -52,11 +55,16 @@ bool isKeyLayer(const BizModel::Layer& layer);
 
 class LayerCommandPrivate {
 public:
-    static constexpr std::chrono::milliseconds HoldDuration{3000};
     static constexpr std::chrono::milliseconds FullScreenPressWindow{200};
     static constexpr std::chrono::milliseconds ResourceOutDuration{500};
     static constexpr std::chrono::milliseconds UpdateTakeDelay{10};
     static constexpr int PageCount = 8;
+
+    /// The layers selected on a screen's preview. By object, for a new layer may get a removed one's id.
+    struct Selection {
+        std::weak_ptr<BizModel::Screen> screen;
+        std::set<std::weak_ptr<BizModel::Layer>, std::owner_less<>> layers;
+    };
 
     explicit LayerCommandPrivate(LayerCommand* command);
 
@@ -76,6 +84,8 @@ public:
     bool changeNewLayerDefaultCapacityPressed(const quint32& ecKey);
     bool setSelectedLayerFullScreenPressed(const quint32& ecKey);
     bool darkenReleasedKey(const quint32& ecKey);
+    /// Ends the holds that were begun for another screen than the active one.
+    void endHoldsOfOtherScreens();
 
     /// The answer to a question box, which need not be ours.
     void messageBoxClosed(bool confirmed);
@@ -84,6 +94,9 @@ public:
 
     /// Page, labels and keys of the group.
     void updateLayerKeyboard();
+    void showPageLabel();
+    /// For a device that was not active before: its first page.
+    void turnToActivedDevice();
     void initLayerCapacity();
     void updateFullScreenLabel();
     /// Binds the active screen's preview layers to its keys, by ascending layer id, and gives the keys their
@@ -91,15 +104,16 @@ public:
     void updateECCommandItems();
     /// The same and a repaint.
     void refreshKeys();
-    /// Turns to the page of a layer that was selected since the last call.
+    /// Turns to the page of a layer that was selected since the selection was last remembered.
     void showNewlySelectedLayer(const LayerScreen& target);
     /// Whether the item is one of the keys that the console shows now.
     bool isShown(const QString& ip, quint32 serverId, const ECCommandItem& item) const;
 
+    /// Remembers what is selected on the active screen; returns what was remembered before.
+    Selection rememberSelection();
+
     // Model changes that the keys make themselves come back as notifications.
 
-    /// True while the operation runs: its end repaints what the notification would have.
-    bool isLeftToOperation(const std::atomic<bool>& operation);
     /// True when a key removed the layer, of which the model then tells once.
     bool takeKeyRemoval(const BizModel::s_ScreenLayerId& id);
     /// Frees the key of a layer that the model has removed.
@@ -121,26 +135,29 @@ public:
 
     LayerCommand* const m_pCommand;
     SelectKeys m_layerButtonCfgs;
-    /// Both set only through `Operation`.
-    std::atomic<bool> m_bIsCreatingLayerOpe{false};
-    std::atomic<bool> m_bIsRemovingLayerOpe{false};
+    LayerOperation m_operation;
 
 private:
-    /// Marks a creation or removal by key from construction to destruction, unless another one is running.
-    class Operation {
+    /// A creation or removal by key, from construction to destruction; false when another one is running.
+    class OperationRun {
     public:
-        Operation(LayerCommandPrivate* owner, std::atomic<bool>& running, const std::atomic<bool>& excluded);
-        ~Operation();
-        Operation(const Operation&) = delete;
-        Operation& operator=(const Operation&) = delete;
-        explicit operator bool() const { return m_bStarted; }
+        OperationRun(LayerCommandPrivate* owner, LayerOperation::Kind kind);
+        ~OperationRun();
+        OperationRun(const OperationRun&) = delete;
+        OperationRun& operator=(const OperationRun&) = delete;
+        explicit operator bool() const { return m_excluding == LayerOperation::Kind::None; }
+        /// What was running when this one was to begin.
+        LayerOperation::Kind excluding() const { return m_excluding; }
 
     private:
-        void end();
-
         LayerCommandPrivate* const m_pOwner;
-        std::atomic<bool>& m_running;
-        bool m_bStarted;
+        const LayerOperation::Kind m_excluding;
+    };
+
+    /// What the operator is asked before layers are cleared.
+    struct ClearQuestion {
+        LayerTarget target;
+        BizModel::SceneType scene;
     };
 
     /// A layer as its key shows it.
@@ -194,30 +211,32 @@ private:
 
     using ZOrderOperation =
         bool (ModelControl::Screen::*)(const std::weak_ptr<BizModel::Screen>&, const WeakLayers&);
-    void changeZOrder(ZOrderOperation operation);
+    void changeZOrder(const LayerTarget& target, ZOrderOperation operation);
     void removeLayers(const LayerScreen& target, const QList<LayerPtr>& layers);
     /// Frees the key of a layer that is gone, and answers its item; empty when the layer has no key or
     /// another layer has taken the id.
     std::shared_ptr<ECCommandItem> freeKeyOf(
         const QString& ip, const BizModel::Screen& screen, const BizModel::Layer& layer);
-    void clearAllLayer();
-    void clearHeld();
+    /// The number of the key that became free, for the log; -1 when the layer had none, or a repaint after
+    /// the removal of another layer has freed it already.
+    static int freedKey(const std::shared_ptr<ECCommandItem>& item);
+    void clearHeld(const LayerTarget& target);
+    void clearScene(const LayerTarget& target, BizModel::SceneType scene);
     void fullnSelectedLayer();
-    void darkenKey(LayerCallbackType type);
+    void darkenFunction(LayerCallbackType type);
+    QList<std::shared_ptr<EC::s_ECButtonConfig>> functionButtons(LayerCallbackType type) const;
 
     // Items.
 
     static std::optional<ScreenLayers> readActivedScreen();
     static TakenLayers readTakenLayers(const QList<std::weak_ptr<BizModel::Screen>>& screens);
+    static ECCommandItemList layerItems(const ScreenLayers& screen);
     void bindLayers(const ScreenLayers& screen);
 
     std::atomic<BizModel::CapacityMode> m_currentLayerTemplate{BizModel::CapacityMode::_SL};
     std::atomic<int> m_fullScreenPressCnt{0};
-    /// A question of ours is open.
-    std::atomic<bool> m_currentModule{false};
-    /// A notification was left to the operation that is running.
-    std::atomic<bool> m_bRefreshMissed{false};
 
+    ActivedDeviceWatch m_activedDevice;
     /// Guards the binding of layers to items.
     ItemUpdates m_itemUpdates;
 
@@ -225,14 +244,15 @@ private:
     std::mutex m_keyLayerRemoveListMtx;
     QList<BizModel::s_ScreenLayerId> m_keyLayerRemoveList;
 
-    // m_notificationMtx guards m_updateTakeScreens, m_iUpdateTakeType, m_selectedLayerIds,
-    // m_selectionServerId and m_resourceOutScreens.
+    // m_notificationMtx guards m_updateTakeScreens, m_iUpdateTakeType, m_selection, m_currentModule and
+    // m_resourceOutScreens.
     std::mutex m_notificationMtx;
     QList<std::weak_ptr<BizModel::Screen>> m_updateTakeScreens;
     int m_iUpdateTakeType = 0;
-    /// The preview's selection at the last notification, and the screen that it was of.
-    std::set<quint32> m_selectedLayerIds;
-    quint32 m_selectionServerId = 0;
+    /// The active screen's selection at the last notification.
+    Selection m_selection;
+    /// The question of ours that is open. Only a Yes ends it.
+    std::optional<ClearQuestion> m_currentModule;
     /// Screens whose state goes back to normal with the next time-out.
     QList<std::weak_ptr<BizModel::Screen>> m_resourceOutScreens;
 
@@ -240,9 +260,9 @@ private:
     Coalescer m_pUpdateTakeTimer;
     HoldTimer m_pFullScreenTimer;
     HoldTimer m_pScreenStateTimer;
-    HoldTimer m_pClearAllLayerTimer;
-    HoldTimer m_pLayerTopZValueTimer;
-    HoldTimer m_pLayerBottomZValueTimer;
+    LayerHold m_pClearAllLayerTimer;
+    LayerHold m_pLayerTopZValueTimer;
+    LayerHold m_pLayerBottomZValueTimer;
 };
 
 } // namespace Orvane::ECProxy::Client::Internal

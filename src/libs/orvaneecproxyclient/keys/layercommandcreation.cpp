@@ -65,7 +65,7 @@ QList<QRect> outputRects(const BizModel::Screen& screen)
 
 bool LayerCommandPrivate::selectLayerPressed(const quint32& ecKey)
 {
-    if (m_bIsRemovingLayerOpe) {
+    if (m_operation.running() == LayerOperation::Kind::Removing) {
         qWarning("Layer is removing ... Can not add layer ...");
         return false;
     }
@@ -89,12 +89,13 @@ bool LayerCommandPrivate::selectLayerPressed(const quint32& ecKey)
         return selectLayer(target, layer);
 
     qInfo("layer key [%u] pressed to create layer.", ecKey);
-    const Operation creation(this, m_bIsCreatingLayerOpe, m_bIsRemovingLayerOpe);
+    const OperationRun creation(this, LayerOperation::Kind::Creating);
     if (!creation) {
         // The other console was quicker.
         qWarning(
-            m_bIsRemovingLayerOpe ? "Layer is removing ... Can not add layer ..."
-                                  : "Layer is created by key. Can not add layer ...");
+            creation.excluding() == LayerOperation::Kind::Removing
+                ? "Layer is removing ... Can not add layer ..."
+                : "Layer is created by key. Can not add layer ...");
         return false;
     }
     if (!createLayer(ecKey, place)) {

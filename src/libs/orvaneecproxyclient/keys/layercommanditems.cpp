@@ -31,16 +31,35 @@ quint32 boundLayerId(const ECCommandItem& item, quint32 serverId)
     return Constants::UnboundLayerIndex;
 }
 
-std::set<quint32> selectedPreviewLayers(const BizModel::Screen& screen)
+/// Those that can have a key, by ascending id.
+QList<LayerPtr> selectedPreviewLayers(const BizModel::Screen& screen)
 {
-    std::set<quint32> ids;
+    QList<LayerPtr> layers;
     const auto selected = screen.selectedLayers(BizModel::SceneType::PVW);
     for (const auto& weakLayer : selected) {
         const auto layer = weakLayer.lock();
         if (layer && isKeyLayer(*layer))
-            ids.insert(layer->layerId());
+            layers.append(layer);
     }
-    return ids;
+    std::sort(layers.begin(), layers.end(), [](const LayerPtr& left, const LayerPtr& right) {
+        return left->layerId() < right->layerId();
+    });
+    return layers;
+}
+
+/// The page of the first key that shows a selected layer, preferably on `page`; -1 when none does.
+int pageOfSelection(const ECCommandItemList& items, int page)
+{
+    int first = -1;
+    for (const auto& item : items) {
+        if (item->ecButtonColor() != ECLEDColor::Green)
+            continue;
+        if (item->ecButtonPageIndex() == page)
+            return page;
+        if (first < 0)
+            first = item->ecButtonPageIndex();
+    }
+    return first;
 }
 
 const char* capacityLabel(BizModel::CapacityMode capacity)
@@ -98,9 +117,17 @@ LayerCommandPrivate::LayerCommandPrivate(LayerCommand* command)
     , m_pUpdateTakeTimer(UpdateTakeDelay, [this] { m_pCommand->slotUpdateTakeScreenTimeout(); })
     , m_pFullScreenTimer([this] { fullnSelectedLayer(); })
     , m_pScreenStateTimer([this] { slotScreenStateTimeOut(); })
-    , m_pClearAllLayerTimer([this] { clearHeld(); })
-    , m_pLayerTopZValueTimer([this] { changeZOrder(&ModelControl::Screen::topZOrder); })
-    , m_pLayerBottomZValueTimer([this] { changeZOrder(&ModelControl::Screen::bottomZOrder); })
+    , m_pClearAllLayerTimer(
+          "Clear layers", [this](const LayerTarget& target) { clearHeld(target); },
+          [this] { darkenFunction(LayerCallbackType::eClearLayersCB); })
+    , m_pLayerTopZValueTimer(
+          "Layers to the front",
+          [this](const LayerTarget& target) { changeZOrder(target, &ModelControl::Screen::topZOrder); },
+          [this] { darkenFunction(LayerCallbackType::eSetSelectedLayerTopZValueCB); })
+    , m_pLayerBottomZValueTimer(
+          "Layers to the back",
+          [this](const LayerTarget& target) { changeZOrder(target, &ModelControl::Screen::bottomZOrder); },
+          [this] { darkenFunction(LayerCallbackType::eSetSelectedLayerBottomZValueCB); })
 {
 }
 
@@ -117,38 +144,61 @@ void LayerCommandPrivate::updateLayerKeyboard()
     updateFullScreenLabel();
 }
 
+void LayerCommandPrivate::showPageLabel()
+{
+    if (const auto oled = m_pCommand->findPageOled(quint16(LayerCallbackType::ePageUp)))
+        m_pCommand->showCurrentPage(
+            [&](quint32 page) { m_pCommand->Command::updatePageOled(oled->ECKey, page); });
+}
+
+void LayerCommandPrivate::turnToActivedDevice()
+{
+    endHoldsOfOtherScreens();
+    rememberSelection();
+    if (m_activedDevice.isAnother())
+        m_pCommand->updateCurrentPageIndex(0);
+}
+
 void LayerCommandPrivate::initLayerCapacity()
 {
     if (!m_pCommand->ecCommandConfig()) {
         qWarning("Button config error");
         return;
     }
-    const auto button =
-        m_pCommand->findFunctionButton(quint16(LayerCallbackType::eChangeNewLayerDefaultCapacityCB));
-    if (!button) {
+    const auto buttons = functionButtons(LayerCallbackType::eChangeNewLayerDefaultCapacityCB);
+    if (buttons.isEmpty())
         qWarning("%s command has invalid page button", qUtf8Printable(m_pCommand->name()));
-        return;
+    for (const auto& button : buttons) {
+        if (!button->pECOledCfg) {
+            qWarning(
+                "%s command has invalid page button, button has no oled config",
+                qUtf8Printable(m_pCommand->name()));
+            continue;
+        }
+        // The key of the other console may choose the next one meanwhile: the last label is the present
+        // choice.
+        BizModel::CapacityMode shown;
+        do {
+            shown = m_currentLayerTemplate;
+            m_pCommand->updateECOledText(
+                button->pECOledCfg->OrvaneECKey, button->pECOledCfg->ECKey,
+                Translate::tr(capacityLabel(shown)));
+        } while (shown != m_currentLayerTemplate);
     }
-    if (!button->pECOledCfg) {
-        qWarning(
-            "%s command has invalid page button, button has no oled config",
-            qUtf8Printable(m_pCommand->name()));
-        return;
-    }
-    // The key of the other console may choose the next one meanwhile: the last label is the present choice.
-    BizModel::CapacityMode shown;
-    do {
-        shown = m_currentLayerTemplate;
-        m_pCommand->updateECOledText(
-            button->pECOledCfg->OrvaneECKey, button->pECOledCfg->ECKey, Translate::tr(capacityLabel(shown)));
-    } while (shown != m_currentLayerTemplate);
+}
+
+QList<std::shared_ptr<EC::s_ECButtonConfig>> LayerCommandPrivate::functionButtons(
+    LayerCallbackType type) const
+{
+    const auto config = m_pCommand->ecCommandConfig();
+    return config ? config->findECButtonConfigsByOrvaneKey(quint16(type))
+                  : QList<std::shared_ptr<EC::s_ECButtonConfig>>();
 }
 
 void LayerCommandPrivate::updateFullScreenLabel()
 {
-    const auto button =
-        m_pCommand->findFunctionButton(quint16(LayerCallbackType::eSetSelectedLayerFullScreenCB));
-    if (button)
+    const auto buttons = functionButtons(LayerCallbackType::eSetSelectedLayerFullScreenCB);
+    for (const auto& button : buttons)
         m_pCommand->updateECOledTextByBtnECKey(button->ECKey, Translate::tr(Translate::TR_THE_FULL_SCREEN));
 }
 
@@ -186,12 +236,11 @@ std::optional<LayerCommandPrivate::ScreenLayers> LayerCommandPrivate::readActive
     ScreenLayers read;
     read.ip = target->ip;
     read.serverId = target->serverId;
-    const std::set<quint32> selected = selectedPreviewLayers(*target->screen);
+    const auto selected = selectedPreviewLayers(*target->screen);
     const auto layers = previewLayers(*target->screen);
     for (const auto& layer : layers) {
-        const quint32 id = layer->layerId();
-        const auto color = selected.count(id) != 0 ? ECLEDColor::Green : ECLEDColor::Yellow;
-        read.layers.push_back({id, layer->name(), color});
+        const auto color = selected.contains(layer) ? ECLEDColor::Green : ECLEDColor::Yellow;
+        read.layers.push_back({layer->layerId(), layer->name(), color});
     }
     std::sort(read.layers.begin(), read.layers.end(), [](const KeyLayer& left, const KeyLayer& right) {
         return left.id < right.id;
@@ -211,11 +260,17 @@ void LayerCommandPrivate::updateECCommandItems()
     });
 }
 
+ECCommandItemList LayerCommandPrivate::layerItems(const ScreenLayers& screen)
+{
+    ECCommandItemList items;
+    ECConsoleManager::instance()->layerECCommandItems(screen.ip, screen.serverId, items);
+    return items;
+}
+
 void LayerCommandPrivate::bindLayers(const ScreenLayers& screen)
 {
     ECConsoleManager* store = ECConsoleManager::instance();
-    ECCommandItemList items;
-    store->layerECCommandItems(screen.ip, screen.serverId, items);
+    const ECCommandItemList items = layerItems(screen);
     std::vector<quint32> keys;
     for (const auto& item : qAsConst(items))
         keys.push_back(boundLayerId(*item, screen.serverId));
@@ -251,23 +306,30 @@ bool LayerCommandPrivate::isShown(const QString& ip, quint32 serverId, const ECC
         && item.ecButtonPageIndex() == m_pCommand->currentPageIndex();
 }
 
+LayerCommandPrivate::Selection LayerCommandPrivate::rememberSelection()
+{
+    Selection now;
+    if (const auto target = activedLayerScreen()) {
+        now.screen = target->screen;
+        const auto selected = selectedPreviewLayers(*target->screen);
+        now.layers.insert(selected.begin(), selected.end());
+    }
+    const std::lock_guard<std::mutex> lock(m_notificationMtx);
+    std::swap(now, m_selection);
+    return now;
+}
+
 void LayerCommandPrivate::showNewlySelectedLayer(const LayerScreen& target)
 {
-    const std::set<quint32> selected = selectedPreviewLayers(*target.screen);
-    std::set<quint32> before = selected;
-    {
-        const std::lock_guard<std::mutex> lock(m_notificationMtx);
-        before.swap(m_selectedLayerIds);
-        if (m_selectionServerId != target.serverId)
-            before.clear();
-        m_selectionServerId = target.serverId;
-    }
-    for (const quint32 layerId : selected) {
-        // The only selected layer is what the operator looks for, also when it is not new.
-        if (selected.size() > 1 && before.count(layerId) != 0)
+    Selection before = rememberSelection();
+    if (before.screen.lock() != target.screen)
+        before.layers.clear();
+    const auto selected = selectedPreviewLayers(*target.screen);
+    for (const LayerPtr& layer : selected) {
+        if (before.layers.count(layer) != 0)
             continue;
         const auto item = ECConsoleManager::instance()->findBindingECItem(
-            target.ip, KeyboardType::Layer, {target.serverId, layerId});
+            target.ip, KeyboardType::Layer, {target.serverId, layer->layerId()});
         if (!item)
             continue;
         m_pCommand->updateCurrentPageIndex(item->ecButtonPageIndex());
@@ -296,40 +358,16 @@ void LayerCommandPrivate::updateLayerName(
 
 // ---- What the keys do comes back as notifications -------------------------------------------------------
 
-LayerCommandPrivate::Operation::Operation(
-    LayerCommandPrivate* owner, std::atomic<bool>& running, const std::atomic<bool>& excluded)
+LayerCommandPrivate::OperationRun::OperationRun(LayerCommandPrivate* owner, LayerOperation::Kind kind)
     : m_pOwner(owner)
-    , m_running(running)
-    , m_bStarted(!running.exchange(true))
+    , m_excluding(owner->m_operation.begin(kind))
 {
-    // Each of two that begin at once has set its own flag before it looks at the other's.
-    if (m_bStarted && excluded) {
-        m_bStarted = false;
-        end();
-    }
 }
 
-LayerCommandPrivate::Operation::~Operation()
+LayerCommandPrivate::OperationRun::~OperationRun()
 {
-    if (m_bStarted)
-        end();
-}
-
-/// A notification may have been left to the operation as soon as its flag was set, also when the operation
-/// has gone no further.
-void LayerCommandPrivate::Operation::end()
-{
-    m_running = false;
-    if (m_pOwner->m_bRefreshMissed.exchange(false))
+    if (*this && m_pOwner->m_operation.end())
         m_pOwner->refreshKeys();
-}
-
-bool LayerCommandPrivate::isLeftToOperation(const std::atomic<bool>& operation)
-{
-    if (!operation)
-        return false;
-    m_bRefreshMissed = true;
-    return operation; // it may have ended before it could see the mark
 }
 
 bool LayerCommandPrivate::takeKeyRemoval(const BizModel::s_ScreenLayerId& id)
@@ -354,14 +392,18 @@ std::shared_ptr<ECCommandItem> LayerCommandPrivate::freeKeyOf(
     });
 }
 
+int LayerCommandPrivate::freedKey(const std::shared_ptr<ECCommandItem>& item)
+{
+    return item ? item->ecButtonKey() : -1;
+}
+
 void LayerCommandPrivate::unbindRemovedLayer(
     const BizModel::Device& device, const BizModel::Screen& screen, const LayerPtr& layer)
 {
     const auto item = freeKeyOf(device.ipMacSn(), screen, *layer);
-    if (item)
-        qInfo(
-            "layer is removed ...  ECKey: %d layerId :%u nScreenId :%u layer name:%s", item->ecButtonKey(),
-            layer->layerId(), screen.screenId(), qUtf8Printable(layer->name()));
+    qInfo(
+        "layer is removed ...  ECKey: %d layerId :%u nScreenId :%u layer name:%s", freedKey(item),
+        layer->layerId(), screen.screenId(), qUtf8Printable(layer->name()));
 }
 
 void LayerCommandPrivate::forgetScreen(const BizModel::Device& device, const BizModel::Screen& screen)
@@ -434,15 +476,26 @@ void LayerCommandPrivate::updateAfterTake()
     if (!m_pCommand->ecCommandConfig())
         return; // registered behind the command that has the keys: the items are not this one's
     // Freed and given anew in one step, so that a key pressed meanwhile does not find itself without a layer.
-    m_itemUpdates.update(
+    const bool isTurned = m_itemUpdates.update(
         [&] { return std::pair(readTakenLayers(screens), readActivedScreen()); },
         [this](const auto& model) {
             const auto& [taken, actived] = model;
+            const int pageBefore = m_pCommand->currentPageIndex();
+            const bool isFollowing =
+                actived && pageOfSelection(layerItems(*actived), pageBefore) == pageBefore;
             for (const ECObjectId& id : taken.ids)
                 ECConsoleManager::instance()->resetECButtonData(taken.ip, KeyboardType::Layer, id);
-            if (actived)
-                bindLayers(*actived);
+            if (!actived)
+                return false;
+            bindLayers(*actived);
+            const int page = isFollowing ? pageOfSelection(layerItems(*actived), pageBefore) : -1;
+            if (page < 0 || page == pageBefore)
+                return false;
+            m_pCommand->updateCurrentPageIndex(page);
+            return true;
         });
+    if (isTurned)
+        showPageLabel();
     m_pCommand->updateCommandKeypad(Enum::UpdateConsoleType::All);
 }
 

@@ -77,26 +77,36 @@ bool hasResourcesFor(
 }
 
 /// Clears the layers of a scene; `failureLine` is logged when that fails.
-void startClearing(const LayerScreen& target, SceneType scene, const char* failureLine)
+void startClearing(
+    const std::shared_ptr<BizModel::Device>& device, const std::shared_ptr<BizModel::Screen>& screen,
+    SceneType scene, const char* failureLine)
 {
     auto* requests = ModelControl::AsyncManager::instance();
     if (!requests) {
-        qWarning("%s", failureLine);
+        qWarning("%s There is nobody to carry it out.", failureLine);
         return;
     }
-    if (target.device->onlineFlag())
+    if (device->onlineFlag())
         showWaitingDialog(Translate::tr(Translate::TR_THE_LAYER_CLEAR_WAIT));
+    else
+        qWarning("Clear layers: the device is offline and may not carry it out.");
     // The answer may come when the command is gone: it uses nothing of it.
     const auto completion = [failureLine](bool ok, const QString& text) {
         if (!ok)
             qWarning("%s %s", failureLine, qUtf8Printable(text));
         hideWaitingDialog();
     };
-    requests->startAsyncRequest(ModelControl::AsyncRemoveLayer{
-        target.device, target.screen, scene, BizModel::LayerType::AllLayerType, completion});
+    requests->startAsyncRequest(
+        ModelControl::AsyncRemoveLayer{device, screen, scene, BizModel::LayerType::AllLayerType, completion});
 }
 
 } // namespace
+
+void LayerCommandPrivate::endHoldsOfOtherScreens()
+{
+    for (LayerHold* hold : {&m_pClearAllLayerTimer, &m_pLayerTopZValueTimer, &m_pLayerBottomZValueTimer})
+        hold->endUnlessActived();
+}
 
 bool LayerCommandPrivate::darkenReleasedKey(const quint32& ecKey)
 {
@@ -104,10 +114,9 @@ bool LayerCommandPrivate::darkenReleasedKey(const quint32& ecKey)
     return true;
 }
 
-void LayerCommandPrivate::darkenKey(LayerCallbackType type)
+void LayerCommandPrivate::darkenFunction(LayerCallbackType type)
 {
-    if (const auto button = m_pCommand->findFunctionButton(quint16(type)))
-        m_pCommand->updateECButtonColor(button->ECKey, ECLEDColor::Off);
+    m_pCommand->darkenKeys([type](quint16 orvaneKey) { return orvaneKey == quint16(type); });
 }
 
 // ---- Remove the selected layers -------------------------------------------------------------------------
@@ -115,11 +124,12 @@ void LayerCommandPrivate::darkenKey(LayerCallbackType type)
 bool LayerCommandPrivate::removeSelectedLayerPressed(const quint32& ecKey)
 {
     m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green);
-    const Operation removal(this, m_bIsRemovingLayerOpe, m_bIsCreatingLayerOpe);
+    const OperationRun removal(this, LayerOperation::Kind::Removing);
     if (!removal) {
         qWarning(
-            m_bIsCreatingLayerOpe ? "Layer is created by key. Can not remove layer."
-                                  : "Layer is removing by key. Can not remove layer.");
+            removal.excluding() == LayerOperation::Kind::Creating
+                ? "Layer is created by key. Can not remove layer."
+                : "Layer is removing by key. Can not remove layer.");
         return false;
     }
     const auto device = activedDevice();
@@ -179,10 +189,10 @@ void LayerCommandPrivate::removeLayers(const LayerScreen& target, const QList<La
         if (!isRemoved || ids.at(i).sceneType != SceneType::PVW)
             continue;
         const BizModel::Layer& layer = *layers.at(i);
-        if (const auto item = freeKeyOf(target.ip, *target.screen, layer))
-            qInfo(
-                "layer is removing ...  ECKey: %d layerId :%u layer name:%s", item->ecButtonKey(),
-                layer.layerId(), qUtf8Printable(layer.name()));
+        const auto item = freeKeyOf(target.ip, *target.screen, layer);
+        qInfo(
+            "layer is removing ...  ECKey: %d layerId :%u layer name:%s", freedKey(item), layer.layerId(),
+            qUtf8Printable(layer.name()));
     }
     m_pCommand->updateCommandKeypad(Enum::UpdateConsoleType::All);
 }
@@ -194,11 +204,12 @@ bool LayerCommandPrivate::clearLayersPressed(const quint32& ecKey)
     qInfo("Clear all layers pressed.");
     m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green);
     if (!m_pCommand->getVirtualConsoleMode()) {
-        m_pClearAllLayerTimer.restart(HoldDuration);
+        m_pClearAllLayerTimer.press();
         return true;
     }
     // Holding is for fingers on a console; on the screen a question does.
-    const auto screen = activedScreen();
+    const LayerTarget target = LayerTarget::actived();
+    const auto screen = target.screen.lock();
     if (!screen) {
         qWarning("Clear layers failed: screen is nullptr.");
         return false;
@@ -208,7 +219,10 @@ bool LayerCommandPrivate::clearLayersPressed(const quint32& ecKey)
         qWarning("Error screen operation target: %d", int(scene));
         return false;
     }
-    m_currentModule = true;
+    {
+        const std::lock_guard<std::mutex> lock(m_notificationMtx);
+        m_currentModule = ClearQuestion{target, scene};
+    }
     showFramelessMessageBox(
         BizModel::FramelessMessageBoxMsgType::Question,
         Translate::tr(
@@ -218,29 +232,43 @@ bool LayerCommandPrivate::clearLayersPressed(const quint32& ecKey)
 
 bool LayerCommandPrivate::clearLayersRelease(const quint32& ecKey)
 {
-    m_pClearAllLayerTimer.stop();
+    m_pClearAllLayerTimer.cancel();
     return darkenReleasedKey(ecKey);
 }
 
 void LayerCommandPrivate::messageBoxClosed(bool confirmed)
 {
-    if (m_currentModule.exchange(false) && confirmed)
-        clearAllLayer();
-    darkenKey(LayerCallbackType::eClearLayersCB);
+    std::optional<ClearQuestion> question;
+    if (confirmed) {
+        // A No leaves the question open: the next Yes, to whatever question, is taken for its answer.
+        const std::lock_guard<std::mutex> lock(m_notificationMtx);
+        question.swap(m_currentModule);
+    }
+    if (question) {
+        qInfo("Clear all layers timeout.");
+        if (question->target.isPresent())
+            clearScene(question->target, question->scene);
+        else
+            qWarning("Clear layers failed: the screen that the question was about is gone.");
+    }
+    darkenFunction(LayerCallbackType::eClearLayersCB);
 }
 
-void LayerCommandPrivate::clearHeld()
-{
-    clearAllLayer();
-    darkenKey(LayerCallbackType::eClearLayersCB);
-}
-
-void LayerCommandPrivate::clearAllLayer()
+void LayerCommandPrivate::clearHeld(const LayerTarget& target)
 {
     qInfo("Clear all layers timeout.");
-    const auto device = activedDevice();
-    const auto screen = device ? device->activedScreen().lock() : nullptr;
-    if (!screen) {
+    if (const auto screen = target.screen.lock())
+        clearScene(target, screen->operationTarget());
+    else
+        qWarning("Clear layers failed: screen is nullptr.");
+    darkenFunction(LayerCallbackType::eClearLayersCB);
+}
+
+void LayerCommandPrivate::clearScene(const LayerTarget& target, SceneType scene)
+{
+    const auto device = target.device.lock();
+    const auto screen = target.screen.lock();
+    if (!device || !screen) {
         qWarning("Clear layers failed: screen is nullptr.");
         return;
     }
@@ -248,16 +276,15 @@ void LayerCommandPrivate::clearAllLayer()
         qWarning("Clear layers failed, Screen state is %d", int(screen->state()));
         return;
     }
-    const LayerScreen target{device, screen, device->ipMacSn(), layerServerId(*screen)};
-    switch (screen->operationTarget()) {
+    switch (scene) {
     case SceneType::PGM:
-        startClearing(target, SceneType::PGM, "Clear PGM Layers failed.");
+        startClearing(device, screen, scene, "Clear PGM Layers failed.");
         break;
     case SceneType::PVW:
-        startClearing(target, SceneType::PVW, "Clear PVW Layers failed.");
+        startClearing(device, screen, scene, "Clear PVW Layers failed.");
         break;
     default:
-        qWarning("Error screen operation target: %d", int(screen->operationTarget()));
+        qWarning("Error screen operation target: %d", int(scene));
         break;
     }
 }
@@ -267,36 +294,36 @@ void LayerCommandPrivate::clearAllLayer()
 bool LayerCommandPrivate::setSelectedLayerTopZValuePressed(const quint32& ecKey)
 {
     m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green);
-    m_pLayerTopZValueTimer.restart(HoldDuration);
+    m_pLayerTopZValueTimer.press();
     return true;
 }
 
 bool LayerCommandPrivate::setSelectedLayerTopZValueRelease(const quint32& ecKey)
 {
-    if (m_pLayerTopZValueTimer.stop())
-        changeZOrder(&ModelControl::Screen::incrZOrder);
+    if (const auto target = m_pLayerTopZValueTimer.release())
+        changeZOrder(*target, &ModelControl::Screen::incrZOrder);
     return darkenReleasedKey(ecKey);
 }
 
 bool LayerCommandPrivate::setSelectedLayerBottomZValuePressed(const quint32& ecKey)
 {
     m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green);
-    m_pLayerBottomZValueTimer.restart(HoldDuration);
+    m_pLayerBottomZValueTimer.press();
     return true;
 }
 
 bool LayerCommandPrivate::setSelectedLayerBottomZValueRelease(const quint32& ecKey)
 {
-    if (m_pLayerBottomZValueTimer.stop())
-        changeZOrder(&ModelControl::Screen::decrZOrder);
+    if (const auto target = m_pLayerBottomZValueTimer.release())
+        changeZOrder(*target, &ModelControl::Screen::decrZOrder);
     return darkenReleasedKey(ecKey);
 }
 
-void LayerCommandPrivate::changeZOrder(ZOrderOperation operation)
+void LayerCommandPrivate::changeZOrder(const LayerTarget& target, ZOrderOperation operation)
 {
-    const auto device = activedDevice();
-    const auto screen = device ? device->activedScreen().lock() : nullptr;
-    if (!screen) {
+    const auto device = target.device.lock();
+    const auto screen = target.screen.lock();
+    if (!device || !screen) {
         qWarning("Layer order failed: screen is nullptr.");
         return;
     }
