@@ -18,11 +18,10 @@ std::shared_ptr<PresetCommand> presetKeys()
 bool CueLog::attach()
 {
     const auto keys = presetKeys();
-    // With the group's configuration, findECButtonIndex() below can tell which slot a key stands for.
+    // With the group's configuration, findECButtonIndex() below knows which slot a key stands for.
     if (!keys || !keys->makeCommandCfg(this))
         return false;
     keys->registerPresetCommand(this);
-    updatePageIndex(); // later pages are told
     return true;
 }
 

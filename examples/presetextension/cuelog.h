@@ -15,7 +15,7 @@ class CueLog : public Orvane::ECProxy::Client::IPresetCommandEx {
 public:
     using IPresetCommandEx::IPresetCommandEx;
 
-    /// Begins to listen to the console. False when there is no console yet.
+    /// Begins to listen to the console. False when there is no console yet. Call it once.
     bool attach();
 
     QStringList cues() const { return m_cues; }

@@ -71,7 +71,7 @@ private Q_SLOTS:
         CueLog example;
         QVERIFY(example.attach());
         Witness witness;
-        presetKeys()->registerPresetCommand(&witness);
+        attach(witness);
         QVERIFY(tap({keyOf(2), PageDown, keyOf(4)}));
         QVERIFY(waitLoaded(3));
         m_pRig->control().showPresetPage(3);
@@ -93,7 +93,7 @@ private Q_SLOTS:
         CueLog example;
         QVERIFY(example.attach());
         Witness witness;
-        presetKeys()->registerPresetCommand(&witness);
+        attach(witness);
         for (const quint16 key : {keyOf(2), quint16(PageDown), keyOf(11)})
             console().tap(key);
         QVERIFY(console().settleWithoutEventLoop()); // as when the application is busy
@@ -110,12 +110,33 @@ private Q_SLOTS:
         QVERIFY(waitLoaded(12));
     }
 
+    void aRegisteredExtensionHearsThePresentPageAndNoEarlierKey()
+    {
+        m_pRig->control().showPresetPage(2);
+        Witness early;
+        presetKeys()->registerPresetCommand(&early);
+        QCOMPARE(early.calls, QStringList{"page 2"});
+        console().tap(keyOf(2));
+        QVERIFY(console().settleWithoutEventLoop());
+        Witness late;
+        presetKeys()->registerPresetCommand(&late);
+        QVERIFY(console().settle());
+        QCOMPARE(early.calls, (QStringList{"page 2", "pressed 3", "bound? 3", "released 3"}));
+        QCOMPARE(late.calls, QStringList{"page 2"});
+
+        LogCapture log;
+        presetKeys()->registerPresetCommand(&late);
+        QVERIFY(log.contains("Preset extension Witness refused: it is registered already."));
+        QVERIFY(tap(keyOf(3)));
+        QCOMPARE(late.calls.size(), 4); // once each
+    }
+
     void aClearReachesEveryExtension()
     {
         Witness first;
         Witness second;
-        presetKeys()->registerPresetCommand(&first);
-        presetKeys()->registerPresetCommand(&second);
+        attach(first);
+        attach(second);
         QVERIFY(tap(Constants::VirtualKeyOffset + TestSupport::appNumber(ClearAll)));
         QVERIFY(first.calls.isEmpty());
         m_pRig->control().answerMessageBox(QMessageBox::Yes);
@@ -151,7 +172,7 @@ private Q_SLOTS:
         QFETCH(QStringList, told);
         QVERIFY(moveTBar(0));
         Witness witness;
-        presetKeys()->registerPresetCommand(&witness);
+        attach(witness);
         for (const Position& position : positions)
             console().tbar(position.value, position.direction);
         QVERIFY(console().settle());
@@ -172,7 +193,7 @@ private Q_SLOTS:
         ECManager* manager = ECManager::instance();
         QVERIFY(moveTBar(0));
         Witness witness;
-        presetKeys()->registerPresetCommand(&witness);
+        attach(witness);
         keypad ? manager->lockKeypad() : manager->lockTBar();
         QVERIFY(moveTBar(20));
         keypad ? manager->unlockKeypad() : manager->unlockTBar();
@@ -186,8 +207,8 @@ private Q_SLOTS:
     {
         auto first = std::make_unique<Witness>();
         Witness second;
-        presetKeys()->registerPresetCommand(first.get());
-        presetKeys()->registerPresetCommand(&second);
+        attach(*first);
+        attach(second);
         console().press(keyOf(2));
         QVERIFY(console().settleWithoutEventLoop());
         first.reset(); // while a call is on its way
@@ -199,6 +220,12 @@ private Q_SLOTS:
     }
 
 private:
+    /// Registers it; what it is told of at once is another test's.
+    static void attach(Witness& witness)
+    {
+        presetKeys()->registerPresetCommand(&witness);
+        witness.calls.clear();
+    }
     bool moveTBar(quint32 value, quint8 direction = BottomToTop)
     {
         console().tbar(value, direction);

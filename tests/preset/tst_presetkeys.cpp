@@ -59,24 +59,43 @@ private Q_SLOTS:
         QVERIFY(waitSlot(6, ECLEDColor::Yellow, "Preset 7"));
     }
 
-    void theKeypadFileColoursTheKeysOfItsPreset()
+    void theKeypadFileColorsTheKeysWhileItMeansTheSameActivePreset()
     {
         MemoryModel::ShowRecord record = show();
         record.devices[0].hasKeypad = true;
-        record.devices[0].keypad.presetInfo.lastPGMPreset = 1;
         record.devices[0].keypad.keypadArray = {
-            {0, 0, 1, quint8(ECLEDColor::Purple)}, // slot 0
+            {0, 0, 1, quint8(ECLEDColor::Green)}, // slot 0, as the active preset
             {0, 0, 2, quint8(ECLEDColor::Red)}, // a free slot stays dark
-            {0, 0, 3, 200}}; // no colour
+            {0, 0, 3, quint8(ECLEDColor::Purple)}};
         start(record);
-        QVERIFY(console().waitShows(keyOf(0), ECLEDColor::Purple));
+        QVERIFY(console().waitShows(keyOf(2), ECLEDColor::Purple));
+        QVERIFY(console().shows(keyOf(0), ECLEDColor::Green));
         QVERIFY(console().shows(keyOf(1), ECLEDColor::Off));
-        QVERIFY(console().shows(keyOf(2), ECLEDColor::Yellow));
 
-        // It tells nothing of another preset.
+        // With another preset active it is the file of an earlier load.
         m_pRig->control().activatePreset(A, FileType::PresetPVW, 3);
         QVERIFY(console().waitShows(keyOf(0), ECLEDColor::Yellow));
         QVERIFY(console().waitShows(keyOf(2), ECLEDColor::Green));
+
+        record.devices[0].keypad.keypadArray = {{0, 0, 3, 200}}; // no color
+        start(record);
+        QVERIFY(console().waitShows(keyOf(2), ECLEDColor::Yellow));
+        QVERIFY(console().shows(keyOf(0), ECLEDColor::Green));
+    }
+
+    void savingOverAPresetAfterLoadingAnotherToProgramShowsTheSavedOneActive()
+    {
+        QVERIFY(tap(keyOf(2)));
+        QVERIFY(waitLoaded(3));
+        QVERIFY(tap(LoadTarget));
+        m_pRig->control().answerMessageBox(QMessageBox::Yes);
+        QTRY_VERIFY(m_pRig->device(A)->loadToPGMEnable());
+        QVERIFY(QTest::qWaitFor([&] { return tap(keyOf(0)) && mode() == PresetOptMode::Noting; }));
+        QVERIFY(waitLoaded(1));
+        QVERIFY(m_pRig->waitAsked(Operation::AddKeypadFile, 2));
+        QVERIFY(tap({Store, keyOf(2)})); // the keypad file still calls preset 1 the active one
+        QVERIFY(waitSlot(2, ECLEDColor::Green, "Walk/Steps"));
+        QVERIFY(waitSlot(0, ECLEDColor::Yellow, "Opening"));
     }
 
     void aFilledSlotIsCovered()
@@ -98,8 +117,10 @@ private Q_SLOTS:
     void storingIsRefusedWhilePresetsCannotBeChanged()
     {
         operations().fail(Operation::EditPresetValidityCheck, "Not now.", Times::Once);
+        LogCapture log;
         QVERIFY(tap({Store, keyOf(4)}));
         QCOMPARE(m_pRig->countNotices("box 2 can't create PVW preset: Not now."), 1);
+        QVERIFY(log.contains("Create preset refused: can't create PVW preset: Not now."));
         QVERIFY(m_pRig->asked(Operation::CreatePresetFile).isEmpty());
         QCOMPARE(mode(), PresetOptMode::Noting);
         QVERIFY(console().waitShows(Store, ECLEDColor::Off));
@@ -171,9 +192,11 @@ private Q_SLOTS:
 
     void aTakeKeepsPresetsFromLoadingUntilItHasEnded()
     {
+        LogCapture log;
         console().tap(Take);
         QVERIFY(tap(keyOf(2)));
         QVERIFY(m_pRig->asked(Operation::SampleLoadPreset).isEmpty());
+        QVERIFY(log.contains("Load preset refused: a request such as a take is still running."));
         QCOMPARE(mode(), PresetOptMode::Select);
         QVERIFY(QTest::qWaitFor([&] { return tap(keyOf(2)) && mode() == PresetOptMode::Noting; }));
         QCOMPARE(m_pRig->screen(B, Stage)->state(), BizModel::Screen::State::Normal);
@@ -252,6 +275,7 @@ private Q_SLOTS:
         LogCapture log;
         QVERIFY(tap({Remove, keyOf(0)}));
         QCOMPARE(log.count("Remove preset has failed!"), online ? 1 : 0);
+        QCOMPARE(log.count("Remove preset refused: the device is offline."), online ? 0 : 1);
         QCOMPARE(m_pRig->countNotices("hide"), online ? 1 : 0);
         QCOMPARE(presets(), (QList<int>{1, 3}));
         QCOMPARE(mode(), PresetOptMode::Noting);

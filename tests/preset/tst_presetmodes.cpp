@@ -57,6 +57,59 @@ private Q_SLOTS:
         QCOMPARE(mode(), PresetOptMode::Noting);
     }
 
+    void aRepaintFlashesTheArmedKeyAgain_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::newRow("save") << int(Store);
+        QTest::newRow("remove") << int(Remove);
+    }
+    void aRepaintFlashesTheArmedKeyAgain()
+    {
+        QFETCH(int, key);
+        QVERIFY(tap(quint32(key)));
+        console().takeRequests();
+        ECManager::instance()->slotOrvanePluginModeChanged(); // as when the console was away
+        QVERIFY(console().settle());
+        const auto lights = takeLights();
+        QCOMPARE(int(lights.value(key).ButtonState), int(Flashing));
+        QVERIFY(console().shows(quint16(key), ECLEDColor::Yellow));
+        const quint16 other = key == Store ? Remove : Store;
+        QVERIFY(lights.contains(other));
+        QVERIFY(console().shows(other, ECLEDColor::Off));
+    }
+
+    void aRemovalElsewhereDarkensAndDisarmsTheRemoveKey()
+    {
+        QVERIFY(tap(Remove));
+        m_pRig->control().removePreset(B, FileType::PresetPVW, 12);
+        QVERIFY(console().waitShows(Remove, ECLEDColor::Off));
+        QCOMPARE(mode(), PresetOptMode::Noting);
+        QVERIFY(tap(keyOf(2))); // loads
+        QVERIFY(waitLoaded(3));
+        QCOMPARE(presets(), (QList<int>{1, 3}));
+
+        QVERIFY(tap(Store)); // a saving is not disarmed
+        m_pRig->control().removePreset(B, FileType::PresetPVW, 3);
+        QVERIFY(console().settle());
+        QCOMPARE(mode(), PresetOptMode::Save);
+        QVERIFY(console().shows(Store, ECLEDColor::Yellow));
+    }
+
+    void theClearKeysReleaseUnderADialogDarkensWhatItDisarms_data()
+    {
+        aRepaintFlashesTheArmedKeyAgain_data();
+    }
+    void theClearKeysReleaseUnderADialogDarkensWhatItDisarms()
+    {
+        QFETCH(int, key);
+        QVERIFY(tap(quint32(key)));
+        QDialog dialog;
+        dialog.open();
+        QVERIFY(tap(ClearAll)); // the press is refused, the release is not
+        QCOMPARE(mode(), PresetOptMode::Noting);
+        QVERIFY(console().waitShows(quint16(key), ECLEDColor::Off));
+    }
+
     void holdingClearForThreeSecondsRemovesAllPresets()
     {
         console().press(ClearAll);
@@ -81,6 +134,19 @@ private Q_SLOTS:
         QCOMPARE(m_pRig->countNotices(ClearQuestion), 0);
     }
 
+    void aHeldClearClearsNothingOnceTheDeviceHasChanged()
+    {
+        LogCapture log;
+        console().press(ClearAll);
+        QVERIFY(console().settle());
+        m_pRig->control().activateDevice(B);
+        QVERIFY(log.waitFor("Clear all presets refused", MoreThanThreeSecondsMs));
+        QVERIFY(m_pRig->asked(Operation::AsyncRemoveFile).isEmpty());
+        QVERIFY(console().waitShows(ClearAll, ECLEDColor::Off));
+        QCOMPARE(mode(), PresetOptMode::Noting);
+        console().release(ClearAll);
+    }
+
     void clearReachesNoOfflineDeviceAndTellsFailures()
     {
         LogCapture log;
@@ -94,6 +160,7 @@ private Q_SLOTS:
         QVERIFY(clear(2)); // the key and what it brings about say the same
         QVERIFY(m_pRig->asked(Operation::AsyncRemoveFile).isEmpty());
         QCOMPARE(m_pRig->countNotices("wait Cleaning presets,please wait..."), 0);
+        QVERIFY(log.contains("Clear all presets refused: the device is offline."));
 
         m_pRig->control().setOnline(A, true);
         operations().fail(Operation::AsyncRemoveFile, "Write-protected.", Times::Once);
@@ -162,17 +229,17 @@ private Q_SLOTS:
         QVERIFY(log.waitFor("swap set failed. Busy."));
         QVERIFY(!m_pRig->device(A)->loadToPGMEnable());
 
-        const auto isNotOffered = [this] {
+        const auto isNotOffered = [this, &log](const char* reason) {
             m_pRig->forget();
             return console().waitLabel(Label + LoadTarget, {}) && tap(LoadTarget) && m_pRig->notices().empty()
-                && console().shows(LoadTarget, ECLEDColor::Off);
+                && console().shows(LoadTarget, ECLEDColor::Off) && log.contains(reason);
         };
         m_pRig->control().activateDevice({});
-        QVERIFY(isNotOffered());
+        QVERIFY(isNotOffered("Load target refused: there is no active device."));
         MemoryModel::ShowRecord record = show();
         record.devices[0].loadToPGMEnabled = false;
         start(record);
-        QVERIFY(isNotOffered());
+        QVERIFY(isNotOffered("Load target refused: the device does not allow loading to PGM."));
     }
 
     void pagesRunToTheLastPresetOfTheDevice()
@@ -191,6 +258,7 @@ private Q_SLOTS:
         // The last page has keys beyond the last preset.
         QVERIFY(tap({Store, keyOf(128)}));
         QVERIFY(m_pRig->asked(Operation::CreatePresetFile).isEmpty());
+        QVERIFY(log.contains("Create preset refused: the device has 128 presets, this key's would be 129."));
         QVERIFY(tap({Store, keyOf(127)}));
         QCOMPARE(presets().last(), 128);
         QVERIFY(waitSlot(127, ECLEDColor::Green, "Preset 128"));
@@ -241,7 +309,58 @@ private Q_SLOTS:
         QCOMPARE(log.count("the maximum page number is currently reached"), 1);
     }
 
+    void aDeviceWithMorePresetsGetsKeysForThem()
+    {
+        MemoryModel::ShowRecord record = show();
+        record.devices[1].groupId = BizModel::Device::defaultDeviceGroupId;
+        record.devices[1].maxPresetCount = 255;
+        start(record);
+        auto& control = m_pRig->control();
+        control.activateDevice(B);
+        control.showPresetPage(0);
+        QVERIFY(waitSlot(2, ECLEDColor::Yellow, "Steps"));
+        control.showPresetPage(25);
+        QVERIFY(waitPage(26));
+        QVERIFY(waitSlot(252, ECLEDColor::Off, {})); // not the first page's
+        QVERIFY(tap({Store, keyOf(254)}));
+        QVERIFY(waitSlot(254, ECLEDColor::Green, "Preset 255"));
+        m_pRig->forget();
+        QVERIFY(tap(keyOf(254)));
+        QVERIFY(m_pRig->waitAsked(Operation::SampleLoadPreset, 1));
+        // Every device has them from then on.
+        control.activateDevice(A);
+        QVERIFY(waitPage(13));
+        QVERIFY(waitSlot(127, ECLEDColor::Off, {}));
+    }
+
+    /// The last test: further commands stay for as long as the process.
+    void afterASecondSetUpAPageTurnIsStillWorkedOnce()
+    {
+        const auto requestsOfATurn = [this](int page) {
+            QCoreApplication::processEvents();
+            console().takeRequests();
+            m_pRig->control().showPresetPage(page);
+            return console().settle() ? int(console().takeRequests().size()) : -1;
+        };
+        const int once = requestsOfATurn(1);
+        QVERIFY(once > PageSize);
+        ECManager::instance()->init(keyboard());
+        QVERIFY(console().settle());
+        QCOMPARE(requestsOfATurn(2), once);
+    }
+
 private:
+    /// What the requests since the last call light the keys with, by key.
+    QMap<quint32, ECButtonColor> takeLights()
+    {
+        QMap<quint32, ECButtonColor> lights;
+        const auto requests = console().takeRequests();
+        for (const auto& request : requests) {
+            if (const auto* color = std::get_if<ECButtonColor>(&request.message))
+                lights[color->ECKey] = *color;
+        }
+        return lights;
+    }
     bool answer(QMessageBox::StandardButton button)
     {
         m_pRig->control().answerMessageBox(button);

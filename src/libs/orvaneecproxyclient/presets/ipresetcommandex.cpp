@@ -1,20 +1,16 @@
 #include "ipresetcommandex.h"
 
-#include "presetextensions_p.h"
-#include "presetgroup_p.h"
+#include "ipresetcommandex_p.h"
 
 namespace Orvane::ECProxy::Client {
 
 IPresetCommandEx::IPresetCommandEx(QObject* parent)
     : Command(parent)
-    , d(new Internal::IPresetCommandExPrivate)
+    , d(std::make_unique<Internal::IPresetCommandExPrivate>())
 {
 }
 
-IPresetCommandEx::~IPresetCommandEx()
-{
-    delete d;
-}
+IPresetCommandEx::~IPresetCommandEx() = default;
 
 bool IPresetCommandEx::selectPresetPressed(const quint32&)
 {
@@ -85,19 +81,10 @@ bool IPresetCommandEx::isBindProgram(const quint32&)
 
 void IPresetCommandEx::updatePageIndex()
 {
-    if (d->m_toldPage) {
+    if (d->m_toldPage)
         updateCurrentPageIndex(*d->m_toldPage);
-        return;
-    }
-    const auto command = Internal::presetCommand();
-    if (!command)
-        return;
-    // Another thread may turn the page and come here at the same time: the newer page stays.
-    int page = 0;
-    do {
-        page = command->page();
-        updateCurrentPageIndex(page);
-    } while (page != command->page());
+    else
+        qWarning("Find preset command data error.");
 }
 
 bool IPresetCommandEx::isAllowedKeyPressed(const quint16&)

@@ -17,11 +17,11 @@ class PresetExtensions;
 /// and nowhere else, in the order of the keys. Keys of the physical console reach it queued, after the preset
 /// command has begun to act on them; nobody waits for it.
 ///
-/// What the preset command calls: `selectPresetPressed()` and, right after it, `isBindProgram()`;
-/// `selectPresetRelease()`; `clearPresetsPressed()`; `takePressed()` and `cutPressed()`, whose keys are the
-/// screen group's; `ecTBarChanged()`; `updatePageIndex()`. It calls nothing else, the slots of `Command`
-/// included. Results are not looked at, except for that of `isBindProgram()`. By default nothing is done and
-/// the answer is false.
+/// What the preset command calls: `updatePageIndex()`, first when the extension is registered;
+/// `selectPresetPressed()` and, right after it, `isBindProgram()`; `selectPresetRelease()`;
+/// `clearPresetsPressed()`; `takePressed()` and `cutPressed()`, whose keys are the screen group's;
+/// `ecTBarChanged()`. It calls nothing else, the slots of `Command` included. Results are not looked at,
+/// except for that of `isBindProgram()`. By default nothing is done and false is returned.
 class ORVANEECPROXYCLIENT_EXPORT IPresetCommandEx : public Command {
     Q_OBJECT
 
@@ -44,11 +44,11 @@ public:
     virtual bool takeRelease(const quint32& ecKey);
     /// The T-Bar left an end while neither it nor the keypad was locked.
     virtual void ecTBarChanged(const ECTBarValue& value);
-    /// Whether the extension has bound a program of its own to the key. Asked on the application's thread: a
-    /// press on the physical console finds the answer of the key's press before.
+    /// Whether the extension has bound a program of its own to the key.
     virtual bool isBindProgram(const quint32& ecKey);
-    /// The preset keys show another page, or have been set up anew. By default their page becomes this
-    /// command's own: for a registered extension the page that the keys told of next were pressed on.
+    /// The preset keys show a page: another one, or one that was set up anew. By default it becomes this
+    /// command's own, so that `page()` is the page on which the keys that are told next were pressed. Logs a
+    /// warning when the extension is not registered.
     virtual void updatePageIndex();
 
     bool isAllowedKeyPressed(const quint16& ecKey) override;
@@ -62,7 +62,7 @@ public Q_SLOTS:
 private:
     friend class Internal::PresetExtensions; // tells the page
 
-    Internal::IPresetCommandExPrivate* const d;
+    const std::unique_ptr<Internal::IPresetCommandExPrivate> d;
 };
 
 } // namespace Orvane::ECProxy::Client

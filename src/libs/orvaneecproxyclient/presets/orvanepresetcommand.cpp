@@ -78,8 +78,7 @@ void OrvanePresetCommandPrivate::bindPresets(const QString& ip, int pageSize, co
 
 void OrvanePresetCommandPrivate::updateECCommandItems()
 {
-    const auto command = presetCommand();
-    const int pageSize = command && command->ecCommandConfig() ? command->pageSize() : 0;
+    const int pageSize = m_presetKeys.ecCommandConfig() ? m_presetKeys.pageSize() : 0;
     if (pageSize <= 0) {
         qWarning("ECCommandItem config is not exist.");
         return;
@@ -101,14 +100,9 @@ std::shared_ptr<BizModel::Preset> OrvanePresetCommandPrivate::findPresetByEckey(
 {
     const auto device = activedDevice();
     const BizModel::DeviceList* devices = BizModel::DeviceList::instance();
-    const auto command = presetCommand();
-    if (!command) {
-        qWarning("Find preset command data error.");
-        return nullptr;
-    }
     if (!device || !devices)
         return nullptr;
-    const int slot = command->findECButtonIndex(ecKey);
+    const int slot = m_presetKeys.findECButtonIndex(ecKey);
     const ECObjectIdList bound = m_itemUpdates.read([&, ip = device->ipMacSn()] {
         return ECConsoleManager::instance()->findBindingObject(ip, KeyboardType::Preset, slot);
     });
@@ -155,16 +149,13 @@ QMap<quint32, quint32> OrvanePresetCommandPrivate::presetKeyMapCopy() const
 using BizModel::Enum::Preset::PresetOptMode;
 using Internal::OrvanePresetCommandPrivate;
 
-OrvanePresetCommand::OrvanePresetCommand(QObject* parent)
+OrvanePresetCommand::OrvanePresetCommand(Command& presetKeys, Internal::PresetModes& modes, QObject* parent)
     : IPresetCommandEx(parent)
-    , d(new OrvanePresetCommandPrivate(this))
+    , d(std::make_unique<OrvanePresetCommandPrivate>(this, presetKeys, modes))
 {
 }
 
-OrvanePresetCommand::~OrvanePresetCommand()
-{
-    delete d;
-}
+OrvanePresetCommand::~OrvanePresetCommand() = default;
 
 // ---- The group of keys ----------------------------------------------------------------------------------
 
@@ -183,8 +174,7 @@ int OrvanePresetCommand::maxPage()
 
 int OrvanePresetCommand::pageSize() const
 {
-    const auto command = Internal::presetCommand();
-    return command ? command->pageSize() : 0;
+    return d->m_presetKeys.pageSize();
 }
 
 QList<std::shared_ptr<ECCommandItem>> OrvanePresetCommand::commandItems() const
@@ -205,8 +195,7 @@ bool OrvanePresetCommand::updatePageOled(const quint32& oledECKey, const quint32
 {
     const bool isShown = Command::updatePageOled(oledECKey, pageIndex);
     updateECCommandItems();
-    if (const auto command = Internal::presetCommand())
-        command->updateCommandKeypad(Enum::UpdateConsoleType::All);
+    d->m_presetKeys.updateCommandKeypad(Enum::UpdateConsoleType::All);
     return isShown;
 }
 
@@ -218,7 +207,7 @@ void OrvanePresetCommand::updateKeyboard()
 
 bool OrvanePresetCommand::isAllowedKeyReleased(const quint16& ecKey)
 {
-    return Internal::isPresetKeyReleaseAllowed(*this, ecKey);
+    return d->m_presetKeys.isAllowedKeyReleased(ecKey);
 }
 
 void OrvanePresetCommand::updateECCommandItems()
@@ -241,7 +230,8 @@ bool OrvanePresetCommand::selectPresetPressed(const quint32& ecKey)
 bool OrvanePresetCommand::selectPresetPressed(const quint32& ecKey, bool bound)
 {
     qDebug("press preset key:%u", ecKey);
-    switch (Internal::presetOperateMode()) {
+    const PresetOptMode mode = d->m_modes.mode();
+    switch (mode) {
     case PresetOptMode::Clear:
         d->clearPreset(ecKey);
         break;
@@ -253,9 +243,15 @@ bool OrvanePresetCommand::selectPresetPressed(const quint32& ecKey, bool bound)
         break;
     case PresetOptMode::Noting:
     case PresetOptMode::ClearAll:
+        qWarning("preset key [%u] refused: there is nothing to do in mode %d.", ecKey, int(mode));
         break;
     }
     return true;
+}
+
+void OrvanePresetCommand::updatePageIndex()
+{
+    updateCurrentPageIndex(d->m_presetKeys.page());
 }
 
 bool OrvanePresetCommand::clearPresetsPressed()
@@ -289,14 +285,15 @@ void OrvanePresetCommand::slotDevicePresetRemoved(
     const auto device = weakDevice.lock();
     if (device && preset)
         d->unbindRemovedPreset(*device, *preset);
-    Internal::offFunctionkeyColor(PresetCallbackType::eRemoveSelectedPresetCB);
+    // With the light the arming ends: a dark key never removes.
+    d->m_modes.endIfArmed(PresetOptMode::Clear);
     updateECCommandItems();
 }
 
 void OrvanePresetCommand::slotDeviceDevicePresetCleared(std::weak_ptr<BizModel::Device>)
 {
     updateECCommandItems();
-    Internal::offFunctionkeyColor(PresetCallbackType::eClearPresetsCB);
+    d->m_modes.offFunctionkeyColor(PresetCallbackType::eClearPresetsCB);
 }
 
 void OrvanePresetCommand::slotPresetNameChanged(

@@ -8,7 +8,7 @@ namespace Orvane::ECProxy::Client {
 
 namespace Internal {
 class OrvanePresetCommandPrivate;
-class PresetCommandPrivate;
+class PresetModes;
 } // namespace Internal
 
 /// Turns preset keys into preset files of the active device.
@@ -25,7 +25,8 @@ class ORVANEECPROXYCLIENT_EXPORT OrvanePresetCommand : public IPresetCommandEx {
     Q_OBJECT
 
 public:
-    explicit OrvanePresetCommand(QObject* parent = nullptr);
+    /// Works with the keys, the page and the mode of `presetKeys`, whose owner outlives this object.
+    OrvanePresetCommand(Command& presetKeys, Internal::PresetModes& modes, QObject* parent = nullptr);
     ~OrvanePresetCommand() override;
 
     /// The same as the preset command's.
@@ -43,6 +44,8 @@ public:
     /// Stores, removes or loads. @p bound changes nothing. Returns true.
     bool selectPresetPressed(const quint32& ecKey, bool bound);
     bool clearPresetsPressed() override;
+    /// Takes over the preset command's page.
+    void updatePageIndex() override;
 
     /// Binds the presets of the active device's group to its keys and gives the keys their looks.
     void updateECCommandItems();
@@ -63,9 +66,7 @@ public Q_SLOTS:
         std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Preset> preset) override;
 
 private:
-    friend class Internal::PresetCommandPrivate; // shows its page
-
-    Internal::OrvanePresetCommandPrivate* const d;
+    const std::unique_ptr<Internal::OrvanePresetCommandPrivate> d;
 };
 
 } // namespace Orvane::ECProxy::Client

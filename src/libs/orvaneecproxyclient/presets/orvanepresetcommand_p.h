@@ -2,6 +2,7 @@
 
 #include "itemupdates_p.h"
 #include "orvanepresetcommand.h"
+#include "presetmodes_p.h"
 #include "serialjobs_p.h"
 
 #include "bizmodel/preset.h"
@@ -15,8 +16,10 @@ namespace Orvane::ECProxy::Client::Internal {
 
 class OrvanePresetCommandPrivate {
 public:
-    explicit OrvanePresetCommandPrivate(OrvanePresetCommand* command)
+    OrvanePresetCommandPrivate(OrvanePresetCommand* command, Command& presetKeys, PresetModes& modes)
         : m_pOrvanePresetCommand(command)
+        , m_presetKeys(presetKeys)
+        , m_modes(modes)
     {
     }
 
@@ -39,6 +42,8 @@ public:
     QMap<quint32, quint32> presetKeyMapCopy() const;
 
     OrvanePresetCommand* const m_pOrvanePresetCommand;
+    Command& m_presetKeys;
+    PresetModes& m_modes;
     /// Guards the binding of presets to items.
     ItemUpdates m_itemUpdates;
 

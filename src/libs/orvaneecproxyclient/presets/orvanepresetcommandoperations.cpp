@@ -26,12 +26,6 @@ namespace Translate = BizModel::Translate;
 
 namespace {
 
-void endSaveMode()
-{
-    setPresetOperateMode(PresetOptMode::Noting);
-    offFunctionkeyColor(PresetCallbackType::eSavePresetCB);
-}
-
 /// State of the device's keypad; empty when it has none.
 s_KeypadInfo keypadInfoOf(const BizModel::Device& device)
 {
@@ -39,7 +33,7 @@ s_KeypadInfo keypadInfoOf(const BizModel::Device& device)
     return keypad ? keypad->keypadInfo() : s_KeypadInfo();
 }
 
-/// State of the keypad once the preset is loaded; the present one when it cannot be told.
+/// State of the keypad once the preset is loaded; the present one when that is not known.
 s_KeypadInfo keypadInfoAfter(
     const ModelControl::Preset& presets, const std::shared_ptr<BizModel::Preset>& preset,
     const ModelControl::Preset::Screens& screens, const s_KeypadInfo& present)
@@ -107,14 +101,17 @@ bool OrvanePresetCommandPrivate::savePreset(const quint32& ecKey)
     }
     QString error;
     if (!device->editPresetValidityCheck(Translate::tr(Translate::TR_THE_FUNCTION_CREATEPRESET), error)) {
+        qWarning("Create preset refused: %s", qUtf8Printable(error));
         showFramelessMessageBox(FramelessMessageBoxMsgType::Information, error);
-        endSaveMode();
+        m_modes.end(PresetOptMode::Save);
         return false;
     }
-    const auto command = presetCommand();
-    const int slot = command ? command->findECButtonIndex(ecKey) : -1;
+    const int slot = m_presetKeys.findECButtonIndex(ecKey);
     if (slot < 0 || slot >= device->maxPresetCount()) {
-        endSaveMode();
+        qWarning(
+            "Create preset refused: the device has %d presets, this key's would be %d.",
+            int(device->maxPresetCount()), slot + 1);
+        m_modes.end(PresetOptMode::Save);
         return false;
     }
     const auto fileId = quint16(slot + 1);
@@ -123,7 +120,9 @@ bool OrvanePresetCommandPrivate::savePreset(const quint32& ecKey)
     updateECCommandItems();
     if (const auto preset = presetOf(*device, fileId))
         device->setActivedPreset(preset, fileId);
-    endSaveMode();
+    else
+        qWarning("Create preset: preset %u is gone before it could become the active one.", fileId);
+    m_modes.end(PresetOptMode::Save);
     return true;
 }
 
@@ -133,7 +132,7 @@ bool OrvanePresetCommandPrivate::loadPreset(const quint32& ecKey, bool)
 {
     const auto* const parallel = ParallelControl::ParallelManager::instance();
     if (parallel && parallel->currentTaskCount() != 0) {
-        qDebug("preset key [%u] ignored: a request is running.", ecKey);
+        qWarning("Load preset refused: a request such as a take is still running.");
         return false;
     }
     logConsumeTime("preset consume time:OrvanePresetCommand loadPreset start.");
@@ -154,11 +153,12 @@ bool OrvanePresetCommandPrivate::loadPreset(const quint32& ecKey, bool)
     }
     const auto presets = ModelControl::Preset::create(device);
     if (!presets) {
-        qWarning("Load preset failed: there is nobody to load it.");
+        qWarning("Load preset failed: the application offers no preset control.");
         return false;
     }
     QString error;
     if (!presets->checkPresetData(preset, error)) {
+        qWarning("Load preset refused: %s", qUtf8Printable(error));
         showFramelessMessageBox(FramelessMessageBoxMsgType::Warning, error);
         return false;
     }
@@ -172,7 +172,7 @@ bool OrvanePresetCommandPrivate::loadPreset(const quint32& ecKey, bool)
                          preset = std::weak_ptr<BizModel::Preset>(preset), screens,
                          keypadInfo] { updatePresetModel(device, preset, screens, keypadInfo); });
     sampleLoad({quint8(preset->fileId()), device, keypadInfo, lastKeypadInfo});
-    setPresetOperateMode(PresetOptMode::Noting);
+    m_modes.setMode(PresetOptMode::Noting);
     logConsumeTime("preset consume time:OrvanePresetCommand loadPreset end");
     return true;
 }
@@ -220,9 +220,10 @@ bool OrvanePresetCommandPrivate::clearPreset(const quint32& ecKey)
         hideWaitingDialog();
         if (!removed)
             qWarning("Remove preset has failed! %s", qUtf8Printable(error));
+    } else {
+        qWarning("Remove preset refused: the device is offline.");
     }
-    if (const auto command = std::dynamic_pointer_cast<PresetCommand>(presetCommand()))
-        command->setClearStatus(true);
+    m_modes.setClearStatus(true);
     return true;
 }
 
@@ -233,10 +234,12 @@ bool OrvanePresetCommandPrivate::clearAllPresets()
         qWarning("Clear all presets failed: device is nullptr.");
         return false;
     }
-    if (!device->onlineFlag())
+    if (!device->onlineFlag()) {
+        qWarning("Clear all presets refused: the device is offline.");
         return true;
+    }
     showWaitingDialog(Translate::tr(Translate::TR_THE_PRESET_CLEAR_WAIT));
-    // The answer may come when the command is gone: it uses nothing of it.
+    // May run when the command is gone: uses nothing of it.
     const auto completion = [](bool ok, const QString& reason) {
         if (!ok)
             qWarning(
@@ -247,7 +250,7 @@ bool OrvanePresetCommandPrivate::clearAllPresets()
         requests->startAsyncRequest(
             ModelControl::AsyncRemoveFile{device, {FileType::PresetPVW, FileType::PresetPGM}, completion});
     else
-        completion(false, QStringLiteral("There is nobody to remove them."));
+        completion(false, QStringLiteral("The application takes no requests."));
     return true;
 }
 

@@ -10,60 +10,30 @@
 #include "bizmodel/device.h"
 #include "ec/eckeyboardconfig.h"
 
-#include <algorithm>
-
 namespace Orvane::ECProxy::Client {
-
-namespace Internal {
-
-namespace {
-
-using BizModel::Enum::Preset::PresetOptMode;
-
-/// The keys that neither have a preset nor tell the mode or the load target.
-bool isDarkInMode(PresetCallbackType type, PresetOptMode mode)
-{
-    switch (type) {
-    case PresetCallbackType::ePageUp:
-    case PresetCallbackType::ePageDown:
-        return true;
-    case PresetCallbackType::eRemoveSelectedPresetCB:
-        return mode != PresetOptMode::Clear;
-    case PresetCallbackType::eClearPresetsCB:
-        return mode != PresetOptMode::ClearAll;
-    case PresetCallbackType::eSavePresetCB:
-        return mode != PresetOptMode::Save;
-    default:
-        return false;
-    }
-}
-
-} // namespace
-
-} // namespace Internal
 
 using Internal::PresetCommandPrivate;
 
 PresetCommand::PresetCommand(QObject* parent)
     : Command(parent)
-    , d(new PresetCommandPrivate(this))
+    , d(std::make_unique<PresetCommandPrivate>(this))
 {
     using Handler = bool (PresetCommandPrivate::*)(const quint32&);
     const auto bind = [this](PresetCallbackType type, Handler pressed, Handler released) {
         bindKey(
-            quint32(type), std::bind(pressed, d, std::placeholders::_1),
-            std::bind(released, d, std::placeholders::_1));
+            quint32(type), std::bind(pressed, d.get(), std::placeholders::_1),
+            std::bind(released, d.get(), std::placeholders::_1));
     };
     bind(
         PresetCallbackType::eSelectPresetCB, &PresetCommandPrivate::selectPresetPressed,
         &PresetCommandPrivate::selectPresetRelease);
     bindKey(
         quint32(PresetCallbackType::ePageUp), std::bind(&Command::pageUpPressed, this, std::placeholders::_1),
-        std::bind(&PresetCommandPrivate::pageUpRelease, d, std::placeholders::_1));
+        std::bind(&PresetCommandPrivate::pageUpRelease, d.get(), std::placeholders::_1));
     bindKey(
         quint32(PresetCallbackType::ePageDown),
         std::bind(&Command::pageDownPressed, this, std::placeholders::_1),
-        std::bind(&PresetCommandPrivate::pageDownRelease, d, std::placeholders::_1));
+        std::bind(&PresetCommandPrivate::pageDownRelease, d.get(), std::placeholders::_1));
     bind(
         PresetCallbackType::eRemoveSelectedPresetCB, &PresetCommandPrivate::removeSelectedPresetPressed,
         &PresetCommandPrivate::ignoreRelease);
@@ -76,13 +46,9 @@ PresetCommand::PresetCommand(QObject* parent)
     bind(
         PresetCallbackType::eLoadToPgm, &PresetCommandPrivate::loadToPGMPresetPressed,
         &PresetCommandPrivate::ignoreRelease);
-    d->connectPages();
 }
 
-PresetCommand::~PresetCommand()
-{
-    delete d;
-}
+PresetCommand::~PresetCommand() = default;
 
 // ---- The group of keys ----------------------------------------------------------------------------------
 
@@ -106,7 +72,7 @@ int PresetCommand::pageSize() const
 
 void PresetCommand::retranslateUi()
 {
-    d->udpatePageOLEDText();
+    d->m_pages.udpatePageOLEDText();
     d->slotLoadToPGMUpDate();
 }
 
@@ -132,16 +98,9 @@ void PresetCommand::updateSelectModeButtonConfig()
     ECConsoleManager* const store = ECConsoleManager::instance();
     store->clearECCommandItems(KeyboardType::Preset);
     store->clearECCommandItems(KeyboardType::PresetEx);
-    const int size = pageSize();
-    if (size <= 0)
-        return;
-    // Keys for every preset that a device may bring when it appears later.
-    const int pages = std::max(maxPage(), Internal::pageCount(Internal::MaxKeyPresets, size));
-    const auto items = d->m_presetButtonCfgs.makeItems(pages);
-    for (const auto& item : items) {
-        store->appendECCommandItem(KeyboardType::Preset, item);
-        store->appendECCommandItem(KeyboardType::PresetEx, std::make_shared<ECCommandItem>(*item));
-    }
+    d->makeMissingItems();
+    // Not when it is made: further commands of this name get no configuration and have no keys to turn.
+    d->m_pages.connectModel();
 }
 
 int PresetCommand::getMinUnusedECButtonIndex(int&) const
@@ -156,32 +115,45 @@ std::shared_ptr<EC::s_ECButtonConfig> PresetCommand::findSelectModeButtonByIndex
 
 void PresetCommand::updateKeyboard()
 {
-    if (!Internal::configuredPresetCommand())
+    if (!ecCommandConfig()) {
+        qWarning("Find preset command config error.");
         return;
-    d->updatePageIndex();
-    darkenKeys([mode = Internal::presetOperateMode()](quint16 orvaneKey) {
-        return Internal::isDarkInMode(PresetCallbackType(orvaneKey), mode);
-    });
+    }
+    d->makeMissingItems();
+    d->m_pages.updatePageIndex();
+    d->showFunctionKeys();
     if (const auto oled = findPageOled(quint16(PresetCallbackType::ePageUp)))
         showCurrentPage([&](quint32 page) { updatePageOled(oled->ECKey, page); });
     d->m_pOrvanePresetCmd->updateECCommandItems();
-    d->updateAllKeyboard();
+    d->m_pages.updateAllKeyboard();
     d->slotLoadToPGMUpDate();
 }
 
 void PresetCommand::takeKeyPressed(const quint32& ecKey)
 {
-    d->m_extensions.forEach([ecKey](IPresetCommandEx& extension) { extension.takePressed(ecKey); });
+    d->m_extensions.call(&IPresetCommandEx::takePressed, ecKey);
 }
 
 void PresetCommand::cutKeyPressed(const quint32& ecKey)
 {
-    d->m_extensions.forEach([ecKey](IPresetCommandEx& extension) { extension.cutPressed(ecKey); });
+    d->m_extensions.call(&IPresetCommandEx::cutPressed, ecKey);
 }
 
 bool PresetCommand::isAllowedKeyReleased(const quint16& ecKey)
 {
-    return Internal::isPresetKeyReleaseAllowed(*this, ecKey);
+    if (!ecCommandConfig()) {
+        qWarning("Find preset command data error.");
+        return false;
+    }
+    switch (PresetCallbackType(findOrvaneKey(ecKey))) {
+    case PresetCallbackType::eRemoveSelectedPresetCB:
+    case PresetCallbackType::eClearPresetsCB:
+    case PresetCallbackType::eSavePresetCB:
+    case PresetCallbackType::eLoadToPgm:
+        return true;
+    default:
+        return false;
+    }
 }
 
 bool PresetCommand::containsSelectedECButtonConfigByECKey(const quint32& ecKey) const
@@ -191,12 +163,12 @@ bool PresetCommand::containsSelectedECButtonConfigByECKey(const quint32& ecKey) 
 
 bool PresetCommand::clearStatus() const
 {
-    return d->m_clearStatus;
+    return d->m_modes.clearStatus();
 }
 
 void PresetCommand::setClearStatus(bool armed)
 {
-    d->m_clearStatus = armed;
+    d->m_modes.setClearStatus(armed);
 }
 
 bool PresetCommand::makeCommandCfg(Command* command)
@@ -245,24 +217,19 @@ void PresetCommand::slotFramelessMessageBoxClosed(QMessageBox::StandardButton bu
     d->messageBoxClosed(button);
 }
 
-void PresetCommand::slotPageModifySelectedItems(int page)
-{
-    d->showPage(page);
-}
-
 // ---- The model's notifications: the page extension first, which binds the items, then the keys ------------
 
 void PresetCommand::slotActivedDeviceChanged()
 {
     d->m_pOrvanePresetCmd->slotActivedDeviceChanged();
-    d->clampPage();
+    d->m_pages.clamp();
     updateKeyboard();
 }
 
 void PresetCommand::slotDeviceRemoved(std::shared_ptr<BizModel::Device> device)
 {
     d->m_pOrvanePresetCmd->slotDeviceRemoved(device);
-    d->clampPage();
+    d->m_pages.clamp();
     updateKeyboard();
 }
 
@@ -276,31 +243,31 @@ void PresetCommand::slotDevicePresetAdded(
     std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Preset> preset)
 {
     d->m_pOrvanePresetCmd->slotDevicePresetAdded(device, preset);
-    d->updatePageIndex();
-    d->udpatePageOLEDText();
-    d->updateAllKeyboard();
+    d->m_pages.updatePageIndex();
+    d->m_pages.udpatePageOLEDText();
+    d->m_pages.updateAllKeyboard();
 }
 
 void PresetCommand::slotDevicePresetRemoved(
     std::weak_ptr<BizModel::Device> device, std::shared_ptr<BizModel::Preset> preset)
 {
     d->m_pOrvanePresetCmd->slotDevicePresetRemoved(device, preset);
-    d->updateAllKeyboard();
+    d->m_pages.updateAllKeyboard();
 }
 
 void PresetCommand::slotDeviceDevicePresetCleared(std::weak_ptr<BizModel::Device> device)
 {
     d->m_pOrvanePresetCmd->slotDeviceDevicePresetCleared(device);
-    d->updateAllKeyboard();
+    d->m_pages.updateAllKeyboard();
 }
 
 void PresetCommand::slotPresetNameChanged(
     std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::File> file)
 {
     d->m_pOrvanePresetCmd->slotPresetNameChanged(device, file);
-    d->updatePageIndex();
-    d->udpatePageOLEDText();
-    d->updateAllKeyboard();
+    d->m_pages.updatePageIndex();
+    d->m_pages.udpatePageOLEDText();
+    d->m_pages.updateAllKeyboard();
 }
 
 void PresetCommand::slotDevicePresetSelectChanged(std::weak_ptr<BizModel::Device> weakDevice)
@@ -308,7 +275,7 @@ void PresetCommand::slotDevicePresetSelectChanged(std::weak_ptr<BizModel::Device
     d->m_pOrvanePresetCmd->slotDevicePresetSelectChanged(weakDevice);
     if (const auto device = weakDevice.lock())
         d->rememberActivedPresetKey(*device);
-    d->udpatePageOLEDText();
+    d->m_pages.udpatePageOLEDText();
     updateCommandKeypad(Enum::UpdateConsoleType::Key);
 }
 
@@ -316,9 +283,9 @@ void PresetCommand::slotDevicePresetCovered(
     std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Preset> preset)
 {
     d->m_pOrvanePresetCmd->slotDevicePresetCovered(device, preset);
-    d->updatePageIndex();
-    d->udpatePageOLEDText();
-    d->updateAllKeyboard();
+    d->m_pages.updatePageIndex();
+    d->m_pages.udpatePageOLEDText();
+    d->m_pages.updateAllKeyboard();
 }
 
 void PresetCommand::slotKeypadChanged()

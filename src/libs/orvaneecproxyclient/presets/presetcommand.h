@@ -1,23 +1,9 @@
 #pragma once
 
 #include "command.h"
+#include "presetcallbacktype.h"
 
 namespace Orvane::ECProxy::Client {
-
-/// Function codes of the preset group's keys.
-enum class PresetCallbackType {
-    eNothing = 0,
-    eSelectPresetCB = 1,
-    ePageUp = 2,
-    ePageDown = 3,
-    eRemoveSelectedPresetCB = 4,
-    eClearPresetsCB = 5,
-    eSavePresetCB = 6,
-    eCut = 7,
-    eTake = 8,
-    eLoadToPgm = 9,
-    PrsetCallbackTypeCnt = 10
-};
 
 namespace Internal {
 class PresetCommandPrivate;
@@ -42,8 +28,8 @@ public:
     int maxPage() override;
     int pageSize() const override;
     void retranslateUi() override;
-    /// Copies of the active device's items, with the colours of its keypad file where that tells of the
-    /// active preset.
+    /// Copies of the active device's items, with the colors of its keypad file unless that means another
+    /// preset as the active one.
     QList<std::shared_ptr<ECCommandItem>> commandItems() const override;
     using Command::updatePageOled;
     bool updatePageOled(const quint32& oledECKey, const quint32& pageIndex) override;
@@ -83,16 +69,15 @@ public Q_SLOTS:
     void slotECButtonPressed(const quint32& ecKey) override;
     void slotECButtonRelease(const quint32& ecKey) override;
     void slotFramelessMessageBoxClosed(QMessageBox::StandardButton button) override;
-    /// The application shows another page of presets; the keys follow.
-    void slotPageModifySelectedItems(int page);
 
 public:
     /// Adds an extension, which from then on belongs to the application's thread and stays the caller's
-    /// property. Call it on the thread that the extension lives on. Null is refused with a warning.
+    /// property, and has it take over the present page. Call it on the thread that the extension lives on.
+    /// Null, and an extension that is registered already, are refused with a warning.
     void registerPresetCommand(IPresetCommandEx* command) override;
 
 private:
-    Internal::PresetCommandPrivate* const d;
+    const std::unique_ptr<Internal::PresetCommandPrivate> d;
 };
 
 } // namespace Orvane::ECProxy::Client

@@ -4,6 +4,8 @@
 #include "orvanepresetcommand.h"
 #include "presetcommand.h"
 #include "presetextensions_p.h"
+#include "presetmodes_p.h"
+#include "presetpages_p.h"
 #include "selectkeys_p.h"
 
 #include "bizmodel/enums.h"
@@ -39,26 +41,24 @@ public:
     void messageBoxClosed(QMessageBox::StandardButton button);
     void tbarChanged(const ECTBarValue& value);
 
-    // Pages, labels and items.
+    // Items, lights and labels.
 
+    /// Makes the items of the pages that the active device needs and that are not there yet.
+    void makeMissingItems();
     QList<std::shared_ptr<ECCommandItem>> commandItems() const;
-    void connectPages();
-    void disconnectPages();
-    void showPage(int page);
-    /// Brings the page into the present number of pages.
-    void clampPage();
-    /// Hands the page to the extensions.
-    void updatePageIndex();
-    void udpatePageOLEDText();
-    void updateAllKeyboard();
+    /// Shows the keys that neither have a preset nor tell the load target.
+    void showFunctionKeys();
     void slotLoadToPGMUpDate();
     void rememberActivedPresetKey(const BizModel::Device& device);
+    /// The clear-all key is held, or its question is open.
+    bool isClearAllPending() const;
 
     PresetCommand* const m_pCommand;
     SelectKeys m_presetButtonCfgs;
-    const std::unique_ptr<OrvanePresetCommand> m_pOrvanePresetCmd = std::make_unique<OrvanePresetCommand>();
+    PresetModes m_modes;
+    const std::unique_ptr<OrvanePresetCommand> m_pOrvanePresetCmd;
     PresetExtensions m_extensions;
-    std::atomic<bool> m_clearStatus{false};
+    PresetPages m_pages;
 
 private:
     /// Page and key of a preset.
@@ -67,14 +67,9 @@ private:
         quint32 ecKey = Constants::InvalidECKey;
     };
 
-    int clamped(int page) const;
-    bool turnPage(bool (Command::*turn)(const quint32&), const quint32& ecKey);
-    /// Arms a mode, or leaves it when it is armed already.
-    bool toggleMode(
-        const quint32& ecKey, BizModel::Enum::Preset::PresetOptMode mode, PresetCallbackType own,
-        PresetCallbackType other);
-    /// Has every extension remove all presets.
-    void clearEverywhere();
+    /// Has every extension remove all presets. False, and nothing is done, when another device than at the
+    /// key's press is active.
+    bool clearEverywhere();
     void slotClearAllTimeOut();
     void slotClearPresetsPressed();
     bool isLoadToPGMStateEnable() const;
@@ -82,16 +77,21 @@ private:
     void setPageIndexECKey(const PageKey& pageKey);
     PageKey pageIndexECKey() const;
 
-    /// A question to clear all is open, or was answered with no.
+    /// A question to clear all is open, or was not answered with yes.
     std::atomic<bool> m_currentModule{false};
     /// A question to load to PGM is open.
     std::atomic<bool> m_currentLoadToPGMModule{false};
     /// Last position of the T-Bar.
     std::atomic<quint32> m_preTbarValue{0};
 
-    // m_pageKeyMutex guards m_pageIndexECKey, the preset key that was pressed last.
-    mutable std::mutex m_pageKeyMutex;
+    // Keeps apart two threads that make missing items.
+    std::mutex m_makeItemsMutex;
+
+    // m_mutex guards m_pageIndexECKey, the preset key that was pressed last, and m_clearAllDevice, the device
+    // that was active when the clear-all key was pressed last.
+    mutable std::mutex m_mutex;
     PageKey m_pageIndexECKey;
+    std::weak_ptr<BizModel::Device> m_clearAllDevice;
 
     // Last, so that it ends first: its callback uses all of the above.
     HoldTimer m_pClearAllTimer;

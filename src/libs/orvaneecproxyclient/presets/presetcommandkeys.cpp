@@ -3,20 +3,19 @@
 
 #include "consumetime_p.h"
 #include "eccommanditem.h"
+#include "ecconsolemanager.h"
 #include "ecmanager.h"
 #include "modelaccess_p.h"
 #include "presetgroup_p.h"
+#include "presetkeycolors_p.h"
 
 #include "bizmodel/device.h"
 #include "bizmodel/devicelist.h"
-#include "bizmodel/keypad.h"
-#include "bizmodel/preset.h"
 #include "bizmodel/translations.h"
 #include "ec/eckeyboardconfig.h"
 #include "parallelcontrol/parallelmanager.h"
 
 #include <algorithm>
-#include <limits>
 
 namespace Orvane::ECProxy::Client::Internal {
 
@@ -28,21 +27,8 @@ namespace Translate = BizModel::Translate;
 
 namespace {
 
-/// Second argument of an LED request for a key that stays armed.
-constexpr int ArmedKeyState = Flashing;
-
 constexpr quint32 TBarBottom = 1;
 constexpr quint32 TBarTop = 64;
-
-/// Leaves a mode, with the light of the key that armed it.
-void endMode(PresetOptMode mode)
-{
-    setPresetOperateMode(PresetOptMode::Noting);
-    if (mode == PresetOptMode::Clear)
-        offFunctionkeyColor(PresetCallbackType::eRemoveSelectedPresetCB);
-    else if (mode == PresetOptMode::Save)
-        offFunctionkeyColor(PresetCallbackType::eSavePresetCB);
-}
 
 /// Whether a position of the T-Bar leaves the end that it was at.
 bool leavesEnd(quint32 previous, const ECTBarValue& value)
@@ -59,37 +45,26 @@ bool leavesEnd(quint32 previous, const ECTBarValue& value)
     }
 }
 
-/// True when the keypad file tells of the state that the active preset left.
-bool isOfActivedPreset(const BizModel::Keypad& keypad, const BizModel::Device& device)
+bool isKeypadLocked()
 {
-    const auto actived = device.activedPreset().lock();
-    if (!actived)
-        return false;
-    const auto& loaded = keypad.keypadInfo().presetInfo;
-    return loaded.lastPVWPreset == actived->fileId() || loaded.lastPGMPreset == actived->fileId();
+    const ECManager* manager = ECManager::instance();
+    return manager && manager->isLockedKeypad();
 }
 
-/// Gives bound items the colours of the device's keypad file. The items are the caller's own.
-void mergeKeypadColors(const QList<std::shared_ptr<ECCommandItem>>& items)
+bool isTBarLocked()
 {
-    const auto device = activedDevice();
-    const auto keypad = device ? keypadFile(*device) : nullptr;
-    if (!keypad || !isOfActivedPreset(*keypad, *device))
-        return;
-    for (const auto& item : items) {
-        const qint32 buttonId = item->ecButtonIndex() + 1;
-        if (!item->isBindKeyPad() || buttonId > std::numeric_limits<quint8>::max())
-            continue;
-        const auto color = keypad->buttonColor(quint8(buttonId));
-        if (color && *color <= quint8(ECLEDColor::On))
-            item->setECButtonColor(ECLEDColor(*color));
-    }
+    const ECManager* manager = ECManager::instance();
+    return manager && manager->isLockedTBar();
 }
 
 } // namespace
 
 PresetCommandPrivate::PresetCommandPrivate(PresetCommand* command)
     : m_pCommand(command)
+    , m_modes(*command)
+    , m_pOrvanePresetCmd(std::make_unique<OrvanePresetCommand>(*command, m_modes))
+    , m_extensions([command] { return command->currentPageIndex(); })
+    , m_pages(*command, *m_pOrvanePresetCmd, m_extensions)
     , m_pClearAllTimer([this] { slotClearAllTimeOut(); })
 {
 }
@@ -99,13 +74,13 @@ PresetCommandPrivate::PresetCommandPrivate(PresetCommand* command)
 bool PresetCommandPrivate::selectPresetPressed(const quint32& ecKey)
 {
     logConsumeTime("preset consume time: AllStarted, ECButton pressed start.");
-    const PresetOptMode mode = presetOperateMode();
+    const PresetOptMode mode = m_modes.mode();
     if (mode != PresetOptMode::Clear && mode != PresetOptMode::Save)
-        setPresetOperateMode(PresetOptMode::Select);
+        m_modes.setMode(PresetOptMode::Select);
     const bool bound = m_extensions.selectPresetPressed(ecKey);
     m_pOrvanePresetCmd->selectPresetPressed(ecKey, bound);
-    if (m_clearStatus.exchange(false))
-        endMode(PresetOptMode::Clear);
+    if (m_modes.takeClearStatus())
+        m_modes.end(PresetOptMode::Clear);
 
     const auto page = quint32(m_pCommand->currentPageIndex());
     if (mode == PresetOptMode::Clear) {
@@ -121,7 +96,7 @@ bool PresetCommandPrivate::selectPresetPressed(const quint32& ecKey)
 
 bool PresetCommandPrivate::selectPresetRelease(const quint32& ecKey)
 {
-    m_extensions.forEach([ecKey](IPresetCommandEx& extension) { extension.selectPresetRelease(ecKey); });
+    m_extensions.call(&IPresetCommandEx::selectPresetRelease, ecKey);
     return true;
 }
 
@@ -134,30 +109,13 @@ bool PresetCommandPrivate::ignoreRelease(const quint32&)
 
 bool PresetCommandPrivate::removeSelectedPresetPressed(const quint32& ecKey)
 {
-    return toggleMode(
-        ecKey, PresetOptMode::Clear, PresetCallbackType::eRemoveSelectedPresetCB,
-        PresetCallbackType::eSavePresetCB);
+    m_modes.toggle(ecKey, PresetOptMode::Clear);
+    return true;
 }
 
 bool PresetCommandPrivate::savePresetPressed(const quint32& ecKey)
 {
-    return toggleMode(
-        ecKey, PresetOptMode::Save, PresetCallbackType::eSavePresetCB,
-        PresetCallbackType::eRemoveSelectedPresetCB);
-}
-
-bool PresetCommandPrivate::toggleMode(
-    const quint32& ecKey, PresetOptMode mode, PresetCallbackType own, PresetCallbackType other)
-{
-    if (presetOperateMode() == mode) {
-        setPresetOperateMode(PresetOptMode::Noting);
-        offFunctionkeyColor(own);
-        return true;
-    }
-    setPresetOperateMode(mode);
-    m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Yellow, ArmedKeyState);
-    offFunctionkeyColor(other);
-    offFunctionkeyColor(PresetCallbackType::eClearPresetsCB);
+    m_modes.toggle(ecKey, PresetOptMode::Save);
     return true;
 }
 
@@ -166,10 +124,12 @@ bool PresetCommandPrivate::toggleMode(
 bool PresetCommandPrivate::clearPresetsPressed(const quint32& ecKey)
 {
     qDebug("Clear all presets pressed.");
-    setPresetOperateMode(PresetOptMode::ClearAll);
-    m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green);
-    offFunctionkeyColor(PresetCallbackType::eRemoveSelectedPresetCB);
-    offFunctionkeyColor(PresetCallbackType::eSavePresetCB);
+    {
+        const std::weak_ptr<BizModel::Device> device = activedDevice();
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_clearAllDevice = device;
+    }
+    m_modes.armClearAll(ecKey);
     if (m_pCommand->getVirtualConsoleMode()) {
         m_currentModule = true;
         showFramelessMessageBox(
@@ -183,22 +143,48 @@ bool PresetCommandPrivate::clearPresetsPressed(const quint32& ecKey)
 bool PresetCommandPrivate::clearPresetsRelease(const quint32& ecKey)
 {
     m_pClearAllTimer.stop();
-    setPresetOperateMode(PresetOptMode::Noting);
+    // Remove or Save may be armed: a dialog keeps the press from this key and lets the release through.
+    m_modes.endAny();
     m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Off);
     return false;
 }
 
-void PresetCommandPrivate::clearEverywhere()
+bool PresetCommandPrivate::isClearAllPending() const
 {
-    m_extensions.forEach([](IPresetCommandEx& extension) { extension.clearPresetsPressed(); });
+    return m_currentModule || m_pClearAllTimer.isRunning();
+}
+
+bool PresetCommandPrivate::clearEverywhere()
+{
+    std::weak_ptr<BizModel::Device> asked;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        asked = m_clearAllDevice;
+    }
+    if (asked.lock() != activedDevice()) {
+        qWarning("Clear all presets refused: the device is no longer the one whose presets were meant.");
+        return false;
+    }
+    m_extensions.clearPresetsPressed();
     m_pOrvanePresetCmd->clearPresetsPressed();
+    return true;
 }
 
 void PresetCommandPrivate::slotClearAllTimeOut()
 {
-    clearEverywhere();
+    // The key's release may have been dropped meanwhile, so a hold does not act under a guard that drops it.
+    if (isUpgrading() || isKeypadLocked()) {
+        qWarning(
+            "Clear all presets refused: the keypad was locked or an upgrade began while the key was held.");
+        m_modes.end(PresetOptMode::ClearAll);
+        return;
+    }
+    if (!clearEverywhere()) {
+        m_modes.end(PresetOptMode::ClearAll);
+        return;
+    }
     setPageIndexECKey({quint32(m_pCommand->currentPageIndex()), Constants::InvalidECKey});
-    offFunctionkeyColor(PresetCallbackType::eClearPresetsCB);
+    m_modes.offFunctionkeyColor(PresetCallbackType::eClearPresetsCB);
 }
 
 void PresetCommandPrivate::slotClearPresetsPressed()
@@ -212,13 +198,13 @@ void PresetCommandPrivate::messageBoxClosed(QMessageBox::StandardButton button)
     if (m_currentModule) {
         if (button == QMessageBox::Yes)
             slotClearPresetsPressed();
-        endMode(presetOperateMode());
-        offFunctionkeyColor(PresetCallbackType::eClearPresetsCB);
+        m_modes.endAny();
+        m_modes.offFunctionkeyColor(PresetCallbackType::eClearPresetsCB);
     } else if (m_currentLoadToPGMModule.exchange(false)) {
         if (button == QMessageBox::Yes)
             setLoadToPGMState(LoadToPGMStatus::LoadToPGM);
     } else {
-        offFunctionkeyColor(PresetCallbackType::eClearPresetsCB);
+        m_modes.offFunctionkeyColor(PresetCallbackType::eClearPresetsCB);
     }
 }
 
@@ -228,8 +214,14 @@ bool PresetCommandPrivate::loadToPGMPresetPressed(const quint32&)
 {
     qDebug("loadToPGMPresetPressed.");
     const auto device = activedDevice();
-    if (!device || !device->deviceConfig().loadToPGMEnabled)
+    if (!device) {
+        qWarning("Load target refused: there is no active device.");
         return false;
+    }
+    if (!device->deviceConfig().loadToPGMEnabled) {
+        qWarning("Load target refused: the device does not allow loading to PGM.");
+        return false;
+    }
     if (isLoadToPGMStateEnable()) {
         setLoadToPGMState(LoadToPGMStatus::LoadToPVW);
         return true;
@@ -257,8 +249,10 @@ bool PresetCommandPrivate::isLoadToPGMStateEnable() const
 void PresetCommandPrivate::setLoadToPGMState(LoadToPGMStatus status)
 {
     const auto device = activedDevice();
-    if (!device)
+    if (!device) {
+        qWarning("Load target refused: there is no active device.");
         return;
+    }
     const auto factory = [status](std::weak_ptr<BizModel::Device> member) {
         return ParallelControl::ParallelSetLoadToPresetPGMStatus{member, status};
     };
@@ -295,114 +289,67 @@ void PresetCommandPrivate::slotLoadToPGMUpDate()
 void PresetCommandPrivate::tbarChanged(const ECTBarValue& value)
 {
     const quint32 previous = m_preTbarValue.exchange(value.Value);
-    const ECManager* manager = ECManager::instance();
-    if (manager && (manager->isLockedKeypad() || manager->isLockedTBar()))
+    if (isKeypadLocked() || isTBarLocked())
         return;
     if (leavesEnd(previous, value))
-        m_extensions.forEach([value](IPresetCommandEx& extension) { extension.ecTBarChanged(value); });
+        m_extensions.ecTBarChanged(value);
 }
 
 // ---- Pages ----------------------------------------------------------------------------------------------
 
 bool PresetCommandPrivate::pageUpRelease(const quint32& ecKey)
 {
-    return turnPage(&Command::pageUpRelease, ecKey);
+    return m_pages.turn(&Command::pageUpRelease, ecKey);
 }
 
 bool PresetCommandPrivate::pageDownRelease(const quint32& ecKey)
 {
-    return turnPage(&Command::pageDownRelease, ecKey);
+    return m_pages.turn(&Command::pageDownRelease, ecKey);
 }
 
-bool PresetCommandPrivate::turnPage(bool (Command::*turn)(const quint32&), const quint32& ecKey)
-{
-    disconnectPages(); // our own announcement is not to come back
-    const bool isTurned = (m_pCommand->*turn)(ecKey);
-    updatePageIndex();
-    updateAllKeyboard();
-    if (BizModel::DeviceList* devices = BizModel::DeviceList::instance())
-        Q_EMIT devices->signalPageChanged(m_pCommand->currentPageIndex());
-    connectPages();
-    return isTurned;
-}
+// ---- Items ----------------------------------------------------------------------------------------------
 
-void PresetCommandPrivate::connectPages()
+void PresetCommandPrivate::makeMissingItems()
 {
-    if (const BizModel::DeviceList* devices = BizModel::DeviceList::instance())
-        QObject::connect(
-            devices, &BizModel::DeviceList::signalPageChanged, m_pCommand,
-            &PresetCommand::slotPageModifySelectedItems, Qt::UniqueConnection);
-}
-
-void PresetCommandPrivate::disconnectPages()
-{
-    if (const BizModel::DeviceList* devices = BizModel::DeviceList::instance())
-        QObject::disconnect(
-            devices, &BizModel::DeviceList::signalPageChanged, m_pCommand,
-            &PresetCommand::slotPageModifySelectedItems);
-}
-
-void PresetCommandPrivate::showPage(int page)
-{
-    m_pCommand->updateCurrentPageIndex(clamped(page));
-    updatePageIndex();
-    udpatePageOLEDText();
-    updateAllKeyboard();
-}
-
-void PresetCommandPrivate::clampPage()
-{
-    const int page = m_pCommand->currentPageIndex();
-    if (clamped(page) != page)
-        m_pCommand->updateCurrentPageIndex(clamped(page));
-}
-
-int PresetCommandPrivate::clamped(int page) const
-{
-    return std::clamp(page, 0, std::max(0, m_pCommand->maxPage() - 1));
-}
-
-void PresetCommandPrivate::updatePageIndex()
-{
-    m_pOrvanePresetCmd->updatePageIndex();
-    // Another thread may turn the page meanwhile: the last page that is told is the one that is shown.
-    for (int told = -1; told != m_pCommand->currentPageIndex();) {
-        told = m_pCommand->currentPageIndex();
-        m_extensions.tellPage(told);
-    }
-}
-
-void PresetCommandPrivate::udpatePageOLEDText()
-{
-    if (!m_pOrvanePresetCmd) {
-        qWarning("OrvanePresetCmd is nullptr. Can not access page index.");
+    const int size = m_presetButtonCfgs.count();
+    if (size <= 0)
         return;
-    }
-    const auto command = presetCommand();
-    if (!command) {
-        qWarning("Find preset command data error.");
+    ECConsoleManager* const store = ECConsoleManager::instance();
+    // At the start for every preset that most devices have; more when a device with more appears.
+    const int pages = std::max(m_pCommand->maxPage(), pageCount(MaxKeyPresets, size));
+    const std::lock_guard<std::mutex> lock(m_makeItemsMutex);
+    const int present = store->presetECCommandExItems().size();
+    if (present >= pages * size)
         return;
+    const auto items = m_presetButtonCfgs.makeItems(pages).mid(present);
+    for (const auto& item : items) {
+        store->appendECCommandItem(KeyboardType::Preset, item);
+        store->appendECCommandItem(KeyboardType::PresetEx, std::make_shared<ECCommandItem>(*item));
     }
-    const auto config = command->ecCommandConfig();
-    const auto button =
-        config ? config->findECButtonConfigByOrvaneKey(quint16(PresetCallbackType::ePageUp)) : nullptr;
-    if (!button || !button->pECOledCfg) {
-        qWarning("command has invalid page button");
-        return;
-    }
-    m_pOrvanePresetCmd->showCurrentPage(
-        [&](quint32 page) { m_pCommand->updatePageOled(button->pECOledCfg->ECKey, page); });
 }
 
-void PresetCommandPrivate::updateAllKeyboard()
+void PresetCommandPrivate::showFunctionKeys()
 {
-    const auto command = presetCommand();
-    if (!command) {
-        qWarning("Preset command is nullptr...");
-        return;
+    const auto config = m_pCommand->ecCommandConfig();
+    for (const auto& button : qAsConst(config->m_buttons)) {
+        switch (PresetCallbackType(button->OrvaneKey)) {
+        case PresetCallbackType::ePageUp:
+        case PresetCallbackType::ePageDown:
+            m_pCommand->updateECButtonColor(button->ECKey, ECLEDColor::Off);
+            break;
+        case PresetCallbackType::eRemoveSelectedPresetCB:
+            m_modes.show(button->ECKey, PresetOptMode::Clear);
+            break;
+        case PresetCallbackType::eClearPresetsCB:
+            m_modes.show(button->ECKey, PresetOptMode::ClearAll, isClearAllPending());
+            break;
+        case PresetCallbackType::eSavePresetCB:
+            m_modes.show(button->ECKey, PresetOptMode::Save);
+            break;
+        default:
+            break;
+        }
     }
-    // The page extension's keys are the preset command's.
-    command->updateCommandKeypad(Enum::UpdateConsoleType::All);
 }
 
 QList<std::shared_ptr<ECCommandItem>> PresetCommandPrivate::commandItems() const
@@ -412,7 +359,9 @@ QList<std::shared_ptr<ECCommandItem>> PresetCommandPrivate::commandItems() const
     if (items.isEmpty() || pageSize <= 0 || items.size() % pageSize != 0)
         qWarning(
             "ECCommandItem config error...Preset config size:%d Max pageSize :%d", items.size(), pageSize);
-    mergeKeypadColors(items);
+    const auto device = activedDevice();
+    if (const auto keypad = device ? keypadFile(*device) : nullptr)
+        applyKeypadColors(items, *keypad);
     return items;
 }
 
@@ -427,13 +376,13 @@ void PresetCommandPrivate::rememberActivedPresetKey(const BizModel::Device& devi
 
 void PresetCommandPrivate::setPageIndexECKey(const PageKey& pageKey)
 {
-    const std::lock_guard<std::mutex> lock(m_pageKeyMutex);
+    const std::lock_guard<std::mutex> lock(m_mutex);
     m_pageIndexECKey = pageKey;
 }
 
 PresetCommandPrivate::PageKey PresetCommandPrivate::pageIndexECKey() const
 {
-    const std::lock_guard<std::mutex> lock(m_pageKeyMutex);
+    const std::lock_guard<std::mutex> lock(m_mutex);
     return m_pageIndexECKey;
 }
 

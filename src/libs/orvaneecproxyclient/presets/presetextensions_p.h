@@ -3,62 +3,70 @@
 #include "ipresetcommandex.h"
 
 #include <QList>
-#include <QMap>
 #include <QObject>
 #include <QPointer>
 
 #include <functional>
 #include <mutex>
-#include <optional>
 
 namespace Orvane::ECProxy::Client::Internal {
-
-class IPresetCommandExPrivate {
-public:
-    /// The page that a registered extension is just being told of. On the application's thread only.
-    std::optional<int> m_toldPage;
-};
 
 /// The registered preset extensions, and the way to call them.
 ///
 /// Extensions belong to the application's thread and come and go there; keys come on the console's thread,
-/// which may not wait for the application. So calls from elsewhere are queued, and whether an extension still
-/// exists is found out where it could disappear. Any thread may call any member; destroyed on the
-/// application's thread.
+/// which may not wait for the application. So every call is queued with the page that the keys show at that
+/// moment. The application's thread makes the queued calls: at once when the call comes from there,
+/// otherwise from its event loop. Any thread may call any member; destroyed on the application's thread.
 class PresetExtensions : public QObject {
 public:
-    using Call = std::function<void(IPresetCommandEx&)>;
+    using KeyCall = bool (IPresetCommandEx::*)(const quint32&);
 
-    PresetExtensions();
+    /// `page` returns the page that the preset keys show. Called on any thread, under a mutex: it must take
+    /// none.
+    explicit PresetExtensions(std::function<int()> page);
 
+    /// Registers the extension and tells it the page. Refuses one that is registered, with a warning.
     void add(IPresetCommandEx* extension);
 
-    /// Calls `call` for every extension in the order of registration: at once on the application's thread,
-    /// after what has been queued; from elsewhere queued.
-    void forEach(const Call& call);
-
-    /// Has every extension take over the page that the keys show, as it is now: keys that are on their way to
-    /// an extension keep their page.
-    void tellPage(int page);
-
-    /// Tells every extension of the press and asks it about the key. Answers what the last extension said:
-    /// now on the application's thread, at the key's press before elsewhere; false when none has said
-    /// anything.
+    /// Has every extension take over the page that the keys show.
+    void tellPage();
+    /// Tells every extension of a key.
+    void call(KeyCall operation, quint32 ecKey);
+    /// Tells every extension of the press and asks it about the key. Returns what the last one said; false
+    /// when there is none, and on another thread than the application's, which has no answer yet.
     bool selectPresetPressed(quint32 ecKey);
+    void clearPresetsPressed();
+    void ecTBarChanged(const ECTBarValue& value);
 
 protected:
     /// Makes the queued calls.
     void customEvent(QEvent* event) override;
 
 private:
-    void makeQueuedCalls();
-    void callAll(const Call& call);
+    using Extensions = QList<QPointer<IPresetCommandEx>>;
+    using Operation = std::function<void(IPresetCommandEx&)>;
 
-    // m_mutex guards m_listPresetCmd, m_queuedCalls and m_mapBindProgram, the answers by key.
-    mutable std::mutex m_mutex;
-    QList<QPointer<IPresetCommandEx>> m_listPresetCmd;
+    struct Call {
+        Extensions receivers; ///< those that were registered when it was queued
+        int page = 0; ///< that the keys showed then
+        Operation operation; ///< empty for the page alone
+    };
+
+    bool isOwnThread() const;
+    void enqueue(Operation operation);
+    void startQueuedCalls();
+    void makeQueuedCalls();
+    static void make(const Call& call);
+
+    const std::function<int()> m_page;
+    /// What the last extension said to the last press. On the application's thread only.
+    bool m_bBound = false;
+
+    // m_mutex guards m_listPresetCmd and m_queuedCalls. The page is read under it too, so that the page told
+    // last is the page shown last: of two threads that turn pages, the one that queues later reads later.
+    std::mutex m_mutex;
+    Extensions m_listPresetCmd;
     QList<Call> m_queuedCalls;
-    QMap<quint32, bool> m_mapBindProgram;
 };
 
 } // namespace Orvane::ECProxy::Client::Internal

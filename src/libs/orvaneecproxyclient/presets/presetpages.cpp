@@ -1,0 +1,93 @@
+#include "presetpages_p.h"
+
+#include "presetcallbacktype.h"
+
+#include "bizmodel/devicelist.h"
+#include "ec/eckeyboardconfig.h"
+
+#include <algorithm>
+
+namespace Orvane::ECProxy::Client::Internal {
+
+PresetPages::PresetPages(
+    Command& presetKeys, OrvanePresetCommand& pageExtension, PresetExtensions& extensions)
+    : m_presetKeys(presetKeys)
+    , m_pageExtension(pageExtension)
+    , m_extensions(extensions)
+{
+}
+
+void PresetPages::connectModel()
+{
+    if (const BizModel::DeviceList* devices = BizModel::DeviceList::instance())
+        connect(
+            devices, &BizModel::DeviceList::signalPageChanged, this,
+            &PresetPages::slotPageModifySelectedItems, Qt::UniqueConnection);
+}
+
+void PresetPages::disconnectModel()
+{
+    if (const BizModel::DeviceList* devices = BizModel::DeviceList::instance())
+        disconnect(
+            devices, &BizModel::DeviceList::signalPageChanged, this,
+            &PresetPages::slotPageModifySelectedItems);
+}
+
+bool PresetPages::turn(Turn step, const quint32& ecKey)
+{
+    disconnectModel(); // our own announcement is not to come back
+    const bool isTurned = (m_presetKeys.*step)(ecKey);
+    updatePageIndex();
+    updateAllKeyboard();
+    if (BizModel::DeviceList* devices = BizModel::DeviceList::instance())
+        Q_EMIT devices->signalPageChanged(m_presetKeys.currentPageIndex());
+    connectModel();
+    return isTurned;
+}
+
+void PresetPages::slotPageModifySelectedItems(int page)
+{
+    m_presetKeys.updateCurrentPageIndex(clamped(page));
+    updatePageIndex();
+    udpatePageOLEDText();
+    updateAllKeyboard();
+}
+
+void PresetPages::clamp()
+{
+    const int page = m_presetKeys.currentPageIndex();
+    if (clamped(page) != page)
+        m_presetKeys.updateCurrentPageIndex(clamped(page));
+}
+
+int PresetPages::clamped(int page) const
+{
+    return std::clamp(page, 0, std::max(0, m_presetKeys.maxPage() - 1));
+}
+
+void PresetPages::updatePageIndex()
+{
+    m_pageExtension.updatePageIndex();
+    m_extensions.tellPage();
+}
+
+void PresetPages::udpatePageOLEDText()
+{
+    const auto config = m_presetKeys.ecCommandConfig();
+    const auto button =
+        config ? config->findECButtonConfigByOrvaneKey(quint16(PresetCallbackType::ePageUp)) : nullptr;
+    if (!button || !button->pECOledCfg) {
+        qWarning("command has invalid page button");
+        return;
+    }
+    m_pageExtension.updatePageIndex();
+    m_presetKeys.updatePageOled(button->pECOledCfg->ECKey, quint32(m_pageExtension.page()));
+}
+
+void PresetPages::updateAllKeyboard()
+{
+    // The page extension's keys are the preset command's.
+    m_presetKeys.updateCommandKeypad(Enum::UpdateConsoleType::All);
+}
+
+} // namespace Orvane::ECProxy::Client::Internal
