@@ -1,3 +1,4 @@
+#include "ecmanager.h"
 #include "inputcommand.h"
 #include "keyboardbuilder.h"
 #include "logcapture.h"
@@ -159,6 +160,29 @@ private Q_SLOTS:
         tap(Select + 5);
         QCOMPARE(sources(), QList<quint32>({14}));
         QVERIFY(keyShows(5, ECLEDColor::Green, inputName(14)));
+    }
+
+    void aPressWhileTheOtherConsolesIsCheckedIsRefused()
+    {
+        select({1, 2});
+        const LogCapture log;
+        m_pRig->operations().delay(
+            Operation::CheckOperationResources, std::chrono::milliseconds(500), Times::Once);
+        console().press(Select + 1);
+        QVERIFY(m_pRig->waitAsked(Operation::CheckOperationResources, 1));
+        const quint32 key = Constants::VirtualKeyOffset + TestSupport::appNumber(Select + 2);
+        const QByteArray datagram = ConsolePanel::encodeUp(ConsolePanel::KeyReport{true, key}, 0);
+        ECManager::instance()->upTLVDecodeFinished(ReportECButtonPressed, datagram.mid(ECValueOffset));
+        QVERIFY(log.contains("Input key 52 refused: another input key press is still being checked."));
+        QVERIFY(console().settle());
+        QCOMPARE(sources(), QList<quint32>({2, 2}));
+        tap(Select + 2);
+        QCOMPARE(sources(), QList<quint32>({3, 3}));
+        select({});
+        tap(Select);
+        QVERIFY(log.contains("Input key 50 refused: no layer is selected."));
+        QCOMPARE(m_pRig->countNotices("status 1 3000 Please select a layer first."), 1);
+        QCOMPARE(sources(), QList<quint32>({3, 3}));
     }
 
     void otherScreensAreNotChecked()

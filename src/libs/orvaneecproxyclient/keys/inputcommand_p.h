@@ -1,0 +1,48 @@
+#pragma once
+
+#include "inputcommand.h"
+#include "inputkeyitems_p.h"
+
+#include <atomic>
+#include <memory>
+
+namespace Orvane::ECProxy::Client::Internal {
+
+class InputCommandPrivate {
+public:
+    static constexpr int PageCount = 2;
+
+    explicit InputCommandPrivate(InputCommand* command)
+        : m_pCommand(command)
+    {
+    }
+
+    // Key handlers.
+
+    bool selectInputPressed(const quint32& ecKey);
+    bool selectInputRelease(const quint32& ecKey);
+
+    // Keys, labels and items.
+
+    /// Binds the active device's inputs to its keys and gives the keys their looks.
+    void updateECCommandItems();
+    /// The same and a repaint.
+    void refreshKeys(Enum::UpdateConsoleType type);
+    /// Turns to the page of the input that the only selected layer shows; nothing else when not exactly one
+    /// layer is selected.
+    void followSelectedLayer(const BizModel::Device& device, const BizModel::Screen& screen);
+    void updateInputName(const BizModel::Device& device, const BizModel::Interface& input);
+
+    InputCommand* const m_pCommand;
+    InputKeyItems m_items;
+
+private:
+    static void bindSource(
+        const std::shared_ptr<BizModel::Device>& device,
+        const QList<std::weak_ptr<BizModel::Layer>>& selected, quint32 inputId);
+
+    /// A press is being checked: see `InputTrial`.
+    std::atomic<bool> m_bChecking{false};
+};
+
+} // namespace Orvane::ECProxy::Client::Internal
