@@ -11,7 +11,6 @@
 #include "logmode.h"
 #include "memorydevicelist.h"
 #include "memorymodel.h"
-#include "orvanepresetcommand.h"
 #include "presetcommand.h"
 #include "records.h"
 #include "showfile.h"
@@ -201,14 +200,15 @@ void modelCallsToSampling(benchmark::State& state)
 }
 BENCHMARK(modelCallsToSampling)->Arg(0)->Arg(1)->UseManualTime();
 
-void presetItemsRebuild(benchmark::State& state)
+/// A notification that has the keys bound anew and the page repainted.
+void presetRenamed(benchmark::State& state)
 {
     useLogMode(state);
-    OrvanePresetCommand pages;
+    const auto command = ECManager::instance()->presetCommand().lock();
     for (auto _ : state)
-        pages.updateECCommandItems();
+        command->slotPresetNameChanged({}, {});
 }
-BENCHMARK(presetItemsRebuild)->Arg(0)->Arg(1);
+BENCHMARK(presetRenamed)->Arg(0)->Arg(1);
 
 } // namespace
 
