@@ -17,7 +17,7 @@ namespace Orvane::ECProxy::Client::Internal {
 
 namespace {
 
-/// What a key shows of a screen, as the model told it at one moment.
+/// What a key shows of a screen: a snapshot of the model.
 struct ScreenState {
     std::shared_ptr<BizModel::Screen> screen;
     ECObjectId id;
@@ -79,32 +79,59 @@ bool settleAt(Places& places, int buttonIndex, const ScreenState& screen)
     return place != places.end() && settle(*place, screen);
 }
 
-/// Gives every screen its place. Answers the names of those that are left without one.
-QStringList distribute(std::vector<const ScreenState*> screens, const QString& ip, Places& places)
+using Screens = std::vector<const ScreenState*>; // those without a place so far
+
+template <typename SettleOne> void settleEach(Screens& screens, SettleOne settleOne)
 {
-    const auto settleAll = [&screens](auto&& settleOne) {
-        screens.erase(std::remove_if(screens.begin(), screens.end(), settleOne), screens.end());
-    };
-    settleAll([&](const ScreenState* screen) { return settleAt(places, screen->uiScreenIndex, *screen); });
-    settleAll([&](const ScreenState* screen) {
+    screens.erase(std::remove_if(screens.begin(), screens.end(), settleOne), screens.end());
+}
+
+/// Before all rules: the reserved key, if there is one, is its screen's alone. Returns the other screens.
+Screens settleReserved(
+    const std::vector<ScreenState>& states, Places::iterator reserved,
+    const std::shared_ptr<BizModel::Screen>& screen, Places& places)
+{
+    if (reserved != places.end())
+        reserved->reserved = true;
+    Screens others;
+    for (const ScreenState& state : states) {
+        if (reserved != places.end() && state.screen == screen)
+            reserved->screen = &state;
+        else
+            others.push_back(&state);
+    }
+    return others;
+}
+
+/// First rule: the console position that the screen itself names.
+void settleOnOwnPosition(Screens& screens, Places& places)
+{
+    settleEach(
+        screens, [&](const ScreenState* screen) { return settleAt(places, screen->uiScreenIndex, *screen); });
+}
+
+/// Second rule: the key that the screen has now.
+void settleOnPresentKey(Screens& screens, const QString& ip, Places& places)
+{
+    settleEach(screens, [&](const ScreenState* screen) {
         const int present =
             ECConsoleManager::instance()->findBindingButtonIndex(ip, KeyboardType::Screen, screen->id);
         return settleAt(places, present, *screen);
     });
-    settleAll([&](const ScreenState* screen) {
+}
+
+/// Third rule: the lowest free key.
+void settleOnLowestFreeKey(Screens& screens, Places& places)
+{
+    settleEach(screens, [&](const ScreenState* screen) {
         return std::any_of(
             places.begin(), places.end(), [&](Place& place) { return settle(place, *screen); });
     });
-
-    QStringList homeless;
-    for (const ScreenState* screen : screens)
-        homeless.append(screen->name);
-    return homeless;
 }
 
 void apply(const QString& ip, const Places& places)
 {
-    // Every key lets go of its old screen before any takes a new one: no screen is ever on two keys.
+    // Every key is unbound from its old screen before any is bound to a new one: no screen is on two keys.
     for (const Place& place : places) {
         const ECObjectIdList bound = place.item->getObjectIdList();
         const bool keeps = place.screen ? bound == ECObjectIdList{place.screen->id} : place.reserved;
@@ -137,21 +164,17 @@ void ScreenBindings::rebuild(const std::shared_ptr<BizModel::Device>& device, in
     const auto readModel = [&] { return screensOf(*device); };
     const QStringList homeless = m_updates.update(readModel, [&](const std::vector<ScreenState>& states) {
         Places places = placesOf(ip, pageSize);
-        const auto reserved = m_reservation.screen && m_reservation.deviceIp == ip
-            ? places.find(m_reservation.buttonIndex)
-            : places.end();
-        if (reserved != places.end())
-            reserved->reserved = true;
-        std::vector<const ScreenState*> screens;
-        for (const ScreenState& state : states) {
-            if (reserved != places.end() && state.screen == m_reservation.screen)
-                reserved->screen = &state;
-            else
-                screens.push_back(&state);
-        }
-        QStringList leftOver = distribute(std::move(screens), ip, places);
+        const bool isReserved = m_reservation.screen && m_reservation.deviceIp == ip;
+        const auto reserved = isReserved ? places.find(m_reservation.buttonIndex) : places.end();
+        Screens screens = settleReserved(states, reserved, m_reservation.screen, places);
+        settleOnOwnPosition(screens, places);
+        settleOnPresentKey(screens, ip, places);
+        settleOnLowestFreeKey(screens, places);
         apply(ip, places);
-        return leftOver;
+        QStringList names;
+        for (const ScreenState* screen : screens)
+            names.append(screen->name);
+        return names;
     });
     for (const QString& name : homeless)
         qWarning(" Binding screen data error... No key is left for the screen %s.", qUtf8Printable(name));
@@ -223,14 +246,14 @@ void ScreenBindings::bindReserved()
 
 bool ScreenBindings::unbindReserved()
 {
-    Reservation dropped; // outside, for the screen's destruction is the model's business
+    Reservation dropped; // outlives the lock: the screen may be destroyed with it, which is the model's code
     return m_updates.write([&]() -> bool {
         std::swap(dropped, m_reservation);
         return dropped.screen && dropped.unbindKey();
     });
 }
 
-/// By the key's place, for meanwhile the model may have given the id to another screen.
+/// Finds the key by its place: meanwhile the model may have given the id to another screen.
 bool ScreenBindings::Reservation::unbindKey() const
 {
     const auto key = ECConsoleManager::instance()->findEcCommandItem(
@@ -247,7 +270,7 @@ void ScreenBindings::unbind(const BizModel::Device& device, const BizModel::Scre
     const ECObjectId id = screenObjectId(screen);
     for (const ScreenState& present : screensOf(device)) {
         if (present.id == id)
-            return; // the news comes late: a new screen has got the id
+            return; // the notification comes late: a new screen has got the id
     }
     m_updates.write([&] {
         ECConsoleManager::instance()->resetECButtonData(ip, KeyboardType::Screen, id, ECLEDColor::Off);
