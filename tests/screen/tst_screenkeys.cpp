@@ -1,8 +1,12 @@
 #include "logcapture.h"
 #include "memorydevicelist.h"
+#include "requestgate.h"
 #include "screenscene.h"
 
+#include <QDialog>
+
 #include <thread>
+#include <tuple>
 
 using namespace ScreenScene;
 using namespace std::chrono_literals;
@@ -22,7 +26,9 @@ class TestScreenKeys : public ScreenTest {
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase() { m_pGate = std::make_unique<RequestGate>(); }
     void init() { start(); }
+    void cleanup() { m_pGate->open(); }
 
     void theKeysShowTheActiveDevice()
     {
@@ -168,7 +174,7 @@ private Q_SLOTS:
         QVERIFY(m_rig.asked(Operation::ParallelCutScreen).isEmpty());
     }
 
-    void aLongTakeShowsTheWaitingDialogUntilItEnds()
+    void aLongTakeShowsTheWaitingDialogUntilItIsHandedOver()
     {
         QVERIFY(control().setEffectTime(A, Stage, 1.0));
         QVERIFY(tap(Take));
@@ -177,37 +183,46 @@ private Q_SLOTS:
         QCOMPARE(layer(SceneType::PGM, Side), QString("present")); // it is not selected
         m_rig.forget();
 
-        // It ends long before its time is up, and so does the dialog.
         QVERIFY(control().setEffectTime(A, Stage, 10.0));
         fail(Operation::ParallelTakeScreen);
         m_rig.hold(Operation::ParallelTakeScreen);
         const LogCapture log;
         QVERIFY(tap(Take));
-        QVERIFY(console().shows(Take, ECLEDColor::Off)); // handed over
         QCOMPARE(m_rig.asked(Operation::ParallelTakeScreen), QStringList("device=A types=6"));
-        QCOMPARE(m_rig.countNotices(TakeDialog), 1);
-        QCOMPARE(m_rig.countNotices(Hide), 0);
+        QCOMPARE(notices(), QStringList({TakeDialog, Hide}));
+        QVERIFY(console().shows(Take, ECLEDColor::Off));
+        // While it runs the console is open, and says why a screen cannot be selected.
         QCOMPARE(screen()->state(), State::Taking);
+        QVERIFY(tap(Select + 1));
+        QCOMPARE(notices().last(), TakingNotice);
+        QVERIFY(tap(FTB));
+        QCOMPARE(m_rig.requested(Operation::ParallelFTBScreen).size(), 1);
         m_rig.letGo();
-        QVERIFY(m_rig.waitNotice(Hide));
-        QCOMPARE(screen()->state(), State::Normal);
         QVERIFY(log.waitFor("Take operator error: Take failed."));
+        QVERIFY(waitState(State::Normal));
     }
 
-    void aTakeThatHangsLosesItsDialogInTime()
+    void aTakeWhoseHandOverHangsLosesItsDialogInTime()
     {
         QVERIFY(control().setEffectTime(A, Stage, 1.1));
-        m_rig.hold(Operation::ParallelTakeScreen);
-        QVERIFY(tap(Take));
+        m_pGate->close();
+        console().tap(Take);
         QVERIFY(m_rig.waitNotice(Hide));
-        QCOMPARE(screen()->state(), State::Taking);
-        const auto notices = m_rig.notices();
-        QVERIFY(notices.at(1).time - notices.at(0).time >= 1400ms);
-        // Its end hides nothing any more.
-        m_rig.letGo();
+        QVERIFY(console().shows(Take, ECLEDColor::Green)); // it is not handed over yet
+        const auto shown = m_rig.notices();
+        QVERIFY(shown.at(1).time - shown.at(0).time >= 1400ms);
+        m_pGate->open();
+        QVERIFY(waitState(State::Taking) && console().settle());
+        QVERIFY(console().shows(Take, ECLEDColor::Off));
         QVERIFY(waitState(State::Normal));
-        QVERIFY(console().settle());
-        QCOMPARE(m_rig.notices().size(), std::size_t(2));
+    }
+
+    void aTakeThatTheModelDoesNotStartIsLogged()
+    {
+        QVERIFY(control().setEffectTime(A, Stage, 2.0));
+        m_pGate->refuseNext();
+        QVERIFY(isRefused(Take, "Take operator error: the model did not start the take."));
+        QCOMPARE(notices(), QStringList({TakeDialog, Hide}));
     }
 
     void cutIsDoneWhenItsKeyGoesDark()
@@ -224,20 +239,50 @@ private Q_SLOTS:
         QVERIFY(console().shows(Cut, ECLEDColor::Off));
     }
 
-    void whatTheModelRefusesLightsNoKey()
+    void aSlowModelHoldsUpNoOtherKey()
     {
+        const std::pair<quint16, Operation> slow[] = {
+            {FTB, Operation::ParallelFTBScreen},
+            {Swap, Operation::ParallelSetSwapStatus},
+            {Match, Operation::ParallelMatchPGM}};
+        for (const auto& [key, operation] : slow) {
+            m_rig.forget();
+            m_rig.hold(operation);
+            QVERIFY2(tap(key), qPrintable(MemoryModel::operationName(operation)));
+            QVERIFY(tap(Edit)); // the next key is worked while the model is still at it
+            QCOMPARE(m_rig.asked(Operation::UpdatePGMEditStatus).size(), 1);
+            m_rig.letGo();
+        }
+        QVERIFY(console().waitShows(FTB, ECLEDColor::Green) && console().waitShows(Swap, ECLEDColor::Green));
+    }
+
+    void whatTheModelRefusesIsLoggedAndLightsNoKey()
+    {
+        const LogCapture log;
         fail(Operation::ParallelMatchPGM);
         console().press(Match);
-        QVERIFY(console().settle());
-        QVERIFY(console().shows(Match, ECLEDColor::Off)); // while it is still down
+        QVERIFY(log.waitFor("matchPGM operator error: Match PGM failed. ordered"));
+        QVERIFY(console().waitShows(Match, ECLEDColor::Off)); // while it is still down
         console().release(Match);
-        for (const auto operation :
-             {Operation::ParallelFreezeScreen, Operation::ParallelFTBScreen,
-              Operation::ParallelSetSwapStatus})
-            fail(operation);
-        QVERIFY(isRefused(Freeze, "Freeze PGM failed:The request was refused."));
-        QVERIFY(isRefused(FTB, "FTB PGM failed:The request was refused."));
-        QVERIFY(isRefused(Swap, "Swap failed:The request was refused."));
+        const std::tuple<quint16, Operation, const char*> keys[] = {
+            {Freeze, Operation::ParallelFreezeScreen, "Freeze PGM failed:The request was refused. "},
+            {FTB, Operation::ParallelFTBScreen, "FTB PGM failed:The request was refused. "},
+            {Swap, Operation::ParallelSetSwapStatus, "Swap failed:The request was refused. "}};
+        for (const auto& [key, operation, line] : keys) {
+            fail(operation); // when it is carried out
+            QVERIFY(tap(key));
+            QVERIFY2(log.waitFor(QString(line) + "ordered"), line);
+            m_pGate->refuseNext(); // when it is asked for
+            QVERIFY(tap(key));
+            QVERIFY2(log.contains(QString(line) + "not now"), line);
+            QVERIFY(console().shows(key, ECLEDColor::Off));
+        }
+        m_pGate->refuseNext();
+        QVERIFY(isRefused(Match, "matchPGM operator error: Match PGM failed. not now"));
+        fail(Operation::CancelScreensSelected);
+        QVERIFY(tap(Select));
+        QVERIFY(log.contains("the model refused to deselect the screen."));
+        QVERIFY(console().shows(Select, ECLEDColor::Green));
     }
 
     void freezeAndFTBCountForTheWholeGroup()
@@ -270,8 +315,13 @@ private Q_SLOTS:
         }
         QVERIFY(control().selectScreens(A, {Confidence}));
         m_rig.forget();
-        QVERIFY(isRefused(Edit, "PGM edit failed:"));
-        QVERIFY(m_rig.asked(Operation::UpdatePGMEditStatus).isEmpty());
+        console().takeRequests();
+        const LogCapture log;
+        QVERIFY(tap(Edit));
+        QCOMPARE(m_rig.asked(Operation::UpdatePGMEditStatus), QStringList("device=A screens=[] enabled=0"));
+        QVERIFY(!console().takeRequests().empty());
+        QVERIFY(console().shows(Edit, ECLEDColor::Off));
+        QVERIFY(!log.contains("PGM edit failed:"));
     }
 
     void mixTypeSetsTheActiveScreen()
@@ -320,12 +370,28 @@ private Q_SLOTS:
         const LogCapture log;
         QVERIFY(tap(PageDown));
         QVERIFY(log.contains("the maximum page number is currently reached. This is ScreenCommand"));
+        // Another group is no other device.
+        QVERIFY(control().setGroup(B, "7") && control().setGroup(A, "7"));
+        QVERIFY(console().settle());
+        QCOMPARE(page(), QString("Page 8"));
         // Another device begins with its first page.
         QVERIFY(control().activateDevice(B));
         QCOMPARE(page(), QString("Page 1"));
         QCOMPARE(keys(), QStringList({"green Hall", "off", "off", "off"}));
         QVERIFY(control().activateDevice(A));
         QCOMPARE(keys().first(), QString("green Stage"));
+    }
+
+    void aPageKeyThatADialogInterruptsTurnsThePage()
+    {
+        console().press(PageDown);
+        QVERIFY(console().settle());
+        QDialog dialog;
+        dialog.open();
+        console().release(PageDown);
+        QVERIFY(console().settle());
+        QVERIFY(console().shows(PageDown, ECLEDColor::Off));
+        QCOMPARE(console().label(Label + PageUp), QString("Page 2"));
     }
 
     void aBurstOfLayerNoticesRepaintsOnce()
@@ -384,22 +450,31 @@ private Q_SLOTS:
 
     void answersAfterTheEndOfTheConsole()
     {
-        // A long take and a new screen are under way when the console ends; the model answers later.
-        QVERIFY(control().setEffectTime(A, Stage, 1.2));
+        // A new screen, a match that fails and a held time key are under way when the console ends.
         m_rig.hold(Operation::AsyncCreateScreen);
         QVERIFY(tap(Select + 3));
-        QVERIFY(tap(Take));
-        QCOMPARE(m_rig.countNotices(TakeDialog), 1);
+        fail(Operation::ParallelMatchPGM);
+        m_rig.operations().delay(Operation::ParallelMatchPGM, 200ms, MemoryModel::Times::Once);
+        const LogCapture log;
+        console().press(Match);
         console().press(TimeUp);
         QVERIFY(console().settle());
         m_rig.endConsole();
         m_rig.letGo();
-        QVERIFY(m_rig.waitNotice(Hide, 2));
+        QVERIFY(m_rig.waitNotice(Hide));
         QTRY_COMPARE(m_rig.device(A)->screens(ScreenType::AllScreenType).size(), 4);
-        QVERIFY(waitState(State::Normal));
+        QVERIFY(log.waitFor("matchPGM operator error: Match PGM failed."));
+        QCoreApplication::processEvents(); // what it left to this thread
     }
 
 private:
+    QStringList notices() const
+    {
+        QStringList texts;
+        for (const auto& notice : m_rig.notices())
+            texts.append(notice.text);
+        return texts;
+    }
     QStringList keys() { return console().faces(Select, Label + Select, SelectCount); }
     QStringList otherKeys() { return console().faces(PageUp, Label + PageUp, TimeDown - PageUp + 1); }
     /// Presses the key and releases it; true when the line tells why and the key is dark.
@@ -408,6 +483,8 @@ private:
         const LogCapture log;
         return tap(key) && log.contains(line) && console().shows(key, ECLEDColor::Off);
     }
+
+    std::unique_ptr<RequestGate> m_pGate;
 };
 
 QTEST_MAIN(TestScreenKeys)

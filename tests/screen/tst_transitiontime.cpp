@@ -1,11 +1,15 @@
+#include "bareplatform.h"
 #include "downdecoder.h"
 #include "logcapture.h"
+#include "memorydevice.h"
+#include "memoryscreen.h"
 #include "screenscene.h"
 
 #include <QDialog>
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 using namespace ScreenScene;
 using namespace std::chrono_literals;
@@ -182,6 +186,33 @@ private Q_SLOTS:
         QCOMPARE(screen()->switchEffectTime(), 0.2);
         const std::size_t count = steps().size();
         QVERIFY(!QTest::qWaitFor([&] { return steps().size() > count + 1; }, QuietMs));
+    }
+
+    /// Last: it puts another application in the model's place.
+    void aTimeThatIsNoNumberIsShownAndLeftBehind()
+    {
+        const auto hub = std::make_shared<MemoryModel::ModelHub>();
+        const auto device = std::make_shared<MemoryModel::MemoryDevice>(hub, show().devices.first());
+        MemoryModel::MemoryScreen::Data data;
+        data.effectSeconds = std::numeric_limits<double>::quiet_NaN();
+        const auto odd = std::make_shared<MemoryModel::MemoryScreen>(hub, device, Stage, data);
+        {
+            MemoryModel::Change change(*hub);
+            device->data(change).activeScreen = odd;
+        }
+        struct Application : TestSupport::BareDeviceList {
+            std::weak_ptr<BizModel::Device> activedDevice() const override { return device; }
+            std::shared_ptr<BizModel::Device> device;
+        };
+        Application application;
+        application.device = device;
+        ScreenCommand command;
+        command.setCommandConfig(keyboard()->m_commands.first());
+        command.slotScreenEffectChanged(device, odd);
+        QCOMPARE(label(TimeUp), QString("nan"));
+        command.slotECButtonPressed(TimeDown);
+        QCOMPARE(label(TimeDown), QString("10.0"));
+        command.slotECButtonRelease(TimeDown);
     }
 
 private:

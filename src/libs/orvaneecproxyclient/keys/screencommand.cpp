@@ -142,7 +142,7 @@ bool ScreenCommand::isCutKeyPressed(const quint32& ecKey)
 bool ScreenCommand::isAllowedKeyReleased(const quint16& ecKey)
 {
     const Type type = Type(findOrvaneKey(ecKey));
-    return (type >= Type::eFreezePGMCB && type <= Type::eSetSwapStatusCB) || type == Type::eSetPGMEdit
+    return (type >= Type::ePageUp && type <= Type::eSetSwapStatusCB) || type == Type::eSetPGMEdit
         || type == Type::eSetTransitionTimeReduceCB;
 }
 
@@ -162,7 +162,9 @@ void ScreenCommand::setIsJump(bool) { }
 
 void ScreenCommand::slotActivedDeviceChanged()
 {
-    updateCurrentPageIndex(0);
+    // Also called when the group of a device changes: the operator's page stays then.
+    if (d->m_activedDeviceWatch.isAnother())
+        updateCurrentPageIndex(0);
     d->updateKeyboard();
 }
 

@@ -1,20 +1,20 @@
 #pragma once
 
+#include "activeddevicewatch_p.h"
 #include "coalescer_p.h"
 #include "holdtimer_p.h"
 #include "screencommand.h"
 #include "screencommandbindings_p.h"
 #include "selectkeys_p.h"
+#include "transitiontimehold_p.h"
 
 #include "completion.h"
 
 #include <QObject>
 
 #include <atomic>
-#include <chrono>
 #include <functional>
 #include <memory>
-#include <mutex>
 
 namespace Orvane::ECProxy::Client::Internal {
 
@@ -23,33 +23,6 @@ namespace Orvane::ECProxy::Client::Internal {
 bool isPGMFrozen(const BizModel::Device& device);
 bool isPGMFadedToBlack(const BizModel::Device& device);
 bool isPGMEdited(const BizModel::Device& device);
-
-/// A transition time in seconds as the labels show it.
-QString transitionTimeText(double seconds);
-
-using Clock = std::chrono::steady_clock;
-
-/// The waiting dialog of a take that lasts: hidden when the take has ended, or when its time is up. Held by
-/// shared pointer, because the take may end after the command is gone. Any thread.
-class TakeWaitingDialog {
-public:
-    /// Shows the dialog, for `limit` at most. Answers the number to hide it by.
-    int show(std::chrono::milliseconds limit);
-    /// Hides the dialog, unless it is hidden or a later take has shown its own.
-    void hide(int number);
-    /// Tells the application in any case to hide what it shows.
-    void hide();
-
-private:
-    void timeIsUp();
-
-    // m_mutex guards m_nShown, m_nLast and m_limit, and keeps the timer in step with them.
-    std::mutex m_mutex;
-    int m_nShown = 0; ///< 0 while no dialog is shown
-    int m_nLast = 0;
-    Clock::time_point m_limit; ///< of the dialog that was shown last
-    HoldTimer m_waitingDialogTimer{[this] { timeIsUp(); }};
-};
 
 /// What the screen group's keys, the T-Bar and the model's notifications do. Key handlers run on the
 /// thread that delivers the console's events, repeats on timer threads, repaints on the GUI thread and where
@@ -65,7 +38,7 @@ public:
     std::shared_ptr<BizModel::Screen> findBindingScreen(const quint32& ecKey) const;
     bool isKeyOfType(const quint32& ecKey, ScreenCallbackType type) const;
 
-    // Keys that bring something to program.
+    // Keys of the program.
 
     bool takeToPGMPressed(const quint32& ecKey);
     bool cutToPGMPressed(const quint32& ecKey);
@@ -110,7 +83,7 @@ public:
     void updateMixType();
     /// The transition time of the active screen; blank without one.
     void updateTimeFunData();
-    void updateTimeSpeedOledText(double seconds);
+    void updateTimeSpeedOledText(const QString& text);
     /// Lights the key with that function, in `color` or dark. Warns when the group has no such key.
     void updateECButtonColor(bool on, ScreenCallbackType type, ECLEDColor color);
     void updateFunctionOled(ScreenCallbackType type, const QString& text);
@@ -122,9 +95,9 @@ public:
 
     SelectKeys m_screenButtonCfgs;
     const std::shared_ptr<ScreenBindings> m_pBindings = std::make_shared<ScreenBindings>();
+    ActivedDeviceWatch m_activedDeviceWatch;
     /// A screen creation is in flight. Shared with its completion.
     const std::shared_ptr<std::atomic<bool>> m_isCreatingScreen = std::make_shared<std::atomic<bool>>(false);
-    const std::shared_ptr<TakeWaitingDialog> m_pTakeWaitingDialog = std::make_shared<TakeWaitingDialog>();
 
     // The T-Bar's state, touched only on the thread that delivers the console's events.
 
@@ -138,6 +111,11 @@ public:
     quint32 m_tbarTimerId = 0xFFFFFFFF; ///< kept, without effect
 
 private:
+    struct Toggle;
+
+    bool toggleSelection(
+        const std::shared_ptr<BizModel::Device>& device,
+        const std::shared_ptr<BizModel::Screen>& screen) const;
     bool reserveKey(
         const quint32& ecKey, const std::shared_ptr<BizModel::Device>& device,
         const std::shared_ptr<BizModel::Screen>& screen);
@@ -145,35 +123,28 @@ private:
         const std::shared_ptr<BizModel::Device>& device,
         const std::shared_ptr<BizModel::Screen>& screen) const;
 
-    /// Puts the key out and logs why. Always false.
     bool refuse(const quint32& ecKey, const char* text);
+    void showTakeWaitingDialog(double transitionMs);
+    void hideWaitingdialog();
+    Completion matchEnded(const quint32& ecKey, int press);
+    bool toggle(const Toggle& what);
+    bool updateTransitionTime(bool reduce);
+    void showTransitionStep(bool reduce, double seconds);
 
     void darkenMomentaryKeys();
     /// Lights a key as long as the active device is in the state; dark without a device.
     void showState(
         ScreenCallbackType type, ECLEDColor color, const std::function<bool(const BizModel::Device&)>& isOn);
 
-    bool updateTransitionTime(bool reduce);
-    void increaseEffectTime();
-    void reduceEffectTime();
-    void repeatEffectStep(bool reduce);
-    void stepEffectTime(bool reduce, int hold);
-    void rearmEffectTimer(bool reduce, int hold);
+    /// Number of the last press of the match key.
+    std::atomic<int> m_nMatchPress{0};
 
-    // m_effectSpeedMutex guards m_bRelease, m_nHold, m_effectSpeed, m_bEffectTimeReduce, m_takeMilliSecTime
-    // and m_nextRepeat, and keeps the repeat timers in step with them.
-    std::mutex m_effectSpeedMutex;
-    bool m_bRelease = true; ///< no time key is held: no step may follow
-    int m_nHold = 0; ///< number of the hold that is going on or was last
-    double m_effectSpeed = 0.5; ///< transition time that a held key edits, in seconds
-    bool m_bEffectTimeReduce = true; ///< the held key counts down
-    int m_takeMilliSecTime = 350; ///< from one step to the next
-    Clock::time_point m_nextRepeat; ///< no repeat comes before
-
-    // Last, so that no time-out comes while the rest goes.
-    HoldTimer m_effectTimer{[this] { increaseEffectTime(); }};
-    HoldTimer m_effectReduceTimer{[this] { reduceEffectTime(); }};
-    Coalescer m_updateTakeTimer;
+    // Last, so that no time-out comes while the rest is destroyed.
+    HoldTimer m_pWaitingDialogTimer{[this] { hideWaitingdialog(); }};
+    TransitionTimeHold m_transitionTime{
+        [this](bool reduce, double seconds) { showTransitionStep(reduce, seconds); },
+        [this] { updateTimeFunData(); }};
+    Coalescer m_pUpdateTakeTimer;
 };
 
 } // namespace Orvane::ECProxy::Client::Internal

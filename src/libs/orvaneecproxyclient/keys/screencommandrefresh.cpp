@@ -10,7 +10,6 @@
 #include "ec/eckeyboardconfig.h"
 
 #include <algorithm>
-#include <optional>
 
 namespace Orvane::ECProxy::Client::Internal {
 
@@ -89,14 +88,9 @@ bool isPGMEdited(const BizModel::Device& device)
     return isAnySelected(device, [](const BizModel::Screen& screen) { return screen.PGMEditEnable(); });
 }
 
-QString transitionTimeText(double seconds)
-{
-    return QStringLiteral("%1").arg(seconds, 0, 'f', 1);
-}
-
 ScreenCommandPrivate::ScreenCommandPrivate(ScreenCommand* command)
     : m_pCommand(command)
-    , m_updateTakeTimer(LayerNotificationWindow, [this] { slotUpdateTakeScreenTimeout(); })
+    , m_pUpdateTakeTimer(LayerNotificationWindow, [this] { slotUpdateTakeScreenTimeout(); })
 {
 }
 
@@ -202,26 +196,26 @@ void ScreenCommandPrivate::showState(
 
 void ScreenCommandPrivate::updateTimeFunData()
 {
+    // The texts are compared, not the times: a time that is not a number is never equal to itself.
     showUntilTrue(
         [] {
             const auto screen = activedScreen();
-            return screen ? std::optional<double>(screen->switchEffectTime()) : std::nullopt;
+            return screen ? transitionTimeText(screen->switchEffectTime()) : QString();
         },
-        [this](const std::optional<double>& seconds) {
-            if (seconds) {
-                updateTimeSpeedOledText(*seconds);
-                return;
-            }
-            updateFunctionOled(ScreenCallbackType::eSetTransitionTimeCB, QString());
-            updateFunctionOled(ScreenCallbackType::eSetTransitionTimeReduceCB, QString());
-        });
+        [this](const QString& text) { updateTimeSpeedOledText(text); });
 }
 
-void ScreenCommandPrivate::updateTimeSpeedOledText(double seconds)
+void ScreenCommandPrivate::updateTimeSpeedOledText(const QString& text)
 {
-    const QString text = transitionTimeText(seconds);
     updateFunctionOled(ScreenCallbackType::eSetTransitionTimeCB, text);
     updateFunctionOled(ScreenCallbackType::eSetTransitionTimeReduceCB, text);
+}
+
+void ScreenCommandPrivate::showTransitionStep(bool reduce, double seconds)
+{
+    updateFunctionOled(
+        reduce ? ScreenCallbackType::eSetTransitionTimeReduceCB : ScreenCallbackType::eSetTransitionTimeCB,
+        transitionTimeText(seconds));
 }
 
 void ScreenCommandPrivate::updateECButtonColor(bool on, ScreenCallbackType type, ECLEDColor color)
@@ -244,7 +238,7 @@ void ScreenCommandPrivate::updateFunctionOled(ScreenCallbackType type, const QSt
 void ScreenCommandPrivate::notifyUpdateLayer()
 {
     logConsumeTime("preset consume time: Update ScreenCommand Notify Timer start.");
-    m_updateTakeTimer.trigger();
+    m_pUpdateTakeTimer.trigger();
 }
 
 void ScreenCommandPrivate::slotUpdateTakeScreenTimeout()

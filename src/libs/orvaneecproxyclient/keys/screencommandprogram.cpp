@@ -1,0 +1,339 @@
+#include "screencommand_p.h"
+
+#include "modelaccess_p.h"
+
+#include "bizmodel/device.h"
+#include "bizmodel/screen.h"
+#include "bizmodel/translations.h"
+#include "modelcontrol/device.h"
+#include "modelcontrol/screen.h"
+#include "parallelcontrol/parallelmanager.h"
+
+#include <QCoreApplication>
+#include <QPointer>
+
+#include <algorithm>
+#include <limits>
+
+namespace Orvane::ECProxy::Client::Internal {
+
+using BizModel::Enum::Screen::RegularAndAUXScreens;
+using BizModel::Enum::Screen::RegularScreen;
+using std::chrono::milliseconds;
+using WeakDevice = std::weak_ptr<BizModel::Device>;
+using WeakScreen = std::weak_ptr<BizModel::Screen>;
+
+namespace {
+
+/// A longer transition shows the waiting dialog.
+constexpr double ShortTransitionMs = 1000;
+/// The waiting dialog's limit beyond the transition's time.
+constexpr double WaitingDialogExtraMs = 300;
+
+bool takeCutEnabled(const std::shared_ptr<BizModel::Device>& device)
+{
+    const auto controller = ModelControl::Device::create(device);
+    return controller && controller->takeCutEnabled();
+}
+
+std::shared_ptr<ModelControl::Screen> screenController(const std::shared_ptr<BizModel::Device>& device)
+{
+    return ModelControl::Device::screenModelControl(RegularScreen, device);
+}
+
+/// Hands a task for the device and its group to the model.
+bool startParallelRequest(
+    const std::shared_ptr<BizModel::Device>& device, const ParallelControl::ParallelTaskFactory& factory,
+    bool waitForResult, QString* error = nullptr, const Completion& callback = {})
+{
+    if (auto* const manager = ParallelControl::ParallelManager::instance())
+        return manager->startParallelRequest(device, factory, waitForResult, error, callback);
+    qWarning("No manager of parallel requests is installed.");
+    return false;
+}
+
+} // namespace
+
+/// Puts the key out and logs why. Always false.
+bool ScreenCommandPrivate::refuse(const quint32& ecKey, const char* text)
+{
+    m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Off);
+    qWarning("%s", text);
+    return false;
+}
+
+// ---- Take, cut, match -----------------------------------------------------------------------------------
+
+bool ScreenCommandPrivate::takeToPGMPressed(const quint32& ecKey)
+{
+    m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green);
+    qDebug("Take operator begin to take.");
+    const auto device = activedDevice();
+    if (!device)
+        return refuse(ecKey, "Take operator error: active device is nullptr.");
+    if (!takeCutEnabled(device))
+        return refuse(ecKey, "Take operator error:takeCutNotEnabled.");
+    const auto screen = device->activedScreen().lock();
+    if (!screen)
+        return refuse(ecKey, "Take operator error: active screen is nullptr.");
+
+    showTakeWaitingDialog(screen->switchEffectTime() * 1000);
+    const auto task = [](const WeakDevice& each) {
+        return ParallelControl::ParallelTakeScreen{
+            each, RegularAndAUXScreens, [](bool ok, const QString& text) {
+                if (!ok)
+                    qWarning("Take operator error: Take failed. %s", qUtf8Printable(text));
+            }};
+    };
+    const bool isHandedOver = startParallelRequest(device, task, false);
+    if (!isHandedOver)
+        qWarning("Take operator error: the model did not start the take.");
+    hideWaitingdialog();
+    m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Off);
+    return isHandedOver;
+}
+
+/// Shows the waiting dialog while a long transition is handed over. The timer hides it when the handing over
+/// takes longer than the transition.
+void ScreenCommandPrivate::showTakeWaitingDialog(double transitionMs)
+{
+    if (!(transitionMs > ShortTransitionMs))
+        return;
+    showWaitingDialog(BizModel::Translate::tr(BizModel::Translate::TR_THE_TAKE_WAIT));
+    const double limitMs =
+        std::min(transitionMs + WaitingDialogExtraMs, double(std::numeric_limits<int>::max()));
+    m_pWaitingDialogTimer.restart(milliseconds(int(limitMs)));
+}
+
+void ScreenCommandPrivate::hideWaitingdialog()
+{
+    m_pWaitingDialogTimer.stop();
+    hideWaitingDialog();
+}
+
+bool ScreenCommandPrivate::cutToPGMPressed(const quint32& ecKey)
+{
+    m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green);
+    qDebug("Take operator begin to CUT.");
+    const auto device = activedDevice();
+    if (!device)
+        return refuse(ecKey, "Take operator error: active device is nullptr.");
+    if (!takeCutEnabled(device))
+        return refuse(ecKey, "Take operator error:takeCutNotEnabled.");
+
+    const auto task = [](const WeakDevice& each) {
+        return ParallelControl::ParallelCutScreen{
+            each, RegularAndAUXScreens, [](bool ok, const QString& text) {
+                if (!ok)
+                    qWarning("Cut operator error: Cut failed. %s", qUtf8Printable(text));
+            }};
+    };
+    if (!startParallelRequest(device, task, true))
+        return refuse(ecKey, "Take operator error: CUT failed.");
+    m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Off);
+    return true;
+}
+
+bool ScreenCommandPrivate::matchPGMPressed(const quint32& ecKey)
+{
+    qDebug("matchPGM operator begin to match PGM.");
+    const int press = ++m_nMatchPress;
+    m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green);
+    const auto device = activedDevice();
+    if (!device)
+        return refuse(ecKey, "matchPGM operator error: active device is nullptr.");
+    const auto task = [](const WeakDevice& each) {
+        return ParallelControl::ParallelMatchPGM{each, RegularAndAUXScreens};
+    };
+    QString error;
+    if (startParallelRequest(device, task, false, &error, matchEnded(ecKey, press)))
+        return true;
+    qWarning("matchPGM operator error: Match PGM failed. %s", qUtf8Printable(error));
+    m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Off);
+    return false;
+}
+
+/// Called by a thread of the model when the match has ended, perhaps after the command is gone: the light is
+/// left to the GUI thread, on which alone commands are destroyed.
+Completion ScreenCommandPrivate::matchEnded(const quint32& ecKey, int press)
+{
+    return [self = QPointer<ScreenCommandPrivate>(this), ecKey, press](bool ok, const QString& text) {
+        if (ok)
+            return;
+        qWarning("matchPGM operator error: Match PGM failed. %s", qUtf8Printable(text));
+        auto* const app = QCoreApplication::instance();
+        if (!app)
+            return;
+        QMetaObject::invokeMethod(app, [self, ecKey, press] {
+            // A later press has the light of its own.
+            if (self && self->m_nMatchPress == press)
+                self->m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Off);
+        });
+    };
+}
+
+bool ScreenCommandPrivate::matchPGMRelease(const quint32& ecKey)
+{
+    m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Off);
+    return true;
+}
+
+// ---- Freeze, fade to black, swap, program edit ----------------------------------------------------------
+
+/// A state of the device that a key turns on and off.
+struct ScreenCommandPrivate::Toggle {
+    const char* name; ///< for the log
+    bool (*isOn)(const BizModel::Device& device);
+    ParallelControl::ParallelTask (*task)(const WeakDevice& device, bool on);
+    /// Only freeze waits for its result: a slow model must not hold up the keys that follow.
+    bool waitForResult = false;
+};
+
+bool ScreenCommandPrivate::freezePGMPressed(const quint32&)
+{
+    const auto task = [](const WeakDevice& device, bool on) -> ParallelControl::ParallelTask {
+        return ParallelControl::ParallelFreezeScreen{device, RegularAndAUXScreens, on};
+    };
+    return toggle({"Freeze PGM", isPGMFrozen, task, true});
+}
+
+bool ScreenCommandPrivate::ftbPGMPressed(const quint32&)
+{
+    const auto task = [](const WeakDevice& device, bool on) -> ParallelControl::ParallelTask {
+        return ParallelControl::ParallelFTBScreen{device, RegularAndAUXScreens, on};
+    };
+    return toggle({"FTB PGM", isPGMFadedToBlack, task});
+}
+
+bool ScreenCommandPrivate::setSwapStatusPressed(const quint32&)
+{
+    const auto isOn = [](const BizModel::Device& device) { return device.swapEnable(); };
+    const auto task = [](const WeakDevice& device, bool on) -> ParallelControl::ParallelTask {
+        return ParallelControl::ParallelSetSwapStatus{device, on};
+    };
+    return toggle({"Swap", isOn, task});
+}
+
+/// Asks the model for the opposite of the present state. The light follows the model's notification.
+bool ScreenCommandPrivate::toggle(const Toggle& what)
+{
+    const auto device = activedDevice();
+    if (!device) {
+        qWarning("%s failed:The device is null.", what.name);
+        return false;
+    }
+    const auto logFailure = [name = what.name](const QString& error) {
+        qWarning("%s failed:The request was refused. %s", name, qUtf8Printable(error));
+    };
+    const auto task = [make = what.task, on = !what.isOn(*device)](const WeakDevice& each) {
+        return make(each, on);
+    };
+    Completion ended;
+    if (!what.waitForResult) {
+        ended = [logFailure](bool ok, const QString& error) {
+            if (!ok)
+                logFailure(error);
+        };
+    }
+    QString error;
+    if (startParallelRequest(device, task, what.waitForResult, &error, ended))
+        return true;
+    logFailure(error);
+    return false;
+}
+
+bool ScreenCommandPrivate::setPGMEditPressed(const quint32&)
+{
+    const auto device = activedDevice();
+    const auto controller = device ? screenController(device) : nullptr;
+    if (!controller) {
+        qWarning("PGM edit failed:%s", device ? "The device has no controller." : "The device is null.");
+        return false;
+    }
+    const auto screens = device->selectedScreen(RegularScreen);
+    const bool edit = std::any_of(screens.cbegin(), screens.cend(), [](const WeakScreen& weakScreen) {
+        const auto screen = weakScreen.lock();
+        return screen && !screen->PGMEditEnable();
+    });
+    // With no screen selected there is nothing to change, and whether the model takes the request says
+    // nothing.
+    if (!controller->updatePGMEditStatus(screens, edit) && !screens.isEmpty()) {
+        qWarning("PGM edit failed:The model refused to turn it %s.", edit ? "on" : "off");
+        return false;
+    }
+    updateECButtonColor(edit, ScreenCallbackType::eSetPGMEdit, ECLEDColor::Green);
+    return true;
+}
+
+// ---- The transition -------------------------------------------------------------------------------------
+
+bool ScreenCommandPrivate::setTransitionMixTypePressed(const quint32& ecKey)
+{
+    m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green);
+    const auto device = activedDevice();
+    const auto screen = device ? device->activedScreen().lock() : nullptr;
+    const auto controller = screen ? screenController(device) : nullptr;
+    if (controller && controller->updateEffectType({{screen, BizModel::EffectType::fade}}))
+        return true;
+    qWarning("Mix type error: %s", screen ? "The model refused to set it." : "No active screen!");
+    updateMixType(); // dark without a device
+    return false;
+}
+
+bool ScreenCommandPrivate::setTransitionTimePressed(const quint32& ecKey)
+{
+    m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green);
+    return updateTransitionTime(false);
+}
+
+bool ScreenCommandPrivate::setTransitionTimeReducePressed(const quint32& ecKey)
+{
+    m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green);
+    return updateTransitionTime(true);
+}
+
+bool ScreenCommandPrivate::updateTransitionTime(bool reduce)
+{
+    const auto device = activedDevice();
+    if (!device) {
+        qWarning("Effect time error: No active device!");
+        return false;
+    }
+    const auto screen = device->activedScreen().lock();
+    if (!screen) {
+        qWarning("Effect time error: No active screen!");
+        return false;
+    }
+    m_transitionTime.press(reduce, screen->switchEffectTime());
+    return true;
+}
+
+bool ScreenCommandPrivate::setTransitionTimeRelease(const quint32& ecKey)
+{
+    const auto seconds = m_transitionTime.release();
+    m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Off);
+    if (!seconds)
+        return true; // its press was refused: nothing was edited
+
+    const auto device = activedDevice();
+    const auto screen = device ? device->activedScreen().lock() : nullptr;
+    const bool isRegular = screen && screen->screenType() == RegularScreen;
+    const auto controller = isRegular ? screenController(device) : nullptr;
+    if (controller && controller->updateEffectSpeed({{screen, *seconds}}))
+        return true;
+    qWarning(
+        "Effect time error: The time was not changed. %s",
+        !screen           ? "No active screen!"
+            : !isRegular  ? "The active screen is not a regular one."
+            : !controller ? "The device has no controller."
+                          : "The model refused it.");
+    updateTimeFunData(); // back to what is true
+    return false;
+}
+
+bool ScreenCommandPrivate::setTransitionTimeReduceRelease(const quint32& ecKey)
+{
+    return setTransitionTimeRelease(ecKey); // one hold at a time, whichever key began it
+}
+
+} // namespace Orvane::ECProxy::Client::Internal
