@@ -107,6 +107,40 @@ private Q_SLOTS:
         QVERIFY(host.tells("entered", {{"text", "01"}}));
     }
 
+    void aConsoleThatComesLateOrAgainIsLitWithoutAPress()
+    {
+        Host host;
+        QVERIFY(host.start({"--show", EXAMPLE_SHOW}));
+        QCOMPARE(host.lines().first().value("service").toString(), QString("absent"));
+        for (int round = 0; round < 3; ++round) {
+            Console console;
+            QVERIFY(console.start());
+            for (const char* shown :
+                 {"led 1 green", "oled 512 \"Main wall\"", "light front on", "luminance 100"})
+                QVERIFY2(console.expect(shown), shown);
+            QVERIFY(host.tells("serviceState", {{"state", "present"}}));
+            if (round == 0)
+                QVERIFY(host.hasDone("lockTBar"));
+            QVERIFY(console.expect("lock tbar on"));
+            console.closeInput();
+            QCOMPARE(console.exitStatus(), 0);
+            QVERIFY(host.tells("serviceState", {{"state", "absent"}}));
+        }
+    }
+
+    void aConsoleThatIsReplacedAtOnceIsLit()
+    {
+        Host host;
+        QVERIFY(host.start({"--show", EXAMPLE_SHOW}));
+        for (int round = 0; round < 5; ++round) {
+            // The former one ends when the new one is asking for the port: there may be no moment without.
+            Console console;
+            QVERIFY(console.start());
+            QVERIFY(console.expect("led 1 green"));
+            QVERIFY(console.expect("light front on"));
+        }
+    }
+
     void endIsOrderly_data()
     {
         QTest::addColumn<int>("way");

@@ -2,8 +2,8 @@
 #include "commandreader.h"
 #include "commandtable.h"
 #include "consolecommands.h"
-#include "consolesession.h"
 #include "ec/eckeyboardloader.h"
+#include "ecconsolesession.h"
 #include "ecmanager.h"
 #include "eventwriter.h"
 #include "hostlog.h"
@@ -27,6 +27,7 @@
 
 using namespace Orvane;
 using namespace Orvane::ConsoleHost;
+using ECProxy::Client::ECConsoleSession;
 using ECProxy::Client::ECManager;
 
 namespace {
@@ -107,8 +108,11 @@ int runApplication(const Options& options, const std::shared_ptr<EC::s_ECKeyboar
     if (options.quitAtEnd)
         QObject::connect(&reader, &CommandReader::signalEnd, qApp, &QCoreApplication::quit);
 
-    const ConsoleSession session(keyboard);
-    events.writeEvent(QStringLiteral("ready"));
+    ECConsoleSession session;
+    if (!session.start(keyboard))
+        return fail({session.errorString()});
+    events.writeEvent(QStringLiteral("ready"), {{QStringLiteral("service"), nameOf(session.serviceState())}});
+    reportSession(session, events);
     const int status = QApplication::exec();
     model.stop(); // what still runs in it would hold up the end of the session
     return status;
@@ -138,8 +142,5 @@ int main(int argc, char* argv[])
             lines.append(problem.toString());
         return fail(lines);
     }
-    const QString portProblem = reportPortProblem();
-    if (!portProblem.isEmpty())
-        return fail({portProblem});
     return runApplication(options, keyboard.config);
 }

@@ -5,9 +5,12 @@
 #include "eventwriter.h"
 #include "operations.h"
 
+#include <QMetaEnum>
+
 namespace Orvane::ConsoleHost {
 
 using BizModel::DeviceList;
+using ECProxy::Client::ECConsoleSession;
 using ECProxy::Client::ECManager;
 
 namespace {
@@ -81,6 +84,24 @@ void reportManagerSignals(const ECManager& manager, EventWriter& events)
     report(manager, &ECManager::dviInSignalChanged, events, "dviInSignalChanged", "index");
     report(manager, &ECManager::echoVideoSignalChanged, events, "echoVideoSignalChanged");
     report(manager, &ECManager::signalOpenPGMPrompt, events, "openPGMPrompt");
+}
+
+QString nameOf(ECConsoleSession::ServiceState state)
+{
+    const auto states = QMetaEnum::fromType<ECConsoleSession::ServiceState>();
+    return QString::fromLatin1(states.valueToKey(int(state))).toLower();
+}
+
+void reportSession(const ECConsoleSession& session, EventWriter& events)
+{
+    QObject::connect(
+        &session, &ECConsoleSession::serviceStateChanged, &events,
+        [&events](ECConsoleSession::ServiceState state) {
+            events.writeEvent(QStringLiteral("serviceState"), {{QStringLiteral("state"), nameOf(state)}});
+        });
+    QObject::connect(&session, &ECConsoleSession::errorOccurred, &events, [&events](const QString& text) {
+        events.writeEvent(QStringLiteral("sessionError"), {{QStringLiteral("text"), text}});
+    });
 }
 
 void reportNotices(const DeviceList& devices, EventWriter& events)

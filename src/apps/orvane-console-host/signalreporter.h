@@ -1,6 +1,9 @@
 #pragma once
 
+#include "ecconsolesession.h"
+
 #include <QObject>
+#include <QString>
 
 namespace Orvane::BizModel {
 class DeviceList;
@@ -19,6 +22,12 @@ class EventWriter;
 
 /// Writes an event for every signal of the console's manager.
 void reportManagerSignals(const ECProxy::Client::ECManager& manager, EventWriter& events);
+
+/// Writes an event when the console's service goes or comes, and when the session is in trouble.
+void reportSession(const ECProxy::Client::ECConsoleSession& session, EventWriter& events);
+
+/// The state as events name it: "absent", "present", "unknown".
+QString nameOf(ECProxy::Client::ECConsoleSession::ServiceState state);
 
 /// Writes an event for every notice to the user.
 void reportNotices(const BizModel::DeviceList& devices, EventWriter& events);

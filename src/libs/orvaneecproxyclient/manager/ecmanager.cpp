@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <atomic>
 #include <mutex>
+#include <utility>
 
 namespace Orvane::ECProxy::Client {
 
@@ -40,7 +41,7 @@ void ECManagerPrivate::send(const QByteArray& datagram) const
 {
     const std::shared_ptr<const Routes> routes = sendRoutes();
     for (const auto& route : *routes)
-        route(datagram);
+        route.send(datagram);
 }
 
 bool ECManagerPrivate::onButtonPressed(const QByteArray& value)
@@ -223,14 +224,38 @@ bool ECManager::initPresetCmdEx(const std::shared_ptr<Orvane::EC::s_ECKeyboardCo
 
 void ECManager::addSendDownTLVRequstCB(const SendDownTLVRequestCallbackType& callback)
 {
+    addSendRoute(callback);
+}
+
+int ECManager::addSendRoute(const SendDownTLVRequestCallbackType& callback)
+{
     if (!callback) {
         qWarning("An empty send route was refused.");
-        return;
+        return 0;
     }
+    std::shared_ptr<const ECManagerPrivate::Routes> former; // destroyed after the lock is released
     const std::lock_guard<std::mutex> lock(d->m_wiringMutex);
     auto routes = std::make_shared<ECManagerPrivate::Routes>(*d->m_sendTLVReqCBs);
-    routes->push_back(callback);
-    d->m_sendTLVReqCBs = routes;
+    routes->push_back({++d->m_nLastRoute, callback});
+    former = std::exchange(d->m_sendTLVReqCBs, routes);
+    return d->m_nLastRoute;
+}
+
+bool ECManager::removeSendRoute(int id)
+{
+    std::shared_ptr<const ECManagerPrivate::Routes>
+        former; // destroyed, with the route, after the lock is released
+    const std::lock_guard<std::mutex> lock(d->m_wiringMutex);
+    auto routes = std::make_shared<ECManagerPrivate::Routes>(*d->m_sendTLVReqCBs);
+    const auto found =
+        std::find_if(routes->begin(), routes->end(), [id](const ECManagerPrivate::Route& route) {
+            return route.id == id;
+        });
+    if (found == routes->end())
+        return false;
+    routes->erase(found);
+    former = std::exchange(d->m_sendTLVReqCBs, routes);
+    return true;
 }
 
 void ECManager::setECClientDecoder(const std::weak_ptr<ECClientDecoder>& decoder)

@@ -67,14 +67,20 @@ public:
     /// Kept for hosts that call it; no effect. Returns false.
     bool initPresetCmdEx(const std::shared_ptr<Orvane::EC::s_ECKeyboardConfig>& config);
 
-    /// Adds a way to the console; every request goes to each route in order of addition. There is no way to
-    /// take a route back: what it uses must live as long as the manager.
+    /// Adds a way to the console; every request goes to each route in order of addition.
     ///
     /// A route gets one whole datagram and hands it on without waiting: it is called on whatever thread makes
     /// a request (decoder, GUI, timers, the model's), on several at once, and with no lock of the library
     /// held, so it may make requests itself. Its result is ignored. An empty route is refused with a log
-    /// line.
+    /// line. A route added in this way stays; what it uses must live as long as the manager.
     void addSendDownTLVRequstCB(const SendDownTLVRequestCallbackType& callback);
+    /// The same for a route that can be removed.
+    /// @return its number, for `removeSendRoute()`; 0 when it was refused
+    int addSendRoute(const SendDownTLVRequestCallbackType& callback);
+    /// Takes a route back. A thread that is just making a request may call it once more after this returned:
+    /// a route must be safe to call as long as that can happen, or keep what it uses alive by itself.
+    /// @return false when there is no such route
+    bool removeSendRoute(int id);
 
     /// The channel's decoder, for those who inject reports or watch it; only stored here.
     void setECClientDecoder(const std::weak_ptr<ECClientDecoder>& decoder);

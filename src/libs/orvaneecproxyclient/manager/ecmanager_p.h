@@ -20,7 +20,11 @@ namespace Internal {
 
 class ECManagerPrivate {
 public:
-    using Routes = std::vector<ECManager::SendDownTLVRequestCallbackType>;
+    struct Route {
+        int id;
+        ECManager::SendDownTLVRequestCallbackType send;
+    };
+    using Routes = std::vector<Route>;
     using UpHandler = std::function<bool(const QByteArray&)>;
 
     explicit ECManagerPrivate(ECManager* manager);
@@ -47,7 +51,7 @@ public:
         if (datagram.isEmpty())
             return false;
         for (const auto& route : *routes)
-            route(datagram);
+            route.send(datagram);
         return true;
     }
 
@@ -69,12 +73,13 @@ public:
     /// Filled by the constructor and only read after it.
     QMap<eECUpMessageTag, UpHandler> m_messageTagForDecodeCB;
 
-    // m_wiringMutex guards m_pCommandMgr, m_pECKeyboardCfg, m_sendTLVReqCBs, m_pClientDecoder and
-    // m_strDeviceConfigFilePath. The list of routes itself never changes: adding one replaces it.
+    // m_wiringMutex guards m_pCommandMgr, m_pECKeyboardCfg, m_sendTLVReqCBs, m_nLastRoute, m_pClientDecoder
+    // and m_strDeviceConfigFilePath. The list of routes itself never changes: adding one replaces it.
     mutable std::mutex m_wiringMutex;
     std::shared_ptr<CommandManager> m_pCommandMgr;
     std::shared_ptr<Orvane::EC::s_ECKeyboardConfig> m_pECKeyboardCfg;
     std::shared_ptr<const Routes> m_sendTLVReqCBs = std::make_shared<const Routes>();
+    int m_nLastRoute = 0; ///< id of the route added last
     std::weak_ptr<ECClientDecoder> m_pClientDecoder;
     QString m_strDeviceConfigFilePath;
 
