@@ -2,14 +2,46 @@
 
 #include "bizmodel/screen.h"
 #include "bizmodel/translations.h"
+#include "consolerequests_p.h"
 #include "ec/eckeyboardconfig.h"
 #include "eccommanditem.h"
-#include "ecmanager.h"
+#include "keytable_p.h"
+#include "painter_p.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
+#include <mutex>
 
 namespace Orvane::ECProxy::Client {
+
+namespace Internal {
+
+class CommandPrivate {
+public:
+    using CallbackTable = QMap<quint32, Command::KeyCallback>;
+
+    // m_tableMutex guards m_mapKeyPressedCBs, m_mapKeyReleaseCBs and m_pECCommandCfg. Handlers are copied out
+    // before they are called.
+    std::mutex m_tableMutex;
+    CallbackTable m_mapKeyPressedCBs;
+    CallbackTable m_mapKeyReleaseCBs;
+    std::shared_ptr<EC::s_ECCommandConfig> m_pECCommandCfg;
+
+    KeyTable m_keys;
+    std::atomic<int> m_nPageIndex{0};
+
+    /// What the next repaint of the page must send.
+    enum WantedRepaint { WantLeds = 1, WantLabels = 2 };
+    std::atomic<int> m_nWantedRepaint{0};
+    Painter m_painter;
+};
+
+} // namespace Internal
+
+using Internal::CommandPrivate;
+using Internal::ConsoleRequests;
+using Internal::isKeypadLocked;
 
 namespace {
 
@@ -42,16 +74,47 @@ Rgb rgbOf(int ledColor)
     return {255, 255, 255};
 }
 
-bool isKeypadLocked()
+/// Sends an item as one key shows it, with the colour and text of one moment.
+void sendItem(
+    const Command& command, const ECCommandItem& shared, const EC::s_ECButtonConfig& button,
+    Enum::UpdateConsoleType type)
 {
-    const ECManager* manager = ECManager::instance();
-    return manager && manager->isLockedKeypad();
+    const auto console = ConsoleRequests::installed();
+    if (!console)
+        return;
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): the moment's copy
+    const ECCommandItem item(shared);
+    const auto oled = std::make_shared<ECOLEDText>();
+    if (button.pECOledCfg) {
+        oled->OledKey = button.pECOledCfg->OrvaneECKey;
+        oled->ECKey = button.pECOledCfg->ECKey;
+    }
+    command.fillOledText(oled, item.ecOledText());
+
+    const auto color = std::make_shared<ECButtonColor>();
+    color->ButtonKey = button.OrvaneECKey;
+    color->ECKey = button.ECKey;
+    color->brightness = LedBrightnessPercent;
+    command.fillButtonColor(color, int(item.ecButtonColor()));
+
+    switch (type) {
+    case Enum::UpdateConsoleType::All:
+        console->lightAndLabel(color, oled);
+        break;
+    case Enum::UpdateConsoleType::Key:
+        console->light(color);
+        break;
+    case Enum::UpdateConsoleType::OLED:
+        console->label(oled);
+        break;
+    }
 }
 
 } // namespace
 
 Command::Command(QObject* parent)
     : QObject(parent)
+    , d(std::make_unique<CommandPrivate>())
 {
 }
 
@@ -95,37 +158,37 @@ bool Command::isAlreadyBind(const quint16&)
     return false;
 }
 
-bool Command::isLockKeyPadKey(const quint16&)
+bool Command::isLockKeyPadKey(const quint16& ecKey)
 {
-    return false;
+    return hasTrait(ecKey, Internal::PassesKeypadLock);
 }
 
-bool Command::isAllowedKeyPressed(const quint16&)
+bool Command::isAllowedKeyPressed(const quint16& ecKey)
 {
-    return false;
+    return hasTrait(ecKey, Internal::PressPassesDialog);
 }
 
-bool Command::isTakeKeyPressed(const quint32&)
+bool Command::isTakeKeyPressed(const quint32& ecKey)
 {
-    return false;
+    return hasTrait(ecKey, Internal::IsTakeKey);
 }
 
-bool Command::isCutKeyPressed(const quint32&)
+bool Command::isCutKeyPressed(const quint32& ecKey)
 {
-    return false;
+    return hasTrait(ecKey, Internal::IsCutKey);
 }
 
 void Command::takeKeyPressed(const quint32&) { }
 void Command::cutKeyPressed(const quint32&) { }
 
-bool Command::isAllowedKeyReleased(const quint16&)
+bool Command::isAllowedKeyReleased(const quint16& ecKey)
 {
-    return false;
+    return hasTrait(ecKey, Internal::ReleasePassesDialog);
 }
 
 int Command::page()
 {
-    return m_nPageIndex;
+    return d->m_nPageIndex;
 }
 
 bool Command::containsSelectedECButtonConfigByECKey(const quint32&) const
@@ -231,26 +294,26 @@ void Command::slotFramelessMessageBoxClosed(QMessageBox::StandardButton) { }
 void Command::setCommandConfig(std::shared_ptr<EC::s_ECCommandConfig> config)
 {
     {
-        const std::lock_guard<std::mutex> lock(m_tableMutex);
-        m_pECCommandCfg = std::move(config);
+        const std::lock_guard<std::mutex> lock(d->m_tableMutex);
+        d->m_pECCommandCfg = std::move(config);
     }
     updateSelectModeButtonConfig();
 }
 
 std::shared_ptr<EC::s_ECCommandConfig> Command::ecCommandConfig() const
 {
-    const std::lock_guard<std::mutex> lock(m_tableMutex);
-    return m_pECCommandCfg;
+    const std::lock_guard<std::mutex> lock(d->m_tableMutex);
+    return d->m_pECCommandCfg;
 }
 
 int Command::currentPageIndex() const
 {
-    return m_nPageIndex;
+    return d->m_nPageIndex;
 }
 
 void Command::updateCurrentPageIndex(int pageIndex)
 {
-    m_nPageIndex = pageIndex;
+    d->m_nPageIndex = pageIndex;
 }
 
 std::shared_ptr<EC::s_ECButtonConfig> Command::findButton(const quint32& ecKey) const
@@ -284,7 +347,10 @@ bool Command::containsECKeyByOrvaneECKey(const quint32& orvaneECKey) const
 bool Command::containsECOled(const quint32& ecKey) const
 {
     const auto config = ecCommandConfig();
-    return config && config->findECOledConfigByECKey(ecKey);
+    return config
+        && std::any_of(config->m_buttons.cbegin(), config->m_buttons.cend(), [&](const auto& button) {
+               return button && button->pECOledCfg && button->pECOledCfg->ECKey == ecKey;
+           });
 }
 
 quint32 Command::getECKeyByOrvaneECKey(const quint32& orvaneECKey) const
@@ -314,19 +380,19 @@ int Command::findECButtonOrderIndex(const quint32& ecKey) const
 int Command::findECButtonIndex(const quint32& ecKey) const
 {
     const auto button = findButton(ecKey);
-    return button ? button->OrderIndex + pageSize() * m_nPageIndex : -1;
+    return button ? button->OrderIndex + pageSize() * d->m_nPageIndex : -1;
 }
 
 Command::KeyCallback Command::findECButtonPressedCBByOrvaneKey(const quint16& orvaneKey)
 {
-    const std::lock_guard<std::mutex> lock(m_tableMutex);
-    return m_mapKeyPressedCBs[orvaneKey];
+    const std::lock_guard<std::mutex> lock(d->m_tableMutex);
+    return d->m_mapKeyPressedCBs[orvaneKey];
 }
 
 Command::KeyCallback Command::findECButtonReleaseCBByOrvaneKey(const quint16& orvaneKey)
 {
-    const std::lock_guard<std::mutex> lock(m_tableMutex);
-    return m_mapKeyReleaseCBs[orvaneKey];
+    const std::lock_guard<std::mutex> lock(d->m_tableMutex);
+    return d->m_mapKeyReleaseCBs[orvaneKey];
 }
 
 Command::KeyCallback Command::findECButtonPressedCBByECKey(const quint32& ecKey)
@@ -341,13 +407,44 @@ Command::KeyCallback Command::findECButtonReleaseCBByECKey(const quint32& ecKey)
     return orvaneKey > 0 ? findECButtonReleaseCBByOrvaneKey(quint16(orvaneKey)) : KeyCallback();
 }
 
+void Command::setKeyTable(Internal::KeyTable table)
+{
+    for (const auto& row : table.rows())
+        bindKey(row.code, row.pressed, row.released);
+    d->m_keys = std::move(table);
+}
+
+const Internal::KeyTable& Command::keyTable() const
+{
+    return d->m_keys;
+}
+
+bool Command::hasTrait(const quint32& ecKey, unsigned trait) const
+{
+    const auto* row = d->m_keys.find(findOrvaneKey(ecKey));
+    return row && (row->traits & trait) != 0;
+}
+
+void Command::putKeyToRest(const quint32& ecKey)
+{
+    const auto* row = d->m_keys.find(findOrvaneKey(ecKey));
+    if (!row)
+        return;
+    if (row->rest)
+        row->rest(ecKey);
+    if (row->light == Internal::KeyLight::Momentary)
+        updateECButtonColor(ecKey, ECLEDColor::Off);
+    if (row->show)
+        row->show(ecKey);
+}
+
 void Command::bindKey(quint32 orvaneKey, KeyCallback pressed, KeyCallback released)
 {
-    const std::lock_guard<std::mutex> lock(m_tableMutex);
+    const std::lock_guard<std::mutex> lock(d->m_tableMutex);
     if (pressed)
-        m_mapKeyPressedCBs[orvaneKey] = std::move(pressed);
+        d->m_mapKeyPressedCBs[orvaneKey] = std::move(pressed);
     if (released)
-        m_mapKeyReleaseCBs[orvaneKey] = std::move(released);
+        d->m_mapKeyReleaseCBs[orvaneKey] = std::move(released);
 }
 
 std::shared_ptr<EC::s_ECButtonConfig> Command::findFunctionButton(quint16 orvaneKey) const
@@ -404,8 +501,8 @@ void Command::fillOledText(std::shared_ptr<ECOLEDText> oled, const QString& text
 void Command::updateECButton(
     const quint32& buttonKey, const quint32& ecKey, ECLEDColor color, const int& state)
 {
-    ECManager* manager = ECManager::instance();
-    if (!manager)
+    const auto console = ConsoleRequests::installed();
+    if (!console)
         return;
     const auto request = std::make_shared<ECButtonColor>();
     request->ButtonKey = buttonKey;
@@ -413,7 +510,7 @@ void Command::updateECButton(
     request->ButtonState = quint8(state);
     request->brightness = LedBrightnessPercent;
     fillButtonColor(request, int(color));
-    manager->updateECButtonColor(request);
+    console->light(request);
 }
 
 void Command::updateECButtonColor(const quint32& ecKey, ECLEDColor color, const int& state)
@@ -445,16 +542,38 @@ void Command::darkenKeys(const std::function<bool(quint16)>& isMeant)
     }
 }
 
+void Command::darkenMomentaryKeys()
+{
+    darkenKeys([this](quint16 orvaneKey) {
+        const auto* row = d->m_keys.find(orvaneKey);
+        return row && row->light == Internal::KeyLight::Momentary;
+    });
+}
+
+void Command::showKeys()
+{
+    const auto config = ecCommandConfig();
+    if (!config)
+        return;
+    for (const auto& row : d->m_keys.rows()) {
+        if (!row.show)
+            continue;
+        const auto buttons = config->findECButtonConfigsByOrvaneKey(row.code);
+        for (const auto& button : buttons)
+            row.show(button->ECKey);
+    }
+}
+
 void Command::updateECOledText(const quint32& oledKey, const quint32& ecKey, const QString& text)
 {
-    ECManager* manager = ECManager::instance();
-    if (!manager)
+    const auto console = ConsoleRequests::installed();
+    if (!console)
         return;
     const auto request = std::make_shared<ECOLEDText>();
     request->OledKey = oledKey;
     request->ECKey = quint16(ecKey);
     fillOledText(request, text);
-    manager->updateECOledText(request);
+    console->label(request);
 }
 
 void Command::updateECOledTextByBtnECKey(const quint32& ecKey, const QString& text)
@@ -471,8 +590,8 @@ void Command::updateECOledTextByBtnECKey(const quint32& ecKey, const QString& te
 
 void Command::updateTBarValue(const ECTBarValue& value)
 {
-    if (ECManager* manager = ECManager::instance())
-        manager->updateTBarValue(std::make_shared<ECTBarValue>(value));
+    if (const auto console = ConsoleRequests::installed())
+        console->tbarLevel(std::make_shared<ECTBarValue>(value));
 }
 
 // ---- Paging ---------------------------------------------------------------------------------------------
@@ -493,16 +612,8 @@ bool Command::pageDownPressed(const quint32& ecKey)
 bool Command::pageUpRelease(const quint32& ecKey)
 {
     qDebug("keyboard pageup release start.");
-    if (isKeypadLocked())
+    if (!turnPage(ecKey, -1, "minimum"))
         return false;
-    updateECButtonColor(ecKey, ECLEDColor::Off);
-    if (!stepPageIndex(-1)) {
-        qWarning(
-            "Can't perform page turning, the minimum page number is currently reached. This is %s",
-            qUtf8Printable(name()));
-        return false;
-    }
-    showTurnedPage(ecKey);
     qDebug("keyboard pageup release end.");
     return true;
 }
@@ -510,49 +621,58 @@ bool Command::pageUpRelease(const quint32& ecKey)
 bool Command::pageDownRelease(const quint32& ecKey)
 {
     qDebug("keyboard pagedown release start.");
-    if (isKeypadLocked())
+    if (!turnPage(ecKey, 1, "maximum"))
         return false;
-    updateECButtonColor(ecKey, ECLEDColor::Off);
-    if (!stepPageIndex(1)) {
-        qWarning(
-            "Can't perform page turning, the maximum page number is currently reached. This is %s",
-            qUtf8Printable(name()));
-        return false;
-    }
-    showTurnedPage(ecKey);
     qDebug("keyboard pagedown release end.");
     return true;
 }
 
-/// False, and nothing changes, at the end of the pages that the step leads to. The other end is not checked:
-/// back from beyond the last page is the way home.
-bool Command::stepPageIndex(int step)
+/// False, and the page stays, with the keypad locked and at the end of the pages that the step leads to. The
+/// other end is not checked: back from beyond the last page is the way home.
+bool Command::turnPage(const quint32& ecKey, int step, const char* end)
 {
+    if (isKeypadLocked())
+        return false;
+    updateECButtonColor(ecKey, ECLEDColor::Off);
     // Another thread may go to a page of its own at the same time.
-    int pageIndex = m_nPageIndex;
+    int pageIndex = d->m_nPageIndex;
     do {
-        if (step < 0 ? pageIndex < 1 : maxPage() <= pageIndex + 1)
+        if (step < 0 ? pageIndex < 1 : maxPage() <= pageIndex + 1) {
+            qWarning(
+                "Can't perform page turning, the %s page number is currently reached. This is %s", end,
+                qUtf8Printable(name()));
             return false;
-    } while (!m_nPageIndex.compare_exchange_weak(pageIndex, pageIndex + step));
+        }
+    } while (!d->m_nPageIndex.compare_exchange_weak(pageIndex, pageIndex + step));
+    painter().paint("page of a key", [this, ecKey] { showTurnedPage(ecKey); });
     return true;
 }
 
 void Command::showTurnedPage(const quint32& ecKey)
 {
     const auto button = findButton(ecKey);
-    if (!button) {
+    if (!button)
         qWarning("%scommand has invalid page button", qUtf8Printable(name()));
-    } else if (!button->pECOledCfg) {
+    else if (!button->pECOledCfg)
         qWarning("%scommand has invalid page oled", qUtf8Printable(name()));
-    } else {
-        showCurrentPage([&](quint32 page) { updatePageOled(button->pECOledCfg->ECKey, page); });
-    }
+    else
+        updatePageOled(button->pECOledCfg->ECKey, quint32(currentPageIndex()));
+}
+
+Internal::Painter& Command::painter() const
+{
+    return d->m_painter;
+}
+
+void Command::stopPainting()
+{
+    d->m_painter.stop();
 }
 
 void Command::showCurrentPage(const std::function<void(quint32)>& show)
 {
-    for (int shown = -1; shown != m_nPageIndex;) {
-        shown = m_nPageIndex;
+    for (int shown = -1; shown != d->m_nPageIndex;) {
+        shown = d->m_nPageIndex;
         show(quint32(shown));
     }
 }
@@ -595,93 +715,47 @@ void Command::updateCommandKeypad(Enum::UpdateConsoleType type)
         qCritical(" page button config is 0. check config files.");
         return;
     }
-    // One thread paints at a time. Whoever comes meanwhile leaves the work to it, so that it can never cover
-    // a newer page, screen or device with the one that it began with.
-    m_nWantedRepaint |= type == Enum::UpdateConsoleType::All ? WantLeds | WantLabels
-        : type == Enum::UpdateConsoleType::Key               ? WantLeds
-                                                             : WantLabels;
-    while (m_nWantedRepaint != 0 && !m_bRepainting.exchange(true)) {
-        const int wanted = m_nWantedRepaint.exchange(0);
-        if (wanted == WantLeds)
+    d->m_nWantedRepaint |= type == Enum::UpdateConsoleType::All
+        ? CommandPrivate::WantLeds | CommandPrivate::WantLabels
+        : type == Enum::UpdateConsoleType::Key ? CommandPrivate::WantLeds
+                                               : CommandPrivate::WantLabels;
+    painter().paint("page", [this] {
+        const int wanted = d->m_nWantedRepaint.exchange(0);
+        if (wanted == CommandPrivate::WantLeds)
             paintPage(Enum::UpdateConsoleType::Key);
-        else if (wanted == WantLabels)
+        else if (wanted == CommandPrivate::WantLabels)
             paintPage(Enum::UpdateConsoleType::OLED);
         else if (wanted != 0)
             paintPage(Enum::UpdateConsoleType::All);
-        m_bRepainting = false;
-    }
+    });
 }
 
 void Command::paintPage(Enum::UpdateConsoleType type)
 {
     const auto items = commandItems();
-    const int pageIndex = m_nPageIndex;
+    const int pageIndex = d->m_nPageIndex;
     for (const auto& item : items) {
         if (!item || item->ecButtonPageIndex() != pageIndex)
             continue;
         if (const auto button = findSelectModeButtonByIndex(item->ecButtonOrderIndex()))
-            sendItem(*item, *button, type);
+            sendItem(*this, *item, *button, type);
     }
 }
 
 void Command::updateBindedECButton(const quint32& ecButtonKey, const quint32& pageIndex)
 {
-    const auto items = commandItems();
-    for (const auto& item : items) {
-        if (!item || quint32(item->ecButtonKey()) != ecButtonKey
-            || item->ecButtonPageIndex() != int(pageIndex))
-            continue;
-        if (const auto button = findSelectModeButtonByIndex(item->ecButtonOrderIndex()))
-            sendItem(*item, *button, Enum::UpdateConsoleType::All);
-        return;
-    }
-}
-
-void Command::sendItem(
-    const ECCommandItem& item, const EC::s_ECButtonConfig& button, Enum::UpdateConsoleType type)
-{
-    ECManager* manager = ECManager::instance();
-    if (!manager)
-        return;
-    // Another thread may change the item and send it while the old state is on its way from here: what is
-    // sent last must be what the item holds.
-    for (;;) {
-        // A copy: one moment's colour and text. NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
-        const ECCommandItem sent(item);
-        sendItemState(*manager, sent, button, type);
-        if (item.ecButtonColor() == sent.ecButtonColor() && item.ecOledText() == sent.ecOledText())
+    const quint64 keyOnPage = quint64(pageIndex) << 32U | ecButtonKey;
+    painter().paint({"key", keyOnPage}, [this, ecButtonKey, pageIndex] {
+        const auto items = commandItems();
+        const auto item = std::find_if(items.cbegin(), items.cend(), [&](const auto& candidate) {
+            return candidate && quint32(candidate->ecButtonKey()) == ecButtonKey
+                && candidate->ecButtonPageIndex() == int(pageIndex);
+        });
+        if (item == items.cend())
             return;
-    }
-}
-
-void Command::sendItemState(
-    ECManager& manager, const ECCommandItem& item, const EC::s_ECButtonConfig& button,
-    Enum::UpdateConsoleType type)
-{
-    const auto oled = std::make_shared<ECOLEDText>();
-    if (button.pECOledCfg) {
-        oled->OledKey = button.pECOledCfg->OrvaneECKey;
-        oled->ECKey = button.pECOledCfg->ECKey;
-    }
-    fillOledText(oled, item.ecOledText());
-
-    const auto color = std::make_shared<ECButtonColor>();
-    color->ButtonKey = button.OrvaneECKey;
-    color->ECKey = button.ECKey;
-    color->brightness = LedBrightnessPercent;
-    fillButtonColor(color, int(item.ecButtonColor()));
-
-    switch (type) {
-    case Enum::UpdateConsoleType::All:
-        manager.updateECButtonColor(color, oled);
-        break;
-    case Enum::UpdateConsoleType::Key:
-        manager.updateECButtonColor(color);
-        break;
-    case Enum::UpdateConsoleType::OLED:
-        manager.updateECOledText(oled);
-        break;
-    }
+        if (const auto button = findSelectModeButtonByIndex((*item)->ecButtonOrderIndex()))
+            sendItem(*this, **item, *button, Enum::UpdateConsoleType::All);
+    });
 }
 
 // ---- Shared steps ---------------------------------------------------------------------------------------
@@ -699,44 +773,36 @@ bool Command::checkScreenType(std::weak_ptr<BizModel::Screen> weakScreen)
 
 void Command::lockedKeyPad(bool locked)
 {
-    ECManager* manager = ECManager::instance();
-    if (!manager)
-        return;
-    if (locked)
-        manager->lockKeypad();
-    else
-        manager->unlockKeypad();
-    Q_EMIT manager->signalKeyboardLocked(locked);
+    if (const auto console = ConsoleRequests::installed()) {
+        console->lockKeypad(locked);
+        console->announceKeypadLock(locked);
+    }
 }
 
 void Command::lockedTBar(bool locked)
 {
-    ECManager* manager = ECManager::instance();
-    if (!manager)
-        return;
-    if (locked)
-        manager->lockTBar();
-    else
-        manager->unlockTBar();
-    Q_EMIT manager->signalTbarLocked(locked);
+    if (const auto console = ConsoleRequests::installed()) {
+        console->lockTBar(locked);
+        console->announceTBarLock(locked);
+    }
 }
 
 bool Command::getVirtualConsoleMode() const
 {
-    const ECManager* manager = ECManager::instance();
-    return manager && manager->getVirtualConsoleMode();
+    const auto console = ConsoleRequests::installed();
+    return console && console->isVirtualConsoleMode();
 }
 
 void Command::setIsVirtualConsoleMode(bool isVirtual)
 {
-    if (ECManager* manager = ECManager::instance())
-        manager->setIsVirtualConsoleMode(isVirtual);
+    if (const auto console = ConsoleRequests::installed())
+        console->setVirtualConsoleMode(isVirtual);
 }
 
 void Command::signalStandardKeyPressed(quint32 key, QString text)
 {
-    if (ECManager* manager = ECManager::instance())
-        Q_EMIT manager->signalStandardKeyPressed(key, text);
+    if (const auto console = ConsoleRequests::installed())
+        console->pressStandardKey(key, text);
 }
 
 } // namespace Orvane::ECProxy::Client

@@ -12,10 +12,8 @@
 #include <QMessageBox>
 #include <QObject>
 
-#include <atomic>
 #include <functional>
 #include <memory>
-#include <mutex>
 
 namespace Orvane::EC {
 struct s_ECButtonConfig;
@@ -26,8 +24,13 @@ struct s_ECOledConfig;
 namespace Orvane::ECProxy::Client {
 
 class ECCommandItem;
-class ECManager;
 class IPresetCommandEx;
+
+namespace Internal {
+class CommandPrivate;
+class KeyTable;
+class Painter;
+} // namespace Internal
 
 /// Base of the key commands: one command serves one group of console keys, the group that one entry of the
 /// keyboard configuration describes.
@@ -173,6 +176,7 @@ public:
     bool containsECButton(const quint32& ecKey) const;
     bool containsSelectedECButton(const quint32& ecKey) const;
     bool containsECKeyByOrvaneECKey(const quint32& orvaneECKey) const;
+    /// Whether a key of the group has a label with that number; labels are numbered apart from keys.
     bool containsECOled(const quint32& ecKey) const;
     /// 0 without an entry; otherwise the entry's answer for the number cut to 16 bits.
     quint32 getECKeyByOrvaneECKey(const quint32& orvaneECKey) const;
@@ -232,12 +236,31 @@ public:
     /// Has the manager emit its signal of that name.
     void signalStandardKeyPressed(quint32 key, QString text);
 
+    /// Ends what a press began whose release was dropped by a guard that has ended: holds and repeats stop
+    /// without acting, light and label show what a repaint would send. Nothing for a key without a row.
+    void putKeyToRest(const quint32& ecKey);
+
+    /// All that the framework knows of this command's keys.
+    const Internal::KeyTable& keyTable() const;
+
 protected:
-    /// Binds a function code to its handlers; an empty handler is not bound.
+    /// Gives the command its keys and binds their handlers. For a constructor.
+    void setKeyTable(Internal::KeyTable table);
+    /// Binds a function code to its handlers, for a command without a table; an empty handler is not bound.
     void bindKey(quint32 orvaneKey, KeyCallback pressed, KeyCallback released);
     /// Runs the handler bound to a key, if there is one.
     void dispatchPressed(const quint32& ecKey);
     void dispatchReleased(const quint32& ecKey);
+
+    /// Paints the lights and labels of this command's keys.
+    Internal::Painter& painter() const;
+    /// Ends the painting; jobs call virtuals, so this is the first line of each subclass's destructor.
+    void stopPainting();
+
+    /// Sets the keys dark that are lit only while pressed.
+    void darkenMomentaryKeys();
+    /// Shows every configured key as its row says, row by row.
+    void showKeys();
 
     /// The first key with that function code; empty when the group has none.
     std::shared_ptr<EC::s_ECButtonConfig> findFunctionButton(quint16 orvaneKey) const;
@@ -254,32 +277,14 @@ protected:
     /// True when the key exists and has that function code.
     bool isKeyOfFunction(const quint32& ecKey, quint16 orvaneKey) const;
 
-    std::atomic<int> m_nPageIndex{0};
-
 private:
-    using CallbackTable = QMap<quint32, KeyCallback>;
-
+    bool hasTrait(const quint32& ecKey, unsigned trait) const;
     std::shared_ptr<EC::s_ECButtonConfig> findButton(const quint32& ecKey) const;
-    bool stepPageIndex(int step);
+    bool turnPage(const quint32& ecKey, int step, const char* end);
     void showTurnedPage(const quint32& ecKey);
     void paintPage(Enum::UpdateConsoleType type);
-    void sendItem(
-        const ECCommandItem& item, const EC::s_ECButtonConfig& button, Enum::UpdateConsoleType type);
-    void sendItemState(
-        ECManager& manager, const ECCommandItem& item, const EC::s_ECButtonConfig& button,
-        Enum::UpdateConsoleType type);
 
-    // m_tableMutex guards m_mapKeyPressedCBs, m_mapKeyReleaseCBs and m_pECCommandCfg. Handlers are copied out
-    // before they are called.
-    mutable std::mutex m_tableMutex;
-    CallbackTable m_mapKeyPressedCBs;
-    CallbackTable m_mapKeyReleaseCBs;
-    std::shared_ptr<EC::s_ECCommandConfig> m_pECCommandCfg;
-
-    // What the next repaint must send, and whether a thread is repainting.
-    enum WantedRepaint { WantLeds = 1, WantLabels = 2 };
-    std::atomic<int> m_nWantedRepaint{0};
-    std::atomic<bool> m_bRepainting{false};
+    const std::unique_ptr<Internal::CommandPrivate> d;
 };
 
 } // namespace Orvane::ECProxy::Client

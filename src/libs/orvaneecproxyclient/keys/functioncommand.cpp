@@ -42,6 +42,7 @@ FunctionCommand::FunctionCommand(QObject* parent)
 
 FunctionCommand::~FunctionCommand()
 {
+    stopPainting();
     delete d;
 }
 

@@ -1,6 +1,6 @@
 #include "functioncommand_p.h"
 
-#include "ecmanager.h"
+#include "consolerequests_p.h"
 #include "hoststate_p.h"
 #include "modelaccess_p.h"
 
@@ -224,8 +224,8 @@ bool FunctionCommandPrivate::switchSecondaryScreenSignalRelease(const quint32&)
     qDebug("functionkeyboard MVR key clicked start.");
     if (HostState::isQuenor())
         return refuse("MVR", "the property \"Quenor\" is set");
-    ECManager* manager = ECManager::instance();
-    if (!manager || !manager->dviInSignal(MvrInput))
+    const auto console = ConsoleRequests::installed();
+    if (!console || !console->hasDVISignal(MvrInput))
         return refuse("MVR", "DVI input 0 has no signal");
     m_secondaryScreen.exchange();
     return true;

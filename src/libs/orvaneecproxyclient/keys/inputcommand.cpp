@@ -169,6 +169,7 @@ InputCommand::InputCommand(QObject* parent)
 
 InputCommand::~InputCommand()
 {
+    stopPainting();
     delete d;
 }
 

@@ -60,6 +60,7 @@ LayerCommand::LayerCommand(QObject* parent)
 
 LayerCommand::~LayerCommand()
 {
+    stopPainting();
     delete d;
 }
 

@@ -144,6 +144,7 @@ NumberCommand::NumberCommand(QObject* parent)
 
 NumberCommand::~NumberCommand()
 {
+    stopPainting();
     delete d;
 }
 

@@ -63,6 +63,7 @@ ScreenCommand::ScreenCommand(QObject* parent)
 
 ScreenCommand::~ScreenCommand()
 {
+    stopPainting();
     delete d;
 }
 

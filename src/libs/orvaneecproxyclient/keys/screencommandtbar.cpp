@@ -1,6 +1,6 @@
 #include "screencommand_p.h"
 
-#include "ecmanager.h"
+#include "consolerequests_p.h"
 #include "hoststate_p.h"
 #include "modelaccess_p.h"
 
@@ -88,9 +88,8 @@ void ScreenCommandPrivate::tbarTake(const ECTBarValue& value)
         m_iPreValue, position, prePercent, percent, boolText(m_bLockTbar), boolText(m_bLockPanel),
         boolText(m_tbarStart));
 
-    const ECManager* manager = ECManager::instance();
-    m_bLockPanel = manager && manager->isLockedKeypad();
-    m_bLockTbar = manager && manager->isLockedTBar();
+    m_bLockPanel = isKeypadLocked();
+    m_bLockTbar = isTBarLocked();
     if (m_bLockPanel || m_bLockTbar) {
         const QString line =
             QStringLiteral("T-Bar Error: : T-Bar is started %1, T-Bar is locked %2, Panel is locked %3.");

@@ -1,6 +1,6 @@
 #include "secondaryscreen_p.h"
 
-#include "ecmanager.h"
+#include "consolerequests_p.h"
 
 #include <QCoreApplication>
 #include <QThread>
@@ -24,21 +24,21 @@ bool isGuiThread()
 
 void switchSource(DVISource source)
 {
-    if (ECManager* manager = ECManager::instance())
-        manager->switchSource(source);
+    if (const auto console = ConsoleRequests::installed())
+        console->switchSource(source);
 }
 
 void showPropertyPopup(bool visible)
 {
-    if (ECManager* manager = ECManager::instance())
-        Q_EMIT manager->signalPropertyPopupVisible(visible);
+    if (const auto console = ConsoleRequests::installed())
+        console->showPropertyPopup(visible);
 }
 
 /// The source switched to last; without a manager there is nothing to be switched.
 DVISource currentSource()
 {
-    const ECManager* manager = ECManager::instance();
-    return manager ? manager->getCurrentSource() : DVISource(0xFF);
+    const auto console = ConsoleRequests::installed();
+    return console ? console->currentSource() : DVISource(0xFF);
 }
 
 void waitForSource()

@@ -1,8 +1,8 @@
 #include "commandmanager.h"
 
 #include "command.h"
+#include "consolerequests_p.h"
 #include "ecconsolemanager.h"
-#include "ecmanager.h"
 #include "functioncommand.h"
 #include "hoststate_p.h"
 #include "inputcommand.h"
@@ -113,9 +113,9 @@ std::shared_ptr<Command> CommandManagerPrivate::findOwner(quint32 key, quint32& 
     bool isVirtual = false;
     ecKey = m_pCommandMgr->getOperateECKey(key, isVirtual);
     auto owner = findCommand(ecKey);
-    ECManager* manager = ECManager::instance();
-    if (owner && manager)
-        manager->setIsVirtualConsoleMode(isVirtual);
+    const auto console = ConsoleRequests::installed();
+    if (owner && console)
+        console->setVirtualConsoleMode(isVirtual);
     return owner;
 }
 
@@ -179,6 +179,7 @@ void CommandManagerPrivate::connectModel(BizModel::DeviceList* devices)
 } // namespace Internal
 
 using Internal::CommandManagerPrivate;
+using Internal::isKeypadLocked;
 
 CommandManager::CommandManager(QObject* parent)
     : QObject(parent)
@@ -189,9 +190,10 @@ CommandManager::CommandManager(QObject* parent)
         d->connectModel(devices);
     else
         qWarning("There is no device list: the console will not follow the application's model.");
-    if (ECManager* manager = ECManager::instance()) {
-        connect(manager, &ECManager::signalTbarLocked, this, &CommandManager::slotTbarLocked);
-        connect(manager, &ECManager::signalKeyboardLocked, this, &CommandManager::slotKeyboardLocked);
+    if (const auto console = Internal::ConsoleRequests::installed()) {
+        console->followLocks(
+            this, [this](bool locked) { slotTbarLocked(locked); },
+            [this](bool locked) { slotKeyboardLocked(locked); });
     }
 }
 
@@ -318,8 +320,7 @@ void CommandManager::slotECButtonPressed(const quint32& key)
         qWarning("[locate key no response] now there is an modal window.");
         return;
     }
-    const ECManager* manager = ECManager::instance();
-    if (manager && manager->isLockedKeypad() && !owner->isLockKeyPadKey(quint16(key))) {
+    if (isKeypadLocked() && !owner->isLockKeyPadKey(quint16(key))) {
         qWarning("[locate key no response] now the keypad is locked.");
         return;
     }
@@ -344,8 +345,7 @@ void CommandManager::slotECButtonRelease(const quint32& key)
         return;
     if (!owner->isAllowedKeyReleased(quint16(ecKey)) && Internal::HostState::isInputBlocked())
         return;
-    const ECManager* manager = ECManager::instance();
-    if (manager && manager->isLockedKeypad())
+    if (isKeypadLocked())
         return;
     owner->slotECButtonRelease(ecKey);
 }
@@ -370,8 +370,7 @@ void CommandManager::slotECTBarChanged(const ECTBarValue& value)
         qWarning("T-Bar ignored: property Quenor is true");
         return;
     }
-    const ECManager* manager = ECManager::instance();
-    if (manager && manager->isLockedKeypad()) {
+    if (isKeypadLocked()) {
         qWarning("T-Bar ignored :Console Event screen locked...");
         return;
     }

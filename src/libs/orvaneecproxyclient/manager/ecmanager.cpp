@@ -171,10 +171,13 @@ ECManager::ECManager()
     // The first caller may be any thread; the manager's slots belong to the application's.
     if (QCoreApplication::instance() && thread() != QCoreApplication::instance()->thread())
         moveToThread(QCoreApplication::instance()->thread());
+    Internal::ConsoleRequests::install(*d);
 }
 
 ECManager::~ECManager()
 {
+    // From here on no command may begin a request.
+    Internal::ConsoleRequests::withdraw();
     // The commands first: a held key's timer may just be using the rest.
     std::shared_ptr<CommandManager> commands;
     {

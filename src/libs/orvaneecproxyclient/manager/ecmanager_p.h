@@ -1,5 +1,6 @@
 #pragma once
 
+#include "consolerequests_p.h"
 #include "ecmanager.h"
 #include "orvaneecclientencoder.h"
 #include "requestedstate_p.h"
@@ -10,6 +11,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <utility>
 #include <vector>
 
 namespace Orvane::ECProxy::Client {
@@ -18,7 +20,7 @@ class CommandManager;
 
 namespace Internal {
 
-class ECManagerPrivate {
+class ECManagerPrivate final : public ConsoleRequests {
 public:
     struct Route {
         int id;
@@ -57,6 +59,40 @@ public:
 
     void requestTBarLock(bool locked);
     void requestKeypadLock(bool locked);
+
+    // What the commands ask for.
+
+    void light(const std::shared_ptr<ECButtonColor>& color) override { m_pECMgr->updateECButtonColor(color); }
+    void label(const std::shared_ptr<ECOLEDText>& text) override { m_pECMgr->updateECOledText(text); }
+    void lightAndLabel(
+        const std::shared_ptr<ECButtonColor>& color, const std::shared_ptr<ECOLEDText>& text) override
+    {
+        m_pECMgr->updateECButtonColor(color, text);
+    }
+    void tbarLevel(const std::shared_ptr<ECTBarValue>& value) override { m_pECMgr->updateTBarValue(value); }
+    bool isKeypadLocked() const override { return m_pECMgr->isLockedKeypad(); }
+    bool isTBarLocked() const override { return m_pECMgr->isLockedTBar(); }
+    void lockKeypad(bool locked) override { requestKeypadLock(locked); }
+    void lockTBar(bool locked) override { requestTBarLock(locked); }
+    void announceKeypadLock(bool locked) override { Q_EMIT m_pECMgr->signalKeyboardLocked(locked); }
+    void announceTBarLock(bool locked) override { Q_EMIT m_pECMgr->signalTbarLocked(locked); }
+    void followLocks(
+        QObject* receiver, std::function<void(bool)> tbarLocked,
+        std::function<void(bool)> keypadLocked) override
+    {
+        QObject::connect(m_pECMgr, &ECManager::signalTbarLocked, receiver, std::move(tbarLocked));
+        QObject::connect(m_pECMgr, &ECManager::signalKeyboardLocked, receiver, std::move(keypadLocked));
+    }
+    DVISource currentSource() const override { return m_pECMgr->getCurrentSource(); }
+    void switchSource(DVISource source) override { m_pECMgr->switchSource(source); }
+    bool hasDVISignal(int input) override { return m_pECMgr->dviInSignal(input); }
+    void showPropertyPopup(bool visible) override { Q_EMIT m_pECMgr->signalPropertyPopupVisible(visible); }
+    bool isVirtualConsoleMode() const override { return m_pECMgr->getVirtualConsoleMode(); }
+    void setVirtualConsoleMode(bool isVirtual) override { m_pECMgr->setIsVirtualConsoleMode(isVirtual); }
+    void pressStandardKey(quint32 key, const QString& text) override
+    {
+        Q_EMIT m_pECMgr->signalStandardKeyPressed(key, text);
+    }
 
     // What each report of the console does. False when the value is refused.
 

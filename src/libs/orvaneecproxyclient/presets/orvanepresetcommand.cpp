@@ -155,7 +155,10 @@ OrvanePresetCommand::OrvanePresetCommand(Command& presetKeys, Internal::PresetMo
 {
 }
 
-OrvanePresetCommand::~OrvanePresetCommand() = default;
+OrvanePresetCommand::~OrvanePresetCommand()
+{
+    stopPainting();
+}
 
 // ---- The group of keys ----------------------------------------------------------------------------------
 

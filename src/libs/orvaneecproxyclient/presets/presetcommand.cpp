@@ -48,7 +48,10 @@ PresetCommand::PresetCommand(QObject* parent)
         &PresetCommandPrivate::ignoreRelease);
 }
 
-PresetCommand::~PresetCommand() = default;
+PresetCommand::~PresetCommand()
+{
+    stopPainting();
+}
 
 // ---- The group of keys ----------------------------------------------------------------------------------
 

@@ -1,10 +1,10 @@
 // The handlers of the preset group's keys, and what shows on them.
 #include "presetcommand_p.h"
 
+#include "consolerequests_p.h"
 #include "consumetime_p.h"
 #include "eccommanditem.h"
 #include "ecconsolemanager.h"
-#include "ecmanager.h"
 #include "modelaccess_p.h"
 #include "presetgroup_p.h"
 #include "presetkeycolors_p.h"
@@ -43,18 +43,6 @@ bool leavesEnd(quint32 previous, const ECTBarValue& value)
     default:
         return false;
     }
-}
-
-bool isKeypadLocked()
-{
-    const ECManager* manager = ECManager::instance();
-    return manager && manager->isLockedKeypad();
-}
-
-bool isTBarLocked()
-{
-    const ECManager* manager = ECManager::instance();
-    return manager && manager->isLockedTBar();
 }
 
 } // namespace

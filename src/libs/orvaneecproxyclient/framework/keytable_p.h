@@ -1,0 +1,142 @@
+#pragma once
+
+#include "command.h"
+
+#include <functional>
+#include <utility>
+#include <vector>
+
+/// The keys of a command, one row a function code. All that the framework must know of a key stands in its
+/// row.
+///
+/// How to give a command its table:
+/// 1. In the private part: `static const std::vector<KeyRow<FooCommandPrivate>>& keys();`, defined where the
+///    handlers are, with a row for each code of the enumeration, those without handlers included. The order
+///    of the rows is the order of a repaint.
+/// 2. In the command's constructor: `setKeyTable({this, d, FooCommandPrivate::keys()})` in place of the
+///    `bindKey()` calls. Handlers are members of the private part, or of `Command`
+///    (`&Command::pageUpPressed`).
+/// 3. Delete the overrides of `isAllowedKey...`, `isLockKeyPadKey`, `isTakeKeyPressed`, `isCutKeyPressed`
+/// whose
+///    list of codes the column `traits` holds now; the base reads it.
+/// 4. `light`: `Momentary` for a key that its press lights and its release darkens; `darkenMomentaryKeys()`
+///    takes the place of `darkenKeys()` with a predicate. `Lasting` when the light shows a state.
+/// 5. `show` sends what a repaint sends for the key: light and label from the model, through the painter.
+///    `showKeys()` calls it for every configured key, row by row.
+/// 6. `rest` stops what the press began (holds, repeats, a pending window) without acting on it. It is
+/// called,
+///    on any thread, for a key whose release was dropped by a guard that has ended; then a momentary key is
+///    darkened and `show` is called. Leave it empty when the press begins nothing.
+/// 7. First line of the command's destructor: `stopPainting()`.
+namespace Orvane::ECProxy::Client::Internal {
+
+/// How a key is lit.
+enum class KeyLight {
+    None, ///< never by its handlers
+    Momentary, ///< while it is pressed
+    Lasting, ///< by the state that it shows
+};
+
+/// What the routing guards make of a key; to be combined.
+enum KeyTrait : unsigned {
+    NoTraits = 0,
+    PressPassesDialog = 1,
+    ReleasePassesDialog = 2,
+    PassesKeypadLock = 4,
+    IsTakeKey = 8,
+    IsCutKey = 16,
+};
+
+/// A handler of a key: a member of the command's private part, or of `Command` itself.
+template <typename Owner> class KeyHandler {
+public:
+    using OwnMember = bool (Owner::*)(const quint32&);
+    using BaseMember = bool (Command::*)(const quint32&);
+
+    // NOLINTBEGIN(google-explicit-constructor): rows are written as lists of their members
+    KeyHandler(std::nullptr_t) { }
+    KeyHandler(OwnMember member)
+        : m_own(member)
+    {
+    }
+    KeyHandler(BaseMember member)
+        : m_base(member)
+    {
+    }
+    // NOLINTEND(google-explicit-constructor)
+
+    Command::KeyCallback bind(Command* command, Owner* owner) const
+    {
+        if (m_own)
+            return std::bind(m_own, owner, std::placeholders::_1);
+        if (m_base)
+            return std::bind(m_base, command, std::placeholders::_1);
+        return nullptr;
+    }
+
+private:
+    OwnMember m_own = nullptr;
+    BaseMember m_base = nullptr;
+};
+
+/// A row of the table of a command whose private part is `Owner`.
+template <typename Owner> struct KeyRow {
+    using Step = void (Owner::*)(const quint32& ecKey);
+
+    quint16 code; ///< the function code
+    const char* name; ///< as an operator reads it
+    KeyHandler<Owner> pressed;
+    KeyHandler<Owner> released;
+    unsigned traits = NoTraits; ///< of `KeyTrait`
+    KeyLight light = KeyLight::None;
+    Step show = nullptr;
+    Step rest = nullptr;
+};
+
+/// A row, bound to its command.
+struct BoundKeyRow {
+    quint16 code = 0;
+    const char* name = nullptr;
+    Command::KeyCallback pressed;
+    Command::KeyCallback released;
+    unsigned traits = NoTraits;
+    KeyLight light = KeyLight::None;
+    std::function<void(const quint32&)> show;
+    std::function<void(const quint32&)> rest;
+};
+
+/// The rows of one command. Never changes once the command is made, so any thread may read it.
+class KeyTable {
+public:
+    KeyTable() = default;
+
+    template <typename Owner> KeyTable(Command* command, Owner* owner, const std::vector<KeyRow<Owner>>& rows)
+    {
+        const auto bindStep = [owner](typename KeyRow<Owner>::Step step) {
+            return step ? std::function<void(const quint32&)>(std::bind(step, owner, std::placeholders::_1))
+                        : nullptr;
+        };
+        for (const auto& row : rows) {
+            m_rows.push_back(
+                {row.code, row.name, row.pressed.bind(command, owner), row.released.bind(command, owner),
+                 row.traits, row.light, bindStep(row.show), bindStep(row.rest)});
+        }
+    }
+
+    const std::vector<BoundKeyRow>& rows() const { return m_rows; }
+
+    /// Null when no row has that code.
+    const BoundKeyRow* find(int code) const
+    {
+        for (const auto& row : m_rows) {
+            if (row.code == code)
+                return &row;
+        }
+        return nullptr;
+    }
+
+private:
+    std::vector<BoundKeyRow> m_rows;
+};
+
+} // namespace Orvane::ECProxy::Client::Internal
