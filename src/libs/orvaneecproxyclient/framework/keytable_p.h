@@ -79,11 +79,25 @@ private:
     BaseMember m_base = nullptr;
 };
 
+/// A key's function code: a value of the command's enumeration.
+struct FunctionCode {
+    // NOLINTBEGIN(google-explicit-constructor): rows are written with the enumeration's values
+    template <typename Code>
+    FunctionCode(Code code)
+        : m_code(quint16(code))
+    {
+    }
+    operator quint16() const { return m_code; }
+    // NOLINTEND(google-explicit-constructor)
+
+    quint16 m_code;
+};
+
 /// A row of the table of a command whose private part is `Owner`.
 template <typename Owner> struct KeyRow {
     using Step = void (Owner::*)(const quint32& ecKey);
 
-    quint16 code; ///< the function code
+    FunctionCode code;
     const char* name; ///< as an operator reads it
     KeyHandler<Owner> pressed;
     KeyHandler<Owner> released;

@@ -1,6 +1,7 @@
 #include "numbercommand.h"
 
 #include "eccommanditem.h"
+#include "keytable_p.h"
 #include "selectkeys_p.h"
 
 #include <QApplication>
@@ -9,6 +10,7 @@
 #include <QWidget>
 
 #include <mutex>
+#include <vector>
 
 namespace Orvane::ECProxy::Client {
 
@@ -83,11 +85,13 @@ public:
     bool plusPressed(const quint32& ecKey) { return press(ecKey, Qt::Key_Up, QString()); }
     bool minusPressed(const quint32& ecKey) { return press(ecKey, Qt::Key_Down, QString()); }
 
-    bool release(const quint32& ecKey)
-    {
-        m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Off);
-        return true;
-    }
+    bool selectNumberRelease(const quint32& ecKey) { return release(ecKey); }
+    bool enterRelease(const quint32& ecKey) { return release(ecKey); }
+    bool backRelease(const quint32& ecKey) { return release(ecKey); }
+    bool plusRelease(const quint32& ecKey) { return release(ecKey); }
+    bool minusRelease(const quint32& ecKey) { return release(ecKey); }
+
+    static const std::vector<KeyRow<NumberCommandPrivate>>& keys();
 
     /// One unbound item for each digit key.
     void makeItems()
@@ -119,7 +123,30 @@ private:
         m_pCommand->signalStandardKeyPressed(key, text);
         return true;
     }
+
+    bool release(quint32 ecKey)
+    {
+        m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Off);
+        return true;
+    }
 };
+
+const std::vector<KeyRow<NumberCommandPrivate>>& NumberCommandPrivate::keys()
+{
+    using Type = NumberCallbackType;
+    using P = NumberCommandPrivate;
+    // Typing into dialogs is what the keys are for. Without its release a key would stay green.
+    constexpr unsigned typing = PressPassesDialog | ReleasePassesDialog;
+    constexpr auto momentary = KeyLight::Momentary;
+    static const std::vector<KeyRow<P>> rows{
+        {Type::eSelectNumberCB, "Digit", &P::selectNumberPressed, &P::selectNumberRelease, typing, momentary},
+        {Type::eEnterKeyCB, "Enter", &P::enterPressed, &P::enterRelease, typing, momentary},
+        {Type::eBackKeyCB, "Back", &P::backPressed, &P::backRelease, typing, momentary},
+        {Type::ePlusKeyCB, "Plus", &P::plusPressed, &P::plusRelease, typing, momentary},
+        {Type::eMinusKeyCB, "Minus", &P::minusPressed, &P::minusRelease, typing, momentary},
+    };
+    return rows;
+}
 
 } // namespace Internal
 
@@ -129,17 +156,7 @@ NumberCommand::NumberCommand(QObject* parent)
     : Command(parent)
     , d(new NumberCommandPrivate(this))
 {
-    using Handler = bool (NumberCommandPrivate::*)(const quint32&);
-    const auto bind = [this](NumberCallbackType type, Handler pressed) {
-        bindKey(
-            quint32(type), std::bind(pressed, d, std::placeholders::_1),
-            std::bind(&NumberCommandPrivate::release, d, std::placeholders::_1));
-    };
-    bind(NumberCallbackType::eSelectNumberCB, &NumberCommandPrivate::selectNumberPressed);
-    bind(NumberCallbackType::eEnterKeyCB, &NumberCommandPrivate::enterPressed);
-    bind(NumberCallbackType::eBackKeyCB, &NumberCommandPrivate::backPressed);
-    bind(NumberCallbackType::ePlusKeyCB, &NumberCommandPrivate::plusPressed);
-    bind(NumberCallbackType::eMinusKeyCB, &NumberCommandPrivate::minusPressed);
+    setKeyTable({this, d, NumberCommandPrivate::keys()});
 }
 
 NumberCommand::~NumberCommand()
@@ -176,7 +193,6 @@ bool NumberCommand::isAllowedKeyPressed(const quint16& ecKey)
 
 bool NumberCommand::isAllowedKeyReleased(const quint16& ecKey)
 {
-    // Its press was served under the dialog: without the release the key would stay green.
     return containsECButton(ecKey);
 }
 
