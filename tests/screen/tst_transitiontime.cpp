@@ -153,6 +153,26 @@ private Q_SLOTS:
         QCOMPARE(writes(), 0);
     }
 
+    void aHoldThatIsPutToRestWritesNothing()
+    {
+        QVERIFY(control().setEffectTime(A, Stage, 5.0));
+        ScreenCommand command;
+        command.setCommandConfig(keyboard()->m_commands.first());
+        for (const quint16 key : {TimeUp, TimeDown}) {
+            command.slotECButtonPressed(key);
+            QVERIFY(label(key) != "5.0");
+            command.putKeyToRest(key);
+            QVERIFY(console().shows(key, ECLEDColor::Off));
+            QCOMPARE(label(TimeUp), QString("5.0"));
+            QCOMPARE(label(TimeDown), QString("5.0"));
+            const std::size_t count = steps().size();
+            QVERIFY(!QTest::qWaitFor([&] { return steps().size() != count; }, QuietMs));
+            command.slotECButtonRelease(key); // late: nothing is held any more
+        }
+        QCOMPARE(writes(), 0);
+        ECManager::instance()->slotOrvanePluginModeChanged();
+    }
+
     void aDialogRefusesTheHoldButNotTheRelease()
     {
         auto dialog = std::make_unique<QDialog>();

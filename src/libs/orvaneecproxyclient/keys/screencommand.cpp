@@ -33,38 +33,14 @@ bool isActive(const std::weak_ptr<BizModel::Device>& device)
 
 ScreenCommand::ScreenCommand(QObject* parent)
     : Command(parent)
-    , d(new ScreenCommandPrivate(this))
+    , d(std::make_unique<ScreenCommandPrivate>(this))
 {
-    using Handler = bool (ScreenCommandPrivate::*)(const quint32&);
-    using PageHandler = bool (Command::*)(const quint32&);
-    const auto answer = [](bool handled) { return [handled](const quint32&) { return handled; }; };
-    const auto call = [this](Handler handler) { return std::bind(handler, d, std::placeholders::_1); };
-    const auto turn = [this](PageHandler handler) { return std::bind(handler, this, std::placeholders::_1); };
-    const auto bind = [this](Type type, KeyCallback pressed, KeyCallback released) {
-        bindKey(quint32(type), std::move(pressed), std::move(released));
-    };
-    using P = ScreenCommandPrivate;
-    bind(Type::eSelectScreenCB, call(&P::selectScreenPressed), answer(true));
-    bind(Type::ePageUp, turn(&Command::pageUpPressed), turn(&Command::pageUpRelease));
-    bind(Type::ePageDown, turn(&Command::pageDownPressed), turn(&Command::pageDownRelease));
-    bind(Type::eFreezePGMCB, call(&P::freezePGMPressed), answer(true));
-    bind(Type::eMatchPGMCB, call(&P::matchPGMPressed), call(&P::matchPGMRelease));
-    bind(Type::eFTBPGMCB, call(&P::ftbPGMPressed), answer(true));
-    bind(Type::eCutToPGMCB, call(&P::cutToPGMPressed), answer(true));
-    bind(Type::eTakeToPGMCB, call(&P::takeToPGMPressed), answer(true));
-    bind(Type::eSetTransitionMixTypeCB, call(&P::setTransitionMixTypePressed), answer(true));
-    bind(Type::eSetTransitionTimeCB, call(&P::setTransitionTimePressed), call(&P::setTransitionTimeRelease));
-    bind(Type::eSetSwapStatusCB, call(&P::setSwapStatusPressed), answer(true));
-    bind(Type::eSetPGMEdit, call(&P::setPGMEditPressed), answer(false));
-    bind(
-        Type::eSetTransitionTimeReduceCB, call(&P::setTransitionTimeReducePressed),
-        call(&P::setTransitionTimeReduceRelease));
+    setKeyTable({this, d.get(), ScreenCommandPrivate::keys()});
 }
 
 ScreenCommand::~ScreenCommand()
 {
     stopPainting();
-    delete d;
 }
 
 QString ScreenCommand::name() const
@@ -132,19 +108,17 @@ bool ScreenCommand::isAlreadyBind(const quint16& ecKey)
 
 bool ScreenCommand::isTakeKeyPressed(const quint32& ecKey)
 {
-    return d->isKeyOfType(ecKey, Type::eTakeToPGMCB);
+    return d->hasConfig() && Command::isTakeKeyPressed(ecKey);
 }
 
 bool ScreenCommand::isCutKeyPressed(const quint32& ecKey)
 {
-    return d->isKeyOfType(ecKey, Type::eCutToPGMCB);
+    return d->hasConfig() && Command::isCutKeyPressed(ecKey);
 }
 
 bool ScreenCommand::isAllowedKeyReleased(const quint16& ecKey)
 {
-    const Type type = Type(findOrvaneKey(ecKey));
-    return (type >= Type::ePageUp && type <= Type::eSetSwapStatusCB) || type == Type::eSetPGMEdit
-        || type == Type::eSetTransitionTimeReduceCB;
+    return Command::isAllowedKeyReleased(ecKey);
 }
 
 bool ScreenCommand::containsSelectedECButtonConfigByECKey(const quint32& ecKey) const

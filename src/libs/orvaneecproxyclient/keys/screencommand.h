@@ -113,7 +113,7 @@ public Q_SLOTS:
 private:
     friend class Internal::ScreenCommandPrivate;
 
-    Internal::ScreenCommandPrivate* const d;
+    const std::unique_ptr<Internal::ScreenCommandPrivate> d;
 };
 
 } // namespace Orvane::ECProxy::Client

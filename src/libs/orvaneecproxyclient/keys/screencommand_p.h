@@ -3,6 +3,7 @@
 #include "activeddevicewatch_p.h"
 #include "coalescer_p.h"
 #include "holdtimer_p.h"
+#include "keytable_p.h"
 #include "screencommand.h"
 #include "screencommandbindings_p.h"
 #include "selectkeys_p.h"
@@ -13,15 +14,17 @@
 #include <QObject>
 
 #include <atomic>
-#include <functional>
 #include <memory>
+#include <vector>
 
 namespace Orvane::ECProxy::Client::Internal {
 
 // What the state keys show, and toggle. Freeze and fade to black count for the device's whole group.
 
+using DeviceState = bool (*)(const BizModel::Device& device);
 bool isPGMFrozen(const BizModel::Device& device);
 bool isPGMFadedToBlack(const BizModel::Device& device);
+bool isSwapEnabled(const BizModel::Device& device);
 bool isPGMEdited(const BizModel::Device& device);
 
 /// What the screen group's keys, the T-Bar and the model's notifications do. Key handlers run on the
@@ -31,12 +34,21 @@ class ScreenCommandPrivate : public QObject {
 public:
     explicit ScreenCommandPrivate(ScreenCommand* command);
 
+    /// The keys, in the order of a repaint.
+    static const std::vector<KeyRow<ScreenCommandPrivate>>& keys();
+
+    // Releases that nothing follows.
+
+    bool ignoreRelease(const quint32&) { return true; }
+    bool leaveRelease(const quint32&) { return false; }
+
     // Select keys.
 
     bool selectScreenPressed(const quint32& ecKey);
     bool createScreen(const quint32& ecKey);
     std::shared_ptr<BizModel::Screen> findBindingScreen(const quint32& ecKey) const;
-    bool isKeyOfType(const quint32& ecKey, ScreenCallbackType type) const;
+    /// Whether the group has its configuration; logs when it has none.
+    bool hasConfig() const;
 
     // Keys of the program.
 
@@ -44,6 +56,8 @@ public:
     bool cutToPGMPressed(const quint32& ecKey);
     bool matchPGMPressed(const quint32& ecKey);
     bool matchPGMRelease(const quint32& ecKey);
+    /// Ends a press whose release was lost.
+    void restMatchPGM(const quint32& ecKey);
     bool freezePGMPressed(const quint32& ecKey);
     bool ftbPGMPressed(const quint32& ecKey);
     bool setSwapStatusPressed(const quint32& ecKey);
@@ -56,6 +70,9 @@ public:
     bool setTransitionTimeRelease(const quint32& ecKey);
     bool setTransitionTimeReducePressed(const quint32& ecKey);
     bool setTransitionTimeReduceRelease(const quint32& ecKey);
+    /// Ends a hold without writing its time; the repaint of the time-up key brings both labels back.
+    void restTransitionTime(const quint32& ecKey);
+    void restTransitionTimeReduce(const quint32& ecKey);
 
     // The T-Bar. All on the thread that delivers the console's events.
 
@@ -65,25 +82,27 @@ public:
     void tbarStop(qreal percent);
     void takeTBarProcess(qreal percent);
 
-    // What the keys and labels show.
+    // What the keys and labels show. Steps of the table of keys take a key's number, which they do not need:
+    // they find the key by its function.
 
     /// Everything: for another device, and when the host asks.
     void updateKeyboard();
-    /// Page label, state keys and transition labels.
+    /// Page label, state keys and transition labels, in the order of the table of keys.
     void updateScreenKeyboard();
-    /// Binds the active device's screens to keys and gives the keys their colours and labels, without sending
+    /// Binds the active device's screens to keys and gives the keys their colors and labels, without sending
     /// anything.
     void updateECCommandItems();
     void repaintScreenKeys(Enum::UpdateConsoleType type);
-    void updateECPageIndexOLED();
-    void updateFTBColor();
-    void updateFreezeColor();
-    void updatePGMEditColor();
-    void updateSwapColor();
-    void updateMixType();
+    void updateECPageIndexOLED(const quint32& = 0);
+    void updateFTBColor(const quint32& = 0);
+    void updateFreezeColor(const quint32& = 0);
+    void updatePGMEditColor(const quint32& = 0);
+    void updateSwapColor(const quint32& = 0);
+    void updateMixType(const quint32& = 0);
     /// The transition time of the active screen; blank without one.
-    void updateTimeFunData();
-    void updateTimeSpeedOledText(const QString& text);
+    void updateTimeFunData(const quint32& = 0);
+    /// Writes a time, in seconds, to the labels of both time keys.
+    void updateTimeSpeedOledText(double seconds);
     /// Lights the key with that function, in `color` or dark. Warns when the group has no such key.
     void updateECButtonColor(bool on, ScreenCallbackType type, ECLEDColor color);
     void updateFunctionOled(ScreenCallbackType type, const QString& text);
@@ -131,13 +150,12 @@ private:
     bool updateTransitionTime(bool reduce);
     void showTransitionStep(bool reduce, double seconds);
 
-    void darkenMomentaryKeys();
     /// Lights a key as long as the active device is in the state; dark without a device.
-    void showState(
-        ScreenCallbackType type, ECLEDColor color, const std::function<bool(const BizModel::Device&)>& isOn);
+    void showState(ScreenCallbackType type, ECLEDColor color, DeviceState isOn);
+    void showMatchKey(const quint32& ecKey);
 
-    /// Number of the last press of the match key.
-    std::atomic<int> m_nMatchPress{0};
+    std::atomic<int> m_nMatchPress{0}; ///< number of the last press of the match key
+    std::atomic<int> m_nMatchLit{0}; ///< number of the press that the match key is lit for; 0 for none
 
     // Last, so that no time-out comes while the rest is destroyed.
     HoldTimer m_pWaitingDialogTimer{[this] { hideWaitingdialog(); }};

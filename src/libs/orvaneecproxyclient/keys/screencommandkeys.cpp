@@ -34,6 +34,49 @@ bool isAnyScreenTaking(const BizModel::Device& device)
 
 } // namespace
 
+const std::vector<KeyRow<ScreenCommandPrivate>>& ScreenCommandPrivate::keys()
+{
+    using P = ScreenCommandPrivate;
+    using Type = ScreenCallbackType;
+    const auto code = [](Type type) { return quint16(type); };
+    static const std::vector<KeyRow<P>> s_keys{
+        {code(Type::eSelectScreenCB), "select", &P::selectScreenPressed, &P::ignoreRelease, NoTraits,
+         KeyLight::Lasting},
+        {code(Type::ePageUp), "page up", &Command::pageUpPressed, &Command::pageUpRelease,
+         ReleasePassesDialog, KeyLight::Momentary, &P::updateECPageIndexOLED},
+        {code(Type::ePageDown), "page down", &Command::pageDownPressed, &Command::pageDownRelease,
+         ReleasePassesDialog, KeyLight::Momentary},
+        {code(Type::eFTBPGMCB), "FTB", &P::ftbPGMPressed, &P::ignoreRelease, ReleasePassesDialog,
+         KeyLight::Lasting, &P::updateFTBColor},
+        {code(Type::eFreezePGMCB), "freeze", &P::freezePGMPressed, &P::ignoreRelease, ReleasePassesDialog,
+         KeyLight::Lasting, &P::updateFreezeColor},
+        {code(Type::eSetPGMEdit), "PGM edit", &P::setPGMEditPressed, &P::leaveRelease, ReleasePassesDialog,
+         KeyLight::Lasting, &P::updatePGMEditColor},
+        {code(Type::eSetSwapStatusCB), "swap", &P::setSwapStatusPressed, &P::ignoreRelease,
+         ReleasePassesDialog, KeyLight::Lasting, &P::updateSwapColor},
+        {code(Type::eSetTransitionMixTypeCB), "mix type", &P::setTransitionMixTypePressed, &P::ignoreRelease,
+         ReleasePassesDialog, KeyLight::Lasting, &P::updateMixType},
+        {code(Type::eSetTransitionTimeCB), "transition time up", &P::setTransitionTimePressed,
+         &P::setTransitionTimeRelease, ReleasePassesDialog, KeyLight::Momentary, &P::updateTimeFunData,
+         &P::restTransitionTime},
+        // The row of the up key shows both labels.
+        {code(Type::eSetTransitionTimeReduceCB), "transition time down", &P::setTransitionTimeReducePressed,
+         &P::setTransitionTimeReduceRelease, ReleasePassesDialog, KeyLight::Momentary, nullptr,
+         &P::restTransitionTimeReduce},
+        {code(Type::eMatchPGMCB), "match", &P::matchPGMPressed, &P::matchPGMRelease, ReleasePassesDialog,
+         KeyLight::Momentary, nullptr, &P::restMatchPGM},
+        {code(Type::eCutToPGMCB), "cut", &P::cutToPGMPressed, &P::ignoreRelease,
+         ReleasePassesDialog | IsCutKey, KeyLight::Momentary},
+        {code(Type::eTakeToPGMCB), "take", &P::takeToPGMPressed, &P::ignoreRelease,
+         ReleasePassesDialog | IsTakeKey, KeyLight::Momentary},
+        // Keys that do nothing are dark.
+        {code(Type::eSetWipeCB), "wipe (reserved)", nullptr, nullptr, NoTraits, KeyLight::Momentary},
+        {code(Type::eSetFreezePVWCB), "freeze PVW (reserved)", nullptr, nullptr, NoTraits,
+         KeyLight::Momentary},
+        {code(Type::eNothing), "without a function", nullptr, nullptr, NoTraits, KeyLight::Momentary}};
+    return s_keys;
+}
+
 std::shared_ptr<BizModel::Screen> ScreenCommandPrivate::findBindingScreen(const quint32& ecKey) const
 {
     const auto device = activedDevice();
@@ -177,13 +220,12 @@ Completion ScreenCommandPrivate::screenCreated(
     };
 }
 
-bool ScreenCommandPrivate::isKeyOfType(const quint32& ecKey, ScreenCallbackType type) const
+bool ScreenCommandPrivate::hasConfig() const
 {
-    if (!m_pCommand->ecCommandConfig()) {
-        qWarning("The command is null");
-        return false;
-    }
-    return m_pCommand->isKeyOfFunction(ecKey, quint16(type));
+    if (m_pCommand->ecCommandConfig())
+        return true;
+    qWarning("The command is null");
+    return false;
 }
 
 } // namespace Orvane::ECProxy::Client::Internal

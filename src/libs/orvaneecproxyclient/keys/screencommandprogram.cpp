@@ -1,6 +1,7 @@
 #include "screencommand_p.h"
 
 #include "modelaccess_p.h"
+#include "painter_p.h"
 
 #include "bizmodel/device.h"
 #include "bizmodel/screen.h"
@@ -138,10 +139,13 @@ bool ScreenCommandPrivate::matchPGMPressed(const quint32& ecKey)
 {
     qDebug("matchPGM operator begin to match PGM.");
     const int press = ++m_nMatchPress;
-    m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green);
+    m_nMatchLit = press;
+    showMatchKey(ecKey);
     const auto device = activedDevice();
-    if (!device)
+    if (!device) {
+        m_nMatchLit = 0;
         return refuse(ecKey, "matchPGM operator error: active device is nullptr.");
+    }
     const auto task = [](const WeakDevice& each) {
         return ParallelControl::ParallelMatchPGM{each, RegularAndAUXScreens};
     };
@@ -149,8 +153,7 @@ bool ScreenCommandPrivate::matchPGMPressed(const quint32& ecKey)
     if (startParallelRequest(device, task, false, &error, matchEnded(ecKey, press)))
         return true;
     qWarning("matchPGM operator error: Match PGM failed. %s", qUtf8Printable(error));
-    m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Off);
-    return false;
+    return !matchPGMRelease(ecKey);
 }
 
 /// Called by a thread of the model when the match has ended, perhaps after the command is gone: the light is
@@ -165,17 +168,33 @@ Completion ScreenCommandPrivate::matchEnded(const quint32& ecKey, int press)
         if (!app)
             return;
         QMetaObject::invokeMethod(app, [self, ecKey, press] {
-            // A later press has the light of its own.
-            if (self && self->m_nMatchPress == press)
-                self->m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Off);
+            // The key may have been released, or pressed once more.
+            int lit = press;
+            if (self && self->m_nMatchLit.compare_exchange_strong(lit, 0))
+                self->showMatchKey(ecKey);
         });
     };
 }
 
 bool ScreenCommandPrivate::matchPGMRelease(const quint32& ecKey)
 {
-    m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Off);
+    restMatchPGM(ecKey);
+    showMatchKey(ecKey);
     return true;
+}
+
+void ScreenCommandPrivate::restMatchPGM(const quint32&)
+{
+    m_nMatchLit = 0;
+}
+
+/// At once for whoever presses or releases; a failure that is shown at the same time does not outlast it.
+void ScreenCommandPrivate::showMatchKey(const quint32& ecKey)
+{
+    const auto send = [this, ecKey] {
+        m_pCommand->updateECButtonColor(ecKey, m_nMatchLit == 0 ? ECLEDColor::Off : ECLEDColor::Green);
+    };
+    m_pCommand->painter().sendAtOnce("match", send, send);
 }
 
 // ---- Freeze, fade to black, swap, program edit ----------------------------------------------------------
@@ -183,7 +202,7 @@ bool ScreenCommandPrivate::matchPGMRelease(const quint32& ecKey)
 /// A state of the device that a key turns on and off.
 struct ScreenCommandPrivate::Toggle {
     const char* name; ///< for the log
-    bool (*isOn)(const BizModel::Device& device);
+    DeviceState isOn;
     ParallelControl::ParallelTask (*task)(const WeakDevice& device, bool on);
     /// Only freeze waits for its result: a slow model must not hold up the keys that follow.
     bool waitForResult = false;
@@ -207,11 +226,10 @@ bool ScreenCommandPrivate::ftbPGMPressed(const quint32&)
 
 bool ScreenCommandPrivate::setSwapStatusPressed(const quint32&)
 {
-    const auto isOn = [](const BizModel::Device& device) { return device.swapEnable(); };
     const auto task = [](const WeakDevice& device, bool on) -> ParallelControl::ParallelTask {
         return ParallelControl::ParallelSetSwapStatus{device, on};
     };
-    return toggle({"Swap", isOn, task});
+    return toggle({"Swap", isSwapEnabled, task});
 }
 
 /// Asks the model for the opposite of the present state. The light follows the model's notification.
@@ -261,7 +279,9 @@ bool ScreenCommandPrivate::setPGMEditPressed(const quint32&)
         qWarning("PGM edit failed:The model refused to turn it %s.", edit ? "on" : "off");
         return false;
     }
-    updateECButtonColor(edit, ScreenCallbackType::eSetPGMEdit, ECLEDColor::Green);
+    m_pCommand->painter().sendAtOnce(
+        "edit", [&] { updateECButtonColor(edit, ScreenCallbackType::eSetPGMEdit, ECLEDColor::Green); },
+        [this] { updatePGMEditColor(); });
     return true;
 }
 
@@ -334,6 +354,17 @@ bool ScreenCommandPrivate::setTransitionTimeRelease(const quint32& ecKey)
 bool ScreenCommandPrivate::setTransitionTimeReduceRelease(const quint32& ecKey)
 {
     return setTransitionTimeRelease(ecKey); // one hold at a time, whichever key began it
+}
+
+void ScreenCommandPrivate::restTransitionTime(const quint32&)
+{
+    m_transitionTime.release();
+}
+
+void ScreenCommandPrivate::restTransitionTimeReduce(const quint32& ecKey)
+{
+    restTransitionTime(ecKey);
+    updateTimeFunData();
 }
 
 } // namespace Orvane::ECProxy::Client::Internal

@@ -2,6 +2,7 @@
 
 #include "consumetime_p.h"
 #include "modelaccess_p.h"
+#include "painter_p.h"
 
 #include "bizmodel/device.h"
 #include "bizmodel/devicelist.h"
@@ -42,35 +43,6 @@ template <typename Predicate> bool isAnySelectedInGroup(const BizModel::Device& 
     });
 }
 
-/// Sends what is true until it still is afterwards: of several threads that show the same thing, none may
-/// have the last word with what it has read before the others.
-template <typename Read, typename Show> void showUntilTrue(Read read, Show show)
-{
-    auto value = read();
-    for (bool isTrue = false; !isTrue;) {
-        show(value);
-        auto now = read();
-        isTrue = now == value;
-        value = now;
-    }
-}
-
-/// Keys whose colour tells a state; the others are lit only while they are pressed.
-bool hasLastingColor(ScreenCallbackType type)
-{
-    switch (type) {
-    case ScreenCallbackType::eSelectScreenCB:
-    case ScreenCallbackType::eFreezePGMCB:
-    case ScreenCallbackType::eFTBPGMCB:
-    case ScreenCallbackType::eSetTransitionMixTypeCB:
-    case ScreenCallbackType::eSetSwapStatusCB:
-    case ScreenCallbackType::eSetPGMEdit:
-        return true;
-    default:
-        return false;
-    }
-}
-
 } // namespace
 
 bool isPGMFrozen(const BizModel::Device& device)
@@ -81,6 +53,11 @@ bool isPGMFrozen(const BizModel::Device& device)
 bool isPGMFadedToBlack(const BizModel::Device& device)
 {
     return isAnySelectedInGroup(device, [](const BizModel::Screen& screen) { return screen.FTBEnable(); });
+}
+
+bool isSwapEnabled(const BizModel::Device& device)
+{
+    return device.swapEnable();
 }
 
 bool isPGMEdited(const BizModel::Device& device)
@@ -96,31 +73,19 @@ ScreenCommandPrivate::ScreenCommandPrivate(ScreenCommand* command)
 
 void ScreenCommandPrivate::updateKeyboard()
 {
-    darkenMomentaryKeys();
+    m_pCommand->darkenMomentaryKeys();
     repaintScreenKeys(Enum::UpdateConsoleType::All);
     updateScreenKeyboard();
 }
 
-void ScreenCommandPrivate::darkenMomentaryKeys()
-{
-    const auto config = m_pCommand->ecCommandConfig();
-    if (!config)
-        return;
-    for (const auto& button : qAsConst(config->m_buttons)) {
-        if (button && !hasLastingColor(ScreenCallbackType(button->OrvaneKey)))
-            m_pCommand->updateECButtonColor(button->ECKey, ECLEDColor::Off);
-    }
-}
-
 void ScreenCommandPrivate::updateScreenKeyboard()
 {
-    updateECPageIndexOLED();
-    updateFTBColor();
-    updateFreezeColor();
-    updatePGMEditColor();
-    updateSwapColor();
-    updateMixType();
-    updateTimeFunData();
+    // Not showKeys(): what misses its key or label says so in the log.
+    for (const auto& row : keys()) {
+        const auto button = m_pCommand->findFunctionButton(row.code);
+        if (row.show)
+            (this->*row.show)(button ? button->ECKey : Constants::InvalidECKey);
+    }
 }
 
 void ScreenCommandPrivate::updateECCommandItems()
@@ -138,75 +103,72 @@ void ScreenCommandPrivate::repaintScreenKeys(Enum::UpdateConsoleType type)
     m_pCommand->updateCommandKeypad(type);
 }
 
-void ScreenCommandPrivate::updateECPageIndexOLED()
+void ScreenCommandPrivate::updateECPageIndexOLED(const quint32&)
 {
     if (!m_pCommand->ecCommandConfig())
         return;
-    const auto oled = m_pCommand->findPageOled(quint16(ScreenCallbackType::ePageUp));
-    if (!oled)
-        return;
-    showUntilTrue(
-        [this] { return m_pCommand->currentPageIndex(); },
-        [&](int pageIndex) {
-            m_pCommand->updatePageOled(std::weak_ptr<EC::s_ECOledConfig>(oled), quint32(pageIndex));
-        });
+    m_pCommand->painter().paint("page label", [this] {
+        const auto oled = m_pCommand->findPageOled(quint16(ScreenCallbackType::ePageUp));
+        if (oled)
+            m_pCommand->updatePageOled(
+                std::weak_ptr<EC::s_ECOledConfig>(oled), quint32(m_pCommand->currentPageIndex()));
+    });
 }
 
-void ScreenCommandPrivate::updateFTBColor()
+void ScreenCommandPrivate::updateFTBColor(const quint32&)
 {
     showState(ScreenCallbackType::eFTBPGMCB, ECLEDColor::Green, isPGMFadedToBlack);
 }
 
-void ScreenCommandPrivate::updateFreezeColor()
+void ScreenCommandPrivate::updateFreezeColor(const quint32&)
 {
     showState(ScreenCallbackType::eFreezePGMCB, ECLEDColor::Red, isPGMFrozen);
 }
 
-void ScreenCommandPrivate::updatePGMEditColor()
+void ScreenCommandPrivate::updatePGMEditColor(const quint32&)
 {
     showState(ScreenCallbackType::eSetPGMEdit, ECLEDColor::Green, isPGMEdited);
 }
 
-void ScreenCommandPrivate::updateSwapColor()
+void ScreenCommandPrivate::updateSwapColor(const quint32&)
 {
-    showState(ScreenCallbackType::eSetSwapStatusCB, ECLEDColor::Green, [](const BizModel::Device& device) {
-        return device.swapEnable();
-    });
+    showState(ScreenCallbackType::eSetSwapStatusCB, ECLEDColor::Green, isSwapEnabled);
 }
 
-void ScreenCommandPrivate::updateMixType()
+void ScreenCommandPrivate::updateMixType(const quint32&)
 {
-    updateFunctionOled(
-        ScreenCallbackType::eSetTransitionMixTypeCB,
-        BizModel::Translate::tr(BizModel::Translate::TR_THE_FADE));
+    m_pCommand->painter().paint("mix label", [this] {
+        updateFunctionOled(
+            ScreenCallbackType::eSetTransitionMixTypeCB,
+            BizModel::Translate::tr(BizModel::Translate::TR_THE_FADE));
+    });
     const auto always = [](const BizModel::Device&) { return true; };
     showState(ScreenCallbackType::eSetTransitionMixTypeCB, ECLEDColor::Green, always);
 }
 
-void ScreenCommandPrivate::showState(
-    ScreenCallbackType type, ECLEDColor color, const std::function<bool(const BizModel::Device&)>& isOn)
+void ScreenCommandPrivate::showState(ScreenCallbackType type, ECLEDColor color, DeviceState isOn)
 {
-    showUntilTrue(
-        [&] {
-            const auto device = activedDevice();
-            return device && isOn(*device);
-        },
-        [&](bool on) { updateECButtonColor(on, type, color); });
+    m_pCommand->painter().paint({"state", quint64(type)}, [this, type, color, isOn] {
+        const auto device = activedDevice();
+        updateECButtonColor(device && isOn(*device), type, color);
+    });
 }
 
-void ScreenCommandPrivate::updateTimeFunData()
+void ScreenCommandPrivate::updateTimeFunData(const quint32&)
 {
-    // The texts are compared, not the times: a time that is not a number is never equal to itself.
-    showUntilTrue(
-        [] {
-            const auto screen = activedScreen();
-            return screen ? transitionTimeText(screen->switchEffectTime()) : QString();
-        },
-        [this](const QString& text) { updateTimeSpeedOledText(text); });
+    m_pCommand->painter().paint("times", [this] {
+        if (const auto screen = activedScreen()) {
+            updateTimeSpeedOledText(screen->switchEffectTime());
+            return;
+        }
+        updateFunctionOled(ScreenCallbackType::eSetTransitionTimeCB, QString());
+        updateFunctionOled(ScreenCallbackType::eSetTransitionTimeReduceCB, QString());
+    });
 }
 
-void ScreenCommandPrivate::updateTimeSpeedOledText(const QString& text)
+void ScreenCommandPrivate::updateTimeSpeedOledText(double seconds)
 {
+    const QString text = transitionTimeText(seconds);
     updateFunctionOled(ScreenCallbackType::eSetTransitionTimeCB, text);
     updateFunctionOled(ScreenCallbackType::eSetTransitionTimeReduceCB, text);
 }
