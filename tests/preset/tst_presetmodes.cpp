@@ -147,6 +147,40 @@ private Q_SLOTS:
         console().release(ClearAll);
     }
 
+    void aHeldClearWhoseReleaseALockDropsClearsNothing()
+    {
+        LogCapture log;
+        console().press(ClearAll);
+        QVERIFY(console().settle());
+        ECManager::instance()->lockKeypad();
+        console().release(ClearAll); // not let through
+        QVERIFY(log.waitFor("Clear all presets refused", MoreThanThreeSecondsMs));
+        QVERIFY(m_pRig->asked(Operation::AsyncRemoveFile).isEmpty());
+        QVERIFY(console().waitShows(ClearAll, ECLEDColor::Off));
+        QCOMPARE(mode(), PresetOptMode::Noting);
+    }
+
+    void keysPutToRestDoNotAct()
+    {
+        const auto keys = ECManager::instance()->presetCommand().lock();
+        console().press(ClearAll);
+        console().press(PageDown);
+        QVERIFY(console().waitShows(PageDown, ECLEDColor::Green));
+        keys->putKeyToRest(ClearAll);
+        keys->putKeyToRest(PageDown);
+        QVERIFY(console().shows(ClearAll, ECLEDColor::Off));
+        QVERIFY(console().shows(PageDown, ECLEDColor::Off));
+        QCOMPARE(mode(), PresetOptMode::Noting);
+        QCOMPARE(keys->page(), 0);
+        QTest::qWait(3300); // past the time at which it would have cleared
+        QVERIFY(m_pRig->asked(Operation::AsyncRemoveFile).isEmpty());
+
+        QVERIFY(tap(Store)); // stays armed
+        keys->putKeyToRest(Store);
+        QVERIFY(console().shows(Store, ECLEDColor::Yellow));
+        QCOMPARE(mode(), PresetOptMode::Save);
+    }
+
     void clearReachesNoOfflineDeviceAndTellsFailures()
     {
         LogCapture log;

@@ -16,36 +16,9 @@ using Internal::PresetCommandPrivate;
 
 PresetCommand::PresetCommand(QObject* parent)
     : Command(parent)
-    , d(std::make_unique<PresetCommandPrivate>(this))
+    , d(std::make_unique<PresetCommandPrivate>(this, painter()))
 {
-    using Handler = bool (PresetCommandPrivate::*)(const quint32&);
-    const auto bind = [this](PresetCallbackType type, Handler pressed, Handler released) {
-        bindKey(
-            quint32(type), std::bind(pressed, d.get(), std::placeholders::_1),
-            std::bind(released, d.get(), std::placeholders::_1));
-    };
-    bind(
-        PresetCallbackType::eSelectPresetCB, &PresetCommandPrivate::selectPresetPressed,
-        &PresetCommandPrivate::selectPresetRelease);
-    bindKey(
-        quint32(PresetCallbackType::ePageUp), std::bind(&Command::pageUpPressed, this, std::placeholders::_1),
-        std::bind(&PresetCommandPrivate::pageUpRelease, d.get(), std::placeholders::_1));
-    bindKey(
-        quint32(PresetCallbackType::ePageDown),
-        std::bind(&Command::pageDownPressed, this, std::placeholders::_1),
-        std::bind(&PresetCommandPrivate::pageDownRelease, d.get(), std::placeholders::_1));
-    bind(
-        PresetCallbackType::eRemoveSelectedPresetCB, &PresetCommandPrivate::removeSelectedPresetPressed,
-        &PresetCommandPrivate::ignoreRelease);
-    bind(
-        PresetCallbackType::eClearPresetsCB, &PresetCommandPrivate::clearPresetsPressed,
-        &PresetCommandPrivate::clearPresetsRelease);
-    bind(
-        PresetCallbackType::eSavePresetCB, &PresetCommandPrivate::savePresetPressed,
-        &PresetCommandPrivate::ignoreRelease);
-    bind(
-        PresetCallbackType::eLoadToPgm, &PresetCommandPrivate::loadToPGMPresetPressed,
-        &PresetCommandPrivate::ignoreRelease);
+    setKeyTable({this, d.get(), PresetCommandPrivate::keys()});
 }
 
 PresetCommand::~PresetCommand()
@@ -124,9 +97,9 @@ void PresetCommand::updateKeyboard()
     }
     d->makeMissingItems();
     d->m_pages.updatePageIndex();
-    d->showFunctionKeys();
-    if (const auto oled = findPageOled(quint16(PresetCallbackType::ePageUp)))
-        showCurrentPage([&](quint32 page) { updatePageOled(oled->ECKey, page); });
+    darkenMomentaryKeys();
+    d->m_modes.paint();
+    d->m_pages.udpatePageOLEDText();
     d->m_pOrvanePresetCmd->updateECCommandItems();
     d->m_pages.updateAllKeyboard();
     d->slotLoadToPGMUpDate();
@@ -148,15 +121,7 @@ bool PresetCommand::isAllowedKeyReleased(const quint16& ecKey)
         qWarning("Find preset command data error.");
         return false;
     }
-    switch (PresetCallbackType(findOrvaneKey(ecKey))) {
-    case PresetCallbackType::eRemoveSelectedPresetCB:
-    case PresetCallbackType::eClearPresetsCB:
-    case PresetCallbackType::eSavePresetCB:
-    case PresetCallbackType::eLoadToPgm:
-        return true;
-    default:
-        return false;
-    }
+    return Command::isAllowedKeyReleased(ecKey);
 }
 
 bool PresetCommand::containsSelectedECButtonConfigByECKey(const quint32& ecKey) const

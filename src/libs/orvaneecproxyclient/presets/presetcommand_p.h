@@ -1,6 +1,7 @@
 #pragma once
 
 #include "holdtimer_p.h"
+#include "keytable_p.h"
 #include "orvanepresetcommand.h"
 #include "presetcommand.h"
 #include "presetextensions_p.h"
@@ -22,7 +23,10 @@ public:
     static constexpr std::chrono::milliseconds ClearAllHoldDuration{3000};
     static constexpr int PagesWithoutDevice = 8;
 
-    explicit PresetCommandPrivate(PresetCommand* command);
+    PresetCommandPrivate(PresetCommand* command, Painter& painter);
+
+    /// The group's keys.
+    static const std::vector<KeyRow<PresetCommandPrivate>>& keys();
 
     // Key handlers.
 
@@ -35,8 +39,17 @@ public:
     bool clearPresetsRelease(const quint32& ecKey);
     bool savePresetPressed(const quint32& ecKey);
     bool loadToPGMPresetPressed(const quint32& ecKey);
-    /// The release of a key that acts when pressed.
-    bool ignoreRelease(const quint32& ecKey);
+    bool removeSelectedPresetRelease(const quint32& ecKey);
+    bool savePresetRelease(const quint32& ecKey);
+    bool loadToPGMPresetRelease(const quint32& ecKey);
+    void restClearPresets(const quint32& ecKey);
+
+    // What a repaint shows on a key.
+
+    void showRemoveKey(const quint32& ecKey);
+    void showClearKey(const quint32& ecKey);
+    void showSaveKey(const quint32& ecKey);
+    void showLoadTarget(const quint32& ecKey);
 
     void messageBoxClosed(QMessageBox::StandardButton button);
     void tbarChanged(const ECTBarValue& value);
@@ -46,14 +59,12 @@ public:
     /// Makes the items of the pages that the active device needs and that are not there yet.
     void makeMissingItems();
     QList<std::shared_ptr<ECCommandItem>> commandItems() const;
-    /// Shows the keys that neither have a preset nor tell the load target.
-    void showFunctionKeys();
+    /// Paints light and label of the load-to-PGM key.
     void slotLoadToPGMUpDate();
     void rememberActivedPresetKey(const BizModel::Device& device);
-    /// The clear-all key is held, or its question is open.
-    bool isClearAllPending() const;
 
     PresetCommand* const m_pCommand;
+    Painter& m_painter;
     SelectKeys m_presetButtonCfgs;
     PresetModes m_modes;
     const std::unique_ptr<OrvanePresetCommand> m_pOrvanePresetCmd;

@@ -47,12 +47,36 @@ bool leavesEnd(quint32 previous, const ECTBarValue& value)
 
 } // namespace
 
-PresetCommandPrivate::PresetCommandPrivate(PresetCommand* command)
+const std::vector<KeyRow<PresetCommandPrivate>>& PresetCommandPrivate::keys()
+{
+    using Type = PresetCallbackType;
+    using Own = PresetCommandPrivate;
+    static const std::vector<KeyRow<Own>> rows{
+        {quint16(Type::eSelectPresetCB), "preset", &Own::selectPresetPressed, &Own::selectPresetRelease},
+        {quint16(Type::ePageUp), "page up", &Command::pageUpPressed, &Own::pageUpRelease, NoTraits,
+         KeyLight::Momentary},
+        {quint16(Type::ePageDown), "page down", &Command::pageDownPressed, &Own::pageDownRelease, NoTraits,
+         KeyLight::Momentary},
+        {quint16(Type::eRemoveSelectedPresetCB), "remove", &Own::removeSelectedPresetPressed,
+         &Own::removeSelectedPresetRelease, ReleasePassesDialog, KeyLight::Lasting, &Own::showRemoveKey},
+        {quint16(Type::eClearPresetsCB), "clear", &Own::clearPresetsPressed, &Own::clearPresetsRelease,
+         ReleasePassesDialog, KeyLight::Lasting, &Own::showClearKey, &Own::restClearPresets},
+        {quint16(Type::eSavePresetCB), "store", &Own::savePresetPressed, &Own::savePresetRelease,
+         ReleasePassesDialog, KeyLight::Lasting, &Own::showSaveKey},
+        {quint16(Type::eCut), "cut", nullptr, nullptr},
+        {quint16(Type::eTake), "take", nullptr, nullptr},
+        {quint16(Type::eLoadToPgm), "load target", &Own::loadToPGMPresetPressed, &Own::loadToPGMPresetRelease,
+         ReleasePassesDialog, KeyLight::Lasting, &Own::showLoadTarget}};
+    return rows;
+}
+
+PresetCommandPrivate::PresetCommandPrivate(PresetCommand* command, Painter& painter)
     : m_pCommand(command)
-    , m_modes(*command)
+    , m_painter(painter)
+    , m_modes(*command, painter)
     , m_pOrvanePresetCmd(std::make_unique<OrvanePresetCommand>(*command, m_modes))
     , m_extensions([command] { return command->currentPageIndex(); })
-    , m_pages(*command, *m_pOrvanePresetCmd, m_extensions)
+    , m_pages(*command, painter, *m_pOrvanePresetCmd, m_extensions)
     , m_pClearAllTimer([this] { slotClearAllTimeOut(); })
 {
 }
@@ -88,11 +112,6 @@ bool PresetCommandPrivate::selectPresetRelease(const quint32& ecKey)
     return true;
 }
 
-bool PresetCommandPrivate::ignoreRelease(const quint32&)
-{
-    return false;
-}
-
 // ---- Modes ----------------------------------------------------------------------------------------------
 
 bool PresetCommandPrivate::removeSelectedPresetPressed(const quint32& ecKey)
@@ -101,10 +120,30 @@ bool PresetCommandPrivate::removeSelectedPresetPressed(const quint32& ecKey)
     return true;
 }
 
+bool PresetCommandPrivate::removeSelectedPresetRelease(const quint32&)
+{
+    return false;
+}
+
+void PresetCommandPrivate::showRemoveKey(const quint32& ecKey)
+{
+    m_modes.show(ecKey, PresetOptMode::Clear);
+}
+
 bool PresetCommandPrivate::savePresetPressed(const quint32& ecKey)
 {
     m_modes.toggle(ecKey, PresetOptMode::Save);
     return true;
+}
+
+bool PresetCommandPrivate::savePresetRelease(const quint32&)
+{
+    return false;
+}
+
+void PresetCommandPrivate::showSaveKey(const quint32& ecKey)
+{
+    m_modes.show(ecKey, PresetOptMode::Save);
 }
 
 // ---- Clearing all presets -------------------------------------------------------------------------------
@@ -133,13 +172,20 @@ bool PresetCommandPrivate::clearPresetsRelease(const quint32& ecKey)
     m_pClearAllTimer.stop();
     // Remove or Save may be armed: a dialog keeps the press from this key and lets the release through.
     m_modes.endAny();
-    m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Off);
+    m_modes.offClearKey(ecKey);
     return false;
 }
 
-bool PresetCommandPrivate::isClearAllPending() const
+void PresetCommandPrivate::restClearPresets(const quint32&)
 {
-    return m_currentModule || m_pClearAllTimer.isRunning();
+    m_pClearAllTimer.stop();
+    if (m_modes.mode() == PresetOptMode::ClearAll)
+        m_modes.setMode(PresetOptMode::Noting);
+}
+
+void PresetCommandPrivate::showClearKey(const quint32& ecKey)
+{
+    m_modes.show(ecKey, PresetOptMode::ClearAll);
 }
 
 bool PresetCommandPrivate::clearEverywhere()
@@ -253,23 +299,36 @@ void PresetCommandPrivate::setLoadToPGMState(LoadToPGMStatus status)
         completion(false, QStringLiteral("The request could not be started."));
 }
 
+bool PresetCommandPrivate::loadToPGMPresetRelease(const quint32&)
+{
+    return false;
+}
+
 void PresetCommandPrivate::slotLoadToPGMUpDate()
 {
-    const auto config = m_pCommand->ecCommandConfig();
-    const auto button =
-        config ? config->findECButtonConfigByOrvaneKey(quint16(PresetCallbackType::eLoadToPgm)) : nullptr;
-    if (!button)
-        return;
+    m_painter.paint("preset load target", [this] {
+        const auto config = m_pCommand->ecCommandConfig();
+        const auto button =
+            config ? config->findECButtonConfigByOrvaneKey(quint16(PresetCallbackType::eLoadToPgm)) : nullptr;
+        if (button)
+            showLoadTarget(button->ECKey);
+    });
+}
+
+void PresetCommandPrivate::showLoadTarget(const quint32& ecKey)
+{
     const bool isOn = isLoadToPGMStateEnable();
     const auto device = activedDevice();
     QString text;
     if (device && device->deviceConfig().loadToPGMEnabled)
         text = Translate::tr(isOn ? Translate::TR_THE_LOAD_TO_PGM : Translate::TR_THE_LOAD_TO_PVW);
-    if (button->pECOledCfg)
+    const auto config = m_pCommand->ecCommandConfig();
+    const auto button = config ? config->findECButtonConfigByECKey(ecKey) : nullptr;
+    if (button && button->pECOledCfg)
         m_pCommand->updateECOledText(button->pECOledCfg->OrvaneECKey, button->pECOledCfg->ECKey, text);
     else
         qWarning(" Button oled config is nullptr");
-    m_pCommand->updateECButtonColor(button->ECKey, isOn ? ECLEDColor::Red : ECLEDColor::Off);
+    m_pCommand->updateECButtonColor(ecKey, isOn ? ECLEDColor::Red : ECLEDColor::Off);
 }
 
 // ---- T-Bar ----------------------------------------------------------------------------------------------
@@ -313,30 +372,6 @@ void PresetCommandPrivate::makeMissingItems()
     for (const auto& item : items) {
         store->appendECCommandItem(KeyboardType::Preset, item);
         store->appendECCommandItem(KeyboardType::PresetEx, std::make_shared<ECCommandItem>(*item));
-    }
-}
-
-void PresetCommandPrivate::showFunctionKeys()
-{
-    const auto config = m_pCommand->ecCommandConfig();
-    for (const auto& button : qAsConst(config->m_buttons)) {
-        switch (PresetCallbackType(button->OrvaneKey)) {
-        case PresetCallbackType::ePageUp:
-        case PresetCallbackType::ePageDown:
-            m_pCommand->updateECButtonColor(button->ECKey, ECLEDColor::Off);
-            break;
-        case PresetCallbackType::eRemoveSelectedPresetCB:
-            m_modes.show(button->ECKey, PresetOptMode::Clear);
-            break;
-        case PresetCallbackType::eClearPresetsCB:
-            m_modes.show(button->ECKey, PresetOptMode::ClearAll, isClearAllPending());
-            break;
-        case PresetCallbackType::eSavePresetCB:
-            m_modes.show(button->ECKey, PresetOptMode::Save);
-            break;
-        default:
-            break;
-        }
     }
 }
 

@@ -29,8 +29,9 @@ PresetCallbackType keyOf(PresetModes::Mode mode)
 
 } // namespace
 
-PresetModes::PresetModes(Command& presetKeys)
+PresetModes::PresetModes(Command& presetKeys, Painter& painter)
     : m_presetKeys(presetKeys)
+    , m_painter(painter)
 {
 }
 
@@ -53,17 +54,23 @@ void PresetModes::toggle(const quint32& ecKey, Mode mode)
         return;
     }
     setMode(mode);
-    updateECButtonColorPri(ecKey, ECLEDColor::Yellow, ArmedKeyState);
-    offFunctionkeyColor(keyOf(mode == Mode::Save ? Mode::Clear : Mode::Save));
-    offFunctionkeyColor(PresetCallbackType::eClearPresetsCB);
+    m_bClearAllLit = false;
+    sendAtOnce([&] {
+        updateECButtonColorPri(ecKey, ECLEDColor::Yellow, ArmedKeyState);
+        sendOff(keyOf(mode == Mode::Save ? Mode::Clear : Mode::Save));
+        sendOff(PresetCallbackType::eClearPresetsCB);
+    });
 }
 
 void PresetModes::armClearAll(const quint32& ecKey)
 {
     setMode(Mode::ClearAll);
-    updateECButtonColorPri(ecKey, ECLEDColor::Green);
-    offFunctionkeyColor(PresetCallbackType::eRemoveSelectedPresetCB);
-    offFunctionkeyColor(PresetCallbackType::eSavePresetCB);
+    m_bClearAllLit = true;
+    sendAtOnce([&] {
+        updateECButtonColorPri(ecKey, ECLEDColor::Green);
+        sendOff(PresetCallbackType::eRemoveSelectedPresetCB);
+        sendOff(PresetCallbackType::eSavePresetCB);
+    });
 }
 
 void PresetModes::end(Mode mode)
@@ -87,9 +94,22 @@ void PresetModes::endAny()
         offFunctionkeyColor(keyOf(armed));
 }
 
-void PresetModes::show(const quint32& ecKey, Mode mode, bool isPending)
+void PresetModes::offFunctionkeyColor(PresetCallbackType type)
 {
-    if (this->mode() != mode || !isPending)
+    if (type == PresetCallbackType::eClearPresetsCB)
+        m_bClearAllLit = false;
+    sendAtOnce([&] { sendOff(type); });
+}
+
+void PresetModes::offClearKey(const quint32& ecKey)
+{
+    m_bClearAllLit = false;
+    sendAtOnce([&] { updateECButtonColorPri(ecKey, ECLEDColor::Off); });
+}
+
+void PresetModes::show(const quint32& ecKey, Mode mode)
+{
+    if (this->mode() != mode || (mode == Mode::ClearAll && !m_bClearAllLit))
         updateECButtonColorPri(ecKey, ECLEDColor::Off);
     else if (mode == Mode::ClearAll)
         updateECButtonColorPri(ecKey, ECLEDColor::Green);
@@ -97,7 +117,29 @@ void PresetModes::show(const quint32& ecKey, Mode mode, bool isPending)
         updateECButtonColorPri(ecKey, ECLEDColor::Yellow, ArmedKeyState);
 }
 
-void PresetModes::offFunctionkeyColor(PresetCallbackType type)
+void PresetModes::paint()
+{
+    m_painter.paint("preset modes", [this] { showAll(); });
+}
+
+void PresetModes::showAll()
+{
+    const auto config = m_presetKeys.ecCommandConfig();
+    if (!config)
+        return;
+    for (const Mode mode : {Mode::Clear, Mode::ClearAll, Mode::Save}) {
+        const auto buttons = config->findECButtonConfigsByOrvaneKey(quint16(keyOf(mode)));
+        for (const auto& button : buttons)
+            show(button->ECKey, mode);
+    }
+}
+
+void PresetModes::sendAtOnce(const Painter::Job& send)
+{
+    m_painter.sendAtOnce("preset modes", send, [this] { showAll(); });
+}
+
+void PresetModes::sendOff(PresetCallbackType type)
 {
     const auto config = m_presetKeys.ecCommandConfig();
     if (!config) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "command.h"
+#include "painter_p.h"
 #include "presetcallbacktype.h"
 
 #include "bizmodel/enums.h"
@@ -13,13 +14,13 @@ namespace Orvane::ECProxy::Client::Internal {
 /// and Save.
 ///
 /// The mode itself is the application's, whose own keys share it. Each step here changes the mode first and
-/// the lights then, so that a dark key never acts. Any thread may call any member.
+/// then lights the keys, so that a dark key never acts. Any thread may call any member.
 class PresetModes {
 public:
     using Mode = BizModel::Enum::Preset::PresetOptMode;
 
-    /// `presetKeys` owns this object.
-    explicit PresetModes(Command& presetKeys);
+    /// `presetKeys` owns this object and `painter`, which paints its keys.
+    PresetModes(Command& presetKeys, Painter& painter);
 
     /// `Noting` without a device list.
     Mode mode() const;
@@ -36,8 +37,14 @@ public:
     /// Ends Remove or Save, whichever is armed, and any other mode.
     void endAny();
 
-    /// Lights the key that arms `mode` as arming did while it is armed and `isPending`, otherwise darkens it.
-    void show(const quint32& ecKey, Mode mode, bool isPending = true);
+    /// Darkens the clear-all key that was released.
+    void offClearKey(const quint32& ecKey);
+
+    /// Lights the key that arms `mode` as arming did, or darkens it when `mode` is not armed. Part of a
+    /// repaint.
+    void show(const quint32& ecKey, Mode mode);
+    /// Paints the three keys like that.
+    void paint();
 
     /// A preset was removed by key: the press that did it ends the mode `Clear`.
     bool clearStatus() const { return m_clearStatus; }
@@ -48,11 +55,19 @@ public:
     void offFunctionkeyColor(PresetCallbackType type);
 
 private:
+    /// Sends lights at once. When another thread paints meanwhile, which may have read an older mode, the
+    /// three keys are painted after it.
+    void sendAtOnce(const Painter::Job& send);
+    void sendOff(PresetCallbackType type);
     /// Lights one key of the group.
     void updateECButtonColorPri(const quint32& ecKey, ECLEDColor color, int state = 0);
+    void showAll();
 
     Command& m_presetKeys;
+    Painter& m_painter;
     std::atomic<bool> m_clearStatus{false};
+    /// The clear-all key was lit and not darkened since: the mode `ClearAll` lasts longer than its light.
+    std::atomic<bool> m_bClearAllLit{false};
 };
 
 } // namespace Orvane::ECProxy::Client::Internal

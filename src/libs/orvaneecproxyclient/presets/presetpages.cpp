@@ -10,8 +10,9 @@
 namespace Orvane::ECProxy::Client::Internal {
 
 PresetPages::PresetPages(
-    Command& presetKeys, OrvanePresetCommand& pageExtension, PresetExtensions& extensions)
+    Command& presetKeys, Painter& painter, OrvanePresetCommand& pageExtension, PresetExtensions& extensions)
     : m_presetKeys(presetKeys)
+    , m_painter(painter)
     , m_pageExtension(pageExtension)
     , m_extensions(extensions)
 {
@@ -73,15 +74,22 @@ void PresetPages::updatePageIndex()
 
 void PresetPages::udpatePageOLEDText()
 {
+    m_painter.paint("preset page label", [this] { showPageLabel(); });
+}
+
+void PresetPages::showPageLabel()
+{
     const auto config = m_presetKeys.ecCommandConfig();
     const auto button =
         config ? config->findECButtonConfigByOrvaneKey(quint16(PresetCallbackType::ePageUp)) : nullptr;
-    if (!button || !button->pECOledCfg) {
+    if (!button) {
         qWarning("command has invalid page button");
-        return;
+    } else if (!button->pECOledCfg) {
+        qWarning(" command has invalid page oled");
+    } else {
+        m_pageExtension.updatePageIndex(); // the page that is shown when this job runs
+        m_presetKeys.updatePageOled(button->pECOledCfg->ECKey, quint32(m_pageExtension.page()));
     }
-    m_pageExtension.updatePageIndex();
-    m_presetKeys.updatePageOled(button->pECOledCfg->ECKey, quint32(m_pageExtension.page()));
 }
 
 void PresetPages::updateAllKeyboard()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "orvanepresetcommand.h"
+#include "painter_p.h"
 #include "presetextensions_p.h"
 
 namespace Orvane::ECProxy::Client::Internal {
@@ -11,7 +12,9 @@ class PresetPages : public QObject {
 public:
     using Turn = bool (Command::*)(const quint32&);
 
-    PresetPages(Command& presetKeys, OrvanePresetCommand& pageExtension, PresetExtensions& extensions);
+    PresetPages(
+        Command& presetKeys, Painter& painter, OrvanePresetCommand& pageExtension,
+        PresetExtensions& extensions);
 
     /// Begins to follow the application's pages. More than one call changes nothing.
     void connectModel();
@@ -22,6 +25,7 @@ public:
     void clamp();
     /// Hands the page to the extensions.
     void updatePageIndex();
+    /// Paints the page label.
     void udpatePageOLEDText();
     void updateAllKeyboard();
 
@@ -30,8 +34,10 @@ private:
     /// The application shows another page of presets; the keys follow.
     void slotPageModifySelectedItems(int page);
     int clamped(int page) const;
+    void showPageLabel();
 
     Command& m_presetKeys;
+    Painter& m_painter;
     OrvanePresetCommand& m_pageExtension;
     PresetExtensions& m_extensions;
 };
