@@ -9,6 +9,7 @@
 #include <QTest>
 
 #include <algorithm>
+#include <functional>
 
 using namespace FunctionScene;
 using namespace std::chrono_literals;
@@ -27,6 +28,8 @@ const QString NotSavedBox = "box 1 save data failure.";
 // Holds lock after two seconds.
 constexpr int AlmostTwoSecondsMs = 1700;
 constexpr int MoreThanTwoSecondsMs = 4000;
+/// A hold that began before would have acted by then.
+constexpr int PastTheHoldMs = 2300;
 
 } // namespace
 
@@ -38,7 +41,8 @@ private Q_SLOTS:
     void initTestCase() { m_pRig = std::make_unique<TestSupport::ModelRig>(keyboard()); }
     void init()
     {
-        ECManager::instance()->unlockKeypad();
+        lockKeypad(false);
+        lockTBar(false);
         m_pRig->operations().clearAllOrders();
         m_pRig->model().setShowFile({});
         QVERIFY(m_pRig->load(show()));
@@ -49,12 +53,14 @@ private Q_SLOTS:
     void savesRunOneAtATimeAndAgainAfterAFailure()
     {
         m_pRig->operations().delay(Operation::AsyncSaveDeviceData, 100ms, Times::Once);
+        LogCapture log;
         console().tap(Save);
         console().tap(Save); // while the first is running
         QVERIFY(m_pRig->waitNotice(NotSavedBox)); // there is no file to write
         QCOMPARE(m_pRig->asked(Operation::AsyncSaveDeviceData).size(), 1);
         QCOMPARE(m_pRig->countNotices(SaveDialog), 1);
         QCOMPARE(m_pRig->countNotices(Hide), 1);
+        QCOMPARE(log.count("save key: the last save has not ended"), 1);
         QVERIFY(console().shows(Save, ECLEDColor::Off));
         QVERIFY(console().key(Save).changes >= 2); // it was green in between
 
@@ -84,9 +90,11 @@ private Q_SLOTS:
         QVERIFY(isRefused());
         m_pRig->control().setOnline(A, true);
         {
+            LogCapture log;
             QDialog dialog;
             dialog.open();
             QVERIFY(isRefused());
+            QVERIFY(log.contains("now there is an modal window."));
         }
         console().tap(Save);
         QVERIFY(m_pRig->waitAsked(Operation::AsyncSaveDeviceData, 1));
@@ -159,6 +167,85 @@ private Q_SLOTS:
         QVERIFY(console().shows(KeypadLock, ECLEDColor::Off));
     }
 
+    void theTBarKeyFollowsWhoeverLocksTheTBar()
+    {
+        const ECManager* manager = ECManager::instance();
+        console().press(TBarLock);
+        QVERIFY(console().settle());
+        lockTBar(true);
+        // The hold would have taken back what the application has just done.
+        QTest::qWait(PastTheHoldMs);
+        QVERIFY(manager->isLockedTBar());
+        console().release(TBarLock);
+        QVERIFY(console().settle());
+        QVERIFY(console().shows(TBarLock, ECLEDColor::Green));
+        QVERIFY(holdUntil(TBarLock, [&] { return !manager->isLockedTBar(); }));
+        QVERIFY(console().waitShows(TBarLock, ECLEDColor::Off));
+
+        console().report(ConsolePanel::LockReport{ConsolePanel::LockTarget::TBar, true});
+        QVERIFY(console().waitShows(TBarLock, ECLEDColor::Green));
+        console().takeRequests();
+        console().report(ConsolePanel::LockReport{ConsolePanel::LockTarget::TBar, true});
+        QVERIFY(console().settle());
+        QVERIFY(console().takeRequests().empty()); // as the key shows already
+    }
+
+    void unlockingTheKeypadEndsTheHoldOfItsKey()
+    {
+        lockKeypad(true);
+        console().press(KeypadLock);
+        QVERIFY(console().settle());
+        lockKeypad(false);
+        QVERIFY(console().waitShows(KeypadLock, ECLEDColor::Off));
+        QTest::qWait(PastTheHoldMs);
+        QVERIFY(!ECManager::instance()->isLockedKeypad());
+    }
+
+    void theApplicationThatUnlocksAtTheSameMomentHasTheLastWord()
+    {
+        // As another thread would, between the request of a key's timer and its announcement.
+        ECManager* manager = ECManager::instance();
+        const int route = manager->addSendRoute([](const QByteArray& datagram) {
+            const auto tag = Wire::load<quint16>(datagram.constData() + ECHeadSize);
+            if (tag == LockTBar)
+                lockTBar(false);
+            if (tag == LockKeyboard)
+                lockKeypad(false);
+            return true;
+        });
+        int timesTold = 0;
+        QObject context;
+        const auto count = [&timesTold](bool) { ++timesTold; };
+        QObject::connect(manager, &ECManager::signalTbarLocked, &context, count);
+        QObject::connect(manager, &ECManager::signalKeyboardLocked, &context, count);
+        for (const quint16 key : {TBarLock, KeypadLock}) {
+            timesTold = 0;
+            const bool wasTold = holdUntil(key, [&] { return timesTold >= 2; });
+            QVERIFY(wasTold && console().settle());
+            QVERIFY(console().shows(key, ECLEDColor::Off));
+        }
+        manager->removeSendRoute(route);
+        QVERIFY(!manager->isLockedTBar() && !manager->isLockedKeypad());
+    }
+
+    void aConsoleThatWasAwayGetsTheFunctionKeysLightsAgain()
+    {
+        ECManager* manager = ECManager::instance();
+        lockTBar(true);
+        manager->switchSource(arm_left);
+        console().report(ConsolePanel::DviReport{{{0, 1}}});
+        QVERIFY(console().settle());
+        QVERIFY(console().shows(Mvr, ECLEDColor::Yellow));
+        console().takeRequests();
+        manager->slotOrvanePluginModeChanged();
+        QVERIFY(litKeys().isEmpty());
+        manager->showFunctionKeyLights();
+        QCOMPARE(litKeys(), (QList<int>{TBarLock, KeypadLock, Mvr}));
+        QVERIFY(console().shows(TBarLock, ECLEDColor::Green));
+        QVERIFY(console().shows(KeypadLock, ECLEDColor::Off));
+        QVERIFY(console().shows(Mvr, ECLEDColor::Yellow));
+    }
+
     void copiesThatAreTooManyAreRefused_data()
     {
         QTest::addColumn<bool>("isPreview");
@@ -221,6 +308,36 @@ private Q_SLOTS:
 
 private:
     TestSupport::ConsoleRig& console() { return m_pRig->console(); }
+    // As an application locks and unlocks.
+    static void lockTBar(bool locked)
+    {
+        ECManager* manager = ECManager::instance();
+        locked ? manager->lockTBar() : manager->unlockTBar();
+        Q_EMIT manager->signalTbarLocked(locked);
+    }
+    static void lockKeypad(bool locked)
+    {
+        ECManager* manager = ECManager::instance();
+        locked ? manager->lockKeypad() : manager->unlockKeypad();
+        Q_EMIT manager->signalKeyboardLocked(locked);
+    }
+    bool holdUntil(quint16 key, const std::function<bool()>& condition)
+    {
+        console().press(key);
+        const bool isMet = QTest::qWaitFor(condition, MoreThanTwoSecondsMs);
+        console().release(key);
+        return isMet && console().settle();
+    }
+    /// The function keys whose light was sent since the last call.
+    QList<int> litKeys()
+    {
+        QList<int> keys;
+        for (const auto& request : console().takeRequests()) {
+            if (const auto* led = std::get_if<ECButtonColor>(&request.message); led && led->ECKey <= DviLight)
+                keys.append(led->ECKey);
+        }
+        return keys;
+    }
 
     std::unique_ptr<TestSupport::ModelRig> m_pRig;
 };

@@ -128,6 +128,7 @@ void addLightCommands(CommandTable& table)
     });
     addAction(table, "repaint", "lights every key anew", {}, [](const Arguments&) {
         ECManager::instance()->slotOrvanePluginModeChanged();
+        ECManager::instance()->showFunctionKeyLights();
     });
     addAction(
         table, "showPeripheral", "shows or hides the plug-in display", {Parameter::flag("visible")},

@@ -49,7 +49,7 @@ public:
     virtual void announceKeypadLock(bool locked) = 0;
     /// Has the manager emit its signal of the T-Bar's lock.
     virtual void announceTBarLock(bool locked) = 0;
-    /// Calls the functions on the thread of `receiver` at each announcement, until `receiver` is gone.
+    /// Calls the functions at each announcement, on the thread that makes it, until `receiver` is gone.
     virtual void followLocks(
         QObject* receiver, std::function<void(bool)> tbarLocked, std::function<void(bool)> keypadLocked) = 0;
 

@@ -41,19 +41,23 @@ public:
     /// One item for each function key.
     QList<std::shared_ptr<ECCommandItem>> commandItems() const override;
     void updateSelectModeButtonConfig() override;
-    /// Does nothing: the keys keep their lights.
+    /// Does nothing: the keys keep their lights. See `showLights()`.
     void updateKeyboard() override;
-    bool isLockKeyPadKey(const quint16& ecKey) override;
-    bool isAllowedKeyReleased(const quint16& ecKey) override;
+    /// Sends the lights of the lock keys and the MVR key again, as for a console that was away.
+    void showLights();
 
 public Q_SLOTS:
+    /// Where the T-Bar's lock differs from what the lock key knows, the key follows: its next hold toggles
+    /// what is so, its light shows it, and a hold that had begun ends without acting.
+    void slotTbarLocked(bool locked) override;
+    /// The lock key's light follows. Unlocking ends a hold that had begun.
     void slotKeyboardLocked(bool locked) override;
     void slotDVISignalChanged(QMap<int, bool> signalOfInput) override;
     void slotECButtonPressed(const quint32& ecKey) override;
     void slotECButtonRelease(const quint32& ecKey) override;
 
 private:
-    Internal::FunctionCommandPrivate* const d;
+    const std::unique_ptr<Internal::FunctionCommandPrivate> d;
 };
 
 } // namespace Orvane::ECProxy::Client

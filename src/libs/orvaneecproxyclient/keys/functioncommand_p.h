@@ -2,12 +2,16 @@
 
 #include "functioncommand.h"
 #include "holdtimer_p.h"
+#include "keytable_p.h"
+#include "painter_p.h"
 #include "secondaryscreen_p.h"
 #include "selectkeys_p.h"
 
 #include <atomic>
 #include <chrono>
 #include <memory>
+#include <mutex>
+#include <vector>
 
 namespace Orvane::ECProxy::Client::Internal {
 
@@ -15,7 +19,10 @@ class FunctionCommandPrivate {
 public:
     static constexpr std::chrono::milliseconds LockHoldDuration{2000};
 
-    explicit FunctionCommandPrivate(FunctionCommand* command);
+    FunctionCommandPrivate(FunctionCommand* command, Painter& painter);
+
+    /// One row a function key.
+    static const std::vector<KeyRow<FunctionCommandPrivate>>& keys();
 
     // Key handlers.
 
@@ -28,33 +35,80 @@ public:
     bool switchSecondaryScreenSignalPressed(const quint32& ecKey);
     bool switchSecondaryScreenSignalRelease(const quint32& ecKey);
     bool layerCopyPressed(const quint32& ecKey);
-    bool layerMirCopyPressed(const quint32& ecKey);
     bool layerCopyRelease(const quint32& ecKey);
+    bool layerMirCopyPressed(const quint32& ecKey);
+    bool layerMirCopyRelease(const quint32& ecKey);
+
+    // Notifications.
+
+    void followTBarLock(bool locked);
+    void followKeypadLock(bool locked);
+    void followDVISignal(bool hasSignal) { m_secondaryScreen.follow(hasSignal); }
+
+    /// Collects the function keys of the configuration and makes their items.
+    void collectKeys();
+    QList<std::shared_ptr<ECCommandItem>> items() const;
+
+private:
+    /// A key that locks when it is held.
+    struct LockKey {
+        bool isLit() const { return held || locked || reported; }
+
+        const FunctionCallbackType type;
+        const std::atomic<bool>& locked;
+        HoldTimer& timer;
+        std::atomic<bool> held{false}; ///< and its time is not up
+        /// Locked, whoever did it. The next short press darkens a key that has not locked itself.
+        std::atomic<bool> reported{false};
+    };
 
     /// Lights the key with that function, in `color` or dark. Warns when there is no such key.
     void updateEcButtonColor(bool on, FunctionCallbackType type, ECLEDColor color);
 
-    FunctionCommand* const m_pCommand;
-    SelectKeys m_functionButtonCfgs;
-    /// Locked by this group's keys. Set by timer threads, and the second cleared by whoever unlocks.
-    std::atomic<bool> m_bLockTBar{false};
-    std::atomic<bool> m_bLockECKeyboard{false};
-    SecondaryScreen m_secondaryScreen;
-
-private:
     void saveDataToDevice();
-    bool layerCopyPressed(const quint32& ecKey, bool mirrored);
+    void layerCopy() { copySelectedLayers(false); }
+    void layerMirCopy() { copySelectedLayers(true); }
     /// Asks for copies of the selected layers of the active screen.
     void copySelectedLayers(bool mirrored);
-    bool holdPressed(const quint32& ecKey, HoldTimer& timer);
-    bool holdRelease(const quint32& ecKey, HoldTimer& timer, const std::atomic<bool>& locked);
+
+    bool holdPressed(const quint32& ecKey, LockKey& key);
+    bool holdRelease(const quint32& ecKey, LockKey& key);
+    static void endHold(LockKey& key);
     void slotLockTBarTimeOut();
     void slotLockECKeyboardTimeOut();
+    void lightLockKey(const LockKey& key);
+    /// Sends a light at once; when another thread sends one meanwhile, what is true then follows.
+    void sendLight(const LockKey& key, const Painter::Job& send);
+    void showLight(const LockKey& key);
+
+    // Steps of the table's rows.
+
+    void endTBarHold(const quint32&) { endHold(m_tbarKey); }
+    void endKeypadHold(const quint32&) { endHold(m_keypadKey); }
+    void showTBarKey(const quint32&) { showLight(m_tbarKey); }
+    void showKeypadKey(const quint32&) { showLight(m_keypadKey); }
+    void showMvrKey(const quint32&) { m_secondaryScreen.showLight(); }
+
+    FunctionCommand* const m_pCommand;
+    Painter& m_painter;
+    SelectKeys m_functionButtonCfgs;
+
+    // m_itemsMutex guards m_functionECCommands.
+    mutable std::mutex m_itemsMutex;
+    QList<std::shared_ptr<ECCommandItem>> m_functionECCommands;
 
     /// No save is running. Shared with the save's completion.
     const std::shared_ptr<std::atomic<bool>> m_isSavedFinished = std::make_shared<std::atomic<bool>>(true);
 
+    // Locked by the keys: set by their timers, and by whoever else locks or unlocks.
+    std::atomic<bool> m_bLockTBar{false};
+    std::atomic<bool> m_bLockECKeyboard{false};
+
+    LockKey m_tbarKey{FunctionCallbackType::eLockECTBarCB, m_bLockTBar, m_pLockTBarTimer};
+    LockKey m_keypadKey{FunctionCallbackType::eLockECKeyboardCB, m_bLockECKeyboard, m_pLockECKeyboardTimer};
+
     // Last, so that they end first: what they run uses all of the above.
+    SecondaryScreen m_secondaryScreen;
     HoldTimer m_pLockTBarTimer;
     HoldTimer m_pLockECKeyboardTimer;
 };

@@ -86,14 +86,56 @@ void showSaveResult(bool ok, const QString& reason)
 
 } // namespace
 
-FunctionCommandPrivate::FunctionCommandPrivate(FunctionCommand* command)
+using Keys = FunctionCommandPrivate;
+
+FunctionCommandPrivate::FunctionCommandPrivate(FunctionCommand* command, Painter& painter)
     : m_pCommand(command)
-    , m_secondaryScreen([this](bool on, ECLEDColor color) {
-        updateEcButtonColor(on, FunctionCallbackType::eSwitchSecondaryScreenSignalCB, color);
-    })
+    , m_painter(painter)
+    , m_secondaryScreen(
+          painter,
+          [this](ECLEDColor color) {
+              updateEcButtonColor(
+                  color != ECLEDColor::Off, FunctionCallbackType::eSwitchSecondaryScreenSignalCB, color);
+          })
     , m_pLockTBarTimer([this] { slotLockTBarTimeOut(); })
     , m_pLockECKeyboardTimer([this] { slotLockECKeyboardTimeOut(); })
 {
+}
+
+const std::vector<KeyRow<FunctionCommandPrivate>>& FunctionCommandPrivate::keys()
+{
+    using Type = FunctionCallbackType;
+    static const std::vector<KeyRow<Keys>> rows{
+        {quint16(Type::eSaveDataToDeviceCB), "save", &Keys::saveDataToDevicePressed,
+         &Keys::saveDataToDeviceRelease, ReleasePassesDialog, KeyLight::Momentary},
+        {quint16(Type::eLockECTBarCB), "lock T-Bar", &Keys::lockECTBarPressed, &Keys::lockECTBarRelease,
+         ReleasePassesDialog, KeyLight::Lasting, &Keys::showTBarKey, &Keys::endTBarHold},
+        {quint16(Type::eLockECKeyboardCB), "lock keypad", &Keys::lockECKeyboardPressed,
+         &Keys::lockECKeyboardRelease, ReleasePassesDialog | PassesKeypadLock, KeyLight::Lasting,
+         &Keys::showKeypadKey, &Keys::endKeypadHold},
+        {quint16(Type::eSwitchSecondaryScreenSignalCB), "MVR", &Keys::switchSecondaryScreenSignalPressed,
+         &Keys::switchSecondaryScreenSignalRelease, NoTraits, KeyLight::Lasting, &Keys::showMvrKey},
+        {quint16(Type::eLayerCopy), "copy layers", &Keys::layerCopyPressed, &Keys::layerCopyRelease,
+         ReleasePassesDialog, KeyLight::Momentary},
+        {quint16(Type::eLayerMirCopy), "mirror copy", &Keys::layerMirCopyPressed, &Keys::layerMirCopyRelease,
+         ReleasePassesDialog, KeyLight::Momentary},
+        {quint16(Type::eDVIInSignalChangedCB), "DVI light", nullptr, nullptr},
+    };
+    return rows;
+}
+
+void FunctionCommandPrivate::collectKeys()
+{
+    m_functionButtonCfgs.collectFunctions(m_pCommand->ecCommandConfig());
+    auto items = m_functionButtonCfgs.makeItems(1);
+    const std::lock_guard<std::mutex> lock(m_itemsMutex);
+    m_functionECCommands.swap(items);
+}
+
+QList<std::shared_ptr<ECCommandItem>> FunctionCommandPrivate::items() const
+{
+    const std::lock_guard<std::mutex> lock(m_itemsMutex);
+    return m_functionECCommands;
 }
 
 void FunctionCommandPrivate::updateEcButtonColor(bool on, FunctionCallbackType type, ECLEDColor color)
@@ -154,62 +196,100 @@ void FunctionCommandPrivate::saveDataToDevice()
 
 bool FunctionCommandPrivate::lockECTBarPressed(const quint32& ecKey)
 {
-    return holdPressed(ecKey, m_pLockTBarTimer);
+    return holdPressed(ecKey, m_tbarKey);
 }
 
 bool FunctionCommandPrivate::lockECTBarRelease(const quint32& ecKey)
 {
-    return holdRelease(ecKey, m_pLockTBarTimer, m_bLockTBar);
+    return holdRelease(ecKey, m_tbarKey);
 }
 
 bool FunctionCommandPrivate::lockECKeyboardPressed(const quint32& ecKey)
 {
-    return holdPressed(ecKey, m_pLockECKeyboardTimer);
+    return holdPressed(ecKey, m_keypadKey);
 }
 
 bool FunctionCommandPrivate::lockECKeyboardRelease(const quint32& ecKey)
 {
-    return holdRelease(ecKey, m_pLockECKeyboardTimer, m_bLockECKeyboard);
+    return holdRelease(ecKey, m_keypadKey);
 }
 
-bool FunctionCommandPrivate::holdPressed(const quint32& ecKey, HoldTimer& timer)
+bool FunctionCommandPrivate::holdPressed(const quint32& ecKey, LockKey& key)
 {
-    m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green);
-    timer.restart(LockHoldDuration);
+    key.held = true;
+    sendLight(key, [&] { m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green); });
+    key.timer.restart(LockHoldDuration);
     return true;
 }
 
-bool FunctionCommandPrivate::holdRelease(
-    const quint32& ecKey, HoldTimer& timer, const std::atomic<bool>& locked)
+bool FunctionCommandPrivate::holdRelease(const quint32& ecKey, LockKey& key)
 {
-    const bool wasCutShort = timer.stop();
-    // A time-out that is just running has the last word on the light.
-    if (!wasCutShort && timer.isRunning())
-        return true;
-    if (!locked)
+    endHold(key);
+    sendLight(key, [&] {
+        if (key.locked)
+            return;
+        key.reported = false;
         m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Off);
+    });
     return true;
+}
+
+void FunctionCommandPrivate::endHold(LockKey& key)
+{
+    key.timer.stop();
+    key.held = false;
 }
 
 void FunctionCommandPrivate::slotLockTBarTimeOut()
 {
     const bool locked = !m_bLockTBar;
     m_bLockTBar = locked;
+    m_tbarKey.held = false;
     qDebug("current T-Bar status is %s", locked ? "true" : "false");
     m_pCommand->lockedTBar(locked);
-    updateEcButtonColor(locked, FunctionCallbackType::eLockECTBarCB, ECLEDColor::Green);
+    sendLight(m_tbarKey, [this] { lightLockKey(m_tbarKey); });
 }
 
 void FunctionCommandPrivate::slotLockECKeyboardTimeOut()
 {
     m_bLockECKeyboard = true;
+    m_keypadKey.held = false;
     m_pCommand->lockedKeyPad(true);
-    // The application has been told and may have unlocked already: its last word stays on the light.
-    bool lit = false;
-    do {
-        lit = m_bLockECKeyboard;
-        updateEcButtonColor(lit, FunctionCallbackType::eLockECKeyboardCB, ECLEDColor::Green);
-    } while (lit != m_bLockECKeyboard);
+    // Dark when the application has unlocked meanwhile.
+    sendLight(m_keypadKey, [this] { lightLockKey(m_keypadKey); });
+}
+
+void FunctionCommandPrivate::followTBarLock(bool locked)
+{
+    if (m_bLockTBar.exchange(locked) == locked)
+        return;
+    endHold(m_tbarKey); // it was to toggle what has just been toggled
+    sendLight(m_tbarKey, [this] { lightLockKey(m_tbarKey); });
+}
+
+void FunctionCommandPrivate::followKeypadLock(bool locked)
+{
+    m_keypadKey.reported = locked;
+    if (!locked) {
+        m_bLockECKeyboard = false;
+        endHold(m_keypadKey);
+    }
+    sendLight(m_keypadKey, [this] { lightLockKey(m_keypadKey); });
+}
+
+void FunctionCommandPrivate::lightLockKey(const LockKey& key)
+{
+    updateEcButtonColor(key.isLit(), key.type, ECLEDColor::Green);
+}
+
+void FunctionCommandPrivate::sendLight(const LockKey& key, const Painter::Job& send)
+{
+    m_painter.sendAtOnce({"lock key", quint64(key.type)}, send, [this, &key] { lightLockKey(key); });
+}
+
+void FunctionCommandPrivate::showLight(const LockKey& key)
+{
+    m_painter.paint({"lock key", quint64(key.type)}, [this, &key] { lightLockKey(key); });
 }
 
 // ---- Source of the secondary screen ---------------------------------------------------------------------
@@ -235,20 +315,10 @@ bool FunctionCommandPrivate::switchSecondaryScreenSignalRelease(const quint32&)
 
 bool FunctionCommandPrivate::layerCopyPressed(const quint32& ecKey)
 {
-    return layerCopyPressed(ecKey, false);
-}
-
-bool FunctionCommandPrivate::layerMirCopyPressed(const quint32& ecKey)
-{
-    return layerCopyPressed(ecKey, true);
-}
-
-bool FunctionCommandPrivate::layerCopyPressed(const quint32& ecKey, bool mirrored)
-{
     if (HostState::hasModalWindow())
-        return refuse(mirrored ? "mirror copy" : "copy", "a dialog is open");
+        return refuse("copy", "a dialog is open");
     m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green);
-    copySelectedLayers(mirrored);
+    layerCopy();
     return true;
 }
 
@@ -256,6 +326,20 @@ bool FunctionCommandPrivate::layerCopyRelease(const quint32& ecKey)
 {
     m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Off);
     return true;
+}
+
+bool FunctionCommandPrivate::layerMirCopyPressed(const quint32& ecKey)
+{
+    if (HostState::hasModalWindow())
+        return refuse("mirror copy", "a dialog is open");
+    m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green);
+    layerMirCopy();
+    return true;
+}
+
+bool FunctionCommandPrivate::layerMirCopyRelease(const quint32& ecKey)
+{
+    return layerCopyRelease(ecKey);
 }
 
 void FunctionCommandPrivate::copySelectedLayers(bool mirrored)

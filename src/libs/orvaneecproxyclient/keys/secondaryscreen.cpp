@@ -48,8 +48,9 @@ void waitForSource()
 
 } // namespace
 
-SecondaryScreen::SecondaryScreen(Light light)
-    : m_light(std::move(light))
+SecondaryScreen::SecondaryScreen(Painter& painter, Light light)
+    : m_painter(painter)
+    , m_light(std::move(light))
     , m_worker([this] { makeWaiting(); })
 {
 }
@@ -74,12 +75,7 @@ void SecondaryScreen::follow(bool hasSignal)
 
 void SecondaryScreen::showLight()
 {
-    // A change may light the key meanwhile and be sent first: what was set last is sent last.
-    ECLEDColor shown = ECLEDColor::Off;
-    do {
-        shown = m_lit;
-        sendLight(shown);
-    } while (shown != m_lit);
+    m_painter.paint("MVR key", [this] { m_light(m_lit); });
 }
 
 void SecondaryScreen::ask(Change change)
@@ -170,7 +166,8 @@ void SecondaryScreen::followSignal()
 void SecondaryScreen::setLight(ECLEDColor color)
 {
     m_lit = color;
-    sendLight(color);
+    m_painter.sendAtOnce(
+        "MVR key", [&] { m_light(color); }, [this] { m_light(m_lit); });
 }
 
 } // namespace Orvane::ECProxy::Client::Internal

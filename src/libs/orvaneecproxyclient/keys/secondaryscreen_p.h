@@ -2,6 +2,7 @@
 
 #include "ecconstants.h"
 #include "holdtimer_p.h"
+#include "painter_p.h"
 
 #include <atomic>
 #include <chrono>
@@ -24,10 +25,11 @@ public:
     /// What the screen needs to change its source.
     static constexpr std::chrono::milliseconds SwitchDuration{300};
 
-    /// Lights the MVR key, or sets it dark.
-    using Light = std::function<void(bool on, ECLEDColor color)>;
+    /// Sends the light of the MVR key.
+    using Light = std::function<void(ECLEDColor color)>;
 
-    explicit SecondaryScreen(Light light);
+    /// The painter must be stopped before the destruction.
+    SecondaryScreen(Painter& painter, Light light);
     ~SecondaryScreen();
     SecondaryScreen(const SecondaryScreen&) = delete;
     SecondaryScreen& operator=(const SecondaryScreen&) = delete;
@@ -51,8 +53,8 @@ private:
     void exchangeSource();
     void followSignal();
     void setLight(ECLEDColor color);
-    void sendLight(ECLEDColor color) const { m_light(color != ECLEDColor::Off, color); }
 
+    Painter& m_painter;
     const Light m_light;
     std::atomic<ECLEDColor> m_lit{ECLEDColor::Off};
     /// The last report has no signal. A change that had to wait finds here what came meanwhile.

@@ -294,6 +294,15 @@ void CommandManager::updateKeyboard()
     d->forEachCommand(&Command::updateKeyboard);
 }
 
+void CommandManager::showFunctionKeyLights()
+{
+    const auto commands = d->activeCommands();
+    for (const auto& command : commands) {
+        if (auto* functions = qobject_cast<FunctionCommand*>(command.get()))
+            functions->showLights();
+    }
+}
+
 bool CommandManager::getVirtualConsoleMode() const
 {
     return d->m_bVirtualConsoleMode;

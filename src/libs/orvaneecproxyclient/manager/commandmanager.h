@@ -65,6 +65,8 @@ public:
     void setLoadToPGMStateChanged(const bool& loadToPGM);
     void retranslateUi();
     void updateKeyboard();
+    /// Sends the lights again that `updateKeyboard()` leaves out.
+    void showFunctionKeyLights();
     bool getVirtualConsoleMode() const;
     void setIsVirtualConsoleMode(bool isVirtual);
 

@@ -333,6 +333,12 @@ void ECManager::slotOrvanePluginModeChanged()
         commands->updateKeyboard();
 }
 
+void ECManager::showFunctionKeyLights()
+{
+    if (const auto commands = d->commandManager())
+        commands->showFunctionKeyLights();
+}
+
 void ECManager::getOpenPGMPrompt(const bool& loadToPGM)
 {
     if (const auto commands = d->commandManager())

@@ -106,6 +106,9 @@ public:
     std::weak_ptr<Command> presetCommand() const;
     /// Rewrites the translated labels after a change of language.
     void retranslateUi();
+    /// Sends the lights of the lock keys and the MVR key again, which `slotOrvanePluginModeChanged()` leaves
+    /// as they are: for a console that was away.
+    void showFunctionKeyLights();
     /// Takes the target of preset loads over from the host, whatever its name says: true is PGM.
     void getOpenPGMPrompt(const bool& loadToPGM);
     /// Writes the console's number of a key to `out`; 0xFFFFFFFF when no command has it.
@@ -213,7 +216,7 @@ public:
         const QString& path, eFlieOperType operation, eFlieType fileType, unsigned short packSize, bool last);
 
 public Q_SLOTS:
-    /// Repaints every key.
+    /// Repaints every key but the function keys.
     void slotOrvanePluginModeChanged();
 
 Q_SIGNALS:

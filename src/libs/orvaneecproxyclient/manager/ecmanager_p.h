@@ -74,15 +74,11 @@ public:
     bool isTBarLocked() const override { return m_pECMgr->isLockedTBar(); }
     void lockKeypad(bool locked) override { requestKeypadLock(locked); }
     void lockTBar(bool locked) override { requestTBarLock(locked); }
-    void announceKeypadLock(bool locked) override { Q_EMIT m_pECMgr->signalKeyboardLocked(locked); }
-    void announceTBarLock(bool locked) override { Q_EMIT m_pECMgr->signalTbarLocked(locked); }
+    void announceKeypadLock(bool locked) override;
+    void announceTBarLock(bool locked) override;
     void followLocks(
         QObject* receiver, std::function<void(bool)> tbarLocked,
-        std::function<void(bool)> keypadLocked) override
-    {
-        QObject::connect(m_pECMgr, &ECManager::signalTbarLocked, receiver, std::move(tbarLocked));
-        QObject::connect(m_pECMgr, &ECManager::signalKeyboardLocked, receiver, std::move(keypadLocked));
-    }
+        std::function<void(bool)> keypadLocked) override;
     DVISource currentSource() const override { return m_pECMgr->getCurrentSource(); }
     void switchSource(DVISource source) override { m_pECMgr->switchSource(source); }
     bool hasDVISignal(int input) override { return m_pECMgr->dviInSignal(input); }

@@ -60,6 +60,33 @@ void Internal::ECManagerPrivate::requestKeypadLock(bool locked)
     });
 }
 
+// Another thread may have changed the lock, and announced it, between this thread's request and its
+// announcement: what is announced last is what is so.
+
+void Internal::ECManagerPrivate::announceTBarLock(bool locked)
+{
+    Q_EMIT m_pECMgr->signalTbarLocked(locked);
+    if (hasSendRoute() && m_bLockTbar.value() != locked)
+        Q_EMIT m_pECMgr->signalTbarLocked(!locked);
+}
+
+void Internal::ECManagerPrivate::announceKeypadLock(bool locked)
+{
+    Q_EMIT m_pECMgr->signalKeyboardLocked(locked);
+    if (hasSendRoute() && m_bLockPanel.value() != locked)
+        Q_EMIT m_pECMgr->signalKeyboardLocked(!locked);
+}
+
+void Internal::ECManagerPrivate::followLocks(
+    QObject* receiver, std::function<void(bool)> tbarLocked, std::function<void(bool)> keypadLocked)
+{
+    // Directly: a queued announcement of a timer thread would come after a newer one of the GUI thread.
+    QObject::connect(
+        m_pECMgr, &ECManager::signalTbarLocked, receiver, std::move(tbarLocked), Qt::DirectConnection);
+    QObject::connect(
+        m_pECMgr, &ECManager::signalKeyboardLocked, receiver, std::move(keypadLocked), Qt::DirectConnection);
+}
+
 // ---- Keys and T-Bar -------------------------------------------------------------------------------------
 
 void ECManager::updateECButtonColor(const std::shared_ptr<ECButtonColor>& color)

@@ -254,6 +254,7 @@ void ECConsoleSession::repaint()
     if (manager->isLockedKeypad())
         manager->lockKeypad();
     manager->slotOrvanePluginModeChanged();
+    manager->showFunctionKeyLights();
 }
 
 } // namespace Orvane::ECProxy::Client
