@@ -1,5 +1,6 @@
 #include "bareplatform.h"
 #include "consolerig.h"
+#include "ec/eckeyboardconfig.h"
 #include "ecmanager.h"
 #include "keyboardbuilder.h"
 #include "logcapture.h"
@@ -144,6 +145,63 @@ private Q_SLOTS:
         QCOMPARE(log.count("Device is upgrading... Ignore key pressed event."), 2); // one of the T-Bar
         QVERIFY(m_typed.isEmpty() && !m_pRig->key(Digit0).isLit);
         m_pDevices->m_bUpgrading = false;
+    }
+
+    void aKeyWhoseReleaseWasDroppedGoesDarkWhenTheGuardEnds_data()
+    {
+        QTest::addColumn<bool>("isLocked");
+        QTest::newRow("keypad lock") << true;
+        QTest::newRow("upgrade") << false;
+    }
+
+    void aKeyWhoseReleaseWasDroppedGoesDarkWhenTheGuardEnds()
+    {
+        QFETCH(bool, isLocked);
+        ECManager* const manager = ECManager::instance();
+        const auto guard = [&](bool on) {
+            if (!isLocked)
+                m_pDevices->m_bUpgrading = on;
+            else if (on)
+                manager->lockKeypad();
+            else
+                manager->unlockKeypad();
+        };
+        m_pRig->press(Digit0);
+        QVERIFY(m_pRig->waitShows(Digit0, ECLEDColor::Green));
+        guard(true);
+        m_pRig->release(Digit0);
+        tap(Digit0 + 1); // its press is refused, too: nothing to put to rest
+        QVERIFY(m_pRig->shows(Digit0, ECLEDColor::Green));
+        guard(false);
+        QVERIFY(m_pRig->waitShows(Digit0, ECLEDColor::Off));
+        QVERIFY(!m_pRig->key(Digit0 + 1).isLit);
+        QCOMPARE(m_typed, QStringList{QStringLiteral("0")});
+    }
+
+    void aKeyThatIsPressedAgainAfterItsDroppedReleaseStaysLit()
+    {
+        m_pRig->press(Digit0);
+        QVERIFY(m_pRig->settleWithoutEventLoop());
+        m_pDevices->m_bUpgrading = true;
+        m_pRig->release(Digit0);
+        QVERIFY(m_pRig->settleWithoutEventLoop());
+        m_pDevices->m_bUpgrading = false;
+        m_pRig->press(Digit0);
+        QVERIFY(m_pRig->settleWithoutEventLoop());
+        m_pRig->takeRequests();
+        QTest::qWait(200); // several looks at the guards
+        QVERIFY(m_pRig->takeRequests().empty());
+        m_pRig->release(Digit0);
+        QVERIFY(m_pRig->waitShows(Digit0, ECLEDColor::Off));
+    }
+
+    void anEmptyGroupOfTheKeyboardIsRefusedWithALogLine()
+    {
+        const LogCapture log;
+        const auto config = std::make_shared<EC::s_ECKeyboardConfig>();
+        config->m_commands.append(nullptr);
+        ECManager::instance()->init(config);
+        QVERIFY(log.contains("A group of the keyboard configuration is refused: its entry is empty."));
     }
 
     void lockReportsOfTheConsoleChangeNothing()

@@ -1,3 +1,4 @@
+#include "ecconsolemanager.h"
 #include "logcapture.h"
 #include "memorydevicelist.h"
 #include "requestgate.h"
@@ -138,12 +139,18 @@ private Q_SLOTS:
         QVERIFY(console().waitShows(Select + 3, ECLEDColor::Yellow));
     }
 
-    void aScreenWhoseDeviceGoesIsUnbound()
+    void aDeviceThatGoesLeavesNoBindingOfItsScreens()
     {
         m_rig.hold(Operation::AsyncCreateScreen);
         const LogCapture log;
         QVERIFY(tap(Select + 3));
+        const QString ip = m_rig.device(A)->ipMacSn();
+        const auto hasItems = [&ip] {
+            return ECConsoleManager::instance()->findEcCommandItem(ip, KeyboardType::Screen, 0, 0) != nullptr;
+        };
+        QVERIFY(hasItems());
         QVERIFY(control().removeDevice(A));
+        QVERIFY(!hasItems());
         QVERIFY(console().shows(Select, ECLEDColor::Off));
         m_rig.letGo();
         QVERIFY(log.waitFor("Crate reguler screen has failed."));

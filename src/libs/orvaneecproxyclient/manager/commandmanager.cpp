@@ -11,6 +11,7 @@
 #include "numbercommand.h"
 #include "presetcommand.h"
 #include "screencommand.h"
+#include "unreleasedkeys_p.h"
 
 #include "bizmodel/device.h"
 #include "bizmodel/devicelist.h"
@@ -91,6 +92,8 @@ public:
 
     /// The owner of a received key value, which also decides the console mode; empty when none owns it.
     std::shared_ptr<Command> findOwner(quint32 key, quint32& ecKey) const;
+    quint32 findKey(quint32 key) const;
+    bool putToRest(quint32 ecKey) const;
 
     void connectModel(BizModel::DeviceList* devices);
     void initDeviceECCommandItems();
@@ -106,7 +109,37 @@ public:
     QList<std::function<void()>> m_commandRegister;
 
     std::atomic<bool> m_bVirtualConsoleMode{false};
+    UnreleasedKeys m_unreleasedKeys{[this](quint32 ecKey) { return putToRest(ecKey); }};
 };
+
+/// Whether a guard drops the release of that key now.
+bool isReleaseDropped(Command& owner, quint32 ecKey)
+{
+    return isUpgrading() || isKeypadLocked()
+        || (!owner.isAllowedKeyReleased(quint16(ecKey)) && HostState::isInputBlocked());
+}
+
+/// The console's number of a received key value. Logs nothing and leaves the console mode alone.
+quint32 CommandManagerPrivate::findKey(quint32 key) const
+{
+    if (key < Constants::VirtualKeyOffset)
+        return key;
+    const quint32 orvaneECKey = key - Constants::VirtualKeyOffset;
+    const auto owner = findCommandIf(
+        [&](const Command& command) { return command.containsECKeyByOrvaneECKey(orvaneECKey); });
+    return owner ? owner->getECKeyByOrvaneECKey(orvaneECKey) : Constants::InvalidECKey;
+}
+
+/// Puts the key to rest unless its release would still be dropped; false then.
+bool CommandManagerPrivate::putToRest(quint32 ecKey) const
+{
+    const auto owner = findCommand(ecKey);
+    if (owner && isReleaseDropped(*owner, ecKey))
+        return false;
+    if (owner)
+        owner->putKeyToRest(ecKey);
+    return true;
+}
 
 std::shared_ptr<Command> CommandManagerPrivate::findOwner(quint32 key, quint32& ecKey) const
 {
@@ -219,8 +252,10 @@ void CommandManager::registerCommand(const std::shared_ptr<EC::s_ECKeyboardConfi
         return;
     }
     for (const auto& entry : qAsConst(config->m_commands)) {
-        if (!entry)
+        if (!entry) {
+            qWarning("A group of the keyboard configuration is refused: its entry is empty.");
             continue;
+        }
         if (const auto command = d->findCommandByName(entry->Name))
             command->setCommandConfig(entry);
         else
@@ -335,6 +370,7 @@ void CommandManager::slotECButtonPressed(const quint32& key)
     }
     if (ecKey == key)
         Q_EMIT signalECKeyClicked(owner->isAlreadyBind(quint16(key)), quint16(ecKey));
+    d->m_unreleasedKeys.pressed(ecKey);
     owner->slotECButtonPressed(ecKey);
     if (owner->isTakeKeyPressed(ecKey))
         d->forEachCommand(&Command::takeKeyPressed, ecKey);
@@ -346,16 +382,18 @@ void CommandManager::slotECButtonRelease(const quint32& key)
 {
     if (Internal::isUpgrading()) {
         qDebug("Device is upgrading... Ignore key release event.");
+        d->m_unreleasedKeys.releaseDropped(d->findKey(key));
         return;
     }
     quint32 ecKey = 0;
     const auto owner = d->findOwner(key, ecKey);
     if (!owner)
         return;
-    if (!owner->isAllowedKeyReleased(quint16(ecKey)) && Internal::HostState::isInputBlocked())
+    if (Internal::isReleaseDropped(*owner, ecKey)) {
+        d->m_unreleasedKeys.releaseDropped(ecKey);
         return;
-    if (isKeypadLocked())
-        return;
+    }
+    d->m_unreleasedKeys.released(ecKey);
     owner->slotECButtonRelease(ecKey);
 }
 
@@ -405,6 +443,9 @@ void CommandManager::slotDeviceIPChanged(std::weak_ptr<BizModel::Device> weakDev
 void CommandManager::slotDeviceRemoved(std::shared_ptr<BizModel::Device> device)
 {
     d->forEachCommand(&Command::slotDeviceRemoved, device);
+    // No command needs them any more. Should the device come back, it gets new ones.
+    if (device)
+        ECConsoleManager::instance()->removeDeviceEcCommandItems(device->ipMacSn());
 }
 
 void CommandManager::slotSelectedScreensChanged(std::weak_ptr<BizModel::Device> device)
