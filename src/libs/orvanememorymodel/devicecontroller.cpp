@@ -12,28 +12,11 @@ namespace Orvane::MemoryModel {
 
 DeviceController::DeviceController(
     std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, std::weak_ptr<BizModel::Device> device)
-    : m_pHub(std::move(hub))
+    : ModelControl::Device(device)
+    , m_pHub(std::move(hub))
     , m_list(list)
     , m_pDevice(std::move(device))
 {
-}
-
-bool DeviceController::takeCutEnabled() const
-{
-    const Guard guard(*m_pHub);
-    const std::shared_ptr<MemoryDevice> device = m_list.own(guard, m_pDevice);
-    if (!device)
-        return false;
-    bool anySelected = false;
-    for (const auto& screen : std::as_const(*device).data(guard).screens) {
-        const MemoryScreen::Data& state = std::as_const(*screen).data(guard);
-        if (!(screen->screenType() & BizModel::Enum::Screen::RegularAndAUXScreens) || !state.selected)
-            continue;
-        anySelected = true;
-        if (!state.isIdle())
-            return false;
-    }
-    return anySelected;
 }
 
 void DeviceController::setActivedScreen(const std::weak_ptr<BizModel::Screen>& screen)

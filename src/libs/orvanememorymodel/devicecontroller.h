@@ -10,9 +10,6 @@ public:
     DeviceController(
         std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, std::weak_ptr<BizModel::Device> device);
 
-    /// True when a screen is selected and none of the selected ones is in a transition, by the T-Bar or
-    /// otherwise, or being matched.
-    bool takeCutEnabled() const override;
     void setActivedScreen(const std::weak_ptr<BizModel::Screen>& screen) override;
     /// Whatever the screens are doing; a take passes over those that are busy.
     QList<std::weak_ptr<BizModel::Screen>> getTakeScreens(

@@ -154,15 +154,6 @@ void MemoryDevice::appendViewingScreen(const std::weak_ptr<BizModel::Screen>& sc
     change.markChanged();
 }
 
-bool MemoryDevice::isTaking() const
-{
-    const Guard guard(*m_pHub);
-    const Screens& all = data(guard).screens;
-    return std::any_of(all.cbegin(), all.cend(), [&guard](const auto& screen) {
-        return screen->data(guard).state == ScreenState::Taking;
-    });
-}
-
 bool MemoryDevice::swapEnable() const
 {
     return data(Guard(*m_pHub)).swap;

@@ -75,7 +75,6 @@ public:
     std::weak_ptr<BizModel::Output> firstUnsedOutput() const override;
     void appendViewingScreen(const std::weak_ptr<BizModel::Screen>& screen) override;
 
-    bool isTaking() const override;
     bool swapEnable() const override;
 
     bool isLayerLimited(BizModel::SceneType scene) const override;
@@ -87,7 +86,6 @@ public:
     quint16 maxPresetCount() const override { return m_nMaxPresetCount; }
     QList<std::weak_ptr<BizModel::Preset>> presets() const override;
     std::weak_ptr<BizModel::Preset> activedPreset() const override;
-    int activedPresetKeyNo() const override;
     void setActivedPreset(const std::weak_ptr<BizModel::Preset>& preset, quint16 fileId) override;
     bool editPresetValidityCheck(const QString& text, QString& error) const override;
     bool loadToPGMEnable() const override;

@@ -24,13 +24,6 @@ std::weak_ptr<BizModel::Preset> MemoryDevice::activedPreset() const
     return data(Guard(*m_pHub)).activePreset;
 }
 
-int MemoryDevice::activedPresetKeyNo() const
-{
-    const Guard guard(*m_pHub);
-    const std::shared_ptr<MemoryPreset>& active = data(guard).activePreset;
-    return active ? active->fileId() : 0;
-}
-
 void MemoryDevice::setActivedPreset(const std::weak_ptr<BizModel::Preset>& preset, quint16 fileId)
 {
     const QString arguments = deviceText(weak_from_this()) + QStringLiteral(" preset=%1").arg(fileId);

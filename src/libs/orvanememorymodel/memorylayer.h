@@ -30,7 +30,6 @@ public:
     QString name() const override;
     BizModel::LayerType layerType() const override { return m_type; }
     BizModel::SceneType sceneType() const override;
-    BizModel::SourceType sourceType() const override { return BizModel::SourceType::Input; }
     quint32 sourceId() const override;
     QRect windowRect() const override;
     BizModel::CapacityMode capacity() const override;

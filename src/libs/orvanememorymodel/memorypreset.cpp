@@ -22,11 +22,6 @@ QString MemoryPreset::name() const
     return data(Guard(*m_pHub)).name;
 }
 
-BizModel::s_PresetDetail MemoryPreset::presetDetail() const
-{
-    return {m_nId, name()};
-}
-
 bool MemoryPreset::presetSelectedScreens(
     QList<std::weak_ptr<BizModel::Screen>>& screens, FileType type, QString& error) const
 {

@@ -22,7 +22,6 @@ public:
     quint16 fileId() const override { return m_nId; }
     FileType fileType() const override { return m_type; }
     QString name() const override;
-    BizModel::s_PresetDetail presetDetail() const override;
     bool presetSelectedScreens(
         QList<std::weak_ptr<BizModel::Screen>>& screens, FileType type, QString& error) const override;
 

@@ -61,11 +61,6 @@ bool MemoryScreen::selected() const
     return data(Guard(*m_pHub)).selected;
 }
 
-SceneType MemoryScreen::operationTarget() const
-{
-    return data(Guard(*m_pHub)).pgmEdit ? SceneType::PGM : SceneType::PVW;
-}
-
 int MemoryScreen::uiScreenIndex() const
 {
     return data(Guard(*m_pHub)).uiScreenIndex;
@@ -219,11 +214,6 @@ QList<std::weak_ptr<BizModel::Layer>> MemoryScreen::layers(SceneType scene, int 
     return list;
 }
 
-int MemoryScreen::layerCount(SceneType scene, int layerTypeMask) const
-{
-    return layers(scene, layerTypeMask).size();
-}
-
 QList<std::weak_ptr<BizModel::Layer>> MemoryScreen::selectedLayers(int sceneMask) const
 {
     const Guard guard(*m_pHub);
@@ -237,21 +227,6 @@ QList<std::weak_ptr<BizModel::Layer>> MemoryScreen::selectedLayers(int sceneMask
         }
     }
     return list;
-}
-
-int MemoryScreen::maxLayerCount() const
-{
-    return layerCapacity(Guard(*m_pHub));
-}
-
-quint32 MemoryScreen::nextLayerId(SceneType scene, LayerType) const
-{
-    return freeLayerId(Guard(*m_pHub), scene);
-}
-
-QString MemoryScreen::nextLayerName(SceneType scene, LayerType type) const
-{
-    return layerName(nextLayerId(scene, type));
 }
 
 quint32 MemoryScreen::freeLayerId(const Guard& guard, SceneType scene) const

@@ -63,7 +63,6 @@ public:
     void setState(State state) override;
     bool isComplete() const override;
     bool selected() const override;
-    BizModel::SceneType operationTarget() const override;
     int uiScreenIndex() const override;
     void setUiScreenIndex(int index) override;
     double switchEffectTime() const override;
@@ -76,12 +75,8 @@ public:
     QRect mosaicWindowRect() const override;
     QList<std::weak_ptr<BizModel::Subcard>> subCards() const override;
     QList<std::weak_ptr<BizModel::Layer>> layers(BizModel::SceneType scene, int layerTypeMask) const override;
-    int layerCount(BizModel::SceneType scene, int layerTypeMask) const override;
     QList<std::weak_ptr<BizModel::Layer>> selectedLayers(
         int sceneMask = BizModel::Enum::Scene::BothScenes) const override;
-    int maxLayerCount() const override;
-    quint32 nextLayerId(BizModel::SceneType scene, BizModel::LayerType type) const override;
-    QString nextLayerName(BizModel::SceneType scene, BizModel::LayerType type) const override;
     std::shared_ptr<BizModel::Layer> createProbeLayer(
         const std::weak_ptr<BizModel::Input>& source, BizModel::CapacityMode capacity) const override;
 

@@ -26,6 +26,37 @@ DeviceList* DeviceList::instance()
     return installedList.get();
 }
 
+QList<std::weak_ptr<Device>> DeviceList::groupDevices(
+    const QString& groupId, bool includeOffline, bool excludeActived) const
+{
+    const std::shared_ptr<Device> active = activedDevice().lock();
+    if (!active || excludeActived || !(includeOffline || active->onlineFlag()))
+        return {};
+    if (groupId != Device::defaultDeviceGroupId && groupId != active->groupId())
+        return {};
+    return {active};
+}
+
+QList<std::weak_ptr<Device>> DeviceList::groupDevices(
+    const std::weak_ptr<Device>& device, bool includeOffline, bool excludeActived) const
+{
+    const std::shared_ptr<Device> own = device.lock();
+    QList<std::weak_ptr<Device>> members;
+    if (!own)
+        return members;
+    if ((includeOffline || own->onlineFlag()) && !(excludeActived && activedDevice().lock() == own))
+        members += own;
+    const QString groupId = own->groupId();
+    if (groupId == Device::defaultDeviceGroupId)
+        return members;
+    const auto others = groupDevices(groupId, includeOffline, excludeActived);
+    for (const std::weak_ptr<Device>& other : others) {
+        if (other.lock() != own)
+            members += other;
+    }
+    return members;
+}
+
 QList<std::weak_ptr<Preset>> DeviceList::groupDevicePresets(const std::weak_ptr<Device>& device) const
 {
     const std::shared_ptr<Device> own = device.lock();

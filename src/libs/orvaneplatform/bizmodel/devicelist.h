@@ -10,6 +10,7 @@
 #include <QObject>
 #include <QString>
 
+#include <atomic>
 #include <memory>
 
 namespace Orvane::BizModel {
@@ -20,6 +21,9 @@ namespace Orvane::BizModel {
 /// The host creates its implementation before it starts the console, and destroys it after the console's
 /// threads have ended: `instance` hands it out from the first line of the constructor to the last of the
 /// destructor.
+///
+/// To be implemented: `activedDevice`. The rest has an answer of its own that is right for devices without a
+/// group.
 ///
 /// Threads: queries and the preset mode are called from any thread. Signals may be emitted on any thread,
 /// but never while a lock is held that a query takes; receivers are connected with automatic connections,
@@ -34,25 +38,28 @@ public:
 
     /// The device that the application shows and the console works on; empty when there is none.
     virtual std::weak_ptr<Device> activedDevice() const = 0;
-    /// True while an upgrade for compatibility with older devices runs; the console ignores keys then.
-    virtual bool isCompatibleUpgrading() const = 0;
+    /// True while an upgrade for compatibility with older devices runs; the console ignores keys then. Never
+    /// unless overridden.
+    virtual bool isCompatibleUpgrading() const { return false; }
 
     /// Devices of the group @p groupId, the active device among them when it is a member.
     /// `Device::defaultDeviceGroupId` stands for "in no group": the answer is the active device alone.
     /// Devices that are not online are left out unless @p includeOffline; the active device is left out
-    /// when @p excludeActived.
+    /// when @p excludeActived. Unless overridden no group has a member but the active device.
     virtual QList<std::weak_ptr<Device>> groupDevices(
-        const QString& groupId, bool includeOffline = true, bool excludeActived = false) const = 0;
+        const QString& groupId, bool includeOffline = true, bool excludeActived = false) const;
     /// The same for the group of @p device, which is the device alone when it is in no group, and empty
-    /// when the device is gone.
+    /// when the device is gone. Unless overridden it is the device, then the others of its group as the
+    /// first form answers them.
     virtual QList<std::weak_ptr<Device>> groupDevices(
-        const std::weak_ptr<Device>& device, bool includeOffline, bool excludeActived) const = 0;
+        const std::weak_ptr<Device>& device, bool includeOffline, bool excludeActived) const;
     /// Presets of @p device, then those of the other devices of its group; empty when the device is gone.
     QList<std::weak_ptr<Preset>> groupDevicePresets(const std::weak_ptr<Device>& device) const;
 
-    /// What the next press of a preset key does; shared by the console and the application's own keys.
-    virtual Enum::Preset::PresetOptMode presetOperateMode() const = 0;
-    virtual void setPresetOperateMode(Enum::Preset::PresetOptMode mode) = 0;
+    /// What the next press of a preset key does; shared by the console and the application's own keys. The
+    /// list keeps what was set last, at first `Noting`, unless overridden.
+    virtual Enum::Preset::PresetOptMode presetOperateMode() const { return m_presetMode; }
+    virtual void setPresetOperateMode(Enum::Preset::PresetOptMode mode) { m_presetMode = mode; }
 
 Q_SIGNALS:
     /// @name Devices
@@ -172,6 +179,9 @@ protected:
 
 private:
     Q_DISABLE_COPY_MOVE(DeviceList)
+
+    /// Set by keys on the decoder thread, read by the application.
+    std::atomic<Enum::Preset::PresetOptMode> m_presetMode{Enum::Preset::Noting};
 };
 
 } // namespace Orvane::BizModel

@@ -18,14 +18,16 @@ public:
 
     /// Unique within the device; interfaces are sorted by it.
     virtual quint32 interfaceId() const = 0;
-    virtual s_InterfaceFullId interfaceFullId() const = 0;
+    /// On sub-card 0 unless overridden.
+    virtual s_InterfaceFullId interfaceFullId() const { return {0, interfaceId()}; }
     virtual InterfaceType type() const = 0;
     virtual QString name() const = 0;
-    /// Capacity that a layer needs to show the signal.
-    virtual CapacityMode capacity() const = 0;
-    /// True when a signal is present.
-    virtual bool isActive() const = 0;
-    virtual bool isOverLoad() const = 0;
+    /// Capacity that a layer needs to show the signal; single link unless overridden.
+    virtual CapacityMode capacity() const { return CapacityMode::_SL; }
+    /// True when a signal is present; always unless overridden.
+    virtual bool isActive() const { return true; }
+    /// Never unless overridden.
+    virtual bool isOverLoad() const { return false; }
 
 private:
     Q_DISABLE_COPY_MOVE(Interface)

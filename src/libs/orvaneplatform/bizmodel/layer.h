@@ -25,22 +25,27 @@ public:
     virtual quint32 layerId() const = 0;
     virtual s_ScreenLayerId screenLayerId() const = 0;
     virtual QString name() const = 0;
-    virtual LayerType layerType() const = 0;
+    /// Regular unless overridden.
+    virtual LayerType layerType() const { return LayerType::Regular; }
     virtual SceneType sceneType() const = 0;
 
-    virtual SourceType sourceType() const = 0;
+    /// An input unless overridden.
+    virtual SourceType sourceType() const { return SourceType::Input; }
     /// Of an input its interface id.
     virtual quint32 sourceId() const = 0;
 
     /// In pixels of the screen's mosaic.
     virtual QRect windowRect() const = 0;
-    virtual CapacityMode capacity() const = 0;
+    /// Single link unless overridden.
+    virtual CapacityMode capacity() const { return CapacityMode::_SL; }
     /// Used for trials: the console sets the capacity, asks `ResourceCheck`, and puts the old one back.
-    virtual void setCapacity(CapacityMode capacity) = 0;
-    /// Size in pixels that a layer gets when it is made for @p input.
-    virtual QSize defulatSize(const std::weak_ptr<Input>& input) const = 0;
-    /// True when the layer may be moved, resized or removed now.
-    virtual bool getLayerOperationAllowed() const = 0;
+    /// Ignored unless overridden.
+    virtual void setCapacity(CapacityMode capacity);
+    /// Size in pixels that a layer gets when it is made for @p input; asked of the layers that
+    /// `Screen::createProbeLayer` makes. The layer's own size unless overridden.
+    virtual QSize defulatSize(const std::weak_ptr<Input>& input) const;
+    /// True when the layer may be moved, resized or removed now; always unless overridden.
+    virtual bool getLayerOperationAllowed() const { return true; }
 
 private:
     Q_DISABLE_COPY_MOVE(Layer)

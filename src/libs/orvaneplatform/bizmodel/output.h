@@ -12,8 +12,9 @@ public:
     Output() = default;
     virtual ~Output();
 
-    /// Place among the screen's outputs; new layers are spread over them in this order.
-    virtual int zOrder() const = 0;
+    /// Place among the screen's outputs; new layers are spread over them in this order. 0 unless
+    /// overridden: outputs of equal places keep the order of `Screen::outputs`.
+    virtual int zOrder() const { return 0; }
 
 private:
     Q_DISABLE_COPY_MOVE(Output)

@@ -22,11 +22,12 @@ public:
 
     ~Preset() override;
 
-    virtual s_PresetDetail presetDetail() const = 0;
+    /// The file's id and name unless overridden.
+    virtual s_PresetDetail presetDetail() const { return {fileId(), name()}; }
     /// Puts the screens that loading the preset as @p type changes into @p screens. False, with the reason
-    /// in @p error, when they cannot be told.
+    /// in @p error, when they cannot be told, and unless overridden; the load goes on without them.
     virtual bool presetSelectedScreens(
-        QList<std::weak_ptr<Screen>>& screens, Enum::File::FileType type, QString& error) const = 0;
+        QList<std::weak_ptr<Screen>>& screens, Enum::File::FileType type, QString& error) const;
 };
 
 } // namespace Orvane::BizModel

@@ -13,7 +13,7 @@
 
 namespace Orvane::BizModel {
 
-/// Tells whether the hardware has the resources for windows that are planned. The host creates its
+/// Says whether the hardware has the resources for windows that are planned. The host creates its
 /// implementation before it starts the console and destroys it after the console's threads have ended.
 class ORVANEPLATFORM_EXPORT ResourceCheck {
 public:
@@ -22,8 +22,9 @@ public:
     virtual ~ResourceCheck();
 
     /// True when @p screen can show its preview with each layer of @p rects in the window given for it. A
-    /// layer that is not part of the scene counts in addition. False also when no check is installed. Any
-    /// thread; changes nothing.
+    /// layer that is not part of the scene counts in addition. Any thread; changes nothing.
+    ///
+    /// A model without limits needs no check: without one the resources are enough, which is logged once.
     static bool CheckOperationResources(const std::shared_ptr<Screen>& screen, const LayerRects& rects);
     /// The same for one scene and some of the screen's outputs. @p layer is left out of the reckoning; empty
     /// leaves none out.

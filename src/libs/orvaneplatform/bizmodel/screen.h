@@ -16,6 +16,9 @@ namespace Orvane::BizModel {
 
 /// A picture made of one or more outputs, with a program and a preview scene of layers. Any thread may call
 /// any member at any time; an answer is a snapshot. Rectangles are in pixels of the mosaic.
+///
+/// To be implemented: which screen it is, what it is doing and whether it is selected. Everything else has
+/// an answer of its own, which is that there is none, or what follows from the other members.
 class ORVANEPLATFORM_EXPORT Screen {
 public:
     using ScreenType = Enum::Screen::ScreenType;
@@ -26,51 +29,64 @@ public:
 
     /// Unique among the device's screens of this type.
     virtual quint32 screenId() const = 0;
-    virtual ScreenType screenType() const = 0;
+    /// Regular unless overridden.
+    virtual ScreenType screenType() const { return ScreenType::RegularScreen; }
     virtual QString name() const = 0;
+    /// What the screen is doing; has changed before a request that changes it returns.
     virtual State state() const = 0;
-    /// Only ever used to mark a screen `Resource_out` and to put it back to `Normal`.
-    virtual void setState(State state) = 0;
-    /// True when all outputs of the screen are online; so too when it has none.
-    virtual bool isComplete() const = 0;
+    /// Only ever used to mark a screen `Resource_out` and to put it back to `Normal`; ignored unless
+    /// overridden.
+    virtual void setState(State state);
+    /// True when all outputs of the screen are online; so too when it has none, and unless overridden.
+    virtual bool isComplete() const { return true; }
     virtual bool selected() const = 0;
-    /// Scene that operations on the screen's layers aim at.
-    virtual SceneType operationTarget() const = 0;
+    /// Scene that operations on the screen's layers aim at; the program while it is edited, the preview
+    /// otherwise, unless overridden.
+    virtual SceneType operationTarget() const;
 
     /// Place of the screen's key on the console (page × page size + order index), -1 when it has none yet.
-    virtual int uiScreenIndex() const = 0;
-    virtual void setUiScreenIndex(int index) = 0;
+    /// -1 unless overridden: the console then hands out its keys in the order of the screens.
+    virtual int uiScreenIndex() const { return -1; }
+    /// Called for a screen made by a key, before it is part of the device. Ignored unless overridden.
+    virtual void setUiScreenIndex(int index);
 
     /// @name Program
     /// @{
-    /// Duration of a transition in seconds.
-    virtual double switchEffectTime() const = 0;
-    /// True while the program is faded to black.
-    virtual bool FTBEnable() const = 0;
-    virtual bool freeze() const = 0;
-    /// True while the program's layers may be edited.
-    virtual bool PGMEditEnable() const = 0;
+    /// Duration of a transition in seconds; 0 unless overridden.
+    virtual double switchEffectTime() const { return 0.0; }
+    /// True while the program is faded to black; never unless overridden.
+    virtual bool FTBEnable() const { return false; }
+    /// True while the program is frozen; never unless overridden.
+    virtual bool freeze() const { return false; }
+    /// True while the program's layers may be edited; never unless overridden.
+    virtual bool PGMEditEnable() const { return false; }
     /// @}
 
     /// @name Outputs
     /// @{
-    virtual QList<std::weak_ptr<Output>> outputs() const = 0;
-    /// Appends the output to the screen's mosaic. For a screen that is not part of a device yet.
-    virtual void addOutput(const std::weak_ptr<Output>& output) = 0;
-    /// Part of the mosaic that the output shows; empty when it is not one of the screen's.
-    virtual QRectF mosaicRect(const std::weak_ptr<Output>& output) const = 0;
-    virtual QRect mosaicWindowRect() const = 0;
-    /// The cards that the screen's outputs are on.
-    virtual QList<std::weak_ptr<Subcard>> subCards() const = 0;
+    /// None unless overridden.
+    virtual QList<std::weak_ptr<Output>> outputs() const { return {}; }
+    /// Appends the output to the screen's mosaic. For a screen that is not part of a device yet. Ignored
+    /// unless overridden.
+    virtual void addOutput(const std::weak_ptr<Output>& output);
+    /// Part of the mosaic that the output shows; empty when it is not one of the screen's, and unless
+    /// overridden.
+    virtual QRectF mosaicRect(const std::weak_ptr<Output>& output) const;
+    /// What the outputs' parts make up together, unless overridden.
+    virtual QRect mosaicWindowRect() const;
+    /// The cards that the screen's outputs are on; none, and so no room for layers, unless overridden.
+    virtual QList<std::weak_ptr<Subcard>> subCards() const { return {}; }
     /// @}
 
     /// @name Layers
     /// @{
-    /// From the bottom to the top. @p layerTypeMask combines `LayerType` values here and below.
-    virtual QList<std::weak_ptr<Layer>> layers(SceneType scene, int layerTypeMask) const = 0;
-    virtual int layerCount(SceneType scene, int layerTypeMask) const = 0;
-    /// @p sceneMask combines `SceneType` values.
-    virtual QList<std::weak_ptr<Layer>> selectedLayers(int sceneMask = Enum::Scene::BothScenes) const = 0;
+    /// From the bottom to the top. @p layerTypeMask combines `LayerType` values here and below. None unless
+    /// overridden.
+    virtual QList<std::weak_ptr<Layer>> layers(SceneType scene, int layerTypeMask) const;
+    /// The number of `layers` unless overridden.
+    virtual int layerCount(SceneType scene, int layerTypeMask) const;
+    /// @p sceneMask combines `SceneType` values. None unless overridden.
+    virtual QList<std::weak_ptr<Layer>> selectedLayers(int sceneMask = Enum::Scene::BothScenes) const;
     QList<std::weak_ptr<Layer>> PVWLayers(int layerTypeMask) const
     {
         return layers(SceneType::PVW, layerTypeMask);
@@ -79,15 +95,17 @@ public:
     {
         return layers(SceneType::PGM, layerTypeMask);
     }
-    /// Highest number of layers in a scene.
-    virtual int maxLayerCount() const = 0;
-    /// Id and name for the next layer of the scene.
-    virtual quint32 nextLayerId(SceneType scene, LayerType type) const = 0;
-    virtual QString nextLayerName(SceneType scene, LayerType type) const = 0;
+    /// Highest number of layers in a scene; what the sub-cards have room for unless overridden.
+    virtual int maxLayerCount() const;
+    /// Id for the next layer of the scene; the lowest free one, from 1, unless overridden.
+    virtual quint32 nextLayerId(SceneType scene, LayerType type) const;
+    /// Name for it: "Layer " and the id unless overridden.
+    virtual QString nextLayerName(SceneType scene, LayerType type) const;
     /// A layer of this screen's preview that shows @p source with @p capacity but is not part of the scene:
-    /// for asking its default size and whether there are resources for it. Empty when the input is gone.
+    /// for asking its default size and whether there are resources for it. Empty when the input is gone, and
+    /// unless overridden; no layer is made by a key then.
     virtual std::shared_ptr<Layer> createProbeLayer(
-        const std::weak_ptr<Input>& source, CapacityMode capacity) const = 0;
+        const std::weak_ptr<Input>& source, CapacityMode capacity) const;
     /// @}
 
 private:

@@ -17,7 +17,8 @@ class Screen;
 
 /// Makes the host's controllers. The host creates its implementation before it starts the console and
 /// destroys it after the console's threads have ended. Members are called on any thread, on several at once,
-/// and answer an empty pointer when the device is gone or there is no such controller.
+/// and return an empty pointer when the device is gone or there is no such controller. Models
+/// without layers or presets leave out their controllers.
 class ORVANEPLATFORM_EXPORT ControllerFactory {
 public:
     virtual ~ControllerFactory();
@@ -28,9 +29,11 @@ public:
     virtual std::shared_ptr<Device> createDevice(const std::weak_ptr<BizModel::Device>& device) = 0;
     virtual std::shared_ptr<Screen> createScreen(
         BizModel::Enum::Screen::ScreenType type, const std::weak_ptr<BizModel::Device>& device) = 0;
+    /// None unless overridden.
     virtual std::shared_ptr<Layer> createLayer(
-        BizModel::LayerType type, const std::weak_ptr<BizModel::Device>& device) = 0;
-    virtual std::shared_ptr<Preset> createPreset(const std::weak_ptr<BizModel::Device>& device) = 0;
+        BizModel::LayerType type, const std::weak_ptr<BizModel::Device>& device);
+    /// None unless overridden.
+    virtual std::shared_ptr<Preset> createPreset(const std::weak_ptr<BizModel::Device>& device);
 
 protected:
     /// Makes this factory the one that `instance` answers.

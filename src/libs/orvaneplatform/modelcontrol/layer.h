@@ -13,8 +13,8 @@
 namespace Orvane::ModelControl {
 
 /// Changes layers of one type of a device. Operations run on the caller's thread, which may be any, have
-/// taken effect when they return, and answer false when they were refused; the change is announced by
-/// `BizModel::DeviceList`.
+/// taken effect when they return, and return false when they were refused; the change is announced by
+/// `BizModel::DeviceList`. What is not overridden is refused.
 class ORVANEPLATFORM_EXPORT Layer {
 public:
     using Layers = QList<std::weak_ptr<BizModel::Layer>>;
@@ -29,9 +29,9 @@ public:
     virtual bool cancelSelected(
         const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers, bool notify) = 0;
     /// @p window is in pixels of the mosaic.
-    virtual bool updateWindow(const std::weak_ptr<BizModel::Layer>& layer, const QRect& window) = 0;
+    virtual bool updateWindow(const std::weak_ptr<BizModel::Layer>& layer, const QRect& window);
     /// Makes all the layers show the source. @p sourceType is a `BizModel::SourceType` value.
-    virtual bool bindSource(const Layers& layers, quint32 sourceId, int sourceType) = 0;
+    virtual bool bindSource(const Layers& layers, quint32 sourceId, int sourceType);
 
 private:
     Q_DISABLE_COPY_MOVE(Layer)

@@ -14,7 +14,8 @@
 namespace Orvane::ModelControl {
 
 /// Changes a device's presets and applies them. Operations run on the caller's thread, which may be any, and
-/// have taken effect when they return. Those with an @p error put the reason there when they answer false.
+/// have taken effect when they return. Those with an @p error put the reason there when they return false.
+/// What is not overridden is refused, but for the two that have an answer of their own.
 class ORVANEPLATFORM_EXPORT Preset {
 public:
     using Screens = QList<std::weak_ptr<BizModel::Screen>>;
@@ -27,14 +28,14 @@ public:
 
     /// Overwrites the preset with the present scene.
     virtual bool coverPreset(
-        const std::weak_ptr<BizModel::Preset>& preset, BizModel::Enum::File::FileType type,
-        QString& error) = 0;
-    /// Whether the preset can be loaded now.
-    virtual bool checkPresetData(const std::weak_ptr<BizModel::Preset>& preset, QString& error) const = 0;
+        const std::weak_ptr<BizModel::Preset>& preset, BizModel::Enum::File::FileType type, QString& error);
+    /// Whether the preset can be loaded now; whenever it is there, unless overridden.
+    virtual bool checkPresetData(const std::weak_ptr<BizModel::Preset>& preset, QString& error) const;
     /// Puts the state that the keypad will have once the preset is loaded to @p screens into @p keypadInfo.
+    /// Unless overridden the state is empty, which is right for a model without keypad files.
     virtual bool createKeypadInfo(
         const std::weak_ptr<BizModel::Preset>& preset, const Screens& screens,
-        ProtoModel::File::s_KeypadInfo& keypadInfo) const = 0;
+        ProtoModel::File::s_KeypadInfo& keypadInfo) const;
     /// Applies the preset to the model; the device is told by way of `TaskSampling::SamplingThread`. Called
     /// on a pool thread, for it may take its time.
     virtual bool updatePresetModelData(

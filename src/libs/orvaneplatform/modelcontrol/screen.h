@@ -18,8 +18,8 @@ namespace Orvane::ModelControl {
 class Layer;
 
 /// Changes screens of one type of a device and what is on them. Operations run on the caller's thread, which
-/// may be any, have taken effect when they return, and answer false when they were refused; the change is
-/// announced by `BizModel::DeviceList`.
+/// may be any, have taken effect when they return, and return false when they were refused; the change is
+/// announced by `BizModel::DeviceList`. What is not overridden is refused.
 class ORVANEPLATFORM_EXPORT Screen {
 public:
     using Screens = QList<std::weak_ptr<BizModel::Screen>>;
@@ -40,11 +40,10 @@ public:
         const Screens& screens, BizModel::SelectedType mode, bool notify, bool sendToDevice) = 0;
     virtual bool cancelSelected(const Screens& screens, bool notify) = 0;
     /// Sets each screen's transition time, in seconds.
-    virtual bool updateEffectSpeed(
-        const QList<std::pair<std::weak_ptr<BizModel::Screen>, double>>& seconds) = 0;
+    virtual bool updateEffectSpeed(const QList<std::pair<std::weak_ptr<BizModel::Screen>, double>>& seconds);
     /// Sets each screen's mix type, a `BizModel::EffectType` value.
-    virtual bool updateEffectType(const QList<std::pair<std::weak_ptr<BizModel::Screen>, int>>& types) = 0;
-    virtual bool updatePGMEditStatus(const Screens& screens, bool enabled) = 0;
+    virtual bool updateEffectType(const QList<std::pair<std::weak_ptr<BizModel::Screen>, int>>& types);
+    virtual bool updatePGMEditStatus(const Screens& screens, bool enabled);
     /// @}
 
     /// @name Layers of a screen
@@ -54,19 +53,19 @@ public:
     /// mosaic. Empty when the layer was refused.
     virtual std::shared_ptr<BizModel::Layer> addLayer(
         const std::weak_ptr<BizModel::Screen>& screen, BizModel::LayerType type, BizModel::SceneType scene,
-        int sourceId, int sourceType, const QRect& window) = 0;
+        int sourceId, int sourceType, const QRect& window);
     /// Adds the reason for each layer that stays to @p failed; true when none does.
     virtual bool removeLayers(
         const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers,
-        QList<std::pair<BizModel::s_ScreenLayerId, QString>>& failed) = 0;
+        QList<std::pair<BizModel::s_ScreenLayerId, QString>>& failed);
     /// To the very front, keeping their order among themselves.
-    virtual bool topZOrder(const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers) = 0;
+    virtual bool topZOrder(const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers);
     /// One step to the front.
-    virtual bool incrZOrder(const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers) = 0;
+    virtual bool incrZOrder(const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers);
     /// To the very back, keeping their order among themselves.
-    virtual bool bottomZOrder(const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers) = 0;
+    virtual bool bottomZOrder(const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers);
     /// One step to the back.
-    virtual bool decrZOrder(const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers) = 0;
+    virtual bool decrZOrder(const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers);
     /// @}
 
 private:

@@ -2,6 +2,8 @@
 
 #include "installed_p.h"
 
+#include <utility>
+
 namespace Orvane::ParallelControl {
 
 namespace {
@@ -21,6 +23,13 @@ ParallelManager::~ParallelManager()
 ParallelManager* ParallelManager::instance()
 {
     return installedManager.get();
+}
+
+bool ParallelManager::startParallelRequest(
+    const std::weak_ptr<BizModel::Device>& device, const ParallelTaskFactory& factory, Completion completion,
+    int)
+{
+    return startParallelRequest(device, factory, false, nullptr, std::move(completion));
 }
 
 } // namespace Orvane::ParallelControl

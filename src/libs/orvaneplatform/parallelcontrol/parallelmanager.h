@@ -27,12 +27,14 @@ public:
     virtual bool startParallelRequest(
         const std::weak_ptr<BizModel::Device>& device, const ParallelTaskFactory& factory, bool waitForResult,
         QString* error, Completion callback) = 0;
-    /// The same without waiting. @p count is the number of devices that may work at once, 0 for all.
+    /// The same without waiting. @p count is the number of devices that may work at once, 0 for all; unless
+    /// overridden it is always all.
     virtual bool startParallelRequest(
         const std::weak_ptr<BizModel::Device>& device, const ParallelTaskFactory& factory,
-        Completion completion, int count = 0) = 0;
+        Completion completion, int count = 0);
 
-    /// Number of tasks that have not ended. Any thread.
+    /// Number of tasks that have not ended. Presets are not loaded while there are any. A task no longer
+    /// counts when its request's callback is called. Any thread.
     virtual int currentTaskCount() const = 0;
 
 protected:

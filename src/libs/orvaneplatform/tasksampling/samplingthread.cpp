@@ -23,4 +23,14 @@ SamplingThread* SamplingThread::instance()
     return installedThread.get();
 }
 
+bool SamplingThread::appendData(const std::shared_ptr<s_TBarSampling>&)
+{
+    return false;
+}
+
+bool SamplingThread::appendData(const std::shared_ptr<s_LoadPresetSampling>&)
+{
+    return false;
+}
+
 } // namespace Orvane::TaskSampling

@@ -22,9 +22,9 @@ public:
     /// Announces samples of the type; false while samples of another type wait. Any thread.
     virtual bool setSamplingType(SamplingType type) = 0;
     /// Queues the sample and returns at once; false when it is not of the type announced last or not
-    /// usable. Any thread.
-    virtual bool appendData(const std::shared_ptr<s_TBarSampling>& sampling) = 0;
-    virtual bool appendData(const std::shared_ptr<s_LoadPresetSampling>& sampling) = 0;
+    /// usable, and unless overridden. Any thread.
+    virtual bool appendData(const std::shared_ptr<s_TBarSampling>& sampling);
+    virtual bool appendData(const std::shared_ptr<s_LoadPresetSampling>& sampling);
 
 protected:
     /// Makes this thread the one that `instance` answers.
