@@ -52,9 +52,14 @@ private Q_SLOTS:
     void theObjectInstalledLastIsTheInstance()
     {
         auto first = std::make_unique<TestSupport::BareDeviceList>();
-        const auto second = std::make_unique<TestSupport::BareDeviceList>();
+        auto second = std::make_unique<TestSupport::BareDeviceList>();
+        auto third = std::make_unique<TestSupport::BareDeviceList>();
         first.reset();
+        QCOMPARE(DeviceList::instance(), third.get());
+        third.reset();
         QCOMPARE(DeviceList::instance(), second.get());
+        second.reset();
+        QVERIFY(!DeviceList::instance());
     }
 
     void withoutAHostThereIsNothingToWorkWith()

@@ -6,7 +6,7 @@
 
 namespace Orvane {
 
-/// Told once when a request has ended: whether it succeeded and, if not, why in words for the user. Runs on
+/// Called once when a request has ended: whether it succeeded and, if not, why in words for the user. Runs on
 /// a thread of the model's choice, with no lock of the model held; may be empty.
 using Completion = std::function<void(bool ok, QString text)>;
 

@@ -1,25 +1,38 @@
 #pragma once
 
+#include <algorithm>
 #include <atomic>
+#include <mutex>
+#include <vector>
 
 namespace Orvane::Internal {
 
-/// Slot for the one object of a kind that the process works with. Kept inside the library's own source
-/// files, so that every library of the process sees the same slot.
+/// Place for the object of a kind that the process works with: the one that came last. When it goes, the one
+/// before it is back, so that an object can stand in front of another for a time. Kept inside the library's
+/// own source files, so that every library of the process sees the same place.
 template <typename T> class Installed final {
 public:
-    T* get() const noexcept { return m_pObject.load(std::memory_order_acquire); }
+    T* get() const noexcept { return m_pLast.load(std::memory_order_acquire); }
 
-    void install(T* object) noexcept { m_pObject.store(object, std::memory_order_release); }
-
-    /// Empties the slot, unless another object has taken it in the meantime.
-    void uninstall(T* object) noexcept
+    void install(T* object)
     {
-        m_pObject.compare_exchange_strong(object, nullptr, std::memory_order_acq_rel);
+        const std::lock_guard lock(m_mutex);
+        m_objects.push_back(object);
+        m_pLast.store(object, std::memory_order_release);
+    }
+
+    void uninstall(T* object)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_objects.erase(std::remove(m_objects.begin(), m_objects.end(), object), m_objects.end());
+        m_pLast.store(m_objects.empty() ? nullptr : m_objects.back(), std::memory_order_release);
     }
 
 private:
-    std::atomic<T*> m_pObject{nullptr};
+    std::atomic<T*> m_pLast{nullptr};
+    /// Guards m_objects, and m_pLast against a second writer.
+    std::mutex m_mutex;
+    std::vector<T*> m_objects;
 };
 
 } // namespace Orvane::Internal

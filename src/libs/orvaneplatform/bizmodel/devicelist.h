@@ -33,7 +33,7 @@ class ORVANEPLATFORM_EXPORT DeviceList : public QObject {
 public:
     ~DeviceList() override;
 
-    /// The list created last, null when there is none (or that one is gone). Any thread.
+    /// The list created last of those that live, null when there is none. Any thread.
     static DeviceList* instance();
 
     /// The device that the application shows and the console works on; empty when there is none.

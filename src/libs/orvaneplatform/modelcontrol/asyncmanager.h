@@ -13,7 +13,7 @@ class ORVANEPLATFORM_EXPORT AsyncManager {
 public:
     virtual ~AsyncManager();
 
-    /// The manager created last, null when there is none (or that one is gone). Any thread.
+    /// The manager created last of those that live, null when there is none. Any thread.
     static AsyncManager* instance();
 
     /// Returns at once; requests are carried out one after another in the order in which they came. The

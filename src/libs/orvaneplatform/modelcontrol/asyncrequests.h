@@ -3,6 +3,7 @@
 #include "bizmodel/enums.h"
 #include "bizmodel/fwd.h"
 #include "completion.h"
+#include "orvaneplatform_global.h"
 
 #include <QList>
 
@@ -54,5 +55,8 @@ struct AsyncRemoveFile {
 
 using AsyncRequest = std::variant<
     AsyncCreateScreen, AsyncRemoveLayer, AsyncAddCopyLayers, AsyncSaveDeviceData, AsyncRemoveFile>;
+
+/// Name of the request's record, for the log.
+ORVANEPLATFORM_EXPORT QString requestName(const AsyncRequest& request);
 
 } // namespace Orvane::ModelControl

@@ -23,7 +23,7 @@ class ORVANEPLATFORM_EXPORT ControllerFactory {
 public:
     virtual ~ControllerFactory();
 
-    /// The factory created last, null when there is none (or that one is gone). Any thread.
+    /// The factory created last of those that live, null when there is none. Any thread.
     static ControllerFactory* instance();
 
     virtual std::shared_ptr<Device> createDevice(const std::weak_ptr<BizModel::Device>& device) = 0;

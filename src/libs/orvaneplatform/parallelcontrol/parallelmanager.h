@@ -14,7 +14,7 @@ class ORVANEPLATFORM_EXPORT ParallelManager {
 public:
     virtual ~ParallelManager();
 
-    /// The manager created last, null when there is none (or that one is gone). Any thread.
+    /// The manager created last of those that live, null when there is none. Any thread.
     static ParallelManager* instance();
 
     /// Asks @p factory once for each device of the group of @p device, on the caller's thread, and starts

@@ -3,6 +3,9 @@
 #include "bizmodel/enums.h"
 #include "bizmodel/fwd.h"
 #include "completion.h"
+#include "orvaneplatform_global.h"
+
+#include <QString>
 
 #include <functional>
 #include <memory>
@@ -63,6 +66,11 @@ struct ParallelSetLoadToPresetPGMStatus {
 using ParallelTask = std::variant<
     ParallelTakeScreen, ParallelCutScreen, ParallelMatchPGM, ParallelFreezeScreen, ParallelFTBScreen,
     ParallelSetSwapStatus, ParallelSetLoadToPresetPGMStatus>;
+
+/// Name of the task's record, for the log.
+ORVANEPLATFORM_EXPORT QString taskName(const ParallelTask& task);
+/// The task's own `done`; empty when it has none.
+ORVANEPLATFORM_EXPORT Completion doneOf(const ParallelTask& task);
 
 /// Says what one device of a group is to do.
 using ParallelTaskFactory = std::function<ParallelTask(std::weak_ptr<BizModel::Device>)>;

@@ -16,7 +16,7 @@ class ORVANEPLATFORM_EXPORT SamplingThread {
 public:
     virtual ~SamplingThread();
 
-    /// The thread created last, null when there is none (or that one is gone). Any thread.
+    /// The thread created last of those that live, null when there is none. Any thread.
     static SamplingThread* instance();
 
     /// Announces samples of the type; false while samples of another type wait. Any thread.
