@@ -33,15 +33,16 @@ class ScreenCommandPrivate;
 
 /// The console's keys for screens and for what goes to program, and the T-Bar.
 ///
-/// A select key selects its screen, or makes one when it has none; the others take, cut, match, fade to
+/// A select key selects its screen, or creates one when it has none; the others take, cut, match, fade to
 /// black, freeze, swap, set the transition and program edit of the active device. Presses act on the model
-/// on the caller's thread, the decoder thread for the physical console; what the keys show follows the
-/// model's notifications on the GUI thread. The transition time keys repeat on timer threads while held.
+/// on the caller's thread, the decoder thread for the physical console, which cut and freeze hold until the
+/// device has carried them out; what the keys show follows the model's notifications on the GUI thread. The
+/// transition time keys repeat on timer threads while held.
 ///
 /// Every refusal is one log line and, where the operator has to know, a notice through the device list.
 ///
-/// Destroy it on the GUI thread, with no event of the console or the model under way. Answers of the model
-/// to requests may still come after that.
+/// Destroy it on the GUI thread, with no event of the console or the model under way. Requests to the model
+/// may still end after that.
 class ORVANEECPROXYCLIENT_EXPORT ScreenCommand : public Command {
     Q_OBJECT
 
@@ -73,7 +74,7 @@ public:
     bool isAllowedKeyReleased(const quint16& ecKey) override;
     bool containsSelectedECButtonConfigByECKey(const quint32& ecKey) const override;
 
-    /// Colour of a key with a screen.
+    /// Color of a key with a screen: of a selected one when `selected` is not 0.
     ECLEDColor getScreenBtnColor(int selected) const;
     /// Kept for hosts that call it; no effect.
     void setIsJump(bool isJump);

@@ -132,6 +132,8 @@ public:
 private:
     struct Toggle;
 
+    bool isPositionAccepted(quint32 position);
+
     bool toggleSelection(
         const std::shared_ptr<BizModel::Device>& device,
         const std::shared_ptr<BizModel::Screen>& screen) const;

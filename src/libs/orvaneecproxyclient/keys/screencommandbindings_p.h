@@ -23,13 +23,13 @@ ECObjectId screenObjectId(const BizModel::Screen& screen);
 /// A screen's own console position decides; where it has none, or another screen has that key already, it
 /// keeps the key that it has or gets the lowest free one. The bindings themselves are the item store's; this
 /// class changes them so that nobody finds a key without its screen in the middle of a change, and that the
-/// key of a screen that is still being made is not given away.
+/// key of a screen that is still being created is not given to another.
 ///
 /// Any thread may call any member. Held by shared pointer: a screen's creation ends on a thread of the model,
 /// perhaps after the command is gone.
 class ScreenBindings {
 public:
-    /// Brings the keys of the device in line with its screens: place, colour, label.
+    /// Brings the keys of the device in line with its screens: place, color, label.
     void rebuild(const std::shared_ptr<BizModel::Device>& device, int pageSize);
 
     /// The device's screen on the key with that button index; empty when it has none.

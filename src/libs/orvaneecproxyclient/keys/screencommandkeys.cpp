@@ -38,42 +38,42 @@ const std::vector<KeyRow<ScreenCommandPrivate>>& ScreenCommandPrivate::keys()
 {
     using P = ScreenCommandPrivate;
     using Type = ScreenCallbackType;
-    const auto code = [](Type type) { return quint16(type); };
+    constexpr auto momentary = KeyLight::Momentary;
+    constexpr auto lasting = KeyLight::Lasting;
+    // A dialog that opens while a key is held must not keep it held.
+    constexpr unsigned throughDialog = ReleasePassesDialog;
     static const std::vector<KeyRow<P>> s_keys{
-        {code(Type::eSelectScreenCB), "select", &P::selectScreenPressed, &P::ignoreRelease, NoTraits,
-         KeyLight::Lasting},
-        {code(Type::ePageUp), "page up", &Command::pageUpPressed, &Command::pageUpRelease,
-         ReleasePassesDialog, KeyLight::Momentary, &P::updateECPageIndexOLED},
-        {code(Type::ePageDown), "page down", &Command::pageDownPressed, &Command::pageDownRelease,
-         ReleasePassesDialog, KeyLight::Momentary},
-        {code(Type::eFTBPGMCB), "FTB", &P::ftbPGMPressed, &P::ignoreRelease, ReleasePassesDialog,
-         KeyLight::Lasting, &P::updateFTBColor},
-        {code(Type::eFreezePGMCB), "freeze", &P::freezePGMPressed, &P::ignoreRelease, ReleasePassesDialog,
-         KeyLight::Lasting, &P::updateFreezeColor},
-        {code(Type::eSetPGMEdit), "PGM edit", &P::setPGMEditPressed, &P::leaveRelease, ReleasePassesDialog,
-         KeyLight::Lasting, &P::updatePGMEditColor},
-        {code(Type::eSetSwapStatusCB), "swap", &P::setSwapStatusPressed, &P::ignoreRelease,
-         ReleasePassesDialog, KeyLight::Lasting, &P::updateSwapColor},
-        {code(Type::eSetTransitionMixTypeCB), "mix type", &P::setTransitionMixTypePressed, &P::ignoreRelease,
-         ReleasePassesDialog, KeyLight::Lasting, &P::updateMixType},
-        {code(Type::eSetTransitionTimeCB), "transition time up", &P::setTransitionTimePressed,
-         &P::setTransitionTimeRelease, ReleasePassesDialog, KeyLight::Momentary, &P::updateTimeFunData,
+        {Type::eSelectScreenCB, "select", &P::selectScreenPressed, &P::ignoreRelease, NoTraits, lasting},
+        {Type::ePageUp, "page up", &Command::pageUpPressed, &Command::pageUpRelease, throughDialog, momentary,
+         &P::updateECPageIndexOLED},
+        {Type::ePageDown, "page down", &Command::pageDownPressed, &Command::pageDownRelease, throughDialog,
+         momentary},
+        {Type::eFTBPGMCB, "FTB", &P::ftbPGMPressed, &P::ignoreRelease, throughDialog, lasting,
+         &P::updateFTBColor},
+        {Type::eFreezePGMCB, "freeze", &P::freezePGMPressed, &P::ignoreRelease, throughDialog, lasting,
+         &P::updateFreezeColor},
+        {Type::eSetPGMEdit, "PGM edit", &P::setPGMEditPressed, &P::leaveRelease, throughDialog, lasting,
+         &P::updatePGMEditColor},
+        {Type::eSetSwapStatusCB, "swap", &P::setSwapStatusPressed, &P::ignoreRelease, throughDialog, lasting,
+         &P::updateSwapColor},
+        {Type::eSetTransitionMixTypeCB, "mix type", &P::setTransitionMixTypePressed, &P::ignoreRelease,
+         throughDialog, lasting, &P::updateMixType},
+        {Type::eSetTransitionTimeCB, "transition time up", &P::setTransitionTimePressed,
+         &P::setTransitionTimeRelease, throughDialog, momentary, &P::updateTimeFunData,
          &P::restTransitionTime},
         // The row of the up key shows both labels.
-        {code(Type::eSetTransitionTimeReduceCB), "transition time down", &P::setTransitionTimeReducePressed,
-         &P::setTransitionTimeReduceRelease, ReleasePassesDialog, KeyLight::Momentary, nullptr,
-         &P::restTransitionTimeReduce},
-        {code(Type::eMatchPGMCB), "match", &P::matchPGMPressed, &P::matchPGMRelease, ReleasePassesDialog,
-         KeyLight::Momentary, nullptr, &P::restMatchPGM},
-        {code(Type::eCutToPGMCB), "cut", &P::cutToPGMPressed, &P::ignoreRelease,
-         ReleasePassesDialog | IsCutKey, KeyLight::Momentary},
-        {code(Type::eTakeToPGMCB), "take", &P::takeToPGMPressed, &P::ignoreRelease,
-         ReleasePassesDialog | IsTakeKey, KeyLight::Momentary},
+        {Type::eSetTransitionTimeReduceCB, "transition time down", &P::setTransitionTimeReducePressed,
+         &P::setTransitionTimeReduceRelease, throughDialog, momentary, nullptr, &P::restTransitionTimeReduce},
+        {Type::eMatchPGMCB, "match", &P::matchPGMPressed, &P::matchPGMRelease, throughDialog, momentary,
+         nullptr, &P::restMatchPGM},
+        {Type::eCutToPGMCB, "cut", &P::cutToPGMPressed, &P::ignoreRelease, throughDialog | IsCutKey,
+         momentary},
+        {Type::eTakeToPGMCB, "take", &P::takeToPGMPressed, &P::ignoreRelease, throughDialog | IsTakeKey,
+         momentary},
         // Keys that do nothing are dark.
-        {code(Type::eSetWipeCB), "wipe (reserved)", nullptr, nullptr, NoTraits, KeyLight::Momentary},
-        {code(Type::eSetFreezePVWCB), "freeze PVW (reserved)", nullptr, nullptr, NoTraits,
-         KeyLight::Momentary},
-        {code(Type::eNothing), "without a function", nullptr, nullptr, NoTraits, KeyLight::Momentary}};
+        {Type::eSetWipeCB, "wipe (reserved)", nullptr, nullptr, NoTraits, momentary},
+        {Type::eSetFreezePVWCB, "freeze PVW (reserved)", nullptr, nullptr, NoTraits, momentary},
+        {Type::eNothing, "without a function", nullptr, nullptr, NoTraits, momentary}};
     return s_keys;
 }
 

@@ -22,7 +22,7 @@ constexpr qreal PercentTolerance = 0.000001;
 /// LEDs of the bar beside the lever.
 constexpr qreal LedCount = 12;
 
-/// The transition that is asked about; its time and direction mean nothing to the T-Bar.
+/// The transition that the model is asked about; the T-Bar has no use for its time and direction.
 constexpr ModelControl::s_SwitchEffectBody TBarEffect{5, 0, BizModel::EffectType::fade};
 
 constexpr int TBarScreens = BizModel::Enum::Screen::RegularAndAUXScreens;
@@ -60,21 +60,8 @@ void ScreenCommandPrivate::updateTBarValue(const ECTBarValue& value)
 void ScreenCommandPrivate::tbarTake(const ECTBarValue& value)
 {
     const quint32 position = value.Value;
-    if (position > HighestPosition || position == m_iPreValue) {
-        qWarning(
-            "T-Bar Error: T-Bar value out of range, cur value is %u Pre Value is %u", position, m_iPreValue);
+    if (!isPositionAccepted(position))
         return;
-    }
-    if (!isEnd(position) && !m_bLockTbarEnable) {
-        qWarning("T-Bar Error: Current T-Bar available status is %s", boolText(m_bLockTbarEnable));
-        return;
-    }
-    if (isEnd(position) && !m_bLockTbarEnable) {
-        qWarning("(value == 1 || value == 64) && !m_bLockTbarEnable)%s", boolText(m_bLockTbarEnable));
-        m_iPreValue = position;
-        m_bLockTbarEnable = true;
-        return;
-    }
 
     qreal percent = position <= LowestPosition ? 0.0 : position * PercentPerPosition;
     qreal prePercent = m_iPreValue * PercentPerPosition;
@@ -106,6 +93,26 @@ void ScreenCommandPrivate::tbarTake(const ECTBarValue& value)
             tbarStop(percent);
     }
     m_iPreValue = position;
+}
+
+/// False, with a line in the log, for a position that does not move the transition.
+bool ScreenCommandPrivate::isPositionAccepted(quint32 position)
+{
+    if (position > HighestPosition || position == m_iPreValue) {
+        qWarning(
+            "T-Bar Error: T-Bar value out of range, cur value is %u Pre Value is %u", position, m_iPreValue);
+        return false;
+    }
+    if (m_bLockTbarEnable)
+        return true;
+    if (!isEnd(position)) {
+        qWarning("T-Bar Error: Current T-Bar available status is %s", boolText(m_bLockTbarEnable));
+        return false;
+    }
+    qWarning("(value == 1 || value == 64) && !m_bLockTbarEnable)%s", boolText(m_bLockTbarEnable));
+    m_iPreValue = position;
+    m_bLockTbarEnable = true;
+    return false;
 }
 
 void ScreenCommandPrivate::tbarStart()
