@@ -61,7 +61,7 @@ void holdSampling(Model& m, double process)
     m.model.operations().delay(Operation::SampleTBar, std::chrono::milliseconds(100), Times::Once);
     m.model.operations().setListener([begun](const JournalEntry& entry) {
         if (entry.operation == operationName(Operation::SampleTBar)
-            && entry.phase == JournalEntry::Phase::CarriedOut)
+            && entry.phase == JournalEntry::Phase::Started)
             begun->set_value();
     });
     QVERIFY(sample(m, process));
@@ -170,7 +170,7 @@ private Q_SLOTS:
         std::mutex mutex;
         m.model.operations().setListener([&](const JournalEntry& entry) {
             const std::lock_guard lock(mutex);
-            if (entry.phase == JournalEntry::Phase::CarriedOut
+            if (entry.phase == JournalEntry::Phase::Started
                 && entry.operation == operationName(Operation::SampleTBar))
                 carriedOut += entry.arguments.section('=', -1);
         });

@@ -19,7 +19,7 @@ ModelRig::ModelRig(const std::shared_ptr<EC::s_ECKeyboardConfig>& keyboard)
     operations().setListener([this](const JournalEntry& entry) {
         std::unique_lock<std::mutex> lock(m_mutex);
         m_journal.push_back(entry);
-        if (entry.phase == JournalEntry::Phase::CarriedOut)
+        if (entry.phase == JournalEntry::Phase::Started)
             m_letGo.wait(lock, [&] { return entry.operation != m_held; });
     });
     m_pConsole = std::make_unique<ConsoleRig>(keyboard);

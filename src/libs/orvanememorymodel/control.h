@@ -1,6 +1,7 @@
 #pragma once
 
 #include "bizmodel/screen.h"
+#include "controlresult.h"
 #include "records.h"
 
 #include <QMessageBox>
@@ -19,9 +20,9 @@ class ModelHub;
 /// What a user does at the device or in the application rather than at the console, for the host and for
 /// tests: plain calls with plain values, none of which is journaled or can be told to fail.
 ///
-/// Devices are named by their identity (`ipMacSn`). Every call answers false, and changes nothing, when what
-/// it names is not there or a value is out of its range. Any thread may call any member; a change has been
-/// announced when the call returns.
+/// Devices are named by their identity (`ipMacSn`). Every call that is refused changes nothing and
+/// says what is not there, which value is out of its range or which state forbids it.
+/// Any thread may call any member; a change has been announced when the call returns.
 class Control final {
 public:
     Control(std::shared_ptr<ModelHub> hub, MemoryDeviceList& list);
@@ -29,52 +30,52 @@ public:
     /// @name Devices
     /// @{
     /// Makes the device the one that the console works on; empty for none.
-    bool activateDevice(const QString& device);
-    bool setOnline(const QString& device, bool online);
+    ControlResult activateDevice(const QString& device);
+    ControlResult setOnline(const QString& device, bool online);
     /// A firmware upgrade of the device runs.
-    bool setUpgrading(const QString& device, bool upgrading);
+    ControlResult setUpgrading(const QString& device, bool upgrading);
     /// An upgrade for compatibility with older devices runs.
     void setCompatibleUpgrading(bool upgrading);
     /// `BizModel::Device::defaultDeviceGroupId` or empty for no group.
-    bool setGroup(const QString& device, const QString& groupId);
+    ControlResult setGroup(const QString& device, const QString& groupId);
     /// Gives the device another identity, which no other may have.
-    bool changeAddress(const QString& device, const QString& ipMacSn);
+    ControlResult changeAddress(const QString& device, const QString& ipMacSn);
     /// The device is gone; was it the active one, none is active then.
-    bool removeDevice(const QString& device);
+    ControlResult removeDevice(const QString& device);
     /// Without, all but the first selected screen are deselected.
-    bool setMultiScreens(const QString& device, bool several);
-    bool setSwap(const QString& device, bool swap);
-    bool setLoadToPGM(const QString& device, bool loadToPGM);
-    bool setConsolePlugin(const QString& device, bool enabled);
+    ControlResult setMultiScreens(const QString& device, bool several);
+    ControlResult setSwap(const QString& device, bool swap);
+    ControlResult setLoadToPGM(const QString& device, bool loadToPGM);
+    ControlResult setConsolePlugin(const QString& device, bool enabled);
     /// Whether the device's configuration allows loading to program at all.
-    bool setLoadToPGMEnabled(const QString& device, bool enabled);
-    bool setOutputOnline(const QString& device, quint32 outputId, bool online);
+    ControlResult setLoadToPGMEnabled(const QString& device, bool enabled);
+    ControlResult setOutputOnline(const QString& device, quint32 outputId, bool online);
     /// @}
 
     /// @name Screens
     /// @{
     /// Adds a default screen with the first unused output and answers its key; id 0 when the limit is
     /// reached or there is no such device.
-    ScreenKey addScreen(const QString& device, ScreenType type);
+    ScreenKey addScreen(const QString& device, ScreenType type, QString* reason = nullptr);
     /// Was it the active screen, the first of the remaining ones becomes active.
-    bool removeScreen(const QString& device, ScreenKey screen);
-    bool renameScreen(const QString& device, ScreenKey screen, const QString& name);
+    ControlResult removeScreen(const QString& device, ScreenKey screen);
+    ControlResult renameScreen(const QString& device, ScreenKey screen, const QString& name);
     /// Puts the screen to the place of @p target in the device's list of screens.
-    bool moveScreen(const QString& device, ScreenKey screen, ScreenKey target);
+    ControlResult moveScreen(const QString& device, ScreenKey screen, ScreenKey target);
     /// Place of the screen's key on the console; -1 for none.
-    bool setScreenIndex(const QString& device, ScreenKey screen, int index);
+    ControlResult setScreenIndex(const QString& device, ScreenKey screen, int index);
     /// Selects these screens alone; none deselects all.
-    bool selectScreens(const QString& device, const QList<ScreenKey>& screens);
-    bool activateScreen(const QString& device, ScreenKey screen);
+    ControlResult selectScreens(const QString& device, const QList<ScreenKey>& screens);
+    ControlResult activateScreen(const QString& device, ScreenKey screen);
     /// The state as it is, whatever runs: a transition that it ends does not change the scenes.
-    bool setScreenState(const QString& device, ScreenKey screen, BizModel::Screen::State state);
+    ControlResult setScreenState(const QString& device, ScreenKey screen, BizModel::Screen::State state);
     /// From 0 to `MaxEffectSeconds`.
-    bool setEffectTime(const QString& device, ScreenKey screen, double seconds);
-    bool setEffectType(const QString& device, ScreenKey screen, BizModel::EffectType type);
-    bool setFreeze(const QString& device, ScreenKey screen, bool freeze);
-    bool setFTB(const QString& device, ScreenKey screen, bool fadeToBlack);
+    ControlResult setEffectTime(const QString& device, ScreenKey screen, double seconds);
+    ControlResult setEffectType(const QString& device, ScreenKey screen, BizModel::EffectType type);
+    ControlResult setFreeze(const QString& device, ScreenKey screen, bool freeze);
+    ControlResult setFTB(const QString& device, ScreenKey screen, bool fadeToBlack);
     /// Regular screens only.
-    bool setPGMEdit(const QString& device, ScreenKey screen, bool edit);
+    ControlResult setPGMEdit(const QString& device, ScreenKey screen, bool edit);
     /// Screens whose picture the console asked the application to show.
     QList<ScreenKey> viewingScreens(const QString& device) const;
     /// How far the screen's transition has come, by time or by the T-Bar: 0.0 to 1.0, 0.0 without one.
@@ -88,49 +89,50 @@ public:
     /// Adds a layer on top of the scene that shows the input; answers its id, 0 when it was refused.
     quint32 addLayer(
         const QString& device, ScreenKey screen, BizModel::SceneType scene, quint32 inputId,
-        const QRect& window);
-    bool removeLayer(const QString& device, ScreenKey screen, BizModel::SceneType scene, quint32 layerId);
-    bool renameLayer(
+        const QRect& window, QString* reason = nullptr);
+    ControlResult removeLayer(
+        const QString& device, ScreenKey screen, BizModel::SceneType scene, quint32 layerId);
+    ControlResult renameLayer(
         const QString& device, ScreenKey screen, BizModel::SceneType scene, quint32 layerId,
         const QString& name);
     /// Selects these layers of the scene alone; none deselects all of the screen.
-    bool selectLayers(
+    ControlResult selectLayers(
         const QString& device, ScreenKey screen, BizModel::SceneType scene, const QList<quint32>& layerIds);
-    bool setLayerWindow(
+    ControlResult setLayerWindow(
         const QString& device, ScreenKey screen, BizModel::SceneType scene, quint32 layerId,
         const QRect& window);
-    bool setLayerSource(
+    ControlResult setLayerSource(
         const QString& device, ScreenKey screen, BizModel::SceneType scene, quint32 layerId, quint32 inputId);
     /// @}
 
     /// @name Inputs
     /// @{
     /// The connector must be there and free.
-    bool addInput(const QString& device, const InputRecord& input);
+    ControlResult addInput(const QString& device, const InputRecord& input);
     /// Layers that show the input are left without a source.
-    bool removeInput(const QString& device, quint32 inputId);
-    bool renameInput(const QString& device, quint32 inputId, const QString& name);
-    bool setSignal(const QString& device, quint32 inputId, bool present);
-    bool setOverload(const QString& device, quint32 inputId, bool overload);
+    ControlResult removeInput(const QString& device, quint32 inputId);
+    ControlResult renameInput(const QString& device, quint32 inputId, const QString& name);
+    ControlResult setSignal(const QString& device, quint32 inputId, bool present);
+    ControlResult setOverload(const QString& device, quint32 inputId, bool overload);
     /// The input on the connector takes on the capacity; layers keep theirs until they are bound anew.
-    bool setConnectorCapacity(
+    ControlResult setConnectorCapacity(
         const QString& device, quint32 subcardId, quint32 connectorId, BizModel::CapacityMode capacity);
     /// The input that the application marks; 0 for none.
-    bool selectInput(const QString& device, quint32 inputId);
+    ControlResult selectInput(const QString& device, quint32 inputId);
     quint32 selectedInput(const QString& device) const;
     /// @}
 
     /// @name Presets
     /// @{
     /// Stores the present scenes in an empty slot, from 1 to the device's `maxPresetCount`.
-    bool addPreset(const QString& device, FileType type, quint16 fileId);
-    bool coverPreset(const QString& device, FileType type, quint16 fileId);
-    bool renamePreset(const QString& device, FileType type, quint16 fileId, const QString& name);
-    bool removePreset(const QString& device, FileType type, quint16 fileId);
+    ControlResult addPreset(const QString& device, FileType type, quint16 fileId);
+    ControlResult coverPreset(const QString& device, FileType type, quint16 fileId);
+    ControlResult renamePreset(const QString& device, FileType type, quint16 fileId, const QString& name);
+    ControlResult removePreset(const QString& device, FileType type, quint16 fileId);
     /// Removes all presets of the device and its group.
-    bool clearPresets(const QString& device);
+    ControlResult clearPresets(const QString& device);
     /// Marks the preset as the one loaded last, without loading it; 0 for none.
-    bool activatePreset(const QString& device, FileType type, quint16 fileId);
+    ControlResult activatePreset(const QString& device, FileType type, quint16 fileId);
     /// @}
 
     /// @name Answers and notices of the application
@@ -144,16 +146,17 @@ public:
 private:
     Q_DISABLE_COPY_MOVE(Control)
 
-    template <typename Function> bool onDevice(const QString& device, Function function);
+    template <typename Function> ControlResult onDevice(const QString& device, Function function);
     template <typename Function>
-    bool onScreen(const QString& device, const ScreenKey& screen, Function function);
+    ControlResult onScreen(const QString& device, const ScreenKey& screen, Function function);
     template <typename Function>
-    bool onLayer(
+    ControlResult onLayer(
         const QString& device, const ScreenKey& screen, BizModel::SceneType scene, quint32 layerId,
         Function function);
     template <typename Function>
-    bool onPreset(const QString& device, FileType type, quint16 fileId, Function function);
-    template <typename Function> bool onInput(const QString& device, quint32 inputId, Function function);
+    ControlResult onPreset(const QString& device, FileType type, quint16 fileId, Function function);
+    template <typename Function>
+    ControlResult onInput(const QString& device, quint32 inputId, Function function);
 
     const std::shared_ptr<ModelHub> m_pHub;
     MemoryDeviceList& m_list;

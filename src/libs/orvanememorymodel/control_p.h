@@ -2,32 +2,45 @@
 
 #include "control.h"
 #include "memorydevicelist.h"
+#include "operationtext.h"
 
 #include <utility>
 
 namespace Orvane::MemoryModel {
 
-/// Calls @p function with the change and the device; false when it is not there.
-template <typename Function> bool Control::onDevice(const QString& device, Function function)
+/// `regular:1`, as users write it.
+inline QString screenKeyText(const ScreenKey& key)
+{
+    return QStringLiteral("%1:%2").arg(screenTypeText(key.type)).arg(key.id);
+}
+
+/// Calls @p function with the change and the device; refused when it is not there.
+template <typename Function> ControlResult Control::onDevice(const QString& device, Function function)
 {
     Change change(*m_pHub);
     const std::shared_ptr<MemoryDevice> present = m_list.device(change, device);
-    return present && function(change, present);
+    if (!present)
+        return ControlResult::refused(
+            device.isEmpty() ? QStringLiteral("no device is active and none is named")
+                             : QStringLiteral("there is no device %1").arg(device));
+    return function(change, present);
 }
 
 /// The same with one of its screens.
 template <typename Function>
-bool Control::onScreen(const QString& device, const ScreenKey& screen, Function function)
+ControlResult Control::onScreen(const QString& device, const ScreenKey& screen, Function function)
 {
     return onDevice(device, [&](Change& change, const std::shared_ptr<MemoryDevice>& owner) {
         const std::shared_ptr<MemoryScreen> present = owner->screen(change, screen);
-        return present && function(change, owner, present);
+        if (!present)
+            return ControlResult::refused(QStringLiteral("there is no screen %1").arg(screenKeyText(screen)));
+        return ControlResult(function(change, owner, present));
     });
 }
 
 /// Sets the value and, when it was another, announces it with a signal about the device.
 template <typename T, typename Signal>
-bool setAndAnnounce(
+ControlResult setAndAnnounce(
     Change& change, T& value, const T& wanted, const std::shared_ptr<MemoryDevice>& device, Signal signal)
 {
     if (std::exchange(value, wanted) != wanted) {
@@ -35,12 +48,12 @@ bool setAndAnnounce(
             Q_EMIT(list.*signal)(device);
         });
     }
-    return true;
+    return ControlResult::done();
 }
 
 /// The same with a signal about the device and something of it.
 template <typename T, typename Object, typename Signal>
-bool setAndAnnounce(
+ControlResult setAndAnnounce(
     Change& change, T& value, const T& wanted, const std::shared_ptr<MemoryDevice>& device,
     const std::shared_ptr<Object>& object, Signal signal)
 {
@@ -50,7 +63,7 @@ bool setAndAnnounce(
             Q_EMIT(list.*signal)(device, object);
         });
     }
-    return true;
+    return ControlResult::done();
 }
 
 } // namespace Orvane::MemoryModel

@@ -10,32 +10,32 @@ Control::Control(std::shared_ptr<ModelHub> hub, MemoryDeviceList& list)
 {
 }
 
-bool Control::activateDevice(const QString& device)
+ControlResult Control::activateDevice(const QString& device)
 {
     Change change(*m_pHub);
     const std::shared_ptr<MemoryDevice> wanted = m_list.device(change, device);
     if (!wanted && !device.isEmpty())
-        return false;
+        return ControlResult::refused(QStringLiteral("there is no device %1").arg(device));
     if (std::exchange(m_list.data(change).activeDevice, wanted) != wanted)
         change.announce([](MemoryDeviceList& list) { Q_EMIT list.signalActivedDeviceChanged(); });
-    return true;
+    return ControlResult::done();
 }
 
-bool Control::setOnline(const QString& device, bool online)
+ControlResult Control::setOnline(const QString& device, bool online)
 {
     return onDevice(device, [online](Change& change, const auto& present) {
         present->data(change).online = online;
         change.markChanged();
-        return true;
+        return ControlResult::done();
     });
 }
 
-bool Control::setUpgrading(const QString& device, bool upgrading)
+ControlResult Control::setUpgrading(const QString& device, bool upgrading)
 {
     return onDevice(device, [upgrading](Change& change, const auto& present) {
         present->data(change).upgrading = upgrading;
         change.markChanged();
-        return true;
+        return ControlResult::done();
     });
 }
 
@@ -46,31 +46,33 @@ void Control::setCompatibleUpgrading(bool upgrading)
     change.markChanged();
 }
 
-bool Control::setGroup(const QString& device, const QString& groupId)
+ControlResult Control::setGroup(const QString& device, const QString& groupId)
 {
     const QString wanted = groupId.isEmpty() ? BizModel::Device::defaultDeviceGroupId : groupId;
     return onDevice(device, [&wanted](Change& change, const auto& present) {
         if (std::exchange(present->data(change).groupId, wanted) != wanted)
             change.announce([](MemoryDeviceList& list) { Q_EMIT list.signalDeviceGroupInfoChanged(); });
-        return true;
+        return ControlResult::done();
     });
 }
 
-bool Control::changeAddress(const QString& device, const QString& ipMacSn)
+ControlResult Control::changeAddress(const QString& device, const QString& ipMacSn)
 {
     return onDevice(device, [&](Change& change, const auto& present) {
         MemoryDevice::Data& state = present->data(change);
-        if (ipMacSn.isEmpty() || m_list.device(change, ipMacSn))
-            return false;
+        if (ipMacSn.isEmpty())
+            return ControlResult::refused(QStringLiteral("an identity must not be empty"));
+        if (m_list.device(change, ipMacSn))
+            return ControlResult::refused(QStringLiteral("there is a device %1 already").arg(ipMacSn));
         state.preIPMacSn = std::exchange(state.ipMacSn, ipMacSn);
         change.announce([weak = std::weak_ptr<MemoryDevice>(present)](MemoryDeviceList& list) {
             Q_EMIT list.signalDeviceIPChanged(weak);
         });
-        return true;
+        return ControlResult::done();
     });
 }
 
-bool Control::removeDevice(const QString& device)
+ControlResult Control::removeDevice(const QString& device)
 {
     return onDevice(device, [this](Change& change, const auto& present) {
         MemoryDeviceList::Data& state = m_list.data(change);
@@ -79,11 +81,11 @@ bool Control::removeDevice(const QString& device)
             state.activeDevice = nullptr;
             change.announce([](MemoryDeviceList& list) { Q_EMIT list.signalActivedDeviceChanged(); });
         }
-        return true;
+        return ControlResult::done();
     });
 }
 
-bool Control::setMultiScreens(const QString& device, bool several)
+ControlResult Control::setMultiScreens(const QString& device, bool several)
 {
     return onDevice(device, [several](Change& change, const auto& present) {
         present->data(change).multiScreens = several;
@@ -98,11 +100,11 @@ bool Control::setMultiScreens(const QString& device, bool several)
         }
         if (changed)
             present->announceSelectedScreens(change);
-        return true;
+        return ControlResult::done();
     });
 }
 
-bool Control::setSwap(const QString& device, bool swap)
+ControlResult Control::setSwap(const QString& device, bool swap)
 {
     return onDevice(device, [swap](Change& change, const auto& present) {
         return setAndAnnounce(
@@ -110,7 +112,7 @@ bool Control::setSwap(const QString& device, bool swap)
     });
 }
 
-bool Control::setLoadToPGM(const QString& device, bool loadToPGM)
+ControlResult Control::setLoadToPGM(const QString& device, bool loadToPGM)
 {
     return onDevice(device, [loadToPGM](Change& change, const auto& present) {
         return setAndAnnounce(
@@ -119,33 +121,33 @@ bool Control::setLoadToPGM(const QString& device, bool loadToPGM)
     });
 }
 
-bool Control::setConsolePlugin(const QString& device, bool enabled)
+ControlResult Control::setConsolePlugin(const QString& device, bool enabled)
 {
     return onDevice(device, [enabled](Change& change, const auto& present) {
         present->data(change).config.consolePlugin = enabled;
         change.markChanged();
-        return true;
+        return ControlResult::done();
     });
 }
 
-bool Control::setLoadToPGMEnabled(const QString& device, bool enabled)
+ControlResult Control::setLoadToPGMEnabled(const QString& device, bool enabled)
 {
     return onDevice(device, [enabled](Change& change, const auto& present) {
         present->data(change).config.loadToPGMEnabled = enabled;
         change.markChanged();
-        return true;
+        return ControlResult::done();
     });
 }
 
-bool Control::setOutputOnline(const QString& device, quint32 outputId, bool online)
+ControlResult Control::setOutputOnline(const QString& device, quint32 outputId, bool online)
 {
     return onDevice(device, [&](Change& change, const auto& present) {
         const std::shared_ptr<MemoryOutput> output = present->output(outputId);
         if (!output)
-            return false;
+            return ControlResult::refused(QStringLiteral("the device has no output %1").arg(outputId));
         output->online(change) = online;
         change.markChanged();
-        return true;
+        return ControlResult::done();
     });
 }
 

@@ -8,16 +8,19 @@ namespace Orvane::MemoryModel {
 using BizModel::DeviceList;
 using BizModel::SceneType;
 
-/// Calls @p function with the change, the device and the input; false when one is not there.
-template <typename Function> bool Control::onInput(const QString& device, quint32 inputId, Function function)
+/// Calls @p function with the change, the device and the input; refused when one is not there.
+template <typename Function>
+ControlResult Control::onInput(const QString& device, quint32 inputId, Function function)
 {
     return onDevice(device, [&](Change& change, const auto& owner) {
         const std::shared_ptr<MemoryInput> input = owner->data(change).inputs.value(inputId);
-        return input && function(change, owner, input);
+        if (!input)
+            return ControlResult::refused(QStringLiteral("the device has no input %1").arg(inputId));
+        return ControlResult(function(change, owner, input));
     });
 }
 
-bool Control::addInput(const QString& device, const InputRecord& input)
+ControlResult Control::addInput(const QString& device, const InputRecord& input)
 {
     return onDevice(device, [&](Change& change, const auto& owner) {
         auto& inputs = owner->data(change).inputs;
@@ -25,18 +28,27 @@ bool Control::addInput(const QString& device, const InputRecord& input)
         const bool connectorTaken = std::any_of(inputs.cbegin(), inputs.cend(), [&](const auto& other) {
             return owner->connector(*other) == owner->connector(*added);
         });
-        if (input.id == 0 || inputs.contains(input.id) || !owner->connector(*added) || connectorTaken)
-            return false;
+        if (input.id == 0 || inputs.contains(input.id))
+            return ControlResult::refused(
+                input.id == 0 ? QStringLiteral("an input's number is at least 1")
+                              : QStringLiteral("the device has an input %1 already").arg(input.id));
+        if (!owner->connector(*added) || connectorTaken)
+            return ControlResult::refused(QStringLiteral("connector %1 of sub-card %2 is %3")
+                                              .arg(input.connectorId)
+                                              .arg(input.subcardId)
+                                              .arg(
+                                                  connectorTaken ? QStringLiteral("taken by another input")
+                                                                 : QStringLiteral("not there")));
         inputs.insert(input.id, added);
         change.announce([device = std::weak_ptr<MemoryDevice>(owner),
                          added = std::weak_ptr<MemoryInput>(added)](MemoryDeviceList& list) {
             Q_EMIT list.signalInputAdded(device, added);
         });
-        return true;
+        return ControlResult::done();
     });
 }
 
-bool Control::removeInput(const QString& device, quint32 inputId)
+ControlResult Control::removeInput(const QString& device, quint32 inputId)
 {
     return onInput(device, inputId, [&](Change& change, const auto& owner, const auto& input) {
         MemoryDevice::Data& state = owner->data(change);
@@ -54,11 +66,11 @@ bool Control::removeInput(const QString& device, quint32 inputId)
                 }
             }
         }
-        return true;
+        return ControlResult::done();
     });
 }
 
-bool Control::renameInput(const QString& device, quint32 inputId, const QString& name)
+ControlResult Control::renameInput(const QString& device, quint32 inputId, const QString& name)
 {
     return onInput(device, inputId, [&name](Change& change, const auto& owner, const auto& input) {
         return setAndAnnounce(
@@ -67,7 +79,7 @@ bool Control::renameInput(const QString& device, quint32 inputId, const QString&
     });
 }
 
-bool Control::setSignal(const QString& device, quint32 inputId, bool present)
+ControlResult Control::setSignal(const QString& device, quint32 inputId, bool present)
 {
     return onInput(device, inputId, [present](Change& change, const auto& owner, const auto& input) {
         return setAndAnnounce(
@@ -76,7 +88,7 @@ bool Control::setSignal(const QString& device, quint32 inputId, bool present)
     });
 }
 
-bool Control::setOverload(const QString& device, quint32 inputId, bool overload)
+ControlResult Control::setOverload(const QString& device, quint32 inputId, bool overload)
 {
     return onInput(device, inputId, [overload](Change& change, const auto& owner, const auto& input) {
         return setAndAnnounce(
@@ -85,16 +97,19 @@ bool Control::setOverload(const QString& device, quint32 inputId, bool overload)
     });
 }
 
-bool Control::setConnectorCapacity(
+ControlResult Control::setConnectorCapacity(
     const QString& device, quint32 subcardId, quint32 connectorId, BizModel::CapacityMode capacity)
 {
     return onDevice(device, [&](Change& change, const auto& owner) {
         const std::shared_ptr<MemorySubcard> card = owner->subcard(subcardId);
         const auto connector = card ? card->connector(connectorId) : nullptr;
-        if (!connector || capacity < BizModel::CapacityMode::_SL || capacity > BizModel::CapacityMode::_4K)
-            return false;
+        if (!connector)
+            return ControlResult::refused(
+                QStringLiteral("sub-card %1 has no connector %2").arg(subcardId).arg(connectorId));
+        if (capacity < BizModel::CapacityMode::_SL || capacity > BizModel::CapacityMode::_4K)
+            return ControlResult::refused(QStringLiteral("there is no capacity %1").arg(int(capacity)));
         if (std::exchange(connector->data(change), capacity) == capacity)
-            return true;
+            return ControlResult::done();
         for (const std::shared_ptr<MemoryInput>& input : std::as_const(owner->data(change).inputs)) {
             if (owner->connector(*input) == connector)
                 input->data(change).capacity = capacity;
@@ -104,17 +119,18 @@ bool Control::setConnectorCapacity(
                          connector = std::weak_ptr<MemoryConnector>(connector)](MemoryDeviceList& list) {
             Q_EMIT list.signalConnectorCapacityChanged(device, card, connector);
         });
-        return true;
+        return ControlResult::done();
     });
 }
 
-bool Control::selectInput(const QString& device, quint32 inputId)
+ControlResult Control::selectInput(const QString& device, quint32 inputId)
 {
     return onDevice(device, [inputId](Change& change, const auto& owner) {
         MemoryDevice::Data& state = owner->data(change);
-        return (inputId == 0 || state.inputs.contains(inputId))
-            && setAndAnnounce(
-                   change, state.selectedInput, inputId, owner, &DeviceList::signalSelectedInputChanged);
+        if (inputId != 0 && !state.inputs.contains(inputId))
+            return ControlResult::refused(QStringLiteral("the device has no input %1").arg(inputId));
+        return setAndAnnounce(
+            change, state.selectedInput, inputId, owner, &DeviceList::signalSelectedInputChanged);
     });
 }
 

@@ -18,73 +18,88 @@ std::shared_ptr<MemoryLayer> findLayer(
     return found == all.cend() ? nullptr : *found;
 }
 
+ControlResult noLayer(SceneType scene, quint32 layerId)
+{
+    return ControlResult::refused(
+        QStringLiteral("the screen has no layer %1 in its %2").arg(layerId).arg(sceneText(scene)));
+}
+
+ControlResult noInput(quint32 inputId)
+{
+    return ControlResult::refused(QStringLiteral("the device has no input %1").arg(inputId));
+}
+
 } // namespace
 
-/// Calls @p function with the change, the device, the screen and the layer; false when one is not there.
+/// Calls @p function with the change, the device, the screen and the layer; refused when one is not there.
 template <typename Function>
-bool Control::onLayer(
+ControlResult Control::onLayer(
     const QString& device, const ScreenKey& screen, SceneType scene, quint32 layerId, Function function)
 {
     return onScreen(device, screen, [&](Change& change, const auto& owner, const auto& present) {
         const std::shared_ptr<MemoryLayer> layer = findLayer(change, *present, scene, layerId);
-        return layer && function(change, owner, present, layer);
+        return layer ? function(change, owner, present, layer) : noLayer(scene, layerId);
     });
 }
 
 quint32 Control::addLayer(
-    const QString& device, ScreenKey screen, SceneType scene, quint32 inputId, const QRect& window)
+    const QString& device, ScreenKey screen, SceneType scene, quint32 inputId, const QRect& window,
+    QString* reason)
 {
     quint32 id = 0;
-    onScreen(device, screen, [&](Change& change, const auto& owner, const auto& present) {
-        const std::shared_ptr<MemoryInput> input = owner->data(change).inputs.value(inputId);
-        if (!input)
-            return false;
-        LayerRecord record;
-        record.type = present->screenType() == ScreenType::AUXScreen ? BizModel::LayerType::AUX
-                                                                     : BizModel::LayerType::Regular;
-        record.inputId = inputId;
-        record.window = window;
-        record.capacity = newLayerCapacity(change, *owner, *input);
-        QString error;
-        const auto added = MemoryModel::addLayer(change, m_pHub, *owner, present, scene, record, error);
-        if (added)
-            id = added->layerId();
-        return added != nullptr;
-    });
+    const ControlResult result =
+        onScreen(device, screen, [&](Change& change, const auto& owner, const auto& present) {
+            const std::shared_ptr<MemoryInput> input = owner->data(change).inputs.value(inputId);
+            if (!input)
+                return noInput(inputId);
+            LayerRecord record;
+            record.type = present->screenType() == ScreenType::AUXScreen ? BizModel::LayerType::AUX
+                                                                         : BizModel::LayerType::Regular;
+            record.inputId = inputId;
+            record.window = window;
+            record.capacity = newLayerCapacity(change, *owner, *input);
+            QString error;
+            const auto added = MemoryModel::addLayer(change, m_pHub, *owner, present, scene, record, error);
+            if (added)
+                id = added->layerId();
+            return ControlResult::of(added != nullptr, error);
+        });
+    if (reason)
+        *reason = result.reason();
     return id;
 }
 
-bool Control::removeLayer(const QString& device, ScreenKey screen, SceneType scene, quint32 layerId)
+ControlResult Control::removeLayer(const QString& device, ScreenKey screen, SceneType scene, quint32 layerId)
 {
     return onLayer(
         device, screen, scene, layerId,
         [scene](Change& change, const auto&, const auto& present, const auto& layer) {
             QString error;
             if (!isSceneEditable(change, *present, scene, error))
-                return false;
+                return ControlResult::refused(error);
             removeLayers(change, present, {layer});
-            return true;
+            return ControlResult::done();
         });
 }
 
-bool Control::renameLayer(
+ControlResult Control::renameLayer(
     const QString& device, ScreenKey screen, SceneType scene, quint32 layerId, const QString& name)
 {
     return onLayer(
         device, screen, scene, layerId,
         [&name](Change& change, const auto& owner, const auto& present, const auto& layer) {
             if (std::exchange(layer->data(change).name, name) == name)
-                return true;
+                return ControlResult::done();
             change.announce([device = std::weak_ptr<MemoryDevice>(owner),
                              screen = std::weak_ptr<MemoryScreen>(present),
                              layer = std::weak_ptr<MemoryLayer>(layer)](MemoryDeviceList& list) {
                 Q_EMIT list.signalLayerNameChanged(device, screen, layer);
             });
-            return true;
+            return ControlResult::done();
         });
 }
 
-bool Control::selectLayers(
+ControlResult Control::selectLayers(
     const QString& device, ScreenKey screen, SceneType scene, const QList<quint32>& layerIds)
 {
     return onScreen(device, screen, [&](Change& change, const auto&, const auto& present) {
@@ -92,26 +107,27 @@ bool Control::selectLayers(
         for (const quint32 id : layerIds) {
             const std::shared_ptr<MemoryLayer> layer = findLayer(change, *present, scene, id);
             if (!layer)
-                return false;
+                return noLayer(scene, id);
             wanted += layer;
         }
         setSelectedLayers(change, present, wanted, false);
-        return true;
+        return ControlResult::done();
     });
 }
 
-bool Control::setLayerWindow(
+ControlResult Control::setLayerWindow(
     const QString& device, ScreenKey screen, SceneType scene, quint32 layerId, const QRect& window)
 {
     return onLayer(
         device, screen, scene, layerId,
         [&window](Change& change, const auto&, const auto& present, const auto& layer) {
             QString error;
-            return moveLayer(change, present, layer, window, error);
+            const bool moved = moveLayer(change, present, layer, window, error);
+            return ControlResult::of(moved, error);
         });
 }
 
-bool Control::setLayerSource(
+ControlResult Control::setLayerSource(
     const QString& device, ScreenKey screen, SceneType scene, quint32 layerId, quint32 inputId)
 {
     return onLayer(
@@ -119,8 +135,12 @@ bool Control::setLayerSource(
         [scene, inputId](Change& change, const auto& owner, const auto& present, const auto& layer) {
             const std::shared_ptr<MemoryInput> input = owner->data(change).inputs.value(inputId);
             QString error;
-            return input && isSceneEditable(change, *present, scene, error)
-                && bindLayers(change, *owner, {layer}, *input);
+            if (!input)
+                return noInput(inputId);
+            if (!isSceneEditable(change, *present, scene, error))
+                return ControlResult::refused(error);
+            return ControlResult::of(
+                bindLayers(change, *owner, {layer}, *input), QStringLiteral("Not enough resources."));
         });
 }
 

@@ -3,33 +3,46 @@
 
 namespace Orvane::MemoryModel {
 
-/// Calls @p function with the change, the device and the preset; false when one is not there.
+namespace {
+
+ControlResult noPreset(FileType type, quint16 fileId)
+{
+    const QString name = type == FileType::PresetPGM ? QStringLiteral("PGM") : QStringLiteral("PVW");
+    return ControlResult::refused(
+        QStringLiteral("the device has no %1 preset in slot %2").arg(name).arg(fileId));
+}
+
+} // namespace
+
+/// Calls @p function with the change, the device and the preset; refused when one is not there.
 template <typename Function>
-bool Control::onPreset(const QString& device, FileType type, quint16 fileId, Function function)
+ControlResult Control::onPreset(const QString& device, FileType type, quint16 fileId, Function function)
 {
     return onDevice(device, [&](Change& change, const auto& owner) {
         const std::shared_ptr<MemoryPreset> preset = owner->preset(change, type, fileId);
-        return preset && function(change, owner, preset);
+        return preset ? function(change, owner, preset) : noPreset(type, fileId);
     });
 }
 
-bool Control::addPreset(const QString& device, FileType type, quint16 fileId)
+ControlResult Control::addPreset(const QString& device, FileType type, quint16 fileId)
 {
     return onDevice(device, [&](Change& change, const auto& owner) {
         QString error;
-        return createPreset(change, m_pHub, *owner, type, fileId, error);
+        const bool created = createPreset(change, m_pHub, *owner, type, fileId, error);
+        return ControlResult::of(created, error);
     });
 }
 
-bool Control::coverPreset(const QString& device, FileType type, quint16 fileId)
+ControlResult Control::coverPreset(const QString& device, FileType type, quint16 fileId)
 {
     return onPreset(device, type, fileId, [type](Change& change, const auto& owner, const auto& preset) {
         QString error;
-        return MemoryModel::coverPreset(change, owner, preset, type, error);
+        const bool covered = MemoryModel::coverPreset(change, owner, preset, type, error);
+        return ControlResult::of(covered, error);
     });
 }
 
-bool Control::renamePreset(const QString& device, FileType type, quint16 fileId, const QString& name)
+ControlResult Control::renamePreset(const QString& device, FileType type, quint16 fileId, const QString& name)
 {
     return onPreset(device, type, fileId, [&name](Change& change, const auto& owner, const auto& preset) {
         return setAndAnnounce(
@@ -38,29 +51,31 @@ bool Control::renamePreset(const QString& device, FileType type, quint16 fileId,
     });
 }
 
-bool Control::removePreset(const QString& device, FileType type, quint16 fileId)
+ControlResult Control::removePreset(const QString& device, FileType type, quint16 fileId)
 {
     return onPreset(device, type, fileId, [this](Change& change, const auto& owner, const auto& preset) {
-        return MemoryModel::removePreset(change, m_list.group(change, owner), preset);
+        return ControlResult::of(
+            MemoryModel::removePreset(change, m_list.group(change, owner), preset),
+            QStringLiteral("the preset is gone"));
     });
 }
 
-bool Control::clearPresets(const QString& device)
+ControlResult Control::clearPresets(const QString& device)
 {
     return onDevice(device, [this](Change& change, const auto& owner) {
         removeFiles(change, m_list.group(change, owner), {FileType::PresetPVW, FileType::PresetPGM});
-        return true;
+        return ControlResult::done();
     });
 }
 
-bool Control::activatePreset(const QString& device, FileType type, quint16 fileId)
+ControlResult Control::activatePreset(const QString& device, FileType type, quint16 fileId)
 {
     return onDevice(device, [type, fileId](Change& change, const auto& owner) {
         const std::shared_ptr<MemoryPreset> preset = owner->preset(change, type, fileId);
         if (!preset && fileId != 0)
-            return false;
+            return noPreset(type, fileId);
         owner->setActivePreset(change, preset);
-        return true;
+        return ControlResult::done();
     });
 }
 

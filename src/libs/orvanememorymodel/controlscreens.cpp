@@ -8,10 +8,10 @@ namespace Orvane::MemoryModel {
 using BizModel::DeviceList;
 using ScreenState = BizModel::Screen::State;
 
-ScreenKey Control::addScreen(const QString& device, ScreenType type)
+ScreenKey Control::addScreen(const QString& device, ScreenType type, QString* reason)
 {
     ScreenKey key{type, 0};
-    onDevice(device, [&](Change& change, const auto& owner) {
+    const ControlResult result = onDevice(device, [&](Change& change, const auto& owner) {
         const std::shared_ptr<MemoryScreen> screen = owner->createScreen(change, type);
         const auto& outputs = owner->allOutputs();
         const auto unused = std::find_if(outputs.cbegin(), outputs.cend(), [&](const auto& output) {
@@ -23,22 +23,24 @@ ScreenKey Control::addScreen(const QString& device, ScreenType type)
         }
         QString error;
         if (!owner->canAddScreen(change, screen, {}, error))
-            return false;
+            return ControlResult::refused(error);
         owner->addScreen(change, screen);
         key = screen->key();
-        return true;
+        return ControlResult::done();
     });
+    if (reason)
+        *reason = result.reason();
     return key;
 }
 
-bool Control::removeScreen(const QString& device, ScreenKey screen)
+ControlResult Control::removeScreen(const QString& device, ScreenKey screen)
 {
     return onScreen(device, screen, [](Change& change, const auto& owner, const auto& present) {
-        return owner->removeScreen(change, present);
+        return ControlResult::of(owner->removeScreen(change, present), QStringLiteral("the screen is gone"));
     });
 }
 
-bool Control::renameScreen(const QString& device, ScreenKey screen, const QString& name)
+ControlResult Control::renameScreen(const QString& device, ScreenKey screen, const QString& name)
 {
     return onScreen(device, screen, [&name](Change& change, const auto& owner, const auto& present) {
         return setAndAnnounce(
@@ -47,12 +49,12 @@ bool Control::renameScreen(const QString& device, ScreenKey screen, const QStrin
     });
 }
 
-bool Control::moveScreen(const QString& device, ScreenKey screen, ScreenKey target)
+ControlResult Control::moveScreen(const QString& device, ScreenKey screen, ScreenKey target)
 {
     return onScreen(device, screen, [&target](Change& change, const auto& owner, const auto& present) {
         const std::shared_ptr<MemoryScreen> place = owner->screen(change, target);
         if (!place)
-            return false;
+            return ControlResult::refused(QStringLiteral("there is no screen %1").arg(screenKeyText(target)));
         auto& screens = owner->data(change).screens;
         screens.move(screens.indexOf(present), screens.indexOf(place));
         change.announce([device = std::weak_ptr<MemoryDevice>(owner),
@@ -60,25 +62,28 @@ bool Control::moveScreen(const QString& device, ScreenKey screen, ScreenKey targ
                          place = std::weak_ptr<MemoryScreen>(place)](MemoryDeviceList& list) {
             Q_EMIT list.signalScreenMoved(device, moved, place);
         });
-        return true;
+        return ControlResult::done();
     });
 }
 
-bool Control::setScreenIndex(const QString& device, ScreenKey screen, int index)
+ControlResult Control::setScreenIndex(const QString& device, ScreenKey screen, int index)
 {
     return onScreen(device, screen, [index](Change& change, const auto&, const auto& present) {
-        return present->setUiScreenIndex(change, index);
+        return ControlResult::of(
+            present->setUiScreenIndex(change, index), QStringLiteral("%1 is no place of a key").arg(index));
     });
 }
 
-bool Control::selectScreens(const QString& device, const QList<ScreenKey>& screens)
+ControlResult Control::selectScreens(const QString& device, const QList<ScreenKey>& screens)
 {
     return onDevice(device, [&screens](Change& change, const auto& owner) {
-        const bool known = std::all_of(screens.cbegin(), screens.cend(), [&](const ScreenKey& key) {
-            return owner->screen(change, key) != nullptr;
-        });
-        if (!known || (screens.size() > 1 && !owner->data(change).multiScreens))
-            return false;
+        for (const ScreenKey& key : screens) {
+            if (!owner->screen(change, key))
+                return ControlResult::refused(
+                    QStringLiteral("there is no screen %1").arg(screenKeyText(key)));
+        }
+        if (screens.size() > 1 && !owner->data(change).multiScreens)
+            return ControlResult::refused(QStringLiteral("the device selects one screen at a time"));
         bool changed = false;
         for (const auto& screen : std::as_const(owner->data(change).screens)) {
             const bool selected = screens.contains(screen->key());
@@ -86,40 +91,42 @@ bool Control::selectScreens(const QString& device, const QList<ScreenKey>& scree
         }
         if (changed)
             owner->announceSelectedScreens(change);
-        return true;
+        return ControlResult::done();
     });
 }
 
-bool Control::activateScreen(const QString& device, ScreenKey screen)
+ControlResult Control::activateScreen(const QString& device, ScreenKey screen)
 {
     return onScreen(device, screen, [](Change& change, const auto& owner, const auto& present) {
         owner->setActiveScreen(change, present);
-        return true;
+        return ControlResult::done();
     });
 }
 
-bool Control::setScreenState(const QString& device, ScreenKey screen, ScreenState state)
+ControlResult Control::setScreenState(const QString& device, ScreenKey screen, ScreenState state)
 {
     return onScreen(device, screen, [state](Change& change, const auto&, const auto& present) {
         if (state < ScreenState::Normal || state > ScreenState::MatchingPGM)
-            return false;
+            return ControlResult::refused(QStringLiteral("there is no state %1").arg(int(state)));
         present->data(change).state = state;
         change.markChanged();
-        return true;
+        return ControlResult::done();
     });
 }
 
-bool Control::setEffectTime(const QString& device, ScreenKey screen, double seconds)
+ControlResult Control::setEffectTime(const QString& device, ScreenKey screen, double seconds)
 {
     return onScreen(device, screen, [seconds](Change& change, const auto& owner, const auto& present) {
-        return seconds >= 0.0 && seconds <= MaxEffectSeconds
-            && setAndAnnounce(
-                   change, present->data(change).effectSeconds, seconds, owner,
-                   std::shared_ptr<BizModel::Screen>(present), &DeviceList::signalScreenEffectChanged);
+        if (!(seconds >= 0.0 && seconds <= MaxEffectSeconds))
+            return ControlResult::refused(
+                QStringLiteral("a transition lasts 0 to %1 seconds").arg(MaxEffectSeconds));
+        return setAndAnnounce(
+            change, present->data(change).effectSeconds, seconds, owner,
+            std::shared_ptr<BizModel::Screen>(present), &DeviceList::signalScreenEffectChanged);
     });
 }
 
-bool Control::setEffectType(const QString& device, ScreenKey screen, BizModel::EffectType type)
+ControlResult Control::setEffectType(const QString& device, ScreenKey screen, BizModel::EffectType type)
 {
     return onScreen(device, screen, [type](Change& change, const auto& owner, const auto& present) {
         return setAndAnnounce(
@@ -128,7 +135,7 @@ bool Control::setEffectType(const QString& device, ScreenKey screen, BizModel::E
     });
 }
 
-bool Control::setFreeze(const QString& device, ScreenKey screen, bool freeze)
+ControlResult Control::setFreeze(const QString& device, ScreenKey screen, bool freeze)
 {
     return onScreen(device, screen, [freeze](Change& change, const auto& owner, const auto& present) {
         return setAndAnnounce(
@@ -137,7 +144,7 @@ bool Control::setFreeze(const QString& device, ScreenKey screen, bool freeze)
     });
 }
 
-bool Control::setFTB(const QString& device, ScreenKey screen, bool fadeToBlack)
+ControlResult Control::setFTB(const QString& device, ScreenKey screen, bool fadeToBlack)
 {
     return onScreen(device, screen, [fadeToBlack](Change& change, const auto& owner, const auto& present) {
         return setAndAnnounce(
@@ -146,13 +153,15 @@ bool Control::setFTB(const QString& device, ScreenKey screen, bool fadeToBlack)
     });
 }
 
-bool Control::setPGMEdit(const QString& device, ScreenKey screen, bool edit)
+ControlResult Control::setPGMEdit(const QString& device, ScreenKey screen, bool edit)
 {
     return onScreen(device, screen, [edit](Change& change, const auto& owner, const auto& present) {
-        return present->screenType() == ScreenType::RegularScreen
-            && setAndAnnounce(
-                   change, present->data(change).pgmEdit, edit, owner,
-                   std::shared_ptr<BizModel::Screen>(present), &DeviceList::signalScreenPGMEditChanged);
+        if (present->screenType() != ScreenType::RegularScreen)
+            return ControlResult::refused(
+                QStringLiteral("the program of regular screens only can be edited"));
+        return setAndAnnounce(
+            change, present->data(change).pgmEdit, edit, owner, std::shared_ptr<BizModel::Screen>(present),
+            &DeviceList::signalScreenPGMEditChanged);
     });
 }
 

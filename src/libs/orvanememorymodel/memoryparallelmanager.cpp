@@ -448,6 +448,7 @@ void MemoryParallelManager::end(const std::shared_ptr<Run>& run, bool ok, const 
         const std::lock_guard lock(m_mutex);
         --m_nTaskCount;
     }
+    m_pHub->operations.end(run->text.operation, run->text.arguments, ok ? std::nullopt : std::optional(text));
     tellDone(run->task, ok, text);
     if (const std::shared_ptr<Run> next = run->request->next())
         post(next);

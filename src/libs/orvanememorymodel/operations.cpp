@@ -156,7 +156,7 @@ void Operations::request(Operation operation, const QString& arguments)
 
 Operations::Verdict Operations::start(Operation operation, const QString& arguments)
 {
-    write(operation, arguments, JournalEntry::Phase::CarriedOut);
+    write(operation, arguments, JournalEntry::Phase::Started);
     Verdict verdict;
     const std::lock_guard lock(m_mutex);
     const auto found = m_orders.find(operation);
@@ -169,6 +169,11 @@ Operations::Verdict Operations::start(Operation operation, const QString& argume
     else
         verdict.failure = takeFirst(orders.failuresOnce);
     return verdict;
+}
+
+void Operations::end(Operation operation, const QString& arguments, const std::optional<QString>& failure)
+{
+    write(operation, arguments, JournalEntry::Phase::Ended, failure);
 }
 
 std::optional<QString> Operations::perform(Operation operation, const QString& arguments)
@@ -199,7 +204,9 @@ bool Operations::stopped() const
     return m_bStopped;
 }
 
-void Operations::write(Operation operation, const QString& arguments, JournalEntry::Phase phase)
+void Operations::write(
+    Operation operation, const QString& arguments, JournalEntry::Phase phase,
+    const std::optional<QString>& failure)
 {
     JournalListener listener;
     {
@@ -212,6 +219,7 @@ void Operations::write(Operation operation, const QString& arguments, JournalEnt
     entry.operation = operationName(operation);
     entry.arguments = arguments;
     entry.phase = phase;
+    entry.failure = failure;
     entry.threadName = currentThreadName();
     entry.threadId = static_cast<qint64>(::syscall(SYS_gettid));
     entry.time = std::chrono::steady_clock::now();

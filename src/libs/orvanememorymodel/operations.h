@@ -76,14 +76,18 @@ struct JournalEntry {
     enum class Phase {
         /// Asked for; it is carried out on another thread.
         Requested,
-        /// Carried out now, on the thread of the entry.
-        CarriedOut
+        /// Begins now, on the thread of the entry.
+        Started,
+        /// What was requested has been carried out, or has failed.
+        Ended
     };
 
     QString operation;
     /// `name=value` pairs with blanks between them.
     QString arguments;
-    Phase phase = Phase::CarriedOut;
+    Phase phase = Phase::Started;
+    /// Why it failed; only of an entry that tells an end, and empty when all went well.
+    std::optional<QString> failure;
     /// The system's name and number of the thread.
     QString threadName;
     qint64 threadId = 0;
@@ -124,6 +128,9 @@ public:
     void request(Operation operation, const QString& arguments);
     /// Writes an operation into the journal and takes the orders for it, without waiting.
     Verdict start(Operation operation, const QString& arguments);
+    /// Writes the end of an operation into the journal that was requested before, with the failure if it has
+    /// failed.
+    void end(Operation operation, const QString& arguments, const std::optional<QString>& failure);
     /// Writes an operation into the journal and waits as long as was ordered. Answers the error text when
     /// the operation has to fail.
     std::optional<QString> perform(Operation operation, const QString& arguments);
@@ -142,7 +149,9 @@ private:
         std::chrono::milliseconds delayAlways{0};
     };
 
-    void write(Operation operation, const QString& arguments, JournalEntry::Phase phase);
+    void write(
+        Operation operation, const QString& arguments, JournalEntry::Phase phase,
+        const std::optional<QString>& failure = {});
 
     /// Guards m_listener, m_orders, m_bStopped.
     mutable std::mutex m_mutex;

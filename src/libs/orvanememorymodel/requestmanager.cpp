@@ -106,6 +106,7 @@ void RequestManager::carryOut(AsyncRequest& request, bool stopping)
         error = *verdict.failure;
     else
         ok = std::visit([&](const auto& each) { return perform(each, error); }, request);
+    m_pHub->operations.end(text.operation, text.arguments, ok ? std::nullopt : std::optional(error));
     const Completion completion = std::visit([](const auto& each) { return each.completion; }, request);
     if (completion)
         completion(ok, ok ? QString() : error);

@@ -141,14 +141,17 @@ void SamplingQueue::carryOutNext(bool stopping)
         sample = std::move(m_waiting.front());
         m_waiting.pop_front();
     }
-    if (!stopping)
-        std::visit([this](const auto& each) { carryOut(each); }, *sample);
+    if (stopping)
+        return;
+    const SampleText text = std::visit([](const auto& each) { return describe(each); }, *sample);
+    const std::optional<QString> failure = m_pHub->operations.perform(text.operation, text.arguments);
+    std::visit([&](const auto& each) { carryOut(each, failure.has_value()); }, *sample);
+    m_pHub->operations.end(text.operation, text.arguments, failure);
 }
 
-void SamplingQueue::carryOut(const s_TBarSampling& sample)
+void SamplingQueue::carryOut(const s_TBarSampling& sample, bool failed)
 {
-    const SampleText text = describe(sample);
-    if (m_pHub->operations.perform(text.operation, text.arguments))
+    if (failed)
         return;
     Change change(*m_pHub);
     const std::shared_ptr<MemoryDevice> device = m_list.own(change, sample.pCurDevice);
@@ -192,10 +195,8 @@ void SamplingQueue::moveTBar(
         announceLayersChanged(change, screens, LayersChangedBy::TBar);
 }
 
-void SamplingQueue::carryOut(const s_LoadPresetSampling& sample)
+void SamplingQueue::carryOut(const s_LoadPresetSampling& sample, bool failed)
 {
-    const SampleText text = describe(sample);
-    const bool failed = m_pHub->operations.perform(text.operation, text.arguments).has_value();
     Change change(*m_pHub);
     const std::shared_ptr<MemoryDevice> device = m_list.own(change, sample.pCurDevice);
     if (!device)

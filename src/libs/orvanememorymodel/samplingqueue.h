@@ -35,8 +35,9 @@ private:
     bool append(Sample sample);
     bool enqueue(Sample sample);
     void carryOutNext(bool stopping);
-    void carryOut(const TaskSampling::s_TBarSampling& sample);
-    void carryOut(const TaskSampling::s_LoadPresetSampling& sample);
+    /// @param failed as was ordered
+    void carryOut(const TaskSampling::s_TBarSampling& sample, bool failed);
+    void carryOut(const TaskSampling::s_LoadPresetSampling& sample, bool failed);
     void moveTBar(
         Change& change, const std::shared_ptr<MemoryDevice>& device,
         const TaskSampling::s_TBarSampling& sample);

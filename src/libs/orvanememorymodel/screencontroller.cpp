@@ -95,9 +95,11 @@ bool ScreenController::updateEffectSpeed(
     bool ok = valid && !seconds.isEmpty();
     for (const auto& value : seconds) {
         const std::shared_ptr<MemoryScreen> screen = this->screen(change, value.first);
+        // The device counts milliseconds; what adding up tenths leaves behind them is not kept.
+        const double rounded = std::round(value.second * 1000) / 1000;
         if (!screen || !valid)
             ok = false;
-        else if (std::exchange(screen->data(change).effectSeconds, value.second) != value.second)
+        else if (std::exchange(screen->data(change).effectSeconds, rounded) != rounded)
             announceEffect(change, screen);
     }
     return ok;
