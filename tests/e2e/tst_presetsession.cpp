@@ -49,14 +49,14 @@ private Q_SLOTS:
         QVERIFY(lights(presetKey(3), "green"));
         QVERIFY(lights(presetKey(1), "yellow"));
         QVERIFY(lights(SaveKey, "off"));
-        QTRY_COMPARE_WITH_TIMEOUT(presets().size(), 5, PatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(presets().size(), 6, PatienceMs);
         QCOMPARE(m_host->command("presets").value("mode").toString(), QString("none"));
 
         tap(SaveKey); // the key's mode ends with a second press
         QVERIFY(lights(SaveKey, "yellow"));
         tap(SaveKey);
         QVERIFY(lights(SaveKey, "off"));
-        QCOMPARE(presets().size(), 5);
+        QCOMPARE(presets().size(), 6);
     }
 
     void presetKeyLoadsItsPreset()
@@ -88,14 +88,14 @@ private Q_SLOTS:
         tap(presetKey(12));
         QVERIFY(lights(presetKey(12), "off"));
         QVERIFY(lights(RemoveKey, "off"));
-        QTRY_COMPARE_WITH_TIMEOUT(presets().size(), 3, PatienceMs);
+        QTRY_COMPARE_WITH_TIMEOUT(presets().size(), 4, PatienceMs);
     }
 
     void clearKeyMustBeHeldForThreeSeconds()
     {
         hold(ClearKey, 500);
         QVERIFY(lights(ClearKey, "off"));
-        QCOMPARE(presets().size(), 4);
+        QCOMPARE(presets().size(), 5);
         press(ClearKey);
         QVERIFY(m_host->tells("waitingDialogShown", {{"text", "Cleaning presets,please wait..."}}));
         QVERIFY(m_host->tells("waitingDialogHidden"));
@@ -118,7 +118,7 @@ private Q_SLOTS:
         QVERIFY(lights(ClearKey, "green"));
         QVERIFY(isDone("answerMessageBox", {{"button", "no"}}));
         QVERIFY(lights(ClearKey, "off"));
-        QCOMPARE(presets().size(), 4);
+        QCOMPARE(presets().size(), 5);
         QVERIFY(asks());
         QVERIFY(isDone("answerMessageBox", {{"button", "yes"}}));
         QTRY_COMPARE_WITH_TIMEOUT(presets().size(), 0, PatienceMs);

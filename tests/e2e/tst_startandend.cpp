@@ -188,13 +188,13 @@ private Q_SLOTS:
         Host host;
         QVERIFY(host.start());
         for (const QJsonValue& value : host.command("help").value("commands").toArray()) {
-            const QJsonObject command = value.toObject();
-            const QString name = command.value("command").toString();
+            const QString name = value.toString();
             if (name == "help")
                 continue;
             QVERIFY2(rows.contains(name), qPrintable(name));
             const QString row = rows.take(name);
-            for (const QString& argument : command.value("arguments").toObject().keys()) {
+            const QJsonObject help = host.command("help", {{"of", name}});
+            for (const QString& argument : help.value("arguments").toObject().keys()) {
                 // Every command on a device takes one; "first" to "fourth" stand for those between.
                 const bool isPlain = argument != "device" && argument != "second" && argument != "third";
                 QVERIFY2(!isPlain || row.contains('`' + argument + '`'), qPrintable(name + ": " + argument));

@@ -1,6 +1,7 @@
 #include "applicationcommands.h"
 
 #include "commandtable.h"
+#include "dvisignals.h"
 #include "ecconstants.h"
 #include "ecmanager.h"
 #include "hostdialog.h"
@@ -60,7 +61,7 @@ Answer focusOn(const QString& name)
         widget->setFocus();
         return Answer::done();
     }
-    return Answer::refused(QStringLiteral("there is no widget of that name that takes the focus"));
+    return Answer::refused(QStringLiteral("there is no widget \"%1\" that takes the focus").arg(name));
 }
 
 Answer setLanguage(const QString& language)
@@ -100,12 +101,20 @@ const QMap<QString, QMessageBox::StandardButton>& messageBoxButtons()
 
 Answer answerMessageBox(NoticePresenter& notices, const QString& button)
 {
-    return notices.answer(messageBoxButtons().value(button))
-        ? Answer::done()
-        : Answer::refused(QStringLiteral("there is no message box with that button"));
+    const QString problem = notices.answer(messageBoxButtons().value(button));
+    return problem.isEmpty() ? Answer::done() : Answer::refused(problem);
 }
 
-Answer tellState(const TypingField& field)
+/// Page that each group of keys shows, from 0.
+QJsonObject pages()
+{
+    QJsonObject object;
+    for (const char* group : {"ScreenCommand", "LayerCommand", "InputCommand", "PresetCommand"})
+        object.insert(QLatin1String(group), ECManager::instance()->page(group));
+    return object;
+}
+
+Answer tellState(const TypingField& field, const DviSignals& dviSignals)
 {
     const ECManager* const manager = ECManager::instance();
     const QWidget* const focus = QApplication::focusWidget();
@@ -117,7 +126,9 @@ Answer tellState(const TypingField& field)
          {QStringLiteral("keypadLocked"), manager->isLockedKeypad()},
          {QStringLiteral("tbarLocked"), manager->isLockedTBar()},
          {QStringLiteral("virtualConsole"), manager->getVirtualConsoleMode()},
-         {QStringLiteral("source"), int(manager->getCurrentSource())}});
+         {QStringLiteral("source"), int(manager->getCurrentSource())},
+         {QStringLiteral("pages"), pages()},
+         {QStringLiteral("dviSignals"), dviSignals.toJson()}});
 }
 
 } // namespace
@@ -171,7 +182,9 @@ void addApplicationCommands(CommandTable& table, const ApplicationParts& parts)
         {QStringLiteral("state"),
          QStringLiteral("tells what the host knows of itself and the console"),
          {},
-         [field = &parts.field](const Arguments&) { return tellState(*field); }});
+         [field = &parts.field, dviSignals = &parts.dviSignals](const Arguments&) {
+             return tellState(*field, *dviSignals);
+         }});
     table.add({QStringLiteral("quit"), QStringLiteral("ends the host"), {}, [](const Arguments&) {
                    // After the answer to this command.
                    QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);

@@ -5,6 +5,7 @@ class QWidget;
 namespace Orvane::ConsoleHost {
 
 class CommandTable;
+class DviSignals;
 class EventWriter;
 class NoticePresenter;
 class TypingField;
@@ -14,6 +15,7 @@ struct ApplicationParts {
     EventWriter& events;
     TypingField& field;
     NoticePresenter& notices;
+    const DviSignals& dviSignals;
     QWidget* window = nullptr; ///< null without a window
 };
 

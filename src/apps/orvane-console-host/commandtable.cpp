@@ -25,6 +25,11 @@ bool isWhole(const QJsonValue& value)
     return std::trunc(value.toDouble()) == value.toDouble();
 }
 
+Answer noCommand(const QString& name)
+{
+    return Answer::refused(QStringLiteral("there is no command ") + quoted(name));
+}
+
 template <typename Accepts> bool isListOf(const QJsonValue& value, Accepts accepts)
 {
     const QJsonArray array = value.toArray();
@@ -160,9 +165,11 @@ QList<quint32> Arguments::numbers(const char* name) const
 CommandTable::CommandTable(EventWriter& events)
     : m_events(events)
 {
-    add({QStringLiteral("help"), QStringLiteral("lists the commands"), {}, [this](const Arguments&) {
-             return help();
-         }});
+    add(
+        {QStringLiteral("help"),
+         QStringLiteral("lists the commands, or tells what one does and takes"),
+         {Parameter::text("of").orElse(QString())},
+         [this](const Arguments& arguments) { return help(arguments.text("of")); }});
 }
 
 void CommandTable::add(HostCommand command)
@@ -200,13 +207,14 @@ void CommandTable::execute(const QByteArray& line)
 
 Answer CommandTable::run(const QJsonObject& object) const
 {
-    const QString name = object.value(CommandMember).toString();
-    const auto command = std::find_if(
-        m_commands.begin(), m_commands.end(), [&](const HostCommand& known) { return known.name == name; });
-    if (name.isEmpty())
+    if (!object.contains(CommandMember))
         return Answer::refused(QStringLiteral("\"command\" is missing"));
-    if (command == m_commands.end())
-        return Answer::refused(QStringLiteral("there is no command ") + quoted(name));
+    if (!object.value(CommandMember).isString())
+        return Answer::refused(QStringLiteral("\"command\" must be a text"));
+    const QString name = object.value(CommandMember).toString();
+    const HostCommand* const command = find(name);
+    if (!command)
+        return noCommand(name);
 
     QJsonObject given = object;
     given.remove(CommandMember);
@@ -229,23 +237,33 @@ Answer CommandTable::run(const QJsonObject& object) const
     return command->run(Arguments(arguments));
 }
 
-Answer CommandTable::help() const
+const HostCommand* CommandTable::find(const QString& name) const
 {
-    QJsonArray commands;
-    for (const HostCommand& command : m_commands) {
-        QJsonObject parameters;
-        for (const Parameter& parameter : command.parameters) {
-            const bool mayBeLeftOut = !parameter.fallback().isUndefined();
-            parameters.insert(
-                parameter.name(),
-                parameter.expected() + (mayBeLeftOut ? QStringLiteral("; may be left out") : QString()));
-        }
-        commands.append(QJsonObject{
-            {CommandMember, command.name},
-            {QStringLiteral("purpose"), command.purpose},
-            {QStringLiteral("arguments"), parameters}});
+    const auto command = std::find_if(
+        m_commands.begin(), m_commands.end(), [&](const HostCommand& known) { return known.name == name; });
+    return command == m_commands.end() ? nullptr : &*command;
+}
+
+Answer CommandTable::help(const QString& name) const
+{
+    if (name.isEmpty()) {
+        QJsonArray names;
+        for (const HostCommand& command : m_commands)
+            names.append(command.name);
+        return Answer::done({{QStringLiteral("commands"), names}});
     }
-    return Answer::done({{QStringLiteral("commands"), commands}});
+    const HostCommand* const command = find(name);
+    if (!command)
+        return noCommand(name);
+    QJsonObject parameters;
+    for (const Parameter& parameter : command->parameters) {
+        const bool mayBeLeftOut = !parameter.fallback().isUndefined();
+        parameters.insert(
+            parameter.name(),
+            parameter.expected() + (mayBeLeftOut ? QStringLiteral("; may be left out") : QString()));
+    }
+    return Answer::done(
+        {{QStringLiteral("purpose"), command->purpose}, {QStringLiteral("arguments"), parameters}});
 }
 
 } // namespace Orvane::ConsoleHost

@@ -103,7 +103,9 @@ public:
 
 private:
     Answer run(const QJsonObject& object) const;
-    Answer help() const;
+    const HostCommand* find(const QString& name) const;
+    /// All names, or everything about the command of that name.
+    Answer help(const QString& name) const;
 
     EventWriter& m_events;
     std::vector<HostCommand> m_commands;

@@ -3,19 +3,29 @@
 #include "commandtable.h"
 #include "ecconstants.h"
 #include "ecmanager.h"
+#include "keylist.h"
 #include "lockcontrol.h"
+#include "reportinjector.h"
 
 #include <QDateTime>
+#include <QJsonArray>
+
+#include <algorithm>
 
 namespace Orvane::ConsoleHost {
 
 using namespace ECProxy::Client;
+using ConsolePanel::DviReport;
+using ConsolePanel::KeyReport;
+using ConsolePanel::LockReport;
+using ConsolePanel::LockTarget;
 
 namespace {
 
 constexpr qint64 MaxByte = 255;
 constexpr qint64 MaxPercent = 100;
 constexpr qint64 MaxPackSize = 0xFFFF;
+constexpr qint64 MaxPosition = 0xFFFFFFFF;
 
 using Action = void (*)(const Arguments&);
 
@@ -86,23 +96,34 @@ Answer sendFile(const Arguments& arguments)
     return sent ? Answer::done() : Answer::refused(QStringLiteral("the file cannot be read"));
 }
 
-/// A key of an on-screen console goes the way of the console's own keys, on the GUI thread.
-template <eECUpMessageTag tag> void reportVirtualKey(const Arguments& arguments)
+Answer answerOfInjection(bool isTaken)
 {
-    const quint32 key = Constants::VirtualKeyOffset + quint32(arguments.integer("key"));
-    QByteArray value(sizeof(ECButtonOperState), '\0');
-    Wire::store<quint32>(key, value.data() + offsetof(ECButtonOperState, ButtonKey));
-    value[int(offsetof(ECButtonOperState, ButtonPressed))] = tag == ReportECButtonPressed ? Pressed : Release;
-    ECManager::instance()->upTLVDecodeFinished(tag, value);
+    return isTaken ? Answer::done() : Answer::refused(QStringLiteral("the console's link is not open"));
 }
 
-/// The application may learn of its monitor inputs before the console does.
-void reportDVISignal(const Arguments& arguments)
+/// A command that reports something in the console's place.
+template <typename MakeReport>
+void addReport(
+    CommandTable& table, const char* name, const char* purpose, std::vector<Parameter> parameters,
+    MakeReport makeReport)
 {
-    QByteArray value(sizeof(DVIInSignal), '\0');
-    value[int(offsetof(DVIInSignal, Index))] = char(arguments.integer("index"));
-    value[int(offsetof(DVIInSignal, Signal))] = arguments.flag("on") ? 1 : 0;
-    ECManager::instance()->upTLVDecodeFinished(ReportDVIInSignal, value);
+    table.add(
+        {QLatin1String(name), QLatin1String(purpose), std::move(parameters),
+         [makeReport](const Arguments& arguments) {
+             return answerOfInjection(injectReport(makeReport(arguments)));
+         }});
+}
+
+void setPeripheral(const Arguments& arguments)
+{
+    auto peripheral = std::make_shared<PeripheralControl>();
+    peripheral->ScreenNum = quint8(arguments.integer("screens"));
+    peripheral->TargetScreenIndex = quint8(arguments.integer("target"));
+    const QList<quint32> resolution = arguments.numbers("resolution");
+    const int places = int(std::size(peripheral->resolution));
+    for (int i = 0; i < std::min(resolution.size(), places); ++i)
+        peripheral->resolution[i] = quint16(resolution.at(i));
+    ECManager::instance()->updateSetPeripheralDataChange(peripheral);
 }
 
 void addLockCommands(CommandTable& table)
@@ -135,6 +156,11 @@ void addLightCommands(CommandTable& table)
         [](const Arguments& arguments) {
             ECManager::instance()->controlPeripheralState(arguments.flag("visible"));
         });
+    addAction(
+        table, "setPeripheral", "tells the plug-in display the screens and their resolutions",
+        {Parameter::integer("screens", 0, MaxByte), Parameter::integer("target", 0, MaxByte),
+         Parameter::numbers("resolution").orElse(QJsonArray())},
+        &setPeripheral);
 }
 
 void addSystemCommands(CommandTable& table)
@@ -188,7 +214,7 @@ void addSystemCommands(CommandTable& table)
          {Parameter::text("file"), Parameter::choice("type", fileTypeNames()),
           Parameter::choice("operation", {QStringLiteral("write"), QStringLiteral("read")})
               .orElse(QStringLiteral("write")),
-          Parameter::integer("packSize", 1, MaxPackSize).orElse(1024)},
+          Parameter::integer("packSize", 0, MaxPackSize).orElse(1024)},
          &sendFile});
 }
 
@@ -205,9 +231,6 @@ void addSourceCommands(CommandTable& table)
          {Parameter::integer("index", 0, MaxByte)},
          &askDVISignal});
     addAction(
-        table, "reportDVISignal", "reports a DVI input's signal on the GUI thread",
-        {Parameter::integer("index", 0, MaxByte), Parameter::flag("on")}, &reportDVISignal);
-    addAction(
         table, "setTimeType", "changes the format of the time", {Parameter::integer("type", 0, MaxByte)},
         [](const Arguments& arguments) { ECManager::instance()->modifyTimeType(arguments.integer("type")); });
     addAction(
@@ -220,24 +243,95 @@ void addSourceCommands(CommandTable& table)
         });
 }
 
-void addVirtualKeyCommands(CommandTable& table)
+const QStringList& directionNames() // in the order of the two values that the T-Bar reports
+{
+    static const QStringList names = {QStringLiteral("up"), QStringLiteral("down")};
+    return names;
+}
+
+Answer injectHex(const Arguments& arguments)
+{
+    const QByteArray digits = arguments.text("hex").toLatin1();
+    const QByteArray bytes = QByteArray::fromHex(digits);
+    // fromHex skips what is no digit, so a fault shows when the bytes are turned back.
+    if (bytes.toHex() != digits.toLower())
+        return Answer::refused(QStringLiteral("\"hex\" must be pairs of hexadecimal digits"));
+    return answerOfInjection(injectBytes(bytes));
+}
+
+/// What the console would report, on the decoder's thread as the console's own reports.
+void addReportCommands(CommandTable& table)
+{
+    addReport(
+        table, "reportDVISignal", "reports a DVI input's signal in the console's place",
+        {Parameter::integer("index", 0, MaxByte), Parameter::flag("on")}, [](const Arguments& arguments) {
+            const DVIInSignal input{quint8(arguments.integer("index")), quint8(arguments.flag("on"))};
+            return DviReport{{input}};
+        });
+    addReport(
+        table, "reportTBar", "reports a position of the T-Bar in the console's place",
+        {Parameter::integer("position", 0, MaxPosition), Parameter::choice("direction", directionNames())},
+        [](const Arguments& arguments) {
+            ECTBarValue position;
+            position.Value = arguments.id("position");
+            position.IsBottomToTop =
+                arguments.choice("direction", directionNames()) == 0 ? BottomToTop : TopToBottom;
+            return position;
+        });
+    addReport(
+        table, "reportTBarLock", "reports the T-Bar's lock in the console's place",
+        {Parameter::flag("locked")}, [](const Arguments& arguments) {
+            return LockReport{LockTarget::TBar, arguments.flag("locked")};
+        });
+    addReport(
+        table, "reportKeypadLock", "reports the keypad's lock in the console's place",
+        {Parameter::flag("locked")}, [](const Arguments& arguments) {
+            return LockReport{LockTarget::Keypad, arguments.flag("locked")};
+        });
+    table.add(
+        {QStringLiteral("injectBytes"),
+         QStringLiteral("hands the bytes to the decoder as a datagram of the console"),
+         {Parameter::text("hex")},
+         &injectHex});
+}
+
+void addKeyCommands(CommandTable& table, const EC::s_ECKeyboardConfig& keyboard)
 {
     const Parameter key = Parameter::integer("key", 0, 0xFFFF);
-    addAction(
-        table, "pressVirtualKey", "presses a key of the on-screen console", {key},
-        &reportVirtualKey<ReportECButtonPressed>);
-    addAction(table, "releaseVirtualKey", "releases it", {key}, &reportVirtualKey<ReportECButtonRelease>);
+    const auto report = [&keyboard](bool pressed) {
+        return [&keyboard, pressed](const Arguments& arguments) {
+            const quint32 appKey = arguments.id("key");
+            if (!hasAppKey(keyboard, appKey))
+                return Answer::refused(
+                    QStringLiteral("no key has the number %1 in the application").arg(appKey));
+            return answerOfInjection(injectReport(KeyReport{pressed, Constants::VirtualKeyOffset + appKey}));
+        };
+    };
+    table.add(
+        {QStringLiteral("pressVirtualKey"),
+         QStringLiteral("presses a key of the on-screen console"),
+         {key},
+         report(true)});
+    table.add({QStringLiteral("releaseVirtualKey"), QStringLiteral("releases it"), {key}, report(false)});
+    table.add(
+        {QStringLiteral("keys"),
+         QStringLiteral("tells every key with its function and what it is bound to"),
+         {},
+         [&keyboard](const Arguments&) {
+             return Answer::done({{QStringLiteral("keys"), keysToJson(keyboard)}});
+         }});
 }
 
 } // namespace
 
-void addConsoleCommands(CommandTable& table)
+void addConsoleCommands(CommandTable& table, const EC::s_ECKeyboardConfig& keyboard)
 {
     addLockCommands(table);
     addLightCommands(table);
     addSystemCommands(table);
     addSourceCommands(table);
-    addVirtualKeyCommands(table);
+    addReportCommands(table);
+    addKeyCommands(table, keyboard);
 }
 
 } // namespace Orvane::ConsoleHost

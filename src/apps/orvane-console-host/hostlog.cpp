@@ -7,8 +7,18 @@
 namespace Orvane::ConsoleHost {
 
 namespace {
-HostLog* s_pLog = nullptr; // set before the first thread is started, cleared after the last has ended
+
+/// What Qt says of the display that nobody sees, and of a machine where nobody is logged in: nothing that
+/// concerns the host.
+bool isAboutDisplay(const QString& text)
+{
+    return text.startsWith(QLatin1String("This plugin does not support "))
+        || text.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set"));
 }
+
+HostLog* s_pLog = nullptr; // set before the first thread is started, cleared after the last has ended
+
+} // namespace
 
 HostLog::HostLog(bool isVerbose)
 {
@@ -31,6 +41,8 @@ HostLog::~HostLog()
 
 void HostLog::handle(QtMsgType type, const QMessageLogContext& context, const QString& text)
 {
+    if (isAboutDisplay(text))
+        return;
     const QString line = qFormatLogMessage(type, context, text);
     std::fprintf(stderr, "%s\n", qUtf8Printable(line));
     s_pLog->append(line);

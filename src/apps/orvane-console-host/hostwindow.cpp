@@ -124,11 +124,12 @@ QWidget* HostWindow::createStage(MemoryModel::MemoryModel& model)
     stage->setStretchFactor(0, 1);
     stage->setSizes({FirstSize.width(), PresetsWidth});
 
-    const auto setInput = [&model](bool (MemoryModel::Control::*change)(const QString&, quint32, bool)) {
-        return [&model, change](quint32 input, bool on) {
-            (model.control().*change)(pictureActiveDevice(model).identity, input, on);
+    const auto setInput =
+        [&model](MemoryModel::ControlResult (MemoryModel::Control::*change)(const QString&, quint32, bool)) {
+            return [&model, change](quint32 input, bool on) {
+                (model.control().*change)(pictureActiveDevice(model).identity, input, on);
+            };
         };
-    };
     connect(m_pInputs, &InputBoard::signalSetSignal, this, setInput(&MemoryModel::Control::setSignal));
     connect(m_pInputs, &InputBoard::signalSetOverload, this, setInput(&MemoryModel::Control::setOverload));
 

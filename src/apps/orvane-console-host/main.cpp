@@ -2,6 +2,7 @@
 #include "commandreader.h"
 #include "commandtable.h"
 #include "consolecommands.h"
+#include "dvisignals.h"
 #include "ec/eckeyboardloader.h"
 #include "ecconsolesession.h"
 #include "ecmanager.h"
@@ -64,9 +65,9 @@ bool chooseDisplay(bool headless)
         || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
 }
 
-int runApplication(const Options& options, const std::shared_ptr<EC::s_ECKeyboardConfig>& keyboard)
+int runApplication(
+    const Options& options, const std::shared_ptr<EC::s_ECKeyboardConfig>& keyboard, HostLog& log)
 {
-    HostLog log(options.verbose);
     UnixSignals unixSignals;
     QObject::connect(&unixSignals, &UnixSignals::signalTerminate, qApp, &QCoreApplication::quit);
     EventWriter events(options.events ? EventWriter::Everything : EventWriter::AnswersOnly);
@@ -90,14 +91,17 @@ int runApplication(const Options& options, const std::shared_ptr<EC::s_ECKeyboar
     QObject::connect(
         &notices, &NoticePresenter::signalAnswered, &events,
         [&model](QMessageBox::StandardButton button) { model.control().answerMessageBox(button); });
+    reportMessageBoxes(notices, events);
     KeyInjector injector(*field);
     QObject::connect(
         ECManager::instance(), &ECManager::signalStandardKeyPressed, &injector,
         &KeyInjector::slotStandardKeyPressed);
 
+    DviSignals dviSignals;
     CommandTable commands(events);
-    addApplicationCommands(commands, {events, *field, notices, options.headless ? nullptr : window.get()});
-    addConsoleCommands(commands);
+    addApplicationCommands(
+        commands, {events, *field, notices, dviSignals, options.headless ? nullptr : window.get()});
+    addConsoleCommands(commands, *keyboard);
     addModelCommands(commands, model);
     addOperationCommands(commands, model);
     addShowCommands(commands, model);
@@ -111,7 +115,9 @@ int runApplication(const Options& options, const std::shared_ptr<EC::s_ECKeyboar
     ECConsoleSession session;
     if (!session.start(keyboard))
         return fail({session.errorString()});
-    events.writeEvent(QStringLiteral("ready"), {{QStringLiteral("service"), nameOf(session.serviceState())}});
+    dviSignals.watch();
+    events.writeAnswer(
+        QStringLiteral("ready"), {{QStringLiteral("service"), nameOf(session.serviceState())}});
     reportSession(session, events);
     const int status = QApplication::exec();
     model.stop(); // what still runs in it would hold up the end of the session
@@ -131,6 +137,7 @@ int main(int argc, char* argv[])
         return fail(
             {QStringLiteral("There is no display for the window. Use --headless to run without one.")});
 
+    HostLog log(options.verbose); // Qt has something to say when it opens the display
     const QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("orvane-console-host"));
     QApplication::setQuitOnLastWindowClosed(!options.headless);
@@ -142,5 +149,5 @@ int main(int argc, char* argv[])
             lines.append(problem.toString());
         return fail(lines);
     }
-    return runApplication(options, keyboard.config);
+    return runApplication(options, keyboard.config, log);
 }

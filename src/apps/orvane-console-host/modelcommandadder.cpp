@@ -21,10 +21,9 @@ QString deviceOf(const Arguments& arguments, MemoryModel::MemoryModel& model)
     return active ? active->ipMacSn() : QString();
 }
 
-Answer answerOf(bool isDone)
+Answer answerOf(const MemoryModel::ControlResult& result)
 {
-    return isDone ? Answer::done()
-                  : Answer::refused(QStringLiteral("there is no such thing, or it cannot be changed so now"));
+    return result ? Answer::done() : Answer::refused(result.reason());
 }
 
 void ModelCommandAdder::device(
@@ -46,7 +45,10 @@ void ModelCommandAdder::screen(
     m_table.add(
         {QLatin1String(name), QLatin1String(purpose), std::move(parameters),
          [action, model = &m_model](const Arguments& arguments) {
-             const ScreenKey screen = screenOfName(arguments.text("screen"));
+             const QString named = arguments.text("screen");
+             const ScreenKey screen = screenOfName(named);
+             if (screen.id == 0)
+                 return Answer::refused(QStringLiteral("there is no screen ") + named);
              return action(model->control(), deviceOf(arguments, *model), screen, arguments);
          }});
 }

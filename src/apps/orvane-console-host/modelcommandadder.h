@@ -17,7 +17,7 @@ Parameter deviceParameter();
 QString deviceOf(const Arguments& arguments, MemoryModel::MemoryModel& model);
 
 /// What a change that the model carries out, or refuses, comes to.
-Answer answerOf(bool isDone);
+Answer answerOf(const MemoryModel::ControlResult& result);
 
 /// Adds commands that change something of a device, or of one of its screens.
 class ModelCommandAdder {

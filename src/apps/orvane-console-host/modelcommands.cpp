@@ -23,13 +23,13 @@ constexpr qint64 MaxKeys = 0xFFFF;
 constexpr qint64 MaxDelayMs = 3600000; // an hour
 
 /// A change of one flag, which is called "on".
-template <bool (Control::*change)(const QString&, bool)>
+template <MemoryModel::ControlResult (Control::*change)(const QString&, bool)>
 Answer switchDevice(Control& control, const QString& device, const Arguments& arguments)
 {
     return answerOf((control.*change)(device, arguments.flag("on")));
 }
 
-template <bool (Control::*change)(const QString&, ScreenKey, bool)>
+template <MemoryModel::ControlResult (Control::*change)(const QString&, ScreenKey, bool)>
 Answer switchScreen(
     Control& control, const QString& device, const ScreenKey& screen, const Arguments& arguments)
 {
@@ -147,8 +147,10 @@ Answer addScreen(Model& model, const Arguments& arguments)
 {
     const auto type = arguments.text("type") == QLatin1String("AUX") ? MemoryModel::ScreenType::AUXScreen
                                                                      : MemoryModel::ScreenType::RegularScreen;
-    const ScreenKey screen = model.control().addScreen(deviceOf(arguments, model), type);
-    return screen.id == 0 ? answerOf(false) : Answer::done({{QStringLiteral("screen"), screenName(screen)}});
+    QString reason;
+    const ScreenKey screen = model.control().addScreen(deviceOf(arguments, model), type, &reason);
+    return screen.id == 0 ? Answer::refused(reason)
+                          : Answer::done({{QStringLiteral("screen"), screenName(screen)}});
 }
 
 Parameter operationParameter()
@@ -252,7 +254,7 @@ void addShowCommands(CommandTable& table, Model& model)
          [&model](const Arguments&) { return Answer::done(inputsToJson(pictureActiveDevice(model))); }});
     table.add(
         {QStringLiteral("presets"),
-         QStringLiteral("tells the active device's presets"),
+         QStringLiteral("tells the presets of the active device and its group"),
          {},
          [&model](const Arguments&) { return Answer::done(presetsToJson(pictureActiveDevice(model))); }});
     table.add(

@@ -70,7 +70,7 @@ ScreenPicture pictureScreen(const Device& device, const Screen& screen)
 
 template <typename Picture> void sortById(QList<Picture>& pictures)
 {
-    std::sort(
+    std::stable_sort(
         pictures.begin(), pictures.end(), [](const Picture& a, const Picture& b) { return a.id < b.id; });
 }
 
@@ -89,14 +89,22 @@ QList<InputPicture> pictureInputs(const Device& device, quint32 markedInput)
     return pictures;
 }
 
-QList<PresetPicture> picturePresets(const Device& device)
+/// The keys of the console show the presets of the whole group.
+QList<PresetPicture> picturePresets(
+    const BizModel::DeviceList& devices, const std::shared_ptr<Device>& device)
 {
     QList<PresetPicture> pictures;
-    const auto active = device.activedPreset().lock();
-    const auto presets = device.presets();
-    for (const auto& reference : presets) {
-        if (const auto preset = reference.lock())
-            pictures.append({preset->fileId(), preset->name(), preset->fileType(), preset == active});
+    const auto members = devices.groupDevices(device, true, false);
+    for (const auto& reference : members) {
+        const auto member = reference.lock();
+        const auto active = member ? member->activedPreset().lock() : nullptr;
+        const auto presets = member ? member->presets() : decltype(member->presets())();
+        for (const auto& one : presets) {
+            if (const auto preset = one.lock())
+                pictures.append(
+                    {preset->fileId(), member->ipMacSn(), preset->name(), preset->fileType(),
+                     preset == active});
+        }
     }
     sortById(pictures);
     return pictures;
@@ -144,6 +152,7 @@ QJsonObject toJson(const ScreenPicture& screen)
 DevicePicture pictureActiveDevice(MemoryModel::MemoryModel& model)
 {
     DevicePicture picture;
+    picture.presetMode = model.deviceList().presetOperateMode();
     const auto device = model.deviceList().activedDevice().lock();
     if (!device)
         return picture;
@@ -151,9 +160,8 @@ DevicePicture pictureActiveDevice(MemoryModel::MemoryModel& model)
     picture.isOnline = device->onlineFlag();
     picture.isSwapEnabled = device->swapEnable();
     picture.loadsToProgram = device->loadToPGMEnable();
-    picture.presetMode = model.deviceList().presetOperateMode();
     picture.inputs = pictureInputs(*device, model.control().selectedInput(picture.identity));
-    picture.presets = picturePresets(*device);
+    picture.presets = picturePresets(model.deviceList(), device);
     const auto active = device->activedScreen().lock();
     const auto screens = device->screens(BizModel::Enum::Screen::RegularAndAUXScreens);
     for (const auto& reference : screens) {
@@ -239,6 +247,7 @@ QJsonObject presetsToJson(const DevicePicture& device)
     for (const PresetPicture& preset : device.presets) {
         presets.append(QJsonObject{
             {QStringLiteral("slot"), preset.id},
+            {QStringLiteral("device"), preset.device},
             {QStringLiteral("name"), preset.name},
             {QStringLiteral("type"),
              preset.type == BizModel::File::FileType::PresetPGM ? QStringLiteral("PGM")

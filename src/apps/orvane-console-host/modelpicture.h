@@ -54,6 +54,7 @@ struct InputPicture {
 
 struct PresetPicture {
     quint16 id = 0; ///< its slot, from 1
+    QString device; ///< member of the group that has it
     QString name;
     BizModel::File::FileType type = BizModel::File::FileType::PresetPVW;
     bool isActive = false;
@@ -65,10 +66,10 @@ struct DevicePicture {
     bool isOnline = false;
     bool isSwapEnabled = false;
     bool loadsToProgram = false;
-    BizModel::Preset::PresetOptMode presetMode = BizModel::Enum::Preset::Noting;
+    BizModel::Preset::PresetOptMode presetMode = BizModel::Enum::Preset::Noting; ///< with no device too
     QList<ScreenPicture> screens;
     QList<InputPicture> inputs; ///< by number
-    QList<PresetPicture> presets; ///< by slot
+    QList<PresetPicture> presets; ///< of the device and its group, by slot
 };
 
 /// The active device. On the GUI thread.

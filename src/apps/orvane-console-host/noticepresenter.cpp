@@ -1,7 +1,5 @@
 #include "noticepresenter.h"
 
-#include "bizmodel/devicelist.h"
-
 #include <QAbstractButton>
 #include <QFrame>
 #include <QLabel>
@@ -69,20 +67,22 @@ NoticePresenter::NoticePresenter(const DeviceList& devices, QWidget& parent)
     connect(
         &devices, &DeviceList::signalShowFramelessMessageBoxMsg, this,
         [this](FramelessMessageBoxMsgType type, const QString& text) {
-            m_messages.enqueue({iconOf(type), text});
+            m_messages.enqueue({type, text});
             showNextMessage();
         });
 }
 
 NoticePresenter::~NoticePresenter() = default;
 
-bool NoticePresenter::answer(QMessageBox::StandardButton button)
+QString NoticePresenter::answer(QMessageBox::StandardButton button)
 {
-    QAbstractButton* const shown = m_pBox ? m_pBox->button(button) : nullptr;
+    if (!m_pBox)
+        return QStringLiteral("no message box is shown");
+    QAbstractButton* const shown = m_pBox->button(button);
     if (!shown)
-        return false;
+        return QStringLiteral("the message box \"%1\" has no such button").arg(m_pBox->text());
     shown->click();
-    return true;
+    return {};
 }
 
 void NoticePresenter::showWaiting(const QString& text)
@@ -105,9 +105,9 @@ void NoticePresenter::showNextMessage()
     if (m_pBox || m_messages.isEmpty())
         return;
     const Message message = m_messages.dequeue();
-    const bool isQuestion = message.icon == QMessageBox::Question;
+    const bool isQuestion = message.type == FramelessMessageBoxMsgType::Question;
     m_pBox = new QMessageBox(
-        message.icon, QStringLiteral("Console"), message.text,
+        iconOf(message.type), QStringLiteral("Console"), message.text,
         isQuestion ? QMessageBox::Yes | QMessageBox::No : QMessageBox::Ok, &m_parent,
         Qt::Dialog | Qt::FramelessWindowHint);
     m_pBox->setObjectName(QStringLiteral("messageBox"));
@@ -122,6 +122,7 @@ void NoticePresenter::showNextMessage()
         showNextMessage();
     });
     m_pBox->open();
+    Q_EMIT signalMessageShown(message.type, message.text);
 }
 
 } // namespace Orvane::ConsoleHost

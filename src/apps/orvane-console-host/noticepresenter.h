@@ -1,15 +1,13 @@
 #pragma once
 
+#include "bizmodel/devicelist.h"
+
 #include <QMessageBox>
 #include <QObject>
 #include <QPointer>
 #include <QQueue>
 
 #include <memory>
-
-namespace Orvane::BizModel {
-class DeviceList;
-}
 
 namespace Orvane::ConsoleHost {
 
@@ -26,16 +24,19 @@ public:
     NoticePresenter(const BizModel::DeviceList& devices, QWidget& parent);
     ~NoticePresenter() override;
 
-    /// Presses a button of the message box that is shown; false when there is none, or no such button.
-    bool answer(QMessageBox::StandardButton button);
+    /// Presses a button of the message box that is shown.
+    /// @return empty, or why there was nothing to press
+    QString answer(QMessageBox::StandardButton button);
 
 Q_SIGNALS:
+    /// A message box is there and can be answered.
+    void signalMessageShown(Orvane::BizModel::FramelessMessageBoxMsgType type, const QString& text);
     /// The user has answered a question.
     void signalAnswered(QMessageBox::StandardButton button);
 
 private:
     struct Message {
-        QMessageBox::Icon icon = QMessageBox::NoIcon;
+        BizModel::FramelessMessageBoxMsgType type = BizModel::FramelessMessageBoxMsgType::Information;
         QString text;
     };
 

@@ -52,9 +52,10 @@ QRect windowOf(const Arguments& arguments)
 
 Answer addLayer(Control& control, const QString& device, const ScreenKey& screen, const Arguments& arguments)
 {
-    const quint32 layer =
-        control.addLayer(device, screen, sceneOf(arguments), arguments.id("input"), windowOf(arguments));
-    return layer == 0 ? answerOf(false) : Answer::done({{QStringLiteral("layer"), qint64(layer)}});
+    QString reason;
+    const quint32 layer = control.addLayer(
+        device, screen, sceneOf(arguments), arguments.id("input"), windowOf(arguments), &reason);
+    return layer == 0 ? Answer::refused(reason) : Answer::done({{QStringLiteral("layer"), qint64(layer)}});
 }
 
 Answer addInput(Control& control, const QString& device, const Arguments& arguments)
@@ -75,7 +76,7 @@ MemoryModel::FileType presetTypeOf(const Arguments& arguments)
 }
 
 /// A change of the preset in a slot.
-template <bool (Control::*change)(const QString&, MemoryModel::FileType, quint16)>
+template <MemoryModel::ControlResult (Control::*change)(const QString&, MemoryModel::FileType, quint16)>
 Answer changePreset(Control& control, const QString& device, const Arguments& arguments)
 {
     return answerOf((control.*change)(device, presetTypeOf(arguments), quint16(arguments.integer("slot"))));

@@ -3,6 +3,7 @@
 #include "bizmodel/devicelist.h"
 #include "ecmanager.h"
 #include "eventwriter.h"
+#include "noticepresenter.h"
 #include "operations.h"
 
 #include <QMetaEnum>
@@ -56,6 +57,19 @@ QString nameOf(BizModel::FramelessMessageBoxMsgType type)
         return QStringLiteral("information");
     }
     return QString::number(type);
+}
+
+QString nameOf(MemoryModel::JournalEntry::Phase phase)
+{
+    switch (phase) {
+    case MemoryModel::JournalEntry::Phase::Requested:
+        return QStringLiteral("requested");
+    case MemoryModel::JournalEntry::Phase::Started:
+        return QStringLiteral("started");
+    case MemoryModel::JournalEntry::Phase::Ended:
+        return QStringLiteral("ended");
+    }
+    return {};
 }
 
 } // namespace
@@ -115,13 +129,6 @@ void reportNotices(const DeviceList& devices, EventWriter& events)
                  {QStringLiteral("text"), text},
                  {QStringLiteral("ms"), durationMs}});
         });
-    QObject::connect(
-        &devices, &DeviceList::signalShowFramelessMessageBoxMsg, &events,
-        [&events](BizModel::FramelessMessageBoxMsgType type, const QString& text) {
-            events.writeEvent(
-                QStringLiteral("messageBox"),
-                {{QStringLiteral("type"), nameOf(type)}, {QStringLiteral("text"), text}});
-        });
     QObject::connect(&devices, &DeviceList::signalShowWaitingDialog, &events, [&events](const QString& text) {
         events.writeEvent(QStringLiteral("waitingDialogShown"), {{QStringLiteral("text"), text}});
     });
@@ -133,19 +140,33 @@ void reportNotices(const DeviceList& devices, EventWriter& events)
         });
 }
 
+void reportMessageBoxes(const NoticePresenter& notices, EventWriter& events)
+{
+    QObject::connect(
+        &notices, &NoticePresenter::signalMessageShown, &events,
+        [&events](BizModel::FramelessMessageBoxMsgType type, const QString& text) {
+            events.writeEvent(
+                QStringLiteral("messageBox"),
+                {{QStringLiteral("type"), nameOf(type)}, {QStringLiteral("text"), text}});
+        });
+}
+
 void reportOperations(MemoryModel::Operations& operations, EventWriter& events)
 {
     const auto start = std::chrono::steady_clock::now();
     operations.setListener([&events, start](const MemoryModel::JournalEntry& entry) {
         using namespace std::chrono;
-        const bool isRequest = entry.phase == MemoryModel::JournalEntry::Phase::Requested;
-        events.writeEvent(
-            QStringLiteral("operation"),
-            {{QStringLiteral("operation"), entry.operation},
-             {QStringLiteral("arguments"), entry.arguments},
-             {QStringLiteral("phase"), isRequest ? QStringLiteral("requested") : QStringLiteral("done")},
-             {QStringLiteral("thread"), QStringLiteral("%1 %2").arg(entry.threadName).arg(entry.threadId)},
-             {QStringLiteral("ms"), qint64(duration_cast<milliseconds>(entry.time - start).count())}});
+        QJsonObject members{
+            {QStringLiteral("operation"), entry.operation},
+            {QStringLiteral("arguments"), entry.arguments},
+            {QStringLiteral("phase"), nameOf(entry.phase)},
+            {QStringLiteral("thread"), QStringLiteral("%1 %2").arg(entry.threadName).arg(entry.threadId)},
+            {QStringLiteral("ms"), qint64(duration_cast<milliseconds>(entry.time - start).count())}};
+        if (entry.phase == MemoryModel::JournalEntry::Phase::Ended)
+            members.insert(QStringLiteral("ok"), !entry.failure);
+        if (entry.failure)
+            members.insert(QStringLiteral("reason"), *entry.failure);
+        events.writeEvent(QStringLiteral("operation"), members);
     });
 }
 

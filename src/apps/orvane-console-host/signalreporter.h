@@ -19,6 +19,7 @@ class Operations;
 namespace Orvane::ConsoleHost {
 
 class EventWriter;
+class NoticePresenter;
 
 /// Writes an event for every signal of the console's manager.
 void reportManagerSignals(const ECProxy::Client::ECManager& manager, EventWriter& events);
@@ -29,10 +30,13 @@ void reportSession(const ECProxy::Client::ECConsoleSession& session, EventWriter
 /// The state as events name it: "absent", "present", "unknown".
 QString nameOf(ECProxy::Client::ECConsoleSession::ServiceState state);
 
-/// Writes an event for every notice to the user.
+/// Writes an event for every notice to the user but the message boxes.
 void reportNotices(const BizModel::DeviceList& devices, EventWriter& events);
 
-/// Writes an event for everything that the model is asked to do, and for everything that it does. `events`
+/// Writes an event for every message box once it is there to be answered.
+void reportMessageBoxes(const NoticePresenter& notices, EventWriter& events);
+
+/// Writes an event for everything that the model is asked to do, begins and has done. `events`
 /// must outlive the model.
 void reportOperations(MemoryModel::Operations& operations, EventWriter& events);
 

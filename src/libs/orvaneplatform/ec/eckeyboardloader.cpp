@@ -1,5 +1,6 @@
 #include "ec/eckeyboardloader.h"
 
+#include "ec/eckeyfunctions.h"
 #include "ec/jsonduplicates_p.h"
 
 #include <QFile>
@@ -29,16 +30,14 @@ constexpr quint16 SelectKeyCode = 1;
 /// What a command asks of its group.
 struct GroupRule {
     QLatin1String name;
-    /// Function codes run from 0, no function, to this one.
-    quint16 highestCode;
     /// Its select keys are numbered 0, 1, 2 … by their order index.
     bool numbersSelectKeys;
 };
 
 const GroupRule groupRules[] = {
-    {QLatin1String("ScreenCommand"), 15, true}, {QLatin1String("LayerCommand"), 9, true},
-    {QLatin1String("InputCommand"), 3, true},   {QLatin1String("PresetCommand"), 9, true},
-    {QLatin1String("NumberCommand"), 5, false}, {QLatin1String("FunctionCommand"), 7, false},
+    {QLatin1String("ScreenCommand"), true},  {QLatin1String("LayerCommand"), true},
+    {QLatin1String("InputCommand"), true},   {QLatin1String("PresetCommand"), true},
+    {QLatin1String("NumberCommand"), false}, {QLatin1String("FunctionCommand"), false},
 };
 
 const GroupRule* findRule(const QString& name)
@@ -246,7 +245,7 @@ std::shared_ptr<s_ECButtonConfig> KeyboardReader::readKey(
                 QStringLiteral("key %1 has this ECKey already, expected one key a number").arg(*first));
     }
     key->OrvaneECKey = number(*json, QStringLiteral("OrvaneECKey"), MaxU32, place).value_or(0);
-    const quint32 highestCode = group.rule ? group.rule->highestCode : MaxU16;
+    const quint32 highestCode = group.rule ? quint32(keyFunctionNames(group.rule->name).size() - 1) : MaxU16;
     const auto code = number(*json, QStringLiteral("OrvaneKey"), highestCode, place);
     key->OrvaneKey = static_cast<quint16>(code.value_or(0));
     const auto index = number(*json, QStringLiteral("OrderIndex"), MaxU16, place);
