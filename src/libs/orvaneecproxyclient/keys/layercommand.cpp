@@ -78,7 +78,7 @@ int LayerCommand::maxPage()
 
 int LayerCommand::pageSize() const
 {
-    return d->m_layerButtonCfgs.count();
+    return d->m_items.keys().count();
 }
 
 void LayerCommand::retranslateUi()
@@ -109,7 +109,7 @@ bool LayerCommand::updatePageOled(const quint32& oledECKey, const quint32& pageI
 
 void LayerCommand::updateSelectModeButtonConfig()
 {
-    d->makeItems();
+    d->m_items.make(ecCommandConfig(), maxPage());
 }
 
 int LayerCommand::getMinUnusedECButtonIndex(int& orderIndex) const
@@ -127,7 +127,7 @@ int LayerCommand::getMinUnusedECButtonIndex(int& orderIndex) const
 
 std::shared_ptr<EC::s_ECButtonConfig> LayerCommand::findSelectModeButtonByIndex(const int& index) const
 {
-    return d->m_layerButtonCfgs.at(index);
+    return d->m_items.keys().at(index);
 }
 
 void LayerCommand::updateKeyboard()

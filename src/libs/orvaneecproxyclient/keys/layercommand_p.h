@@ -2,13 +2,11 @@
 
 #include "activeddevicewatch_p.h"
 #include "coalescer_p.h"
-#include "eccommanditem.h"
 #include "holdtimer_p.h"
-#include "itemupdates_p.h"
 #include "layercommand.h"
 #include "layerhold_p.h"
+#include "layerkeyitems_p.h"
 #include "layeroperation_p.h"
-#include "selectkeys_p.h"
 
 #include "bizmodel/ids.h"
 #include "modelcontrol/screen.h"
@@ -23,35 +21,8 @@
 #include <mutex>
 #include <optional>
 #include <set>
-#include <vector>
 
 namespace Orvane::ECProxy::Client::Internal {
-
-using LayerPtr = std::shared_ptr<BizModel::Layer>;
-using WeakLayers = QList<std::weak_ptr<BizModel::Layer>>;
-
-/// A screen whose layers have keys, and what its items are found by.
-struct LayerScreen {
-    std::shared_ptr<BizModel::Device> device;
-    std::shared_ptr<BizModel::Screen> screen;
-    /// The device's identity.
-    QString ip;
-    /// Server id of the screen's items.
-    quint32 serverId = 0;
-};
-
-/// Server id of a screen's layer items: the screen's id, and for other than regular screens, which count
-/// their ids apart, the type as well.
-quint32 layerServerId(const BizModel::Screen& screen);
-
-/// The active screen; none when there is none or the console does not work on screens of its type.
-std::optional<LayerScreen> activedLayerScreen();
-
-/// The layers of the preview that can have a key.
-QList<LayerPtr> previewLayers(const BizModel::Screen& screen);
-
-/// Whether a layer shows on the keys.
-bool isKeyLayer(const BizModel::Layer& layer);
 
 class LayerCommandPrivate {
 public:
@@ -123,8 +94,6 @@ public:
     void forgetScreen(const BizModel::Device& device, const BizModel::Screen& screen);
     /// Frees the keys of a device that is gone.
     void forgetDevice(const BizModel::Device& device);
-    /// Makes the items of the group's keys anew.
-    void makeItems();
     void updateLayerName(
         const BizModel::Device& device, const BizModel::Screen& screen, const BizModel::Layer& layer);
 
@@ -134,7 +103,7 @@ public:
     void updateAfterTake();
 
     LayerCommand* const m_pCommand;
-    SelectKeys m_layerButtonCfgs;
+    LayerKeyItems m_items;
     LayerOperation m_operation;
 
 private:
@@ -160,35 +129,10 @@ private:
         BizModel::SceneType scene;
     };
 
-    /// A layer as its key shows it.
-    struct KeyLayer {
-        quint32 id = 0;
-        QString name;
-        ECLEDColor color = ECLEDColor::Yellow;
-    };
-    struct ScreenLayers {
-        QString ip;
-        quint32 serverId = 0;
-        std::vector<quint32> layerIds; ///< ascending
-        std::vector<KeyLayer> layers; ///< in the same order
-    };
-    /// The present preview layers of screens of the active device.
-    struct TakenLayers {
-        QString ip;
-        ECObjectIdList ids;
-    };
-    /// A place among the keys.
-    struct KeyPlace {
-        int buttonIndex = -1;
-        int orderIndex = -1;
-        int pageIndex = 0;
-    };
-
     // Creation.
 
     bool selectLayer(const LayerScreen& target, const LayerPtr& layer);
-    LayerPtr findBindingLayer(const LayerScreen& target, const KeyPlace& place) const;
-    LayerPtr createLayer(const quint32& ecKey, const KeyPlace& place);
+    LayerPtr createLayer(const quint32& ecKey, const LayerKeyPlace& place);
     /// False, and the operator is told, when the screen takes no further layer now.
     static bool isReadyForNewLayer(const BizModel::Device& device, const BizModel::Screen& screen);
     std::shared_ptr<BizModel::Input> getMachingInput(const BizModel::Device& device) const;
@@ -199,13 +143,10 @@ private:
         const std::shared_ptr<BizModel::Input>& input);
     void holdResourceOut(const std::shared_ptr<BizModel::Screen>& screen);
     void slotScreenStateTimeOut();
-    KeyPlace keyPlace(const quint32& ecKey) const;
-    static void logBinding(const quint32& ecKey, const KeyPlace& place, const LayerScreen& target);
+    LayerKeyPlace keyPlace(const quint32& ecKey) const;
+    static void logBinding(const quint32& ecKey, const LayerKeyPlace& place, const LayerScreen& target);
     void showNewLayer(
-        const LayerScreen& target, const quint32& ecKey, const KeyPlace& place, const LayerPtr& layer);
-    /// The key's item; empty when the key has another layer by now.
-    std::shared_ptr<ECCommandItem> bindNewLayer(
-        const LayerScreen& target, const KeyPlace& place, const LayerPtr& layer);
+        const LayerScreen& target, const quint32& ecKey, const LayerKeyPlace& place, const LayerPtr& layer);
 
     // Changes of what is selected.
 
@@ -213,10 +154,6 @@ private:
         bool (ModelControl::Screen::*)(const std::weak_ptr<BizModel::Screen>&, const WeakLayers&);
     void changeZOrder(const LayerTarget& target, ZOrderOperation operation);
     void removeLayers(const LayerScreen& target, const QList<LayerPtr>& layers);
-    /// Frees the key of a layer that is gone, and answers its item; empty when the layer has no key or
-    /// another layer has taken the id.
-    std::shared_ptr<ECCommandItem> freeKeyOf(
-        const QString& ip, const BizModel::Screen& screen, const BizModel::Layer& layer);
     /// The number of the key that became free, for the log; -1 when the layer had none, or a repaint after
     /// the removal of another layer has freed it already.
     static int freedKey(const std::shared_ptr<ECCommandItem>& item);
@@ -226,20 +163,10 @@ private:
     void darkenFunction(LayerCallbackType type);
     QList<std::shared_ptr<EC::s_ECButtonConfig>> functionButtons(LayerCallbackType type) const;
 
-    // Items.
-
-    static std::optional<ScreenLayers> readActivedScreen();
-    static TakenLayers readTakenLayers(const QList<std::weak_ptr<BizModel::Screen>>& screens);
-    static ECCommandItemList layerItems(const ScreenLayers& screen);
-    void bindLayers(const ScreenLayers& screen);
-
     std::atomic<BizModel::CapacityMode> m_currentLayerTemplate{BizModel::CapacityMode::_SL};
     std::atomic<int> m_fullScreenPressCnt{0};
 
     ActivedDeviceWatch m_activedDevice;
-    /// Guards the binding of layers to items.
-    ItemUpdates m_itemUpdates;
-
     // m_keyLayerRemoveListMtx guards m_keyLayerRemoveList.
     std::mutex m_keyLayerRemoveListMtx;
     QList<BizModel::s_ScreenLayerId> m_keyLayerRemoveList;

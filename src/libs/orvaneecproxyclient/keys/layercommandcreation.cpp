@@ -84,8 +84,8 @@ bool LayerCommandPrivate::selectLayerPressed(const quint32& ecKey)
         return false;
     }
     const LayerScreen target{device, screen, device->ipMacSn(), layerServerId(*screen)};
-    const KeyPlace place = keyPlace(ecKey);
-    if (const auto layer = findBindingLayer(target, place))
+    const LayerKeyPlace place = keyPlace(ecKey);
+    if (const auto layer = m_items.findLayer(target, place))
         return selectLayer(target, layer);
 
     qInfo("layer key [%u] pressed to create layer.", ecKey);
@@ -105,19 +105,6 @@ bool LayerCommandPrivate::selectLayerPressed(const quint32& ecKey)
     return true;
 }
 
-LayerPtr LayerCommandPrivate::findBindingLayer(const LayerScreen& target, const KeyPlace& place) const
-{
-    const ECObjectIdList ids = m_itemUpdates.read([&] {
-        return ECConsoleManager::instance()->findBindingObject(
-            target.ip, KeyboardType::Layer, place.buttonIndex, target.serverId);
-    });
-    const auto layers = previewLayers(*target.screen);
-    const auto found = std::find_if(layers.begin(), layers.end(), [&](const LayerPtr& layer) {
-        return ids.contains({target.serverId, layer->layerId()});
-    });
-    return found == layers.end() ? nullptr : *found;
-}
-
 bool LayerCommandPrivate::selectLayer(const LayerScreen& target, const LayerPtr& layer)
 {
     const auto control = ModelControl::Screen::layerModelControl(layer->layerType(), target.device);
@@ -133,7 +120,7 @@ bool LayerCommandPrivate::selectLayer(const LayerScreen& target, const LayerPtr&
 
 // ---- A layer for a free key -----------------------------------------------------------------------------
 
-LayerPtr LayerCommandPrivate::createLayer(const quint32& ecKey, const KeyPlace& place)
+LayerPtr LayerCommandPrivate::createLayer(const quint32& ecKey, const LayerKeyPlace& place)
 {
     const auto device = activedDevice();
     if (!device) {
@@ -206,7 +193,8 @@ bool LayerCommandPrivate::isReadyForNewLayer(const BizModel::Device& device, con
     return true;
 }
 
-void LayerCommandPrivate::logBinding(const quint32& ecKey, const KeyPlace& place, const LayerScreen& target)
+void LayerCommandPrivate::logBinding(
+    const quint32& ecKey, const LayerKeyPlace& place, const LayerScreen& target)
 {
     const quint32 screenId = target.screen->screenId();
     const quint32 layerId = target.screen->nextLayerId(SceneType::PVW, LayerType::Regular);
@@ -218,9 +206,9 @@ void LayerCommandPrivate::logBinding(const quint32& ecKey, const KeyPlace& place
         place.buttonIndex, place.orderIndex);
 }
 
-LayerCommandPrivate::KeyPlace LayerCommandPrivate::keyPlace(const quint32& ecKey) const
+LayerKeyPlace LayerCommandPrivate::keyPlace(const quint32& ecKey) const
 {
-    KeyPlace place;
+    LayerKeyPlace place;
     place.pageIndex = m_pCommand->currentPageIndex();
     place.orderIndex = m_pCommand->findECButtonOrderIndex(ecKey);
     if (place.orderIndex >= 0)
@@ -229,10 +217,10 @@ LayerCommandPrivate::KeyPlace LayerCommandPrivate::keyPlace(const quint32& ecKey
 }
 
 void LayerCommandPrivate::showNewLayer(
-    const LayerScreen& target, const quint32& ecKey, const KeyPlace& place, const LayerPtr& layer)
+    const LayerScreen& target, const quint32& ecKey, const LayerKeyPlace& place, const LayerPtr& layer)
 {
     const QString name = layer->name();
-    const auto item = bindNewLayer(target, place, layer);
+    const auto item = m_items.bindNew(target, place, *layer);
     if (!item) {
         qWarning("Key %u has another layer by now, the new layer gets the next free one.", ecKey);
         refreshKeys();
@@ -247,35 +235,6 @@ void LayerCommandPrivate::showNewLayer(
             m_pCommand->updateECOledTextByBtnECKey(ecKey, name);
             m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Yellow);
         });
-}
-
-std::shared_ptr<ECCommandItem> LayerCommandPrivate::bindNewLayer(
-    const LayerScreen& target, const KeyPlace& place, const LayerPtr& layer)
-{
-    const ECObjectId id{target.serverId, layer->layerId()};
-    const QString name = layer->name();
-    ECConsoleManager* const store = ECConsoleManager::instance();
-    const auto readLayerIds = [&] {
-        store->initLayerECCommand(target.ip, KeyboardType::Layer, target.serverId);
-        std::set<quint32> ids;
-        const auto layers = previewLayers(*target.screen);
-        for (const auto& present : layers)
-            ids.insert(present->layerId());
-        return ids;
-    };
-    return m_itemUpdates.update(readLayerIds, [&](const std::set<quint32>& present) {
-        // An update that saw the layer before we did has given it the first free key.
-        store->resetECButtonData(target.ip, KeyboardType::Layer, id);
-        const ECObjectIdList bound =
-            store->findBindingObject(target.ip, KeyboardType::Layer, place.buttonIndex, target.serverId);
-        for (const ECObjectId& old : bound) {
-            if (old.first == target.serverId && present.count(old.second) == 0)
-                store->resetECButtonData(target.ip, KeyboardType::Layer, old);
-        }
-        return store->updateECButtonData(
-            target.ip, KeyboardType::Layer, place.orderIndex, place.buttonIndex, place.pageIndex, {id},
-            ECLEDColor::Yellow, name, false);
-    });
 }
 
 // ---- Source and place of a new layer --------------------------------------------------------------------

@@ -189,7 +189,7 @@ void LayerCommandPrivate::removeLayers(const LayerScreen& target, const QList<La
         if (!isRemoved || ids.at(i).sceneType != SceneType::PVW)
             continue;
         const BizModel::Layer& layer = *layers.at(i);
-        const auto item = freeKeyOf(target.ip, *target.screen, layer);
+        const auto item = m_items.release(target.ip, *target.screen, layer);
         qInfo(
             "layer is removing ...  ECKey: %d layerId :%u layer name:%s", freedKey(item), layer.layerId(),
             qUtf8Printable(layer.name()));

@@ -1,0 +1,88 @@
+#pragma once
+
+#include "eccommanditem.h"
+#include "ecconstants.h"
+#include "itemupdates_p.h"
+#include "layerscreen_p.h"
+#include "selectkeys_p.h"
+
+#include <QString>
+
+#include <optional>
+#include <vector>
+
+namespace Orvane::ECProxy::Client::Internal {
+
+/// A place among the keys.
+struct LayerKeyPlace {
+    int buttonIndex = -1;
+    int orderIndex = -1;
+    int pageIndex = 0;
+};
+
+/// Which layer is on which key, and how the key looks: the items of the layer keys, in line with the preview
+/// of the active screen. Each screen has items of its own. Any thread.
+class LayerKeyItems {
+public:
+    /// The group's select keys, by their place on a page.
+    const SelectKeys& keys() const { return m_keys; }
+
+    /// Makes the items of all pages anew, for the keys of `config`.
+    void make(const std::shared_ptr<EC::s_ECCommandConfig>& config, int pageCount);
+    /// Binds the active screen's preview layers to its keys, by ascending layer id, and gives the keys their
+    /// looks. Keys of layers that are gone become free.
+    void update();
+    /// Frees the keys of all layers of those screens and gives them anew, from the first. When a selected
+    /// layer was on `page` and none is now, returns the page that has one.
+    std::optional<int> giveAnew(const QList<std::weak_ptr<BizModel::Screen>>& screens, int page);
+
+    /// Empty when the key is free.
+    LayerPtr findLayer(const LayerScreen& target, const LayerKeyPlace& place) const;
+    /// The item of a layer's key; empty when it has none.
+    static std::shared_ptr<ECCommandItem> findItem(const LayerScreen& target, const BizModel::Layer& layer);
+    /// Binds a new layer to the key that has made it, whichever key it had got meanwhile. Empty when another
+    /// layer has that key by now.
+    std::shared_ptr<ECCommandItem> bindNew(
+        const LayerScreen& target, const LayerKeyPlace& place, const BizModel::Layer& layer);
+    /// Frees the key of a layer that is gone and returns its item; empty when the layer has no key, or
+    /// another layer has taken the id.
+    std::shared_ptr<ECCommandItem> release(
+        const QString& ip, const BizModel::Screen& screen, const BizModel::Layer& layer);
+    /// Writes the layer's name to its item; empty when it has none.
+    std::shared_ptr<ECCommandItem> rename(
+        const QString& ip, const BizModel::Screen& screen, const BizModel::Layer& layer);
+    /// Drops the items of a screen that is gone.
+    void forgetScreen(const BizModel::Device& device, const BizModel::Screen& screen);
+    /// Frees the keys of a device that is gone.
+    void forgetDevice(const BizModel::Device& device);
+
+private:
+    /// A layer as its key shows it.
+    struct KeyLayer {
+        quint32 id = 0;
+        QString name;
+        ECLEDColor color = ECLEDColor::Yellow;
+    };
+    struct ScreenLayers {
+        QString ip;
+        quint32 serverId = 0;
+        std::vector<quint32> layerIds; ///< ascending
+        std::vector<KeyLayer> layers; ///< in the same order
+    };
+    /// The present preview layers of screens of the active device.
+    struct TakenLayers {
+        QString ip;
+        ECObjectIdList ids;
+    };
+
+    static std::optional<ScreenLayers> readActivedScreen();
+    static TakenLayers readTakenLayers(const QList<std::weak_ptr<BizModel::Screen>>& screens);
+    static ECCommandItemList itemsOf(const ScreenLayers& screen);
+    void bindLayers(const ScreenLayers& screen) const;
+
+    SelectKeys m_keys;
+    /// Guards the binding of layers to items.
+    ItemUpdates m_updates;
+};
+
+} // namespace Orvane::ECProxy::Client::Internal

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "bizmodel/fwd.h"
+
+#include <QList>
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+/// What the layer keys see of a screen. Any thread.
+namespace Orvane::ECProxy::Client::Internal {
+
+using LayerPtr = std::shared_ptr<BizModel::Layer>;
+using WeakLayers = QList<std::weak_ptr<BizModel::Layer>>;
+
+/// A screen whose layers have keys, and what its items are found by.
+struct LayerScreen {
+    std::shared_ptr<BizModel::Device> device;
+    std::shared_ptr<BizModel::Screen> screen;
+    /// The device's identity.
+    QString ip;
+    /// Server id of the screen's items.
+    quint32 serverId = 0;
+};
+
+/// Server id of a screen's layer items: the screen's id, and for other than regular screens, which count
+/// their ids apart, the type as well.
+quint32 layerServerId(const BizModel::Screen& screen);
+
+/// The active screen; none when there is none or the console does not work on screens of its type.
+std::optional<LayerScreen> activedLayerScreen();
+
+/// Whether a layer shows on the keys.
+bool isKeyLayer(const BizModel::Layer& layer);
+
+/// The layers of the preview that can have a key.
+QList<LayerPtr> previewLayers(const BizModel::Screen& screen);
+
+/// Those of them that are selected, by ascending id.
+QList<LayerPtr> selectedPreviewLayers(const BizModel::Screen& screen);
+
+} // namespace Orvane::ECProxy::Client::Internal
