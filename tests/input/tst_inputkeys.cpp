@@ -7,6 +7,8 @@
 #include "bizmodel/input.h"
 #include "bizmodel/layer.h"
 
+#include <QApplication>
+#include <QDialog>
 #include <QTest>
 
 using namespace Orvane;
@@ -210,6 +212,19 @@ private Q_SLOTS:
         QVERIFY(keyShows(0, ECLEDColor::Green, inputName(1)));
         control().removeLayer(m_device, Stage, SceneType::PVW, 1);
         QVERIFY(keyShows(0, ECLEDColor::Yellow, inputName(1)));
+    }
+
+    void aPageKeyReleasedUnderADialogTurnsThePage()
+    {
+        console().press(PageDown);
+        QVERIFY(console().waitShows(PageDown, ECLEDColor::Green));
+        QDialog dialog;
+        dialog.setModal(true);
+        dialog.show();
+        QVERIFY(QTest::qWaitFor([] { return QApplication::activeModalWidget() != nullptr; }));
+        console().release(PageDown);
+        QVERIFY(pageShows(2));
+        QVERIFY(console().waitShows(PageDown, ECLEDColor::Off));
     }
 
     void inputsThatComeAndGoMoveTheOthers()

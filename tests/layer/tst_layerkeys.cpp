@@ -7,6 +7,8 @@
 #include "modelcontrol/layer.h"
 #include "modelcontrol/screen.h"
 
+#include <QApplication>
+#include <QDialog>
 #include <QElapsedTimer>
 #include <QRegularExpression>
 #include <QTest>
@@ -540,6 +542,20 @@ private Q_SLOTS:
         control().removeDevice(m_device);
         QVERIFY(console().settle());
         QCOMPARE(console().label(Label + PageUp), QString("Page 2"));
+    }
+
+    void aPageKeyReleasedUnderADialogTurnsThePage()
+    {
+        load({layerRecord(1)});
+        console().press(PageDown);
+        QVERIFY(console().waitShows(PageDown, ECLEDColor::Green));
+        QDialog dialog;
+        dialog.setModal(true);
+        dialog.show();
+        QVERIFY(QTest::qWaitFor([] { return QApplication::activeModalWidget() != nullptr; }));
+        console().release(PageDown);
+        QVERIFY(console().waitLabel(Label + PageUp, "Page 2"));
+        QVERIFY(console().waitShows(PageDown, ECLEDColor::Off));
     }
 
     void eachScreenKeepsItsKeys()

@@ -5,6 +5,7 @@
 #include "inputcommand_p.h"
 #include "inputtrial_p.h"
 #include "modelaccess_p.h"
+#include "painter_p.h"
 
 #include "bizmodel/device.h"
 #include "bizmodel/input.h"
@@ -26,6 +27,25 @@ using BizModel::StatusBarMsgType;
 using WeakLayers = QList<std::weak_ptr<BizModel::Layer>>;
 
 // ---- Keys -----------------------------------------------------------------------------------------------
+
+const std::vector<KeyRow<InputCommandPrivate>>& InputCommandPrivate::keys()
+{
+    using Type = InputCallbackType;
+    using Key = InputCommandPrivate;
+    const auto code = [](Type type) { return quint16(type); };
+    constexpr auto Momentary = KeyLight::Momentary;
+    // A dialog that opens while a page key is held must not keep its release away.
+    constexpr auto Passes = ReleasePassesDialog;
+    static const std::vector<KeyRow<Key>> s_keys{
+        {code(Type::eNothing), "none", nullptr, nullptr, NoTraits, Momentary},
+        {code(Type::eSelecInputCB), "select an input", &Key::selectInputPressed, &Key::selectInputRelease,
+         NoTraits, KeyLight::Lasting},
+        {code(Type::ePageUp), "page up", &Command::pageUpPressed, &Command::pageUpRelease, Passes, Momentary},
+        {code(Type::ePageDown), "page down", &Command::pageDownPressed, &Command::pageDownRelease, Passes,
+         Momentary},
+    };
+    return s_keys;
+}
 
 bool InputCommandPrivate::selectInputPressed(const quint32& ecKey)
 {
@@ -137,13 +157,14 @@ void InputCommandPrivate::updateInputName(const BizModel::Device& device, const 
         return;
     const QString ip = device.ipMacSn();
     const QString name = item->ecOledText();
-    m_pCommand->sendWhileShown(
-        [&] {
-            const auto actived = activedDevice();
-            return actived && actived->ipMacSn() == ip && item->ecOledText() == name
-                && item->ecButtonPageIndex() == m_pCommand->currentPageIndex();
-        },
-        [&] { m_pCommand->updateECOledText(quint32(oledKey), quint32(oledKey), name); });
+    const auto send = [&] {
+        const auto actived = activedDevice();
+        if (actived && actived->ipMacSn() == ip && item->ecOledText() == name
+            && item->ecButtonPageIndex() == m_pCommand->currentPageIndex())
+            m_pCommand->updateECOledText(quint32(oledKey), quint32(oledKey), name);
+    };
+    m_pCommand->painter().sendAtOnce(
+        "late label", send, [this] { m_pCommand->updateCommandKeypad(Enum::UpdateConsoleType::OLED); });
 }
 
 } // namespace Internal
@@ -154,17 +175,7 @@ InputCommand::InputCommand(QObject* parent)
     : Command(parent)
     , d(new InputCommandPrivate(this))
 {
-    bindKey(
-        quint32(InputCallbackType::eSelecInputCB),
-        std::bind(&InputCommandPrivate::selectInputPressed, d, std::placeholders::_1),
-        std::bind(&InputCommandPrivate::selectInputRelease, d, std::placeholders::_1));
-    bindKey(
-        quint32(InputCallbackType::ePageUp), std::bind(&Command::pageUpPressed, this, std::placeholders::_1),
-        std::bind(&Command::pageUpRelease, this, std::placeholders::_1));
-    bindKey(
-        quint32(InputCallbackType::ePageDown),
-        std::bind(&Command::pageDownPressed, this, std::placeholders::_1),
-        std::bind(&Command::pageDownRelease, this, std::placeholders::_1));
+    setKeyTable({this, d, InputCommandPrivate::keys()});
 }
 
 InputCommand::~InputCommand()
@@ -222,17 +233,18 @@ std::shared_ptr<EC::s_ECButtonConfig> InputCommand::findSelectModeButtonByIndex(
 
 void InputCommand::updateKeyboard()
 {
-    darkenKeys([](quint16 orvaneKey) { return orvaneKey != quint16(InputCallbackType::eSelecInputCB); });
-    if (const auto oled = findPageOled(quint16(InputCallbackType::ePageUp)))
-        showCurrentPage([&](quint32 page) { updatePageOled(oled->ECKey, page); });
-    else
-        d->refreshKeys(Enum::UpdateConsoleType::All);
+    darkenMomentaryKeys();
+    d->updateECCommandItems();
+    udpateECPageOled();
+    updateCommandKeypad(Enum::UpdateConsoleType::All);
 }
 
 void InputCommand::udpateECPageOled()
 {
-    if (const auto oled = findPageOled(quint16(InputCallbackType::ePageUp)))
-        showCurrentPage([&](quint32 page) { Command::updatePageOled(oled->ECKey, page); });
+    painter().paint("page label", [this] {
+        if (const auto oled = findPageOled(quint16(InputCallbackType::ePageUp)))
+            Command::updatePageOled(oled->ECKey, quint32(currentPageIndex()));
+    });
 }
 
 bool InputCommand::containsSelectedECButtonConfigByECKey(const quint32& ecKey) const

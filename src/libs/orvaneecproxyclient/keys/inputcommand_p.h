@@ -2,9 +2,11 @@
 
 #include "inputcommand.h"
 #include "inputkeyitems_p.h"
+#include "keytable_p.h"
 
 #include <atomic>
 #include <memory>
+#include <vector>
 
 namespace Orvane::ECProxy::Client::Internal {
 
@@ -16,6 +18,8 @@ public:
         : m_pCommand(command)
     {
     }
+
+    static const std::vector<KeyRow<InputCommandPrivate>>& keys();
 
     // Key handlers.
 

@@ -12,6 +12,42 @@
 
 namespace Orvane::ECProxy::Client {
 
+namespace Internal {
+
+const std::vector<KeyRow<LayerCommandPrivate>>& LayerCommandPrivate::keys()
+{
+    using Type = LayerCallbackType;
+    using Key = LayerCommandPrivate;
+    const auto code = [](Type type) { return quint16(type); };
+    constexpr auto Momentary = KeyLight::Momentary;
+    // A dialog that opens while a key is held must not keep its release away.
+    constexpr auto Passes = ReleasePassesDialog;
+    static const std::vector<KeyRow<Key>> s_keys{
+        {code(Type::eNothing), "none", nullptr, nullptr, NoTraits, Momentary},
+        {code(Type::eSelectLayerCB), "select or make a layer", &Key::selectLayerPressed,
+         &Key::selectLayerRelease, NoTraits, KeyLight::Lasting},
+        {code(Type::ePageUp), "page up", &Command::pageUpPressed, &Command::pageUpRelease, Passes, Momentary},
+        {code(Type::ePageDown), "page down", &Command::pageDownPressed, &Command::pageDownRelease, Passes,
+         Momentary},
+        {code(Type::eRemoveSelectedLayerCB), "remove", &Key::removeSelectedLayerPressed,
+         &Key::darkenReleasedKey, Passes, Momentary},
+        {code(Type::eClearLayersCB), "clear", &Key::clearLayersPressed, &Key::clearLayersRelease, Passes,
+         Momentary, nullptr, &Key::cancelClear},
+        {code(Type::eSetSelectedLayerTopZValueCB), "front", &Key::setSelectedLayerTopZValuePressed,
+         &Key::setSelectedLayerTopZValueRelease, Passes, Momentary, nullptr, &Key::cancelTopZValue},
+        {code(Type::eSetSelectedLayerBottomZValueCB), "back", &Key::setSelectedLayerBottomZValuePressed,
+         &Key::setSelectedLayerBottomZValueRelease, Passes, Momentary, nullptr, &Key::cancelBottomZValue},
+        {code(Type::eChangeNewLayerDefaultCapacityCB), "capacity of new layers",
+         &Key::changeNewLayerDefaultCapacityPressed, &Key::darkenReleasedKey, Passes, Momentary,
+         &Key::showCapacity},
+        {code(Type::eSetSelectedLayerFullScreenCB), "full screen", &Key::setSelectedLayerFullScreenPressed,
+         &Key::darkenReleasedKey, Passes, Momentary, &Key::showFullScreen, &Key::cancelFullScreen},
+    };
+    return s_keys;
+}
+
+} // namespace Internal
+
 using Internal::LayerCommandPrivate;
 using Internal::LayerOperation;
 
@@ -19,43 +55,7 @@ LayerCommand::LayerCommand(QObject* parent)
     : Command(parent)
     , d(new LayerCommandPrivate(this))
 {
-    using Handler = bool (LayerCommandPrivate::*)(const quint32&);
-    const auto bind = [this](LayerCallbackType type, Handler pressed, Handler released) {
-        bindKey(
-            quint32(type), std::bind(pressed, d, std::placeholders::_1),
-            std::bind(released, d, std::placeholders::_1));
-    };
-    bindKey(
-        quint32(LayerCallbackType::eSelectLayerCB),
-        std::bind(&LayerCommandPrivate::selectLayerPressed, d, std::placeholders::_1),
-        [](const quint32&) { return true; });
-    bindKey(
-        quint32(LayerCallbackType::ePageUp), std::bind(&Command::pageUpPressed, this, std::placeholders::_1),
-        std::bind(&Command::pageUpRelease, this, std::placeholders::_1));
-    bindKey(
-        quint32(LayerCallbackType::ePageDown),
-        std::bind(&Command::pageDownPressed, this, std::placeholders::_1),
-        std::bind(&Command::pageDownRelease, this, std::placeholders::_1));
-    bind(
-        LayerCallbackType::eRemoveSelectedLayerCB, &LayerCommandPrivate::removeSelectedLayerPressed,
-        &LayerCommandPrivate::darkenReleasedKey);
-    bind(
-        LayerCallbackType::eClearLayersCB, &LayerCommandPrivate::clearLayersPressed,
-        &LayerCommandPrivate::clearLayersRelease);
-    bind(
-        LayerCallbackType::eSetSelectedLayerTopZValueCB,
-        &LayerCommandPrivate::setSelectedLayerTopZValuePressed,
-        &LayerCommandPrivate::setSelectedLayerTopZValueRelease);
-    bind(
-        LayerCallbackType::eSetSelectedLayerBottomZValueCB,
-        &LayerCommandPrivate::setSelectedLayerBottomZValuePressed,
-        &LayerCommandPrivate::setSelectedLayerBottomZValueRelease);
-    bind(
-        LayerCallbackType::eChangeNewLayerDefaultCapacityCB,
-        &LayerCommandPrivate::changeNewLayerDefaultCapacityPressed, &LayerCommandPrivate::darkenReleasedKey);
-    bind(
-        LayerCallbackType::eSetSelectedLayerFullScreenCB,
-        &LayerCommandPrivate::setSelectedLayerFullScreenPressed, &LayerCommandPrivate::darkenReleasedKey);
+    setKeyTable({this, d, LayerCommandPrivate::keys()});
 }
 
 LayerCommand::~LayerCommand()
@@ -84,8 +84,7 @@ int LayerCommand::pageSize() const
 void LayerCommand::retranslateUi()
 {
     d->showPageLabel();
-    d->initLayerCapacity();
-    d->updateFullScreenLabel();
+    d->showLabels();
 }
 
 QList<std::shared_ptr<ECCommandItem>> LayerCommand::commandItems() const
@@ -132,16 +131,13 @@ std::shared_ptr<EC::s_ECButtonConfig> LayerCommand::findSelectModeButtonByIndex(
 
 void LayerCommand::updateKeyboard()
 {
-    darkenKeys([](quint16 orvaneKey) { return orvaneKey != quint16(LayerCallbackType::eSelectLayerCB); });
+    darkenMomentaryKeys();
     d->updateLayerKeyboard();
 }
 
 bool LayerCommand::isAllowedKeyReleased(const quint16& ecKey)
 {
-    // Their presses light them, or are held: a dialog that opens meanwhile must not keep the release away.
-    const int orvaneKey = findOrvaneKey(ecKey);
-    return orvaneKey >= int(LayerCallbackType::eRemoveSelectedLayerCB)
-        && orvaneKey <= int(LayerCallbackType::eSetSelectedLayerFullScreenCB);
+    return Command::isAllowedKeyReleased(ecKey);
 }
 
 bool LayerCommand::containsSelectedECButtonConfigByECKey(const quint32& ecKey) const

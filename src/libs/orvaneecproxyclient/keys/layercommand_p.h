@@ -3,10 +3,12 @@
 #include "activeddevicewatch_p.h"
 #include "coalescer_p.h"
 #include "holdtimer_p.h"
+#include "keytable_p.h"
 #include "layercommand.h"
 #include "layerhold_p.h"
 #include "layerkeyitems_p.h"
 #include "layeroperation_p.h"
+#include "painter_p.h"
 
 #include "bizmodel/ids.h"
 #include "modelcontrol/screen.h"
@@ -21,6 +23,7 @@
 #include <mutex>
 #include <optional>
 #include <set>
+#include <vector>
 
 namespace Orvane::ECProxy::Client::Internal {
 
@@ -30,6 +33,8 @@ public:
     static constexpr std::chrono::milliseconds ResourceOutDuration{500};
     static constexpr std::chrono::milliseconds UpdateTakeDelay{10};
     static constexpr int PageCount = 8;
+    /// A key that was sent past the repaints, and must be painted once more with its page.
+    static constexpr const char* LateKey = "late key";
 
     /// The layers selected on a screen's preview. By object, for a new layer may get a removed one's id.
     struct Selection {
@@ -39,9 +44,12 @@ public:
 
     explicit LayerCommandPrivate(LayerCommand* command);
 
+    static const std::vector<KeyRow<LayerCommandPrivate>>& keys();
+
     // Key handlers: select and create.
 
     bool selectLayerPressed(const quint32& ecKey);
+    bool selectLayerRelease(const quint32& ecKey);
 
     // Key handlers: change what is selected.
 
@@ -55,6 +63,13 @@ public:
     bool changeNewLayerDefaultCapacityPressed(const quint32& ecKey);
     bool setSelectedLayerFullScreenPressed(const quint32& ecKey);
     bool darkenReleasedKey(const quint32& ecKey);
+
+    // What a press began, ended without acting.
+
+    void cancelClear(const quint32& ecKey);
+    void cancelTopZValue(const quint32& ecKey);
+    void cancelBottomZValue(const quint32& ecKey);
+    void cancelFullScreen(const quint32& ecKey);
     /// Ends the holds that were begun for another screen than the active one.
     void endHoldsOfOtherScreens();
 
@@ -65,11 +80,17 @@ public:
 
     /// Page, labels and keys of the group.
     void updateLayerKeyboard();
+    /// The label of the page, and its keys.
+    void showPage();
     void showPageLabel();
+    void repaintPage();
     /// For a device that was not active before: its first page.
     void turnToActivedDevice();
     void initLayerCapacity();
-    void updateFullScreenLabel();
+    /// The labels of the keys that are no select keys.
+    void showLabels();
+    void showCapacity(const quint32& ecKey);
+    void showFullScreen(const quint32& ecKey);
     /// Binds the active screen's preview layers to its keys, by ascending layer id, and gives the keys their
     /// looks. Keys of layers that are gone become free.
     void updateECCommandItems();

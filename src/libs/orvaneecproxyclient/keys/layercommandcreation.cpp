@@ -120,6 +120,11 @@ bool LayerCommandPrivate::selectLayer(const LayerScreen& target, const LayerPtr&
 
 // ---- A layer for a free key -----------------------------------------------------------------------------
 
+bool LayerCommandPrivate::selectLayerRelease(const quint32&)
+{
+    return true;
+}
+
 LayerPtr LayerCommandPrivate::createLayer(const quint32& ecKey, const LayerKeyPlace& place)
 {
     const auto device = activedDevice();
@@ -226,15 +231,14 @@ void LayerCommandPrivate::showNewLayer(
         refreshKeys();
         return;
     }
-    m_pCommand->sendWhileShown(
-        [&] {
-            return isShown(target.ip, target.serverId, *item) && item->ecOledText() == name
-                && item->ecButtonColor() == ECLEDColor::Yellow;
-        },
-        [&] {
-            m_pCommand->updateECOledTextByBtnECKey(ecKey, name);
-            m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Yellow);
-        });
+    const auto send = [&] {
+        if (!isShown(target.ip, target.serverId, *item) || item->ecOledText() != name
+            || item->ecButtonColor() != ECLEDColor::Yellow)
+            return;
+        m_pCommand->updateECOledTextByBtnECKey(ecKey, name);
+        m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Yellow);
+    };
+    m_pCommand->painter().sendAtOnce(LateKey, send, [this] { repaintPage(); });
 }
 
 // ---- Source and place of a new layer --------------------------------------------------------------------

@@ -108,6 +108,27 @@ void LayerCommandPrivate::endHoldsOfOtherScreens()
         hold->endUnlessActived();
 }
 
+void LayerCommandPrivate::cancelClear(const quint32&)
+{
+    m_pClearAllLayerTimer.cancel();
+}
+
+void LayerCommandPrivate::cancelTopZValue(const quint32&)
+{
+    m_pLayerTopZValueTimer.cancel();
+}
+
+void LayerCommandPrivate::cancelBottomZValue(const quint32&)
+{
+    m_pLayerBottomZValueTimer.cancel();
+}
+
+void LayerCommandPrivate::cancelFullScreen(const quint32&)
+{
+    if (m_pFullScreenTimer.stop())
+        m_fullScreenPressCnt = 0;
+}
+
 bool LayerCommandPrivate::darkenReleasedKey(const quint32& ecKey)
 {
     m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Off);
@@ -194,7 +215,7 @@ void LayerCommandPrivate::removeLayers(const LayerScreen& target, const QList<La
             "layer is removing ...  ECKey: %d layerId :%u layer name:%s", freedKey(item), layer.layerId(),
             qUtf8Printable(layer.name()));
     }
-    m_pCommand->updateCommandKeypad(Enum::UpdateConsoleType::All);
+    repaintPage();
 }
 
 // ---- Clear all layers -----------------------------------------------------------------------------------

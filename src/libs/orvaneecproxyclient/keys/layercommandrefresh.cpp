@@ -57,20 +57,23 @@ LayerCommandPrivate::LayerCommandPrivate(LayerCommand* command)
 
 void LayerCommandPrivate::updateLayerKeyboard()
 {
-    const auto pageOled = m_pCommand->findPageOled(quint16(LayerCallbackType::ePageUp));
-    if (pageOled)
-        m_pCommand->showCurrentPage([&](quint32 page) { m_pCommand->updatePageOled(pageOled->ECKey, page); });
-    else
-        refreshKeys();
-    initLayerCapacity();
-    updateFullScreenLabel();
+    showPage();
+    showLabels();
+}
+
+void LayerCommandPrivate::showPage()
+{
+    updateECCommandItems();
+    showPageLabel();
+    repaintPage();
 }
 
 void LayerCommandPrivate::showPageLabel()
 {
-    if (const auto oled = m_pCommand->findPageOled(quint16(LayerCallbackType::ePageUp)))
-        m_pCommand->showCurrentPage(
-            [&](quint32 page) { m_pCommand->Command::updatePageOled(oled->ECKey, page); });
+    m_pCommand->painter().paint("page label", [this] {
+        if (const auto oled = m_pCommand->findPageOled(quint16(LayerCallbackType::ePageUp)))
+            m_pCommand->Command::updatePageOled(oled->ECKey, quint32(m_pCommand->currentPageIndex()));
+    });
 }
 
 void LayerCommandPrivate::turnToActivedDevice()
@@ -90,23 +93,40 @@ void LayerCommandPrivate::initLayerCapacity()
     const auto buttons = functionButtons(LayerCallbackType::eChangeNewLayerDefaultCapacityCB);
     if (buttons.isEmpty())
         qWarning("%s command has invalid page button", qUtf8Printable(m_pCommand->name()));
-    for (const auto& button : buttons) {
-        if (!button->pECOledCfg) {
+    for (const auto& button : buttons)
+        showCapacity(button->ECKey);
+}
+
+void LayerCommandPrivate::showLabels()
+{
+    initLayerCapacity();
+    const auto buttons = functionButtons(LayerCallbackType::eSetSelectedLayerFullScreenCB);
+    for (const auto& button : buttons)
+        showFullScreen(button->ECKey);
+}
+
+void LayerCommandPrivate::showCapacity(const quint32& ecKey)
+{
+    m_pCommand->painter().paint({"capacity", ecKey}, [this, ecKey] {
+        const auto config = m_pCommand->ecCommandConfig();
+        const auto button = config ? config->findECButtonConfigByECKey(ecKey) : nullptr;
+        if (!button)
+            return;
+        if (const auto& oled = button->pECOledCfg)
+            m_pCommand->updateECOledText(
+                oled->OrvaneECKey, oled->ECKey, Translate::tr(capacityLabel(m_currentLayerTemplate)));
+        else
             qWarning(
                 "%s command has invalid page button, button has no oled config",
                 qUtf8Printable(m_pCommand->name()));
-            continue;
-        }
-        // The key of the other console may choose the next one meanwhile: the last label is the present
-        // choice.
-        BizModel::CapacityMode shown;
-        do {
-            shown = m_currentLayerTemplate;
-            m_pCommand->updateECOledText(
-                button->pECOledCfg->OrvaneECKey, button->pECOledCfg->ECKey,
-                Translate::tr(capacityLabel(shown)));
-        } while (shown != m_currentLayerTemplate);
-    }
+    });
+}
+
+void LayerCommandPrivate::showFullScreen(const quint32& ecKey)
+{
+    m_pCommand->painter().paint({"full screen", ecKey}, [this, ecKey] {
+        m_pCommand->updateECOledTextByBtnECKey(ecKey, Translate::tr(Translate::TR_THE_FULL_SCREEN));
+    });
 }
 
 QList<std::shared_ptr<EC::s_ECButtonConfig>> LayerCommandPrivate::functionButtons(
@@ -115,13 +135,6 @@ QList<std::shared_ptr<EC::s_ECButtonConfig>> LayerCommandPrivate::functionButton
     const auto config = m_pCommand->ecCommandConfig();
     return config ? config->findECButtonConfigsByOrvaneKey(quint16(type))
                   : QList<std::shared_ptr<EC::s_ECButtonConfig>>();
-}
-
-void LayerCommandPrivate::updateFullScreenLabel()
-{
-    const auto buttons = functionButtons(LayerCallbackType::eSetSelectedLayerFullScreenCB);
-    for (const auto& button : buttons)
-        m_pCommand->updateECOledTextByBtnECKey(button->ECKey, Translate::tr(Translate::TR_THE_FULL_SCREEN));
 }
 
 // ---- Items ----------------------------------------------------------------------------------------------
@@ -135,6 +148,11 @@ void LayerCommandPrivate::updateECCommandItems()
 void LayerCommandPrivate::refreshKeys()
 {
     updateECCommandItems();
+    repaintPage();
+}
+
+void LayerCommandPrivate::repaintPage()
+{
     m_pCommand->updateCommandKeypad(Enum::UpdateConsoleType::All);
 }
 
@@ -184,9 +202,11 @@ void LayerCommandPrivate::updateLayerName(
     const QString name = item ? item->ecOledText() : QString();
     if (!item)
         return;
-    m_pCommand->sendWhileShown(
-        [&] { return isShown(ip, serverId, *item) && item->ecOledText() == name; },
-        [&] { m_pCommand->updateECOledTextByBtnECKey(quint32(item->ecButtonKey()), name); });
+    const auto send = [&] {
+        if (isShown(ip, serverId, *item) && item->ecOledText() == name)
+            m_pCommand->updateECOledTextByBtnECKey(quint32(item->ecButtonKey()), name);
+    };
+    m_pCommand->painter().sendAtOnce(LateKey, send, [this] { repaintPage(); });
 }
 
 // ---- What the keys do comes back as notifications -------------------------------------------------------
@@ -270,7 +290,7 @@ void LayerCommandPrivate::updateAfterTake()
         m_pCommand->updateCurrentPageIndex(*page);
         showPageLabel();
     }
-    m_pCommand->updateCommandKeypad(Enum::UpdateConsoleType::All);
+    repaintPage();
 }
 
 } // namespace Orvane::ECProxy::Client::Internal
