@@ -201,6 +201,19 @@ private Q_SLOTS:
         QVERIFY(!ECManager::instance()->isLockedKeypad());
     }
 
+    void aHoldWhoseReleaseTheKeypadLockDroppedEndsWithoutActing()
+    {
+        console().press(TBarLock);
+        QVERIFY(console().settle());
+        lockKeypad(true);
+        console().release(TBarLock);
+        QVERIFY(console().settle());
+        lockKeypad(false);
+        QVERIFY(console().waitShows(TBarLock, ECLEDColor::Off));
+        QTest::qWait(PastTheHoldMs);
+        QVERIFY(!ECManager::instance()->isLockedTBar());
+    }
+
     void theApplicationThatUnlocksAtTheSameMomentHasTheLastWord()
     {
         // As another thread would, between the request of a key's timer and its announcement.
