@@ -160,25 +160,23 @@ private Q_SLOTS:
         QCOMPARE(mode(), PresetOptMode::Noting);
     }
 
-    void keysPutToRestDoNotAct()
+    void keysReleasedWhileLockedDoNothingWhenTheLockEnds()
     {
-        const auto keys = ECManager::instance()->presetCommand().lock();
         console().press(ClearAll);
         console().press(PageDown);
         QVERIFY(console().waitShows(PageDown, ECLEDColor::Green));
-        keys->putKeyToRest(ClearAll);
-        keys->putKeyToRest(PageDown);
-        QVERIFY(console().shows(ClearAll, ECLEDColor::Off));
-        QVERIFY(console().shows(PageDown, ECLEDColor::Off));
+        ECManager::instance()->lockKeypad();
+        console().release(ClearAll);
+        console().release(PageDown);
+        QVERIFY(console().settle());
+        QVERIFY(console().shows(ClearAll, ECLEDColor::Green));
+        ECManager::instance()->unlockKeypad();
+        QVERIFY(console().waitShows(ClearAll, ECLEDColor::Off));
+        QVERIFY(console().waitShows(PageDown, ECLEDColor::Off));
         QCOMPARE(mode(), PresetOptMode::Noting);
-        QCOMPARE(keys->page(), 0);
+        QCOMPARE(ECManager::instance()->page("PresetCommand"), 0);
         QTest::qWait(3300); // past the time at which it would have cleared
         QVERIFY(m_pRig->asked(Operation::AsyncRemoveFile).isEmpty());
-
-        QVERIFY(tap(Store)); // stays armed
-        keys->putKeyToRest(Store);
-        QVERIFY(console().shows(Store, ECLEDColor::Yellow));
-        QCOMPARE(mode(), PresetOptMode::Save);
     }
 
     void clearReachesNoOfflineDeviceAndTellsFailures()

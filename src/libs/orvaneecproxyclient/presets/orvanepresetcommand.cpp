@@ -149,9 +149,10 @@ QMap<quint32, quint32> OrvanePresetCommandPrivate::presetKeyMapCopy() const
 using BizModel::Enum::Preset::PresetOptMode;
 using Internal::OrvanePresetCommandPrivate;
 
-OrvanePresetCommand::OrvanePresetCommand(Command& presetKeys, Internal::PresetModes& modes, QObject* parent)
+OrvanePresetCommand::OrvanePresetCommand(
+    Command& presetKeys, Internal::PresetModes& modes, Internal::ItemUpdates& itemUpdates, QObject* parent)
     : IPresetCommandEx(parent)
-    , d(std::make_unique<OrvanePresetCommandPrivate>(this, presetKeys, modes))
+    , d(std::make_unique<OrvanePresetCommandPrivate>(this, presetKeys, modes, itemUpdates))
 {
 }
 

@@ -7,6 +7,7 @@
 namespace Orvane::ECProxy::Client {
 
 namespace Internal {
+class ItemUpdates;
 class OrvanePresetCommandPrivate;
 class PresetModes;
 } // namespace Internal
@@ -25,8 +26,10 @@ class ORVANEECPROXYCLIENT_EXPORT OrvanePresetCommand : public IPresetCommandEx {
     Q_OBJECT
 
 public:
-    /// Works with the keys, the page and the mode of `presetKeys`, whose owner outlives this object.
-    OrvanePresetCommand(Command& presetKeys, Internal::PresetModes& modes, QObject* parent = nullptr);
+    /// Works with the keys, the page and the mode of `presetKeys`, which owns this object and the others.
+    OrvanePresetCommand(
+        Command& presetKeys, Internal::PresetModes& modes, Internal::ItemUpdates& itemUpdates,
+        QObject* parent = nullptr);
     ~OrvanePresetCommand() override;
 
     /// The same as the preset command's.

@@ -16,10 +16,12 @@ namespace Orvane::ECProxy::Client::Internal {
 
 class OrvanePresetCommandPrivate {
 public:
-    OrvanePresetCommandPrivate(OrvanePresetCommand* command, Command& presetKeys, PresetModes& modes)
+    OrvanePresetCommandPrivate(
+        OrvanePresetCommand* command, Command& presetKeys, PresetModes& modes, ItemUpdates& itemUpdates)
         : m_pOrvanePresetCommand(command)
         , m_presetKeys(presetKeys)
         , m_modes(modes)
+        , m_itemUpdates(itemUpdates)
     {
     }
 
@@ -44,8 +46,7 @@ public:
     OrvanePresetCommand* const m_pOrvanePresetCommand;
     Command& m_presetKeys;
     PresetModes& m_modes;
-    /// Guards the binding of presets to items.
-    ItemUpdates m_itemUpdates;
+    ItemUpdates& m_itemUpdates;
 
 private:
     /// A slot and the presets in it, at most one of each device and type.

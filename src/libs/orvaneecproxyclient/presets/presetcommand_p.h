@@ -1,6 +1,7 @@
 #pragma once
 
 #include "holdtimer_p.h"
+#include "itemupdates_p.h"
 #include "keytable_p.h"
 #include "orvanepresetcommand.h"
 #include "presetcommand.h"
@@ -66,6 +67,8 @@ public:
     PresetCommand* const m_pCommand;
     Painter& m_painter;
     SelectKeys m_presetButtonCfgs;
+    /// Orders the making of items and the binding of presets to them.
+    ItemUpdates m_itemUpdates;
     PresetModes m_modes;
     const std::unique_ptr<OrvanePresetCommand> m_pOrvanePresetCmd;
     PresetExtensions m_extensions;
@@ -94,9 +97,6 @@ private:
     std::atomic<bool> m_currentLoadToPGMModule{false};
     /// Last position of the T-Bar.
     std::atomic<quint32> m_preTbarValue{0};
-
-    // Keeps apart two threads that make missing items.
-    std::mutex m_makeItemsMutex;
 
     // m_mutex guards m_pageIndexECKey, the preset key that was pressed last, and m_clearAllDevice, the device
     // that was active when the clear-all key was pressed last.

@@ -52,21 +52,22 @@ const std::vector<KeyRow<PresetCommandPrivate>>& PresetCommandPrivate::keys()
     using Type = PresetCallbackType;
     using Own = PresetCommandPrivate;
     static const std::vector<KeyRow<Own>> rows{
-        {quint16(Type::eSelectPresetCB), "preset", &Own::selectPresetPressed, &Own::selectPresetRelease},
-        {quint16(Type::ePageUp), "page up", &Command::pageUpPressed, &Own::pageUpRelease, NoTraits,
+        {Type::eSelectPresetCB, "preset", &Own::selectPresetPressed, &Own::selectPresetRelease},
+        {Type::ePageUp, "page up", &Command::pageUpPressed, &Own::pageUpRelease, NoTraits,
          KeyLight::Momentary},
-        {quint16(Type::ePageDown), "page down", &Command::pageDownPressed, &Own::pageDownRelease, NoTraits,
+        {Type::ePageDown, "page down", &Command::pageDownPressed, &Own::pageDownRelease, NoTraits,
          KeyLight::Momentary},
-        {quint16(Type::eRemoveSelectedPresetCB), "remove", &Own::removeSelectedPresetPressed,
+        {Type::eRemoveSelectedPresetCB, "remove", &Own::removeSelectedPresetPressed,
          &Own::removeSelectedPresetRelease, ReleasePassesDialog, KeyLight::Lasting, &Own::showRemoveKey},
-        {quint16(Type::eClearPresetsCB), "clear", &Own::clearPresetsPressed, &Own::clearPresetsRelease,
+        {Type::eClearPresetsCB, "clear", &Own::clearPresetsPressed, &Own::clearPresetsRelease,
          ReleasePassesDialog, KeyLight::Lasting, &Own::showClearKey, &Own::restClearPresets},
-        {quint16(Type::eSavePresetCB), "store", &Own::savePresetPressed, &Own::savePresetRelease,
-         ReleasePassesDialog, KeyLight::Lasting, &Own::showSaveKey},
-        {quint16(Type::eCut), "cut", nullptr, nullptr},
-        {quint16(Type::eTake), "take", nullptr, nullptr},
-        {quint16(Type::eLoadToPgm), "load target", &Own::loadToPGMPresetPressed, &Own::loadToPGMPresetRelease,
-         ReleasePassesDialog, KeyLight::Lasting, &Own::showLoadTarget}};
+        {Type::eSavePresetCB, "store", &Own::savePresetPressed, &Own::savePresetRelease, ReleasePassesDialog,
+         KeyLight::Lasting, &Own::showSaveKey},
+        {Type::eCut, "cut", nullptr, nullptr},
+        {Type::eTake, "take", nullptr, nullptr},
+        {Type::eLoadToPgm, "load target", &Own::loadToPGMPresetPressed, &Own::loadToPGMPresetRelease,
+         ReleasePassesDialog, KeyLight::Lasting, &Own::showLoadTarget},
+    };
     return rows;
 }
 
@@ -74,7 +75,7 @@ PresetCommandPrivate::PresetCommandPrivate(PresetCommand* command, Painter& pain
     : m_pCommand(command)
     , m_painter(painter)
     , m_modes(*command, painter)
-    , m_pOrvanePresetCmd(std::make_unique<OrvanePresetCommand>(*command, m_modes))
+    , m_pOrvanePresetCmd(std::make_unique<OrvanePresetCommand>(*command, m_modes, m_itemUpdates))
     , m_extensions([command] { return command->currentPageIndex(); })
     , m_pages(*command, painter, *m_pOrvanePresetCmd, m_extensions)
     , m_pClearAllTimer([this] { slotClearAllTimeOut(); })
@@ -361,18 +362,19 @@ void PresetCommandPrivate::makeMissingItems()
     const int size = m_presetButtonCfgs.count();
     if (size <= 0)
         return;
-    ECConsoleManager* const store = ECConsoleManager::instance();
     // At the start for every preset that most devices have; more when a device with more appears.
     const int pages = std::max(m_pCommand->maxPage(), pageCount(MaxKeyPresets, size));
-    const std::lock_guard<std::mutex> lock(m_makeItemsMutex);
-    const int present = store->presetECCommandExItems().size();
-    if (present >= pages * size)
+    ECConsoleManager* const store = ECConsoleManager::instance();
+    const auto present = [store] { return store->presetECCommandExItems().size(); };
+    if (present() >= pages * size)
         return;
-    const auto items = m_presetButtonCfgs.makeItems(pages).mid(present);
-    for (const auto& item : items) {
-        store->appendECCommandItem(KeyboardType::Preset, item);
-        store->appendECCommandItem(KeyboardType::PresetEx, std::make_shared<ECCommandItem>(*item));
-    }
+    m_itemUpdates.write([&] {
+        const auto missing = m_presetButtonCfgs.makeItems(pages).mid(present());
+        for (const auto& item : missing) {
+            store->appendECCommandItem(KeyboardType::Preset, item);
+            store->appendECCommandItem(KeyboardType::PresetEx, std::make_shared<ECCommandItem>(*item));
+        }
+    });
 }
 
 QList<std::shared_ptr<ECCommandItem>> PresetCommandPrivate::commandItems() const

@@ -30,10 +30,10 @@ public:
 
     /// Has every extension take over the page that the keys show.
     void tellPage();
-    /// Tells every extension of a key.
+    /// Calls that operation of every extension.
     void call(KeyCall operation, quint32 ecKey);
-    /// Tells every extension of the press and asks it about the key. Returns what the last one said; false
-    /// when there is none, and on another thread than the application's, which has no answer yet.
+    /// Calls `selectPresetPressed()` and then `isBindProgram()` of every extension. Returns the last result;
+    /// false without an extension, and on another thread than the application's: keys do not wait for it.
     bool selectPresetPressed(quint32 ecKey);
     void clearPresetsPressed();
     void ecTBarChanged(const ECTBarValue& value);
