@@ -3,10 +3,15 @@
 #include "bizmodel/devicelist.h"
 #include "bizmodel/keypad.h"
 #include "bizmodel/resourcecheck.h"
+#include "logcapture.h"
+#include "modelcontrol/asyncmanager.h"
 #include "modelcontrol/device.h"
 #include "modelcontrol/layer.h"
 #include "modelcontrol/preset.h"
 #include "modelcontrol/screen.h"
+#include "modelparts.h"
+#include "parallelcontrol/parallelmanager.h"
+#include "tasksampling/samplingthread.h"
 
 #include <QMetaMethod>
 #include <QtTest>
@@ -62,20 +67,43 @@ private Q_SLOTS:
         QVERIFY(!DeviceList::instance());
     }
 
-    void withoutAHostThereIsNothingToWorkWith()
+    void aMissingPartOfTheModelIsNamedOnce()
     {
-        const std::weak_ptr<Device> device;
-        QVERIFY(!DeviceList::instance());
-        QVERIFY(!ModelControl::Device::create(device));
-        QVERIFY(!ModelControl::Device::screenModelControl(Enum::Screen::RegularScreen, device));
-        QVERIFY(!ModelControl::Screen::layerModelControl(LayerType::Regular, device));
-        QVERIFY(!ModelControl::Preset::create(device));
-        // A check that nobody installed finds enough, and says so once.
+        const auto ask = [] {
+            const std::weak_ptr<Device> device;
+            return ModelControl::Device::create(device)
+                || ModelControl::Device::screenModelControl(Enum::Screen::RegularScreen, device)
+                || ModelControl::Screen::layerModelControl(LayerType::Regular, device)
+                || ModelControl::Preset::create(device) || ModelControl::AsyncManager::instance()
+                || ParallelControl::ParallelManager::instance() || TaskSampling::SamplingThread::instance();
+        };
+        for (const char* name :
+             {"ControllerFactory", "AsyncManager", "ParallelManager", "SamplingThread", "ResourceCheck"}) {
+            QTest::ignoreMessage(
+                QtWarningMsg, QRegularExpression(QStringLiteral("^No %1 is installed: .+\\.$").arg(name)));
+        }
+        QVERIFY(!ask());
+        // A check that nobody installed finds enough.
         const auto screen = std::make_shared<TestSupport::BareScreen>(1);
-        QTest::ignoreMessage(
-            QtInfoMsg, QRegularExpression(QStringLiteral("^No resource check is installed")));
         QVERIFY(ResourceCheck::CheckOperationResources(screen, {}));
         QVERIFY(!ResourceCheck::CheckOperationResources(nullptr, {}));
+
+        const TestSupport::LogCapture log;
+        QVERIFY(!ask());
+        // There was a device list: it has not been forgotten, the application is ending.
+        QVERIFY(!DeviceList::instance());
+        QCOMPARE(log.all(), QString());
+    }
+
+    void theSummaryNamesWhatIsThereAndWhatIsMissing()
+    {
+        const TestSupport::BareDeviceList list;
+        QTest::ignoreMessage(
+            QtWarningMsg,
+            QRegularExpression(
+                QStringLiteral("^Model parts installed: DeviceList\\. Missing: AsyncManager \\(.+; "
+                               "ParallelManager \\(take, .+; SamplingThread \\(.+\\)\\.$")));
+        ModelParts::logSummary();
     }
 };
 

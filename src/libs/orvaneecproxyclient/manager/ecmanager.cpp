@@ -5,6 +5,7 @@
 #include "commandmanager.h"
 #include "ecmanager_p.h"
 #include "modelaccess_p.h"
+#include "modelparts.h"
 #include "orvaneecclientdecoder.h"
 
 #include <QCoreApplication>
@@ -208,6 +209,7 @@ bool ECManager::init(const std::shared_ptr<Orvane::EC::s_ECKeyboardConfig>& conf
         d->m_pECKeyboardCfg = config;
         d->m_pCommandMgr = commands;
     }
+    ModelParts::logSummary();
     commands->registerCommand(config);
     connect(
         commands.get(), &CommandManager::signalECKeyClicked, this, &ECManager::signalECKeyClicked,

@@ -3,14 +3,10 @@
 #include "bizmodel/screen.h"
 #include "installed_p.h"
 
-#include <QtDebug>
-
-#include <mutex>
-
 namespace Orvane::BizModel {
 
 namespace {
-Internal::Installed<ResourceCheck> installedCheck;
+Internal::Installed<ResourceCheck> installedCheck("ResourceCheck", "resources always count as enough");
 }
 
 ResourceCheck::ResourceCheck()
@@ -35,11 +31,8 @@ bool ResourceCheck::CheckOperationResources(
     const QList<std::weak_ptr<Output>>& outputs, SceneType scene, const std::weak_ptr<Layer>& layer)
 {
     const ResourceCheck* check = installedCheck.get();
-    if (!check) {
-        static std::once_flag told;
-        std::call_once(told, [] { qInfo("No resource check is installed: resources are always enough."); });
-        return screen != nullptr;
-    }
+    if (!check)
+        return screen != nullptr; // resources are always enough
     return screen && check->checkResources(screen, rects, outputs, scene, layer);
 }
 

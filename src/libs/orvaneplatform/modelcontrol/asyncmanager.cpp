@@ -5,7 +5,7 @@
 namespace Orvane::ModelControl {
 
 namespace {
-Internal::Installed<AsyncManager> installedManager;
+Internal::Installed<AsyncManager> installedManager("AsyncManager", "creating screens, clearing layers and presets, copies and saving do nothing");
 }
 
 AsyncManager::AsyncManager()

@@ -5,7 +5,7 @@
 namespace Orvane::ModelControl {
 
 namespace {
-Internal::Installed<ControllerFactory> installedFactory;
+Internal::Installed<ControllerFactory> installedFactory("ControllerFactory", "keys that change screens, layers, inputs or presets do nothing");
 }
 
 ControllerFactory::ControllerFactory()

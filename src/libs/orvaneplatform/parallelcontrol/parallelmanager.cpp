@@ -7,7 +7,7 @@
 namespace Orvane::ParallelControl {
 
 namespace {
-Internal::Installed<ParallelManager> installedManager;
+Internal::Installed<ParallelManager> installedManager("ParallelManager", "take, cut, match, freeze, FTB, swap and the load target do nothing");
 }
 
 ParallelManager::ParallelManager()
