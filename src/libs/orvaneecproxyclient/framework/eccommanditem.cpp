@@ -1,42 +1,105 @@
-#include "eccommanditem.h"
-
-#include "eccommanditemindex_p.h"
+#include "eccommanditem_p.h"
 
 #include <QStringList>
 
-#include <mutex>
-
-// Texts and lists are swapped rather than assigned throughout: an old value is then released by code that
-// the thread sanitizer sees, and not inside the uninstrumented Qt library.
-
 namespace Orvane::ECProxy::Client {
 
+namespace Internal {
+
+void ECCommandItemValues::addId(const ECObjectId& id)
+{
+    if (!m_objectIdList.contains(id))
+        m_objectIdList.append(id);
+}
+
+void ECCommandItemValues::addNamedObject(const ECObjectId& id, const QString& name, ECLEDColor color)
+{
+    addId(id);
+    m_objectNameList.append(name);
+    m_enLedColor = color;
+    showNames();
+}
+
+void ECCommandItemValues::bind(
+    KeyboardType type, const ECObjectIdList& ids, qint32 buttonIndex, const KeyLook& look)
+{
+    // A layer key stands for one layer: the last.
+    if (type == KeyboardType::Layer)
+        m_objectIdList.clear();
+    for (const ECObjectId& id : type == KeyboardType::Layer ? ids.mid(ids.size() - 1) : ids)
+        addId(id);
+    m_nECButtonIndex = buttonIndex;
+    m_enLedColor = look.color.value_or(m_enLedColor);
+    m_bBlink = look.blink.value_or(m_bBlink);
+    if (look.oledText)
+        QString(*look.oledText).swap(m_strOLEDText);
+}
+
+void ECCommandItemValues::reset(KeyboardType type, ECLEDColor color)
+{
+    m_bBlink = false;
+    m_enLedColor = color;
+    QString().swap(m_strOLEDText);
+    m_nECButtonIndex = -1;
+    if (type != KeyboardType::Layer) {
+        m_objectIdList.clear();
+        m_objectNameList.clear();
+        return;
+    }
+    for (ECObjectId& id : m_objectIdList)
+        id.second = Constants::UnboundLayerIndex;
+}
+
+void ECCommandItemValues::showNames()
+{
+    QStringList(m_objectNameList).join(QLatin1Char('/')).swap(m_strOLEDText);
+}
+
+ECCommandItemPrivate::Report::Report(const ECCommandItemPrivate& item)
+    : m_item(item)
+    , m_nPageIndex(item.m_values.m_nECButtonPageIndex)
+    , m_nOrderIndex(item.m_values.m_nECButtonOrderIndex)
+    , m_ids(item.m_values.m_objectIdList)
+{
+}
+
+ECCommandItemPrivate::Report::~Report()
+{
+    if (!m_item.m_pIndex)
+        return;
+    const ECCommandItemValues& now = m_item.m_values;
+    if (now.m_nECButtonPageIndex != m_nPageIndex || now.m_nECButtonOrderIndex != m_nOrderIndex) {
+        m_item.m_pIndex->moved(
+            m_item.m_nIndexRank, m_nPageIndex, m_nOrderIndex, now.m_nECButtonPageIndex,
+            now.m_nECButtonOrderIndex);
+    }
+    if (now.m_objectIdList != m_ids)
+        m_item.m_pIndex->rebound(m_item.m_nIndexRank, m_ids, now.m_objectIdList);
+}
+
+} // namespace Internal
+
+using Values = Internal::ECCommandItemValues;
+
 ECCommandItem::ECCommandItem(QObject* parent)
+    : d(std::make_unique<Internal::ECCommandItemPrivate>())
 {
     Q_UNUSED(parent)
 }
 
 ECCommandItem::ECCommandItem(const ECCommandItem& other)
+    : ECCommandItem(nullptr)
 {
-    const std::shared_lock idLock(other.m_objectIdListMtx);
-    const std::shared_lock nameLock(other.m_objectNameListMtx);
-    const std::shared_lock valueLock(other.m_valueMtx);
-    copyWithAllLocked(other);
+    *this = other;
 }
 
 ECCommandItem& ECCommandItem::operator=(const ECCommandItem& other)
 {
     if (this == &other)
         return *this;
-    // All six in one step: two items may be assigned to each other at the same time.
-    std::unique_lock idLock(m_objectIdListMtx, std::defer_lock);
-    std::unique_lock nameLock(m_objectNameListMtx, std::defer_lock);
-    std::unique_lock valueLock(m_valueMtx, std::defer_lock);
-    std::shared_lock otherIdLock(other.m_objectIdListMtx, std::defer_lock);
-    std::shared_lock otherNameLock(other.m_objectNameListMtx, std::defer_lock);
-    std::shared_lock otherValueLock(other.m_valueMtx, std::defer_lock);
-    std::lock(idLock, nameLock, valueLock, otherIdLock, otherNameLock, otherValueLock);
-    copyWithAllLocked(other);
+    // Not under both locks: two items may be assigned to each other at the same time.
+    Values copy = other.d->read([](const Values& values) { return values; });
+    d->change([&copy](Values& values) { std::swap(values, copy); });
     return *this;
 }
 
@@ -44,99 +107,83 @@ ECCommandItem::~ECCommandItem() = default;
 
 void ECCommandItem::setECButtonIndex(qint32 index)
 {
-    const std::unique_lock lock(m_valueMtx);
-    m_nECButtonIndex = index;
+    d->change([=](Values& values) { values.m_nECButtonIndex = index; });
 }
 
 qint32 ECCommandItem::ecButtonIndex() const
 {
-    const std::shared_lock lock(m_valueMtx);
-    return m_nECButtonIndex;
+    return d->read([](const Values& values) { return values.m_nECButtonIndex; });
 }
 
 void ECCommandItem::setECButtonOrderIndex(qint16 index)
 {
-    const std::unique_lock lock(m_valueMtx);
-    placeLocked(m_nECButtonPageIndex, index);
+    d->change([=](Values& values) { values.m_nECButtonOrderIndex = index; });
 }
 
 qint16 ECCommandItem::ecButtonOrderIndex() const
 {
-    const std::shared_lock lock(m_valueMtx);
-    return m_nECButtonOrderIndex;
+    return d->read([](const Values& values) { return values.m_nECButtonOrderIndex; });
 }
 
 void ECCommandItem::setECButtonPageIndex(qint16 index)
 {
-    const std::unique_lock lock(m_valueMtx);
-    placeLocked(index, m_nECButtonOrderIndex);
+    d->change([=](Values& values) { values.m_nECButtonPageIndex = index; });
 }
 
 qint16 ECCommandItem::ecButtonPageIndex() const
 {
-    const std::shared_lock lock(m_valueMtx);
-    return m_nECButtonPageIndex;
+    return d->read([](const Values& values) { return values.m_nECButtonPageIndex; });
 }
 
 void ECCommandItem::setIsLedBlink(bool blink)
 {
-    const std::unique_lock lock(m_valueMtx);
-    m_bBlink = blink;
+    d->change([=](Values& values) { values.m_bBlink = blink; });
 }
 
 bool ECCommandItem::isLedBlink() const
 {
-    const std::shared_lock lock(m_valueMtx);
-    return m_bBlink;
+    return d->read([](const Values& values) { return values.m_bBlink; });
 }
 
 void ECCommandItem::setECButtonColor(ECLEDColor color)
 {
-    const std::unique_lock lock(m_valueMtx);
-    m_enLedColor = color;
+    d->change([=](Values& values) { values.m_enLedColor = color; });
 }
 
 ECLEDColor ECCommandItem::ecButtonColor() const
 {
-    const std::shared_lock lock(m_valueMtx);
-    return m_enLedColor;
+    return d->read([](const Values& values) { return values.m_enLedColor; });
 }
 
 void ECCommandItem::setECOledText(const QString& text)
 {
     QString shown = text;
-    const std::unique_lock lock(m_valueMtx);
-    m_strOLEDText.swap(shown);
+    d->change([&shown](Values& values) { values.m_strOLEDText.swap(shown); });
 }
 
 QString ECCommandItem::ecOledText() const
 {
-    const std::shared_lock lock(m_valueMtx);
-    return m_strOLEDText;
+    return d->read([](const Values& values) { return values.m_strOLEDText; });
 }
 
 void ECCommandItem::setECButtonKey(qint32 key)
 {
-    const std::unique_lock lock(m_valueMtx);
-    m_nECButtonKey = key;
+    d->change([=](Values& values) { values.m_nECButtonKey = key; });
 }
 
 qint32 ECCommandItem::ecButtonKey() const
 {
-    const std::shared_lock lock(m_valueMtx);
-    return m_nECButtonKey;
+    return d->read([](const Values& values) { return values.m_nECButtonKey; });
 }
 
 void ECCommandItem::setECOledKey(qint32 key)
 {
-    const std::unique_lock lock(m_valueMtx);
-    m_nECOledKey = key;
+    d->change([=](Values& values) { values.m_nECOledKey = key; });
 }
 
 qint32 ECCommandItem::ecOledKey() const
 {
-    const std::shared_lock lock(m_valueMtx);
-    return m_nECOledKey;
+    return d->read([](const Values& values) { return values.m_nECOledKey; });
 }
 
 bool ECCommandItem::isBindKeyPad() const
@@ -151,70 +198,63 @@ bool ECCommandItem::isBindKeyPad(int index) const
 
 void ECCommandItem::appendObjectData(const ECObjectId& id)
 {
-    const std::unique_lock lock(m_objectIdListMtx);
-    if (!m_objectIdList.contains(id))
-        replaceIdsLocked(m_objectIdList + ECObjectIdList{id});
+    d->change([&](Values& values) { values.addId(id); });
 }
 
 bool ECCommandItem::isContainsObjectId(const ECObjectId& id) const
 {
-    const std::shared_lock lock(m_objectIdListMtx);
-    return m_objectIdList.contains(id);
+    return d->read([&](const Values& values) { return values.m_objectIdList.contains(id); });
 }
 
 void ECCommandItem::removeObjectId(const ECObjectId& id)
 {
-    const std::unique_lock lock(m_objectIdListMtx);
-    ECObjectIdList ids = m_objectIdList;
-    ids.removeAll(id);
-    replaceIdsLocked(std::move(ids));
+    d->change([&](Values& values) { values.m_objectIdList.removeAll(id); });
 }
 
 ECObjectIdList ECCommandItem::getObjectIdList() const
 {
-    const std::shared_lock lock(m_objectIdListMtx);
-    return m_objectIdList;
+    return d->read([](const Values& values) { return values.m_objectIdList; });
 }
 
 void ECCommandItem::clearObjectIdSet()
 {
-    const std::unique_lock lock(m_objectIdListMtx);
-    replaceIdsLocked({});
+    d->change([](Values& values) { values.m_objectIdList.clear(); });
 }
 
 void ECCommandItem::appendBindedName(const QString& name, int index)
 {
-    const std::unique_lock lock(m_objectNameListMtx);
-    if (index < -1 || index > m_objectNameList.size())
-        return;
-    m_objectNameList.insert(index == -1 ? m_objectNameList.size() : index, name);
+    d->change([&](Values& values) {
+        auto& names = values.m_objectNameList;
+        if (index >= -1 && index <= names.size())
+            names.insert(index == -1 ? names.size() : index, name);
+    });
 }
 
 void ECCommandItem::removeBindedName(int index)
 {
-    const std::unique_lock lock(m_objectNameListMtx);
-    if (index >= 0 && index < m_objectNameList.size())
-        m_objectNameList.removeAt(index);
+    d->change([&](Values& values) {
+        if (index >= 0 && index < values.m_objectNameList.size())
+            values.m_objectNameList.removeAt(index);
+    });
 }
 
 void ECCommandItem::updateBindedName(const QString& name, int index)
 {
     QString replacement = name;
-    const std::unique_lock lock(m_objectNameListMtx);
-    if (index >= 0 && index < m_objectNameList.size())
-        m_objectNameList[index].swap(replacement);
+    d->change([&](Values& values) {
+        if (index >= 0 && index < values.m_objectNameList.size())
+            values.m_objectNameList[index].swap(replacement);
+    });
 }
 
 QList<QString> ECCommandItem::objectNameList() const
 {
-    const std::shared_lock lock(m_objectNameListMtx);
-    return m_objectNameList;
+    return d->read([](const Values& values) { return values.m_objectNameList; });
 }
 
 void ECCommandItem::clearObjectNameSet()
 {
-    const std::unique_lock lock(m_objectNameListMtx);
-    m_objectNameList.clear();
+    d->change([](Values& values) { values.m_objectNameList.clear(); });
 }
 
 QString ECCommandItem::joinObjectName() const
@@ -229,127 +269,7 @@ void ECCommandItem::resetECCommandItem()
 
 void ECCommandItem::resetECCommandItem(KeyboardType type)
 {
-    const std::scoped_lock lock(m_objectIdListMtx, m_objectNameListMtx, m_valueMtx);
-    resetWithAllLocked(type, ECLEDColor::Off);
-}
-
-void ECCommandItem::bind(
-    KeyboardType type, const ECObjectIdList& ids, qint32 buttonIndex, const Internal::KeyLook& look)
-{
-    const std::scoped_lock lock(m_objectIdListMtx, m_objectNameListMtx, m_valueMtx);
-    // A layer key stands for one layer: each id takes the place of the one before, in a single replacement,
-    // so that nobody finds the key bound to nothing in between.
-    ECObjectIdList bound = type == KeyboardType::Layer ? ids.mid(ids.size() - 1) : m_objectIdList;
-    if (type != KeyboardType::Layer) {
-        for (const ECObjectId& id : ids) {
-            if (!bound.contains(id))
-                bound.append(id);
-        }
-    }
-    replaceIdsLocked(std::move(bound));
-    m_nECButtonIndex = buttonIndex;
-    m_enLedColor = look.color.value_or(m_enLedColor);
-    m_bBlink = look.blink.value_or(m_bBlink);
-    if (look.oledText)
-        QString(*look.oledText).swap(m_strOLEDText);
-}
-
-bool ECCommandItem::resetIfBound(const ECObjectId& id, KeyboardType type, ECLEDColor color)
-{
-    const std::scoped_lock lock(m_objectIdListMtx, m_objectNameListMtx, m_valueMtx);
-    if (!m_objectIdList.contains(id))
-        return false;
-    resetWithAllLocked(type, color);
-    return true;
-}
-
-void ECCommandItem::appendNamedObject(const ECObjectId& id, const QString& name, ECLEDColor color)
-{
-    const std::scoped_lock lock(m_objectIdListMtx, m_objectNameListMtx, m_valueMtx);
-    if (!m_objectIdList.contains(id))
-        replaceIdsLocked(m_objectIdList + ECObjectIdList{id});
-    m_objectNameList.append(name);
-    m_enLedColor = color;
-    showNamesWithAllLocked();
-}
-
-void ECCommandItem::removeNamedObject(const ECObjectId& id)
-{
-    const std::scoped_lock lock(m_objectIdListMtx, m_objectNameListMtx, m_valueMtx);
-    removeNamedObjectsWithAllLocked([&](const ECObjectId& bound) { return bound == id; });
-}
-
-QString ECCommandItem::removeNamedObjects(quint64 serverId)
-{
-    const std::scoped_lock lock(m_objectIdListMtx, m_objectNameListMtx, m_valueMtx);
-    removeNamedObjectsWithAllLocked([&](const ECObjectId& bound) { return bound.first == serverId; });
-    return m_strOLEDText;
-}
-
-template <typename Predicate> void ECCommandItem::removeNamedObjectsWithAllLocked(Predicate isGone)
-{
-    ECObjectIdList ids = m_objectIdList;
-    for (int position = ids.size() - 1; position >= 0; --position) {
-        if (!isGone(ids.at(position)))
-            continue;
-        ids.removeAt(position);
-        if (position < m_objectNameList.size())
-            m_objectNameList.removeAt(position);
-    }
-    replaceIdsLocked(std::move(ids));
-    showNamesWithAllLocked();
-    if (m_objectIdList.isEmpty())
-        m_enLedColor = ECLEDColor::Off;
-}
-
-void ECCommandItem::showNamesWithAllLocked()
-{
-    QStringList(m_objectNameList).join(QLatin1Char('/')).swap(m_strOLEDText);
-}
-
-void ECCommandItem::resetWithAllLocked(KeyboardType type, ECLEDColor color)
-{
-    m_bBlink = false;
-    m_enLedColor = color;
-    QString().swap(m_strOLEDText);
-    m_nECButtonIndex = -1;
-    if (type != KeyboardType::Layer) {
-        replaceIdsLocked({});
-        m_objectNameList.clear();
-        return;
-    }
-    ECObjectIdList free = m_objectIdList;
-    for (ECObjectId& id : free)
-        id.second = Constants::UnboundLayerIndex;
-    replaceIdsLocked(std::move(free));
-}
-
-void ECCommandItem::copyWithAllLocked(const ECCommandItem& other)
-{
-    m_bBlink = other.m_bBlink;
-    m_enLedColor = other.m_enLedColor;
-    QString(other.m_strOLEDText).swap(m_strOLEDText);
-    placeLocked(other.m_nECButtonPageIndex, other.m_nECButtonOrderIndex);
-    m_nECButtonIndex = other.m_nECButtonIndex;
-    m_nECButtonKey = other.m_nECButtonKey;
-    m_nECOledKey = other.m_nECOledKey;
-    replaceIdsLocked(other.m_objectIdList);
-    QList<QString>(other.m_objectNameList).swap(m_objectNameList);
-}
-
-void ECCommandItem::replaceIdsLocked(ECObjectIdList ids)
-{
-    m_objectIdList.swap(ids);
-    if (m_pIndex && m_objectIdList != ids)
-        m_pIndex->rebound(m_nIndexRank, ids, m_objectIdList);
-}
-
-void ECCommandItem::placeLocked(qint16 pageIndex, qint16 orderIndex)
-{
-    if (m_pIndex)
-        m_pIndex->moved(m_nIndexRank, m_nECButtonPageIndex, m_nECButtonOrderIndex, pageIndex, orderIndex);
-    m_nECButtonPageIndex = pageIndex;
-    m_nECButtonOrderIndex = orderIndex;
+    d->change([type](Values& values) { values.reset(type, ECLEDColor::Off); });
 }
 
 } // namespace Orvane::ECProxy::Client

@@ -8,8 +8,6 @@
 #include <QString>
 
 #include <memory>
-#include <optional>
-#include <shared_mutex>
 
 QT_BEGIN_NAMESPACE
 class QObject;
@@ -21,13 +19,7 @@ class ECConsoleManager;
 
 namespace Internal {
 class ECCommandItemIndex;
-
-/// What a new binding changes of a key's looks; an empty member leaves that part as it is.
-struct KeyLook {
-    std::optional<ECLEDColor> color;
-    std::optional<QString> oledText;
-    std::optional<bool> blink;
-};
+class ECCommandItemPrivate;
 } // namespace Internal
 
 /// A model object as the key items know it: (server id, index). Screen: (screen id, screen type); layer:
@@ -116,47 +108,7 @@ private:
     friend class ECConsoleManager;
     friend class Internal::ECCommandItemIndex;
 
-    // The compound steps of the store, each atomic to every reader.
-    void bind(
-        KeyboardType type, const ECObjectIdList& ids, qint32 buttonIndex, const Internal::KeyLook& look);
-    bool resetIfBound(const ECObjectId& id, KeyboardType type, ECLEDColor color);
-    void appendNamedObject(const ECObjectId& id, const QString& name, ECLEDColor color);
-    void removeNamedObject(const ECObjectId& id);
-    QString removeNamedObjects(quint64 serverId);
-
-    // The caller holds the lock of what is changed, exclusively.
-    void replaceIdsLocked(ECObjectIdList ids);
-    void placeLocked(qint16 pageIndex, qint16 orderIndex);
-    // The caller holds all three locks exclusively.
-    void copyWithAllLocked(const ECCommandItem& other);
-    void resetWithAllLocked(KeyboardType type, ECLEDColor color);
-    template <typename Predicate> void removeNamedObjectsWithAllLocked(Predicate isGone);
-    void showNamesWithAllLocked();
-
-    // Guards m_bBlink to m_nECOledKey.
-    mutable std::shared_mutex m_valueMtx;
-    bool m_bBlink = false;
-    ECLEDColor m_enLedColor = ECLEDColor::Off;
-    QString m_strOLEDText;
-    qint16 m_nECButtonOrderIndex = 0;
-    qint16 m_nECButtonPageIndex = -1;
-    qint32 m_nECButtonIndex = -1;
-    qint32 m_nECButtonKey = -1;
-    qint32 m_nECOledKey = -1;
-
-    // Guards m_objectIdList.
-    mutable std::shared_mutex m_objectIdListMtx;
-    ECObjectIdList m_objectIdList;
-
-    // Guards m_objectNameList.
-    mutable std::shared_mutex m_objectNameListMtx;
-    QList<QString> m_objectNameList;
-
-    // Written under m_objectIdListMtx and m_valueMtx together, so that holding either is enough to read: the
-    // index of the list that the item stands in, which is told of every change of place and objects, and
-    // the item's rank in that list.
-    std::shared_ptr<Internal::ECCommandItemIndex> m_pIndex;
-    quint64 m_nIndexRank = 0;
+    const std::unique_ptr<Internal::ECCommandItemPrivate> d;
 };
 
 using ECCommandItemPtr = std::shared_ptr<ECCommandItem>;

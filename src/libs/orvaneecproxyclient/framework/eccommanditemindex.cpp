@@ -1,5 +1,7 @@
 #include "eccommanditemindex_p.h"
 
+#include "eccommanditem_p.h"
+
 #include <algorithm>
 #include <vector>
 
@@ -8,36 +10,39 @@ namespace Orvane::ECProxy::Client::Internal {
 void ECCommandItemIndex::attach(
     const std::shared_ptr<ECCommandItemIndex>& index, const ECCommandItemPtr& item)
 {
-    const std::scoped_lock itemLock(item->m_objectIdListMtx, item->m_valueMtx);
-    if (item->m_pIndex)
-        item->m_pIndex->leave(*item);
-    item->m_pIndex = index;
+    ECCommandItemPrivate& entered = *item->d;
+    const std::unique_lock itemLock(entered.m_mutex);
+    if (entered.m_pIndex)
+        entered.m_pIndex->leave(entered);
+    entered.m_pIndex = index;
 
     const std::lock_guard lock(index->m_mtx);
     const Rank rank = index->m_nNextRank++;
-    item->m_nIndexRank = rank;
+    entered.m_nIndexRank = rank;
     index->m_mapItems.emplace(rank, item);
-    index->m_places.emplace(item->m_nECButtonPageIndex, item->m_nECButtonOrderIndex, rank);
-    for (const ECObjectId& id : item->m_objectIdList)
+    const ECCommandItemValues& values = entered.m_values;
+    index->m_places.emplace(values.m_nECButtonPageIndex, values.m_nECButtonOrderIndex, rank);
+    for (const ECObjectId& id : values.m_objectIdList)
         index->m_bindings.emplace(id.first, id.second, rank);
 }
 
 void ECCommandItemIndex::detach(const ECCommandItemPtr& item)
 {
     std::shared_ptr<ECCommandItemIndex> index; // outlives the locks
-    const std::scoped_lock itemLock(item->m_objectIdListMtx, item->m_valueMtx);
-    index.swap(item->m_pIndex);
+    const std::unique_lock itemLock(item->d->m_mutex);
+    index.swap(item->d->m_pIndex);
     if (index)
-        index->leave(*item);
+        index->leave(*item->d);
 }
 
-void ECCommandItemIndex::leave(const ECCommandItem& item)
+void ECCommandItemIndex::leave(const ECCommandItemPrivate& item)
 {
     const std::lock_guard lock(m_mtx);
     const Rank rank = item.m_nIndexRank;
+    const ECCommandItemValues& values = item.m_values;
     m_mapItems.erase(rank);
-    m_places.erase({item.m_nECButtonPageIndex, item.m_nECButtonOrderIndex, rank});
-    for (const ECObjectId& id : item.m_objectIdList)
+    m_places.erase({values.m_nECButtonPageIndex, values.m_nECButtonOrderIndex, rank});
+    for (const ECObjectId& id : values.m_objectIdList)
         m_bindings.erase({id.first, id.second, rank});
 }
 

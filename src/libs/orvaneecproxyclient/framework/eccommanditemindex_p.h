@@ -32,11 +32,11 @@ public:
     ECCommandItemList allOfServer(quint64 serverId) const;
 
 private:
-    friend class Client::ECCommandItem;
+    friend class ECCommandItemPrivate;
 
     using Rank = quint64;
 
-    void leave(const ECCommandItem& item);
+    void leave(const ECCommandItemPrivate& item);
     // Reports of an item, made under its locks. An item never waits for anything under the index's mutex.
     void moved(Rank rank, int fromPage, int fromOrder, int toPage, int toOrder);
     void rebound(Rank rank, const ECObjectIdList& from, const ECObjectIdList& to);

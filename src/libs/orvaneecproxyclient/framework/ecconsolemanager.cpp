@@ -1,5 +1,6 @@
 #include "ecconsolemanager.h"
 
+#include "eccommanditem_p.h"
 #include "eccommanditemindex_p.h"
 
 #include <QtDebug>
@@ -223,6 +224,7 @@ ECCommandItemList ECConsoleManagerPrivate::view(const QString& ip, KeyboardType 
 } // namespace Internal
 
 using Internal::DeviceECCommandItems;
+using Values = Internal::ECCommandItemValues;
 using Internal::IndexedItems;
 
 ECConsoleManager::ECConsoleManager()
@@ -429,7 +431,7 @@ ECCommandItemPtr ECConsoleManager::bindItem(
     return d->change(ip, type, [&](const IndexedItems& items) {
         ECCommandItemPtr item = Internal::itemForIds(items, type, ids, orderIndex, pageIndex);
         if (item)
-            item->bind(type, ids, buttonIndex, look);
+            item->d->change([&](Values& values) { values.bind(type, ids, buttonIndex, look); });
         return item;
     });
 }
@@ -439,8 +441,14 @@ ECCommandItemPtr ECConsoleManager::resetECButtonData(
 {
     return d->change(ip, type, [&](const IndexedItems& items) {
         ECCommandItemPtr item = items.index->firstBoundTo(id);
-        // Checked once more under the item's locks: it can be unbound past the store.
-        return item && item->resetIfBound(id, type, color) ? item : nullptr;
+        // Checked once more under the item's lock: it can be unbound past the store.
+        const bool isReset = item && item->d->change([&](Values& values) {
+            if (!values.m_objectIdList.contains(id))
+                return false;
+            values.reset(type, color);
+            return true;
+        });
+        return isReset ? item : nullptr;
     });
 }
 
@@ -516,7 +524,7 @@ ECCommandItemPtr ECConsoleManager::appendECButtonData(
     return d->change({}, type, [&](const IndexedItems& items) {
         ECCommandItemPtr item = items.index->firstAt(pageIndex, orderIndex);
         if (item)
-            item->appendNamedObject(id, name, color);
+            item->d->change([&](Values& values) { values.addNamedObject(id, name, color); });
         return item;
     });
 }
@@ -529,7 +537,9 @@ ECCommandItemPtr ECConsoleManager::removeECButtonData(
     return d->change({}, type, [&](const IndexedItems& items) {
         ECCommandItemPtr item = items.index->firstAt(pageIndex, orderIndex);
         if (item)
-            item->removeNamedObject(id);
+            item->d->change([&](Values& values) {
+                values.removeNamedObjects([&](const ECObjectId& bound) { return bound == id; });
+            });
         return item;
     });
 }
@@ -568,7 +578,10 @@ bool ECConsoleManager::resetPresetExDataByServerId(KeyboardType type, quint64 se
     const QList<QString> texts = d->change({}, type, [&](const IndexedItems& items) {
         QList<QString> shown;
         for (const ECCommandItemPtr& item : items.list)
-            shown.append(item->removeNamedObjects(serverId));
+            shown.append(item->d->change([&](Values& values) {
+                values.removeNamedObjects([&](const ECObjectId& bound) { return bound.first == serverId; });
+                return values.m_strOLEDText;
+            }));
         return shown;
     });
     for (const QString& text : texts)

@@ -8,7 +8,8 @@ namespace Orvane::ECProxy::Client {
 
 namespace Internal {
 class ECConsoleManagerPrivate;
-}
+struct KeyLook;
+} // namespace Internal
 
 /// The store of all key items: one set for each device, so that a device's keys look as they did when the
 /// operator comes back to it.
