@@ -24,6 +24,13 @@ namespace {
 
 constexpr int MvrInput = 0;
 
+/// What the console reported last. It is asked as well; its next report is too late for this key.
+bool hasSignal(int input)
+{
+    const auto console = ConsoleRequests::installed();
+    return console && console->hasDVISignal(input);
+}
+
 /// Logs why a key does nothing.
 bool refuse(const char* key, const char* reason)
 {
@@ -53,7 +60,7 @@ SceneType sceneOf(const QList<std::weak_ptr<BizModel::Layer>>& layers)
     return SceneType::PVW;
 }
 
-/// Whether the scene has room for copies of the selected layers. Tells the user when it has not.
+/// Whether the scene has room for copies of the selected layers. Shows the user when it has not.
 bool hasRoomFor(const BizModel::Screen& screen, const QList<std::weak_ptr<BizModel::Layer>>& selected)
 {
     const bool isPreview = sceneOf(selected) == SceneType::PVW;
@@ -86,8 +93,6 @@ void showSaveResult(bool ok, const QString& reason)
 
 } // namespace
 
-using Keys = FunctionCommandPrivate;
-
 FunctionCommandPrivate::FunctionCommandPrivate(FunctionCommand* command, Painter& painter)
     : m_pCommand(command)
     , m_painter(painter)
@@ -105,19 +110,20 @@ FunctionCommandPrivate::FunctionCommandPrivate(FunctionCommand* command, Painter
 const std::vector<KeyRow<FunctionCommandPrivate>>& FunctionCommandPrivate::keys()
 {
     using Type = FunctionCallbackType;
-    static const std::vector<KeyRow<Keys>> rows{
-        {quint16(Type::eSaveDataToDeviceCB), "save", &Keys::saveDataToDevicePressed,
-         &Keys::saveDataToDeviceRelease, ReleasePassesDialog, KeyLight::Momentary},
-        {quint16(Type::eLockECTBarCB), "lock T-Bar", &Keys::lockECTBarPressed, &Keys::lockECTBarRelease,
-         ReleasePassesDialog, KeyLight::Lasting, &Keys::showTBarKey, &Keys::endTBarHold},
-        {quint16(Type::eLockECKeyboardCB), "lock keypad", &Keys::lockECKeyboardPressed,
-         &Keys::lockECKeyboardRelease, ReleasePassesDialog | PassesKeypadLock, KeyLight::Lasting,
-         &Keys::showKeypadKey, &Keys::endKeypadHold},
-        {quint16(Type::eSwitchSecondaryScreenSignalCB), "MVR", &Keys::switchSecondaryScreenSignalPressed,
-         &Keys::switchSecondaryScreenSignalRelease, NoTraits, KeyLight::Lasting, &Keys::showMvrKey},
-        {quint16(Type::eLayerCopy), "copy layers", &Keys::layerCopyPressed, &Keys::layerCopyRelease,
+    using P = FunctionCommandPrivate;
+    static const std::vector<KeyRow<P>> rows{
+        {quint16(Type::eSaveDataToDeviceCB), "save", &P::saveDataToDevicePressed, &P::saveDataToDeviceRelease,
          ReleasePassesDialog, KeyLight::Momentary},
-        {quint16(Type::eLayerMirCopy), "mirror copy", &Keys::layerMirCopyPressed, &Keys::layerMirCopyRelease,
+        {quint16(Type::eLockECTBarCB), "lock T-Bar", &P::lockECTBarPressed, &P::lockECTBarRelease,
+         ReleasePassesDialog, KeyLight::Lasting, &P::showTBarKey, &P::endTBarHold},
+        {quint16(Type::eLockECKeyboardCB), "lock keypad", &P::lockECKeyboardPressed,
+         &P::lockECKeyboardRelease, ReleasePassesDialog | PassesKeypadLock, KeyLight::Lasting,
+         &P::showKeypadKey, &P::endKeypadHold},
+        {quint16(Type::eSwitchSecondaryScreenSignalCB), "MVR", &P::switchSecondaryScreenSignalPressed,
+         &P::switchSecondaryScreenSignalRelease, NoTraits, KeyLight::Lasting, &P::showMvrKey},
+        {quint16(Type::eLayerCopy), "copy layers", &P::layerCopyPressed, &P::layerCopyRelease,
+         ReleasePassesDialog, KeyLight::Momentary},
+        {quint16(Type::eLayerMirCopy), "mirror copy", &P::layerMirCopyPressed, &P::layerMirCopyRelease,
          ReleasePassesDialog, KeyLight::Momentary},
         {quint16(Type::eDVIInSignalChangedCB), "DVI light", nullptr, nullptr},
     };
@@ -304,8 +310,7 @@ bool FunctionCommandPrivate::switchSecondaryScreenSignalRelease(const quint32&)
     qDebug("functionkeyboard MVR key clicked start.");
     if (HostState::isQuenor())
         return refuse("MVR", "the property \"Quenor\" is set");
-    const auto console = ConsoleRequests::installed();
-    if (!console || !console->hasDVISignal(MvrInput))
+    if (!hasSignal(MvrInput))
         return refuse("MVR", "DVI input 0 has no signal");
     m_secondaryScreen.exchange();
     return true;

@@ -154,15 +154,14 @@ using Internal::NumberCommandPrivate;
 
 NumberCommand::NumberCommand(QObject* parent)
     : Command(parent)
-    , d(new NumberCommandPrivate(this))
+    , d(std::make_unique<NumberCommandPrivate>(this))
 {
-    setKeyTable({this, d, NumberCommandPrivate::keys()});
+    setKeyTable({this, d.get(), NumberCommandPrivate::keys()});
 }
 
 NumberCommand::~NumberCommand()
 {
     stopPainting();
-    delete d;
 }
 
 QString NumberCommand::name() const

@@ -2,6 +2,8 @@
 
 #include "command.h"
 
+#include <memory>
+
 namespace Orvane::ECProxy::Client {
 
 /// Function codes of the numeric keypad's keys.
@@ -50,7 +52,7 @@ public Q_SLOTS:
     void slotECButtonRelease(const quint32& ecKey) override;
 
 private:
-    Internal::NumberCommandPrivate* const d;
+    const std::unique_ptr<Internal::NumberCommandPrivate> d;
 };
 
 } // namespace Orvane::ECProxy::Client
