@@ -269,6 +269,28 @@ private Q_SLOTS:
         QCOMPARE(asked(Operation::TopZOrder) + asked(Operation::BottomZOrder), 0);
     }
 
+    void heldKeysReleasedUnderTheKeypadLockEndWithItWithoutActing()
+    {
+        load({selectedLayer(1), layerRecord(2), layerRecord(3)});
+        for (const quint16 key : {Clear, ToFront, ToBack})
+            console().press(key);
+        QVERIFY(console().settle());
+        ECManager::instance()->lockKeypad();
+        for (const quint16 key : {Clear, ToFront, ToBack})
+            console().release(key);
+        QVERIFY(console().settle());
+        QVERIFY(console().shows(Clear, ECLEDColor::Green));
+        ECManager::instance()->unlockKeypad();
+        for (const quint16 key : {Clear, ToFront, ToBack})
+            QVERIFY(console().waitShows(key, ECLEDColor::Off));
+        QTest::qWait(HoldMs + 200); // the end of the holds
+        QCOMPARE(layerIds(), QString("1 2 3"));
+        QCOMPARE(asked(Operation::AsyncRemoveLayer), 0);
+        for (const Operation operation :
+             {Operation::TopZOrder, Operation::BottomZOrder, Operation::IncrZOrder, Operation::DecrZOrder})
+            QCOMPARE(asked(operation), 0);
+    }
+
     void holdingClearsAndReordersAfterThreeSeconds()
     {
         load({selectedLayer(1), layerRecord(2), layerRecord(3)});

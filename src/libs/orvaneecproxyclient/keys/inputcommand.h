@@ -21,9 +21,9 @@ class InputCommandPrivate;
 /// fill the keys of the first page, then those of the second. A key makes the selected layers of the active
 /// screen show its input.
 ///
-/// A key tells of its input: `Green` when it feeds the selected preview layer, or `Red` when it does so
-/// without a signal or overloaded; otherwise `Yellow` with a signal, `Orange` overloaded, `Off` without a
-/// signal. A key without an input is dark and blank.
+/// The color shows the state of the input: `Green` when it feeds the selected preview layer, or `Red` when it
+/// does so without a signal or overloaded; otherwise `Yellow` with a signal, `Orange` overloaded, `Off`
+/// without a signal. A key without an input is dark and blank.
 class ORVANEECPROXYCLIENT_EXPORT InputCommand : public Command {
     Q_OBJECT
 

@@ -78,7 +78,7 @@ public:
 
     // Keys, labels and items.
 
-    /// Page, labels and keys of the group.
+    /// Shows page, labels and keys of the group.
     void updateLayerKeyboard();
     /// The label of the page, and its keys.
     void showPage();
@@ -106,7 +106,7 @@ public:
 
     // Model changes that the keys make themselves come back as notifications.
 
-    /// True when a key removed the layer, of which the model then tells once.
+    /// True, once for each layer, when a key has removed it.
     bool takeKeyRemoval(const BizModel::s_ScreenLayerId& id);
     /// Frees the key of a layer that the model has removed.
     void unbindRemovedLayer(
@@ -154,7 +154,7 @@ private:
 
     bool selectLayer(const LayerScreen& target, const LayerPtr& layer);
     LayerPtr createLayer(const quint32& ecKey, const LayerKeyPlace& place);
-    /// False, and the operator is told, when the screen takes no further layer now.
+    /// False, with a notice to the operator, when the screen takes no further layer now.
     static bool isReadyForNewLayer(const BizModel::Device& device, const BizModel::Screen& screen);
     std::shared_ptr<BizModel::Input> getMachingInput(const BizModel::Device& device) const;
     static QPoint getNextPostition(

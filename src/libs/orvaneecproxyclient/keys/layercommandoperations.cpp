@@ -90,7 +90,7 @@ void startClearing(
         showWaitingDialog(Translate::tr(Translate::TR_THE_LAYER_CLEAR_WAIT));
     else
         qWarning("Clear layers: the device is offline and may not carry it out.");
-    // The answer may come when the command is gone: it uses nothing of it.
+    // The request may end after the command: the completion uses nothing of it.
     const auto completion = [failureLine](bool ok, const QString& text) {
         if (!ok)
             qWarning("%s %s", failureLine, qUtf8Printable(text));
@@ -185,7 +185,7 @@ void LayerCommandPrivate::removeLayers(const LayerScreen& target, const QList<La
         qWarning("screen model control is nullptr . ");
         return;
     }
-    // Known before the model can tell of the first removal.
+    // Before the removal begins, whose notifications come on the GUI thread.
     QList<BizModel::s_ScreenLayerId> ids;
     for (const LayerPtr& layer : layers)
         ids.append(layer->screenLayerId());

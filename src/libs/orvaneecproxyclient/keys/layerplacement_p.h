@@ -12,7 +12,7 @@
 /// knows the model. Coordinates are pixels of the screen's mosaic.
 namespace Orvane::ECProxy::Client::Internal {
 
-/// "No place" as an answer.
+/// Returned when there is no place.
 constexpr QPoint NoLayerPosition{-1, -1};
 
 /// A layer that looks for its place.
@@ -30,7 +30,7 @@ int getLayerCount(const QRect& output, const QList<QPoint>& layerOrigins);
 
 /// The top-left corner for the new layer: successive layers go to successive outputs, and cascade on each.
 /// `hasResources` is asked for every window that comes into question. A no skips the outputs after it, and
-/// after a second no, or when there is no output at all, the answer is `NoLayerPosition`.
+/// after a second no, or when there is no output at all, the result is `NoLayerPosition`.
 QPoint findLayerPosition(
     const LayerPlacement& placement, const std::function<bool(const QRect&)>& hasResources);
 
@@ -38,7 +38,7 @@ QPoint findLayerPosition(
 QRect windowOverTouchedOutputs(const QRect& window, const QList<QRect>& outputs, const QRect& mosaic);
 
 /// Gives the layers their keys. `keys` holds, key by key, the id of the layer that it is bound to, or
-/// `Constants::UnboundLayerIndex`; the answer has the same form. Layers keep their keys; those without one
+/// `Constants::UnboundLayerIndex`; the result has the same form. Layers keep their keys; those without one
 /// get the first free keys, in the order of `layerIds`. Keys of other layers become free. When the keys run
 /// out, the last layers get none.
 std::vector<quint32> assignLayerKeys(const std::vector<quint32>& keys, const std::vector<quint32>& layerIds);
