@@ -160,6 +160,19 @@ private Q_SLOTS:
         QCOMPARE(mode(), PresetOptMode::Noting);
     }
 
+    void anAnsweredQuestionEndsAHeldClearWithItsLight()
+    {
+        LogCapture log;
+        console().press(ClearAll);
+        QVERIFY(console().waitShows(ClearAll, ECLEDColor::Green));
+        QVERIFY(answer(QMessageBox::Yes)); // to a question of the application's own
+        QVERIFY(console().shows(ClearAll, ECLEDColor::Off));
+        QCOMPARE(mode(), PresetOptMode::Noting);
+        QVERIFY(log.contains("Clear all presets refused"));
+        QTest::qWait(3300); // past the time at which it would have cleared
+        QVERIFY(m_pRig->asked(Operation::AsyncRemoveFile).isEmpty());
+    }
+
     void keysReleasedWhileLockedDoNothingWhenTheLockEnds()
     {
         console().press(ClearAll);

@@ -84,6 +84,8 @@ private:
     /// Has every extension remove all presets. False, and nothing is done, when another device than at the
     /// key's press is active.
     bool clearEverywhere();
+    /// Ends a hold of the clear-all key without acting.
+    void endHeldClear();
     void slotClearAllTimeOut();
     void slotClearPresetsPressed();
     bool isLoadToPGMStateEnable() const;

@@ -179,9 +179,16 @@ bool PresetCommandPrivate::clearPresetsRelease(const quint32& ecKey)
 
 void PresetCommandPrivate::restClearPresets(const quint32&)
 {
-    m_pClearAllTimer.stop();
-    if (m_modes.mode() == PresetOptMode::ClearAll)
-        m_modes.setMode(PresetOptMode::Noting);
+    endHeldClear();
+    m_modes.endClearAll(); // the question of the on-screen key may be open
+}
+
+void PresetCommandPrivate::endHeldClear()
+{
+    if (!m_pClearAllTimer.stop())
+        return;
+    qWarning("Clear all presets refused: a question was answered, or the release dropped, during the hold.");
+    m_modes.endClearAll();
 }
 
 void PresetCommandPrivate::showClearKey(const quint32& ecKey)
@@ -233,12 +240,14 @@ void PresetCommandPrivate::messageBoxClosed(QMessageBox::StandardButton button)
     if (m_currentModule) {
         if (button == QMessageBox::Yes)
             slotClearPresetsPressed();
+        endHeldClear();
         m_modes.endAny();
         m_modes.offFunctionkeyColor(PresetCallbackType::eClearPresetsCB);
     } else if (m_currentLoadToPGMModule.exchange(false)) {
         if (button == QMessageBox::Yes)
             setLoadToPGMState(LoadToPGMStatus::LoadToPGM);
     } else {
+        endHeldClear(); // with the light: a dark key never clears
         m_modes.offFunctionkeyColor(PresetCallbackType::eClearPresetsCB);
     }
 }

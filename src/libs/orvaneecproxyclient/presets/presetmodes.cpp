@@ -86,6 +86,12 @@ void PresetModes::endIfArmed(Mode mode)
     offFunctionkeyColor(keyOf(mode));
 }
 
+void PresetModes::endClearAll()
+{
+    if (mode() == Mode::ClearAll)
+        setMode(Mode::Noting);
+}
+
 void PresetModes::endAny()
 {
     const Mode armed = mode();

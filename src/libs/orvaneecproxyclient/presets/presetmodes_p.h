@@ -34,6 +34,8 @@ public:
     void end(Mode mode);
     /// Darkens the key that arms `mode` and, if that is the present mode, ends it.
     void endIfArmed(Mode mode);
+    /// Ends the mode `ClearAll` if it is the present one. The light is the caller's.
+    void endClearAll();
     /// Ends Remove or Save, whichever is armed, and any other mode.
     void endAny();
 
