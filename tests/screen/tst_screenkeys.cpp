@@ -263,6 +263,27 @@ private Q_SLOTS:
         QVERIFY(console().waitShows(FTB, ECLEDColor::Green) && console().waitShows(Swap, ECLEDColor::Green));
     }
 
+    void quickPressesAlternateThoughTheModelIsSlow()
+    {
+        m_rig.hold(Operation::ParallelFTBScreen);
+        for (int press = 0; press < 4; ++press)
+            QVERIFY(tap(FTB));
+        const QString on = "device=A types=6 value=1";
+        const QString off = "device=A types=6 value=0";
+        QCOMPARE(m_rig.requested(Operation::ParallelFTBScreen), QStringList({on, off, on, off}));
+        m_rig.letGo();
+        QTRY_COMPARE(m_pGate->currentTaskCount(), 0);
+        // Once all have ended, a failed one too, the device's state counts, whoever changed it.
+        fail(Operation::ParallelFTBScreen);
+        const LogCapture log;
+        QVERIFY(tap(FTB));
+        QVERIFY(log.waitFor("FTB PGM failed:The request was refused. ordered"));
+        QVERIFY(control().setFTB(A, Stage, true));
+        QVERIFY(tap(FTB));
+        QCOMPARE(m_rig.requested(Operation::ParallelFTBScreen).last(), off);
+        QVERIFY(console().waitShows(FTB, ECLEDColor::Off));
+    }
+
     void whatTheModelRefusesIsLoggedAndLightsNoKey()
     {
         const LogCapture log;

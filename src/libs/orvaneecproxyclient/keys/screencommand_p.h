@@ -15,6 +15,7 @@
 
 #include <atomic>
 #include <memory>
+#include <mutex>
 #include <vector>
 
 namespace Orvane::ECProxy::Client::Internal {
@@ -26,6 +27,26 @@ bool isPGMFrozen(const BizModel::Device& device);
 bool isPGMFadedToBlack(const BizModel::Device& device);
 bool isSwapEnabled(const BizModel::Device& device);
 bool isPGMEdited(const BizModel::Device& device);
+
+/// What a toggle key asked the model for last. While that is under way, the next press asks for its opposite:
+/// quick presses alternate although the state follows later. Any thread.
+class ToggleRequest {
+public:
+    struct Asked {
+        std::weak_ptr<BizModel::Device> device;
+        bool on = false;
+        std::atomic<bool> isEnded{false};
+    };
+
+    /// Asks for the opposite of what is under way for that device, or of its state `isOn`. Whoever carries
+    /// it out sets `isEnded`.
+    std::shared_ptr<Asked> askOpposite(const std::shared_ptr<BizModel::Device>& device, bool isOn);
+
+private:
+    // m_mutex guards m_pLast: keys of the console and of the on-screen console are pressed on two threads.
+    std::mutex m_mutex;
+    std::shared_ptr<Asked> m_pLast;
+};
 
 /// What the screen group's keys, the T-Bar and the model's notifications do. Key handlers run on the
 /// thread that delivers the console's events, repeats on timer threads, repaints on the GUI thread and where
@@ -156,6 +177,9 @@ private:
     void showState(ScreenCallbackType type, ECLEDColor color, DeviceState isOn);
     void showMatchKey(const quint32& ecKey);
 
+    ToggleRequest m_freezeRequest;
+    ToggleRequest m_ftbRequest;
+    ToggleRequest m_swapRequest;
     std::atomic<int> m_nMatchPress{0}; ///< number of the last press of the match key
     std::atomic<int> m_nMatchLit{0}; ///< number of the press that the match key is lit for; 0 for none
 

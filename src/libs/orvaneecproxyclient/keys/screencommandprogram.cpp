@@ -202,6 +202,7 @@ void ScreenCommandPrivate::showMatchKey(const quint32& ecKey)
 /// A state of the device that a key turns on and off.
 struct ScreenCommandPrivate::Toggle {
     const char* name; ///< for the log
+    ToggleRequest* request;
     DeviceState isOn;
     ParallelControl::ParallelTask (*task)(const WeakDevice& device, bool on);
     /// Only freeze waits for its result: a slow model must not hold up the keys that follow.
@@ -213,7 +214,7 @@ bool ScreenCommandPrivate::freezePGMPressed(const quint32&)
     const auto task = [](const WeakDevice& device, bool on) -> ParallelControl::ParallelTask {
         return ParallelControl::ParallelFreezeScreen{device, RegularAndAUXScreens, on};
     };
-    return toggle({"Freeze PGM", isPGMFrozen, task, true});
+    return toggle({"Freeze PGM", &m_freezeRequest, isPGMFrozen, task, true});
 }
 
 bool ScreenCommandPrivate::ftbPGMPressed(const quint32&)
@@ -221,7 +222,7 @@ bool ScreenCommandPrivate::ftbPGMPressed(const quint32&)
     const auto task = [](const WeakDevice& device, bool on) -> ParallelControl::ParallelTask {
         return ParallelControl::ParallelFTBScreen{device, RegularAndAUXScreens, on};
     };
-    return toggle({"FTB PGM", isPGMFadedToBlack, task});
+    return toggle({"FTB PGM", &m_ftbRequest, isPGMFadedToBlack, task});
 }
 
 bool ScreenCommandPrivate::setSwapStatusPressed(const quint32&)
@@ -229,10 +230,11 @@ bool ScreenCommandPrivate::setSwapStatusPressed(const quint32&)
     const auto task = [](const WeakDevice& device, bool on) -> ParallelControl::ParallelTask {
         return ParallelControl::ParallelSetSwapStatus{device, on};
     };
-    return toggle({"Swap", isSwapEnabled, task});
+    return toggle({"Swap", &m_swapRequest, isSwapEnabled, task});
 }
 
-/// Asks the model for the opposite of the present state. The light follows the model's notification.
+/// Asks the model for the opposite of the present state. The light follows the model's notification, never
+/// the press.
 bool ScreenCommandPrivate::toggle(const Toggle& what)
 {
     const auto device = activedDevice();
@@ -240,24 +242,31 @@ bool ScreenCommandPrivate::toggle(const Toggle& what)
         qWarning("%s failed:The device is null.", what.name);
         return false;
     }
-    const auto logFailure = [name = what.name](const QString& error) {
-        qWarning("%s failed:The request was refused. %s", name, qUtf8Printable(error));
+    const auto asked = what.request->askOpposite(device, what.isOn(*device));
+    const auto ended = [asked, name = what.name](bool ok, const QString& error) {
+        asked->isEnded = true;
+        if (!ok)
+            qWarning("%s failed:The request was refused. %s", name, qUtf8Printable(error));
+        return ok;
     };
-    const auto task = [make = what.task, on = !what.isOn(*device)](const WeakDevice& each) {
-        return make(each, on);
-    };
-    Completion ended;
-    if (!what.waitForResult) {
-        ended = [logFailure](bool ok, const QString& error) {
-            if (!ok)
-                logFailure(error);
-        };
-    }
+    const auto task = [make = what.task, on = asked->on](const WeakDevice& each) { return make(each, on); };
+    const Completion callback = what.waitForResult ? Completion() : Completion(ended);
     QString error;
-    if (startParallelRequest(device, task, what.waitForResult, &error, ended))
-        return true;
-    logFailure(error);
-    return false;
+    const bool isStarted = startParallelRequest(device, task, what.waitForResult, &error, callback);
+    // Without a callback, or not started at all, nobody else will say that it has ended.
+    return isStarted && !what.waitForResult ? true : ended(isStarted, error);
+}
+
+std::shared_ptr<ToggleRequest::Asked> ToggleRequest::askOpposite(
+    const std::shared_ptr<BizModel::Device>& device, bool isOn)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    const bool isUnderWay = m_pLast && !m_pLast->isEnded && m_pLast->device.lock() == device;
+    auto asked = std::make_shared<Asked>();
+    asked->device = device;
+    asked->on = isUnderWay ? !m_pLast->on : !isOn;
+    m_pLast = asked;
+    return asked;
 }
 
 bool ScreenCommandPrivate::setPGMEditPressed(const quint32&)
