@@ -173,15 +173,14 @@ using Internal::InputCommandPrivate;
 
 InputCommand::InputCommand(QObject* parent)
     : Command(parent)
-    , d(new InputCommandPrivate(this))
+    , d(std::make_unique<InputCommandPrivate>(this))
 {
-    setKeyTable({this, d, InputCommandPrivate::keys()});
+    setKeyTable({this, d.get(), InputCommandPrivate::keys()});
 }
 
 InputCommand::~InputCommand()
 {
     stopPainting();
-    delete d;
 }
 
 // ---- The group of keys ----------------------------------------------------------------------------------

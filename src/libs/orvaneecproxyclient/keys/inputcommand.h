@@ -2,6 +2,8 @@
 
 #include "command.h"
 
+#include <memory>
+
 namespace Orvane::ECProxy::Client {
 
 /// Function codes of the input keys.
@@ -83,7 +85,7 @@ public Q_SLOTS:
 
 private:
     friend class Internal::InputCommandPrivate;
-    Internal::InputCommandPrivate* const d;
+    const std::unique_ptr<Internal::InputCommandPrivate> d;
 };
 
 } // namespace Orvane::ECProxy::Client

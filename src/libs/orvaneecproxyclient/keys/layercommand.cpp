@@ -53,15 +53,14 @@ using Internal::LayerOperation;
 
 LayerCommand::LayerCommand(QObject* parent)
     : Command(parent)
-    , d(new LayerCommandPrivate(this))
+    , d(std::make_unique<LayerCommandPrivate>(this))
 {
-    setKeyTable({this, d, LayerCommandPrivate::keys()});
+    setKeyTable({this, d.get(), LayerCommandPrivate::keys()});
 }
 
 LayerCommand::~LayerCommand()
 {
     stopPainting();
-    delete d;
 }
 
 // ---- The group of keys ----------------------------------------------------------------------------------

@@ -2,6 +2,8 @@
 
 #include "command.h"
 
+#include <memory>
+
 namespace Orvane::ECProxy::Client {
 
 /// Function codes of the layer keys.
@@ -96,7 +98,7 @@ public Q_SLOTS:
 
 private:
     friend class Internal::LayerCommandPrivate;
-    Internal::LayerCommandPrivate* const d;
+    const std::unique_ptr<Internal::LayerCommandPrivate> d;
 };
 
 } // namespace Orvane::ECProxy::Client
