@@ -232,6 +232,65 @@ private Q_SLOTS:
         QVERIFY(timer->wait(WaitLimitMs)); // the callback holds the timer now and then, and uses what is here
     }
 
+    void theCallbackCannotStopAStartFromElsewhere()
+    {
+        Counter fired;
+        Counter restarted;
+        std::weak_ptr<OrvaneECTimer> self;
+        const auto timer = OrvaneECTimer::create([&] {
+            fired.add();
+            restarted.waitFor(1);
+            if (fired.count() == 1)
+                self.lock()->stopTimer(); // of the time-out that was stopped before
+        });
+        self = timer;
+        timer->setSingleShot(true);
+        timer->startTimer(0);
+        QVERIFY(fired.waitFor(1));
+        timer->stopTimer();
+        timer->startTimer(0);
+        restarted.add();
+        QVERIFY(fired.waitFor(2));
+        QVERIFY(timer->wait(WaitLimitMs));
+    }
+
+    void theCallbackOfASingleShotDoesNotRepeatItByAStartAlone()
+    {
+        LogCapture log;
+        Counter fired;
+        std::weak_ptr<OrvaneECTimer> self;
+        const auto timer = OrvaneECTimer::create([&] {
+            fired.add();
+            self.lock()->startTimer(0);
+        });
+        self = timer;
+        timer->setSingleShot(true);
+        timer->startTimer(1);
+        QVERIFY(timer->wait(WaitLimitMs));
+        QCOMPARE(fired.count(), 1);
+        QCOMPARE(log.count("EC timer start"), 1);
+    }
+
+    void aTimerMadeByItsConstructorWorksAndItsDestructorWaits()
+    {
+        LogCapture log;
+        Counter entered;
+        std::atomic<bool> left{false};
+        auto timer = std::make_shared<OrvaneECTimer>(
+            [&] {
+                entered.add();
+                QThread::msleep(1100);
+                left = true;
+            },
+            nullptr);
+        timer->startTimer(1);
+        QVERIFY(entered.waitFor(1));
+        timer.reset();
+        QVERIFY(left);
+        QCOMPARE(entered.count(), 1);
+        QCOMPARE(log.count("EC timer: its callback has not returned within 1000 ms"), 1);
+    }
+
     void threadsThatStartAndStopLeaveATimerThatWorks()
     {
         Counter fired;

@@ -1,4 +1,5 @@
 #include "orvaneectimer.h"
+#include "orvaneectimer_p.h"
 
 #include "eclinklog_p.h"
 #include "threadlifecycle_p.h"
@@ -9,8 +10,141 @@
 
 namespace Orvane::ECProxy::Client {
 
-using Internal::lcECLink;
+namespace Internal {
+
 using Locker = std::lock_guard<std::mutex>;
+
+OrvaneECTimerPrivate::OrvaneECTimerPrivate(OrvaneECTimer::TimeoutCallback cb)
+    : m_cbTimeout(std::move(cb))
+{
+}
+
+OrvaneECTimerPrivate::~OrvaneECTimerPrivate()
+{
+    const Locker lock(m_timerMutex); // orders the thread's last accesses before the members go
+}
+
+OrvaneECTimerPrivate::Started OrvaneECTimerPrivate::start(int msec, bool anew, Caller caller)
+{
+    const Locker lock(m_timerMutex);
+    if (caller == Caller::TimerThread && m_nCalling == 0)
+        return m_bThreadAtWork ? Started::Yes : Started::Refused;
+    m_imsec = msec;
+    if (m_nInForce != 0 && !anew)
+        return Started::Yes;
+    m_nInForce = ++m_nLast;
+    m_nDue = m_nInForce;
+    if (caller == Caller::OtherThread)
+        m_nCalling = 0;
+    m_timerCond.notify_all();
+    return std::exchange(m_bThreadAtWork, true) ? Started::Yes : Started::NeedsThread;
+}
+
+bool OrvaneECTimerPrivate::stop(Caller caller)
+{
+    const Locker lock(m_timerMutex);
+    if (caller == Caller::TimerThread && m_nCalling == 0)
+        return false;
+    const bool wasPending = m_nDue.exchange(0) != 0;
+    m_nInForce = 0;
+    if (caller == Caller::OtherThread)
+        m_nCalling = 0;
+    m_timerCond.notify_all();
+    return wasPending;
+}
+
+void OrvaneECTimerPrivate::startFailed()
+{
+    const Locker lock(m_timerMutex);
+    m_bThreadAtWork = false;
+    m_nInForce = 0;
+    m_nDue = 0;
+}
+
+void OrvaneECTimerPrivate::setSingleShot(bool singleShot)
+{
+    const Locker lock(m_timerMutex);
+    m_bSingleShot = singleShot;
+}
+
+void OrvaneECTimerPrivate::setInterval(int msec)
+{
+    const Locker lock(m_timerMutex);
+    m_imsec = msec;
+}
+
+int OrvaneECTimerPrivate::interval() const
+{
+    const Locker lock(m_timerMutex);
+    return m_imsec;
+}
+
+void OrvaneECTimerPrivate::run()
+{
+    std::unique_lock<std::mutex> lock(m_timerMutex);
+    while (m_nInForce != 0) {
+        const Generation own = m_nInForce;
+        const int interval = m_imsec;
+        lock.unlock();
+        qCInfo(lcECLink, "EC timer start %d", interval);
+        lock.lock();
+        const bool finished = fireWhileInForce(lock, own);
+        lock.unlock();
+        if (finished)
+            qCInfo(lcECLink, "EC timer finished");
+        else
+            qCInfo(lcECLink, "EC timer terminate");
+        lock.lock();
+    }
+    m_bThreadAtWork = false;
+}
+
+/// @return false when a stop ended a wait, true when the timer ended otherwise
+bool OrvaneECTimerPrivate::fireWhileInForce(std::unique_lock<std::mutex>& lock, Generation own)
+{
+    while (m_nInForce == own) {
+        const std::chrono::milliseconds interval(std::max(0, m_imsec));
+        if (m_timerCond.wait_for(lock, interval, [&] { return m_nInForce != own; }))
+            return false;
+        fire(lock, own);
+    }
+    return true;
+}
+
+void OrvaneECTimerPrivate::fire(std::unique_lock<std::mutex>& lock, Generation own)
+{
+    m_nCalling = own;
+    lock.unlock();
+    Generation due = own;
+    if (m_nDue.compare_exchange_strong(due, 0) && m_cbTimeout)
+        m_cbTimeout();
+    lock.lock();
+    m_nCalling = 0;
+    if (m_nInForce != own)
+        return;
+    if (m_bSingleShot)
+        m_nInForce = 0;
+    else
+        m_nDue = own;
+}
+
+} // namespace Internal
+
+using Internal::lcECLink;
+using Internal::OrvaneECTimerPrivate;
+
+namespace {
+
+/// How long a callback may keep a destructor waiting before the log says so, if its interval is not longer.
+constexpr int EndLimitMs = 1000;
+
+OrvaneECTimerPrivate::Caller callerOf(const OrvaneECTimer* timer)
+{
+    return QThread::currentThread() == timer ? OrvaneECTimerPrivate::Caller::TimerThread
+                                             : OrvaneECTimerPrivate::Caller::OtherThread;
+}
+
+} // namespace
 
 std::shared_ptr<OrvaneECTimer> OrvaneECTimer::create(TimeoutCallback cb, QObject* parent)
 {
@@ -22,7 +156,7 @@ std::shared_ptr<OrvaneECTimer> OrvaneECTimer::create(TimeoutCallback cb, QObject
 
 OrvaneECTimer::OrvaneECTimer(TimeoutCallback cb, QObject* parent)
     : QThread(parent)
-    , m_cbTimeout(std::move(cb))
+    , d(std::make_unique<OrvaneECTimerPrivate>(std::move(cb)))
 {
     setObjectName(QStringLiteral("OrvaneECTimer"));
 }
@@ -30,108 +164,69 @@ OrvaneECTimer::OrvaneECTimer(TimeoutCallback cb, QObject* parent)
 OrvaneECTimer::~OrvaneECTimer()
 {
     stopTimer();
-    // Longer than the one interval that a callback is expected to take at most, if need be: to destroy a
-    // thread that still runs would end the process.
+    const int limit = std::max(d->interval(), EndLimitMs);
+    if (wait(static_cast<unsigned long>(limit)))
+        return;
+    // Destroying a thread that still runs would end the process.
+    qCWarning(lcECLink, "EC timer: its callback has not returned within %d ms, waiting for it.", limit);
     wait();
-    const Locker lock(m_timerMutex); // orders the thread's last accesses before the members go
 }
 
 void OrvaneECTimer::setSingleShot(bool singleShot)
 {
-    m_bSingleShot = singleShot;
+    d->setSingleShot(singleShot);
 }
 
 void OrvaneECTimer::setInterval(int msec)
 {
-    m_imsec = msec;
+    d->setInterval(msec);
 }
 
 void OrvaneECTimer::startTimer(int msec)
 {
-    const bool ownThread = QThread::currentThread() == this;
-    m_imsec = msec;
-    {
-        const Locker lock(m_timerMutex);
-        if (m_bActive) {
-            // What the callback does to its own timer must not undo a stop it cannot know of.
-            if (m_bStopRun && !(ownThread && m_bStoppedFromElsewhere))
-                m_bRestart = true;
-            if (!ownThread)
-                m_bStoppedFromElsewhere = false;
-            return;
-        }
-        if (ownThread) {
-            qCWarning(lcECLink, "EC timer does not start itself while its thread leaves.");
-            return;
-        }
-        m_bActive = true;
-        m_bStopRun = false;
-        m_bRestart = false;
-        m_bStoppedFromElsewhere = false;
-    }
-    // The start is ours now. The old thread, if any, has nothing left to do but to leave.
-    const Locker starting(m_startMutex);
-    wait();
-    start(QThread::InheritPriority);
-    if (!isRunning() && !isFinished()) {
-        qCWarning(lcECLink, "EC timer has no thread to be had.");
-        const Locker lock(m_timerMutex);
-        m_bActive = false;
-    }
+    start(msec, Start::UnlessRunning);
 }
 
 void OrvaneECTimer::stopTimer()
 {
-    const Locker lock(m_timerMutex);
-    m_bStopRun = true;
-    m_bRestart = false;
-    if (QThread::currentThread() != this)
-        m_bStoppedFromElsewhere = true;
-    m_timerCond.notify_all();
+    stop();
+}
+
+void OrvaneECTimer::start(int msec, Start start)
+{
+    using Started = OrvaneECTimerPrivate::Started;
+    switch (d->start(msec, start == Start::Anew, callerOf(this))) {
+    case Started::Yes:
+        return;
+    case Started::Refused:
+        qCWarning(lcECLink, "EC timer: cannot be started from its own thread while that thread ends.");
+        return;
+    case Started::NeedsThread:
+        break;
+    }
+    // Only one caller gets here at a time. A thread of an earlier start has nothing left to do but end.
+    wait();
+    QThread::start(QThread::InheritPriority);
+    if (!isRunning() && !isFinished()) {
+        qCWarning(lcECLink, "EC timer: cannot start its thread.");
+        d->startFailed();
+    }
+}
+
+bool OrvaneECTimer::stop()
+{
+    return d->stop(callerOf(this));
 }
 
 void OrvaneECTimer::slotTimeout()
 {
-    if (m_cbTimeout)
-        m_cbTimeout();
+    if (d->m_cbTimeout)
+        d->m_cbTimeout();
 }
 
 void OrvaneECTimer::run()
 {
-    do {
-        qCInfo(lcECLink, "EC timer start %d", m_imsec.load());
-        if (fireUntilStopped())
-            qCInfo(lcECLink, "EC timer finished");
-        else
-            qCInfo(lcECLink, "EC timer terminate");
-    } while (takeRestart());
-}
-
-bool OrvaneECTimer::fireUntilStopped()
-{
-    std::unique_lock<std::mutex> lock(m_timerMutex);
-    while (!m_bStopRun) {
-        const std::chrono::milliseconds interval(std::max(0, m_imsec.load()));
-        if (m_timerCond.wait_for(lock, interval, [this] { return m_bStopRun; }))
-            return false;
-        lock.unlock();
-        slotTimeout();
-        lock.lock();
-        if (m_bSingleShot)
-            break;
-    }
-    return true;
-}
-
-bool OrvaneECTimer::takeRestart()
-{
-    const Locker lock(m_timerMutex);
-    m_bActive = m_bRestart;
-    if (m_bRestart) {
-        m_bRestart = false;
-        m_bStopRun = false;
-    }
-    return m_bActive;
+    d->run();
 }
 
 } // namespace Orvane::ECProxy::Client

@@ -1,0 +1,55 @@
+#include "holdtimer_p.h"
+
+#include "orvaneectimer.h"
+
+#include <utility>
+
+namespace Orvane::ECProxy::Client::Internal {
+
+HoldTimer::HoldTimer(std::function<void()> callback)
+    : m_callback(std::move(callback))
+{
+}
+
+HoldTimer::~HoldTimer()
+{
+    stop();
+    // Waits for a callback that is still running. m_pTimer must stay until then, for the callback may use it.
+    if (OrvaneECTimer* const timer = this->timer())
+        timer->wait();
+}
+
+void HoldTimer::restart(std::chrono::milliseconds interval)
+{
+    madeTimer().start(int(interval.count()), OrvaneECTimer::Start::Anew);
+}
+
+bool HoldTimer::stop()
+{
+    OrvaneECTimer* const timer = this->timer();
+    return timer && timer->stop();
+}
+
+bool HoldTimer::isRunning() const
+{
+    const OrvaneECTimer* const timer = this->timer();
+    return timer && timer->isRunning();
+}
+
+OrvaneECTimer* HoldTimer::timer() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_pTimer.get();
+}
+
+OrvaneECTimer& HoldTimer::madeTimer()
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (!m_pTimer) {
+        m_pTimer = OrvaneECTimer::create(m_callback);
+        m_pTimer->setSingleShot(true);
+    }
+    return *m_pTimer;
+}
+
+} // namespace Orvane::ECProxy::Client::Internal
