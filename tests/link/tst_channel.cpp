@@ -45,9 +45,9 @@ public:
     bool isBound() const { return m_bound; }
 
     /// Sends to the library, as the service does.
-    bool report(const QByteArray& bytes)
+    bool report(const QByteArray& bytes, const char* libraryAddress = "127.0.0.1")
     {
-        const sockaddr_in target = addressOf("127.0.0.1", ECClientPort);
+        const sockaddr_in target = addressOf(libraryAddress, ECClientPort);
         return sendto(
                    m_fd, bytes.constData(), std::size_t(bytes.size()), 0,
                    reinterpret_cast<const sockaddr*>(&target), sizeof(target))
@@ -166,7 +166,8 @@ private Q_SLOTS:
         QVERIFY(open(channel, log));
         for (int i = 0; i < 5000; ++i) {
             QVERIFY(service.report(press(quint32(i))));
-            // As many in flight as the smallest usual receive buffer holds: each pause costs a step of the wait.
+            // As many in flight as the smallest usual receive buffer holds: each pause costs a step of the
+            // wait.
             if (i % 250 == 249)
                 QTRY_COMPARE_WITH_TIMEOUT(keys.count.load(), i + 1, WaitLimitMs);
         }
@@ -344,6 +345,93 @@ private Q_SLOTS:
         QVERIFY(service.report(press(1)));
         QTRY_COMPARE_WITH_TIMEOUT(calls.load(), 2, WaitLimitMs);
         QTRY_COMPARE_WITH_TIMEOUT(log.count("Orvane ec client decoder thread stop"), 1, WaitLimitMs);
+    }
+
+    void aSecondCloserWaitsUntilNoCallbackRuns()
+    {
+        LogCapture log;
+        Service service;
+        ECClientChannelManager channel;
+        std::promise<void> entered;
+        std::atomic<bool> left{false};
+        channel.registerUpTLVDecodeFinishedCB([&](const eECUpMessageTag&, const QByteArray&) {
+            entered.set_value();
+            QTest::qSleep(300); // longer than both closers need to begin
+            left = true;
+            return true;
+        });
+        QVERIFY(open(channel, log));
+        QVERIFY(service.report(press(0)));
+        QVERIFY(
+            entered.get_future().wait_for(std::chrono::milliseconds(WaitLimitMs))
+            == std::future_status::ready);
+        auto first = std::async(std::launch::async, [&] { channel.closeChannel(); });
+        QTRY_VERIFY_WITH_TIMEOUT(!channel.ecClientDecoder(), WaitLimitMs); // the first has begun
+        channel.closeChannel();
+        QVERIFY(left);
+        first.get();
+    }
+
+    void closersThatWaitForACallbackThatClosesAllReturn()
+    {
+        LogCapture log;
+        Service service;
+        ECClientChannelManager channel;
+        std::promise<void> entered;
+        channel.registerUpTLVDecodeFinishedCB([&](const eECUpMessageTag&, const QByteArray&) {
+            entered.set_value();
+            const QDeadlineTimer limit(WaitLimitMs);
+            while (channel.ecClientDecoder() && !limit.hasExpired()) // until the first closer has begun
+                QThread::yieldCurrentThread();
+            return channel.closeChannel();
+        });
+        QVERIFY(open(channel, log));
+        QVERIFY(service.report(press(0)));
+        QVERIFY(
+            entered.get_future().wait_for(std::chrono::milliseconds(WaitLimitMs))
+            == std::future_status::ready);
+        auto first = std::async(std::launch::async, [&] { channel.closeChannel(); });
+        auto second = std::async(std::launch::async, [&] { channel.closeChannel(); });
+        const auto limit = std::chrono::milliseconds(WaitLimitMs);
+        QVERIFY(first.wait_for(limit) == std::future_status::ready);
+        QVERIFY(second.wait_for(limit) == std::future_status::ready);
+    }
+
+    // Whoever can send to this machine could otherwise press keys.
+    void reportsFromElsewhereAreDroppedWithOneWarningASecond()
+    {
+        constexpr const char* elsewhere = "192.0.2.7"; // an address for examples, no real machine's
+        if (qEnvironmentVariableIsEmpty("ORVANE_OWN_NETWORK"))
+            QSKIP("needs a network namespace of its own, to give it a second address");
+        if (QProcess::execute("ip", {"address", "add", QString(elsewhere) + "/32", "dev", "lo"}) != 0)
+            QSKIP("cannot add an address to the network namespace");
+        const QString warning = QString("the last from %1, which is neither loopback").arg(elsewhere);
+        LogCapture log;
+        Keys keys;
+        ECClientChannelManager channel;
+        channel.registerUpTLVDecodeFinishedCB(keys.callback());
+        QVERIFY(open(channel, log));
+        Socket foreign(elsewhere, 0);
+        Socket otherLoopback("127.0.0.2", 0);
+        QVERIFY(foreign.isBound() && otherLoopback.isBound());
+
+        for (int i = 0; i < 100; ++i)
+            QVERIFY(foreign.report(press(7), elsewhere));
+        QVERIFY(otherLoopback.report(press(0)));
+        QTRY_COMPARE_WITH_TIMEOUT(keys.count.load(), 1, WaitLimitMs);
+        QVERIFY2(keys.inOrder, "a key of the foreign address was pressed");
+        QCOMPARE(log.count(warning), 1);
+        QThread::msleep(1000); // the shortest time between two warnings
+        QVERIFY(foreign.report(press(7), elsewhere));
+        QVERIFY(log.waitFor("100 datagrams dropped")); // those not logged before, and this one
+        QCOMPARE(log.count(warning), 2);
+
+        QVERIFY(channel.openChannel(elsewhere)); // and now it is where the service is
+        QVERIFY(foreign.report(press(1), elsewhere));
+        QVERIFY(otherLoopback.report(press(2)));
+        QTRY_COMPARE_WITH_TIMEOUT(keys.count.load(), 3, WaitLimitMs);
+        QVERIFY(keys.inOrder);
+        QProcess::execute("ip", {"address", "del", QString(elsewhere) + "/32", "dev", "lo"});
     }
 
     void threadsThatOpenCloseSendAndRegisterLeaveAChannelThatWorks()

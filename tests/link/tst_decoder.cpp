@@ -204,7 +204,7 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(reports.count(), 1, WaitLimitMs);
     }
 
-    void theCallbackMayStopTheDecoder()
+    void aBatchThatHasBegunIsParsedWholeThoughItsCallbackStopsTheDecoder()
     {
         ECClientDecoder decoder;
         std::atomic<int> calls{0};
@@ -215,12 +215,17 @@ private Q_SLOTS:
             ++calls;
             decoder.stopDecode();
             restarted = decoder.startDecode();
+            decoder.appendDatagram(press(3)); // no part of the batch
             return true;
         });
         decoder.startDecode();
         QVERIFY(decoder.wait(WaitLimitMs));
-        QCOMPARE(calls.load(), 1);
+        QCOMPARE(calls.load(), 2);
         QVERIFY(!restarted);
+        Reports reports;
+        decoder.registerUpTLVDecodeFinishedCB(reports.callback());
+        decoder.startDecode();
+        QTRY_COMPARE_WITH_TIMEOUT(reports.count(), 2, WaitLimitMs);
     }
 
     void theCallbackMayReplaceItselfForTheRestOfTheBatch()

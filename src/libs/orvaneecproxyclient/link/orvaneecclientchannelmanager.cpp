@@ -8,27 +8,74 @@
 
 #include <QHostAddress>
 
+#include <algorithm>
 #include <mutex>
 #include <utility>
+#include <vector>
 
 namespace Orvane::ECProxy::Client {
 
 namespace Internal {
 
+/// What closeChannel() takes out of an open channel.
+struct ChannelThreads {
+    std::shared_ptr<ECClientReceiver> receiver;
+    std::shared_ptr<ECClientSender> sender;
+
+    bool isDecodingOnCurrentThread() const
+    {
+        return receiver && QThread::currentThread() == receiver->ecClientDecoder().get();
+    }
+
+    /// Stops all three threads and waits for them, except for the one that it is called on.
+    void stop() const
+    {
+        if (sender)
+            sender->stopSend();
+        if (!receiver)
+            return;
+        receiver->stopReceive();
+        receiver->ecClientDecoder()->stopDecode();
+    }
+};
+
 class ECClientChannelManagerPrivate {
 public:
     using Locker = std::lock_guard<std::mutex>;
 
-    /// Guards all members. Its holder never waits for one of the threads.
+    std::vector<std::shared_ptr<const ChannelThreads>> takeThreads();
+
+    /// Guards all members. Never held while waiting for one of the threads, whose callbacks may take it.
     mutable std::mutex m_mtxChannel;
     std::shared_ptr<ECClientReceiver> m_pECClientReceiver;
     std::shared_ptr<ECClientSender> m_pECClientSender;
     QHostAddress m_targetAddress;
-    /// Kept for the receivers to come.
+    /// What closeChannel() is stopping right now, on any thread.
+    std::vector<std::weak_ptr<const ChannelThreads>> m_closing;
+    /// Kept for the next receivers.
     UpTLVDecodeFinishedCallbackType m_cbUpTLVDecodeFinished;
-    /// A host that sends without a channel is told once, until there is one again.
-    bool m_bToldClosed = false;
+    /// The log says once that a request was sent without a channel, until there is one again.
+    bool m_bLoggedClosed = false;
 };
+
+/// Takes the threads of the open channel, if any, as the first; then those that other threads are stopping.
+std::vector<std::shared_ptr<const ChannelThreads>> ECClientChannelManagerPrivate::takeThreads()
+{
+    const auto own = std::make_shared<ChannelThreads>();
+    std::vector<std::shared_ptr<const ChannelThreads>> all{own};
+    std::vector<std::weak_ptr<const ChannelThreads>> closing{own};
+    const Locker lock(m_mtxChannel);
+    own->receiver.swap(m_pECClientReceiver);
+    own->sender.swap(m_pECClientSender);
+    for (const auto& weak : m_closing) {
+        if (const auto threads = weak.lock()) {
+            all.push_back(threads);
+            closing.push_back(weak);
+        }
+    }
+    m_closing.swap(closing);
+    return all;
+}
 
 } // namespace Internal
 
@@ -57,13 +104,14 @@ bool ECClientChannelManager::openChannel(const QString& address)
     {
         const Locker lock(d->m_mtxChannel);
         d->m_targetAddress = target;
-        d->m_bToldClosed = false;
+        d->m_bLoggedClosed = false;
         if (!d->m_pECClientReceiver) {
             d->m_pECClientReceiver.reset(new ECClientReceiver, &Internal::deleteThreadObject);
             d->m_pECClientReceiver->registerUpTLVDecodeFinishedCB(d->m_cbUpTLVDecodeFinished);
         }
         if (!d->m_pECClientSender)
             d->m_pECClientSender.reset(new ECClientSender, &Internal::deleteThreadObject);
+        d->m_pECClientReceiver->setServiceAddress(target);
         receiver = d->m_pECClientReceiver;
         sender = d->m_pECClientSender;
     }
@@ -74,18 +122,12 @@ bool ECClientChannelManager::openChannel(const QString& address)
 
 bool ECClientChannelManager::closeChannel()
 {
-    std::shared_ptr<ECClientReceiver> receiver;
-    std::shared_ptr<ECClientSender> sender;
-    {
-        const Locker lock(d->m_mtxChannel);
-        receiver.swap(d->m_pECClientReceiver);
-        sender.swap(d->m_pECClientSender);
-    }
-    if (sender)
-        sender->stopSend();
-    sender.reset();
-    if (receiver)
-        receiver->stopReceive();
+    const auto closing = d->takeThreads();
+    closing.front()->stop();
+    // A callback does not wait for other closers, because they may be waiting for it.
+    const auto isOwn = [](const auto& threads) { return threads->isDecodingOnCurrentThread(); };
+    if (std::none_of(closing.begin(), closing.end(), isOwn))
+        std::for_each(closing.begin() + 1, closing.end(), [](const auto& threads) { threads->stop(); });
     return true;
 }
 
@@ -93,15 +135,15 @@ bool ECClientChannelManager::sendDownTLVRequest(const QByteArray& bytes)
 {
     std::shared_ptr<ECClientSender> sender;
     QHostAddress target;
-    bool tell = false;
+    bool logClosed = false;
     {
         const Locker lock(d->m_mtxChannel);
         sender = d->m_pECClientSender;
         target = d->m_targetAddress;
-        tell = !sender && !d->m_bToldClosed;
-        d->m_bToldClosed = !sender;
+        logClosed = !sender && !d->m_bLoggedClosed;
+        d->m_bLoggedClosed = !sender;
     }
-    if (tell)
+    if (logClosed)
         qCWarning(lcECLink, "Orvane ec client channel sends nothing, it is not open.");
     return sender && sender->appendDatagram(bytes, target, ECServicePort);
 }
@@ -109,7 +151,7 @@ bool ECClientChannelManager::sendDownTLVRequest(const QByteArray& bytes)
 bool ECClientChannelManager::registerUpTLVDecodeFinishedCB(UpTLVDecodeFinishedCallbackType callback)
 {
     std::shared_ptr<ECClientReceiver> receiver;
-    UpTLVDecodeFinishedCallbackType kept = callback; // then the one before, which goes after the lock
+    UpTLVDecodeFinishedCallbackType kept = callback; // becomes the old one, destroyed without the lock
     {
         const Locker lock(d->m_mtxChannel);
         d->m_cbUpTLVDecodeFinished.swap(kept);

@@ -37,7 +37,7 @@ void decode(DatagramQueue::Datagram datagram, const UpTLVDecodeFinishedCallbackT
 
 void ECClientDecoderPrivate::setCallback(SharedCallback& slot, UpTLVDecodeFinishedCallbackType&& cb)
 {
-    SharedCallback other; // outlives the lock: what the old callback holds is let go of without it
+    SharedCallback other; // outlives the lock: the old callback's contents are destroyed without it held
     if (cb)
         other = std::make_shared<const UpTLVDecodeFinishedCallbackType>(std::move(cb));
     const std::lock_guard<std::mutex> lock(m_mtxCallback);
@@ -53,7 +53,7 @@ ECClientDecoderPrivate::SharedCallback ECClientDecoderPrivate::upCallback()
 
 void ECClientDecoderPrivate::stop()
 {
-    m_lifecycle.stop([this] { m_wcDecode.wake(); });
+    m_lifecycle.stop([this] { m_wcDecode.notify_one(); });
 }
 
 void ECClientDecoderPrivate::decodeUntilStopped()
@@ -63,7 +63,7 @@ void ECClientDecoderPrivate::decodeUntilStopped()
     std::unique_lock<std::mutex> lock(m_mtxDecode);
     while (!m_bStopDecode) {
         if (m_datagramQueue.isEmpty()) {
-            m_wcDecode.wait(lock); // without a limit: no stop comes without its wake
+            m_wcDecode.wait(lock); // without a limit: every stop wakes the thread
             continue;
         }
         m_datagramQueue.swap(batch);
@@ -82,8 +82,8 @@ void ECClientDecoderPrivate::decode(const DatagramQueue& batch)
 {
     unsigned known = m_nCallbackChange.load(std::memory_order_acquire);
     SharedCallback callback = upCallback();
-    // A stop is obeyed within a batch too: its callbacks may take long.
-    for (std::size_t i = 0; i < batch.count() && !m_bStopDecode; ++i) {
+    // Whole, also after a stop: only what is still in the queue waits for the next start.
+    for (std::size_t i = 0; i < batch.count(); ++i) {
         const unsigned change = m_nCallbackChange.load(std::memory_order_acquire);
         if (change != known) {
             known = change;

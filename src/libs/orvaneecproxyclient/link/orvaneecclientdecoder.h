@@ -19,10 +19,10 @@ class ECClientReceiverPrivate;
 
 /// Turns the service's datagrams into tags and values, on a thread of its own.
 ///
-/// The receiver makes and starts it and appends what arrives; whoever wants the reports registers a callback,
-/// before or after the start. Each datagram yields at most one call, in the order of arrival, on this
-/// thread and without a lock held; datagrams parsed while no callback is registered are lost with a
-/// warning. Datagrams that do not begin with the service's magic are dropped with a warning.
+/// The receiver creates and starts it and appends what arrives. A callback for the reports is registered
+/// before or after the start. Each datagram yields at most one call, in the order of arrival, on this thread
+/// and without a lock held; datagrams parsed while no callback is registered are lost with a warning.
+/// Datagrams that do not begin with the service's magic are dropped with a warning.
 ///
 /// All functions may be called from any thread, those that start and stop from the callback too: there
 /// stopDecode() does not wait.
@@ -36,22 +36,22 @@ public:
 
     /// @return true; false only from the callback of a decoder that is being stopped
     bool startDecode();
-    /// Waits until a call that is under way has returned. Datagrams not yet parsed by then are not parsed
-    /// before the next start, or dropped where their batch had begun.
+    /// Waits until the thread has parsed the batch that it took from the queue, callbacks included. Datagrams
+    /// still in the queue then are parsed after the next start.
     /// @return true
     bool stopDecode();
 
     /// @return true
     bool appendDatagram(const QNetworkDatagram& datagram);
-    /// Takes `bytes` as if they had been received.
+    /// Parses `bytes` as if they had been received.
     /// @return true
     bool appendDatagram(const QByteArray& bytes);
 
-    /// Replaces the callback; an empty one removes it. It must not throw. The value it is handed is its own
-    /// to keep. A call to the one that was replaced may still be under way when this returns.
+    /// Replaces the callback; an empty one removes it. It must not throw. It may keep
+    /// the value that it gets. A call to the one that was replaced may still be under way when this returns.
     /// @return true
     bool registerUpTLVDecodeFinishedCB(UpTLVDecodeFinishedCallbackType cb);
-    /// A second place for a callback, for extended reports. It is kept and not called.
+    /// Stores a second callback, for extended reports. It is never called.
     /// @return true
     bool registerExDownTLVDecodeFinishedCB(UpTLVDecodeFinishedCallbackType cb);
 

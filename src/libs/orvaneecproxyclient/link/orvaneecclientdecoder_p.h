@@ -3,11 +3,11 @@
 #include "datagramqueue_p.h"
 #include "orvaneecclientdecoder.h"
 #include "threadlifecycle_p.h"
-#include "waitcondition_p.h"
 
 #include <QObject>
 
 #include <atomic>
+#include <condition_variable>
 #include <memory>
 #include <mutex>
 
@@ -20,23 +20,27 @@ public:
     {
     }
 
-    /// Appends what `fill` puts into the queue it is handed: one lock and at most one wake for all of it.
+    /// Appends what `fill` puts into the queue it is handed: one lock and one wake for all of it.
     template <typename Fill> void append(Fill&& fill)
     {
-        std::unique_lock<std::mutex> lock(m_mtxDecode);
-        fill(m_datagramQueue);
-        m_wcDecode.wakeAndUnlock(lock);
+        {
+            const std::lock_guard<std::mutex> lock(m_mtxDecode);
+            fill(m_datagramQueue);
+        }
+        m_wcDecode.notify_one(); // unlocked, so that the woken thread does not block on the mutex
     }
 
-    /// A callback as the threads share it, so that a call goes on while another takes its place.
+    /// A callback shared between threads: it stays alive until a call to it has returned, even if it is
+    /// replaced meanwhile.
     using SharedCallback = std::shared_ptr<const UpTLVDecodeFinishedCallbackType>;
 
     void setCallback(SharedCallback& slot, UpTLVDecodeFinishedCallbackType&& cb);
     void decodeUntilStopped();
     void stop();
 
-    WaitCondition m_wcDecode;
-    /// Guards m_wcDecode, m_datagramQueue and the writing of m_bStopDecode.
+    /// Wakes the thread for datagrams or a stop.
+    std::condition_variable m_wcDecode;
+    /// Guards m_datagramQueue and the writing of m_bStopDecode.
     std::mutex m_mtxDecode;
     std::atomic<bool> m_bStopDecode{false};
     DatagramQueue m_datagramQueue;
@@ -45,7 +49,7 @@ public:
     std::mutex m_mtxCallback;
     SharedCallback m_cbUpTLVDecodeFinished;
     SharedCallback m_cbTLVExDecodeFinished;
-    /// Counts the changes of the callbacks, so that the thread takes the mutex only when there is a new one.
+    /// Counts the changes of the callbacks: the thread takes the mutex only when there is a new one.
     std::atomic<unsigned> m_nCallbackChange{0};
 
     ThreadLifecycle m_lifecycle;

@@ -5,6 +5,7 @@
 #include "orvaneecclientdecoder_p.h"
 #include "threadlifecycle_p.h"
 
+#include <QElapsedTimer>
 #include <QUdpSocket>
 
 #include <array>
@@ -16,6 +17,7 @@
 #include <utility>
 
 #include <fcntl.h>
+#include <netinet/in.h>
 #include <sys/socket.h>
 #include <sys/time.h>
 
@@ -25,7 +27,7 @@ namespace Internal {
 
 namespace {
 
-/// The longest wait for data; the stop flag is looked at after it at the latest.
+/// The longest wait for data. The thread looks at the stop flag after it at the latest.
 constexpr std::chrono::seconds LongestWait(1);
 constexpr int ReceiveBufferSize = 8388608;
 
@@ -33,12 +35,14 @@ constexpr int ReceiveBufferSize = 8388608;
 class DatagramReader {
 public:
     DatagramReader()
-        : m_memory(new char[SlotCount * SlotStride]) // not touched before a datagram needs it
+        : m_memory(new char[SlotCount * SlotStride]) // the kernel gives a page when a datagram needs it
     {
         for (std::size_t i = 0; i < SlotCount; ++i) {
             m_parts[i] = {m_memory.get() + i * SlotStride, SlotSize};
             m_messages[i].msg_hdr.msg_iov = &m_parts[i];
             m_messages[i].msg_hdr.msg_iovlen = 1;
+            m_messages[i].msg_hdr.msg_name = &m_senders[i];
+            m_messages[i].msg_hdr.msg_namelen = sizeof(m_senders[i]);
         }
     }
 
@@ -49,10 +53,13 @@ public:
         return recvmmsg(descriptor, m_messages.data(), SlotCount, MSG_WAITFORONE, nullptr);
     }
 
-    void copyTo(DatagramQueue& queue, int count) const
+    /// The sender's IPv4 address, in the machine's byte order.
+    quint32 sender(int index) const { return ntohl(m_senders[std::size_t(index)].sin_addr.s_addr); }
+
+    void copyTo(DatagramQueue& queue, int index) const
     {
-        for (std::size_t i = 0; i < std::size_t(count); ++i)
-            queue.append(m_memory.get() + i * SlotStride, m_messages[i].msg_len);
+        queue.append(
+            m_memory.get() + std::size_t(index) * SlotStride, m_messages[std::size_t(index)].msg_len);
     }
 
 private:
@@ -63,7 +70,39 @@ private:
 
     std::unique_ptr<char[]> m_memory;
     std::array<iovec, SlotCount> m_parts{};
+    std::array<sockaddr_in, SlotCount> m_senders{};
     std::array<mmsghdr, SlotCount> m_messages{};
+};
+
+/// Lets through what this machine and the service send. Used on the receive thread, but for the address.
+class SenderCheck {
+public:
+    void setServiceAddress(quint32 address) { m_serviceAddress = address; }
+
+    bool accepts(quint32 sender) const
+    {
+        constexpr quint32 loopbackNet = 127;
+        return sender >> 24 == loopbackNet || sender == m_serviceAddress.load(std::memory_order_relaxed);
+    }
+
+    void logRefused(quint32 sender)
+    {
+        constexpr std::chrono::milliseconds logInterval(1000);
+        ++m_refused;
+        if (m_lastLogged.isValid() && !m_lastLogged.hasExpired(logInterval.count()))
+            return;
+        m_lastLogged.start();
+        qCWarning(
+            lcECLink,
+            "Orvane ec client receiver: %llu datagrams dropped, the last from %s, which is neither loopback "
+            "nor the service's address.",
+            std::exchange(m_refused, 0), qUtf8Printable(QHostAddress(sender).toString()));
+    }
+
+private:
+    std::atomic<quint32> m_serviceAddress{0}; ///< 0: none
+    QElapsedTimer m_lastLogged;
+    quint64 m_refused = 0; ///< since the last line
 };
 
 } // namespace
@@ -88,11 +127,13 @@ public:
     std::condition_variable m_wcReceive;
     /// The socket's descriptor while the thread may wait on it, else -1.
     int m_nDescriptor = -1;
+    SenderCheck m_senderCheck;
     ThreadLifecycle m_lifecycle;
 
 private:
     void setReceiveBuffer(int descriptor);
     void waitWithoutSocket();
+    void handOver(const DatagramReader& reader, int count);
 };
 
 ECClientReceiverPrivate::ECClientReceiverPrivate(ECClientReceiver& receiver)
@@ -131,8 +172,8 @@ void ECClientReceiverPrivate::openSocket()
         return;
     setReceiveBuffer(descriptor);
 
-    // From here on the thread reads the descriptor itself and waits in the read: one system call for as many
-    // datagrams as there are, where the socket's own functions make five for each.
+    // From here on the thread reads the descriptor itself and waits in the read: one system call for all
+    // datagrams that are there, where QUdpSocket makes five for each.
     fcntl(descriptor, F_SETFL, fcntl(descriptor, F_GETFL) & ~O_NONBLOCK);
     const timeval longestWait{LongestWait.count(), 0};
     setsockopt(descriptor, SOL_SOCKET, SO_RCVTIMEO, &longestWait, sizeof(longestWait));
@@ -143,7 +184,7 @@ void ECClientReceiverPrivate::openSocket()
 
 void ECClientReceiverPrivate::setReceiveBuffer(int descriptor)
 {
-    // The kernel gives an ordinary process no more than net.core.rmem_max, and does not say so.
+    // Without CAP_NET_ADMIN the kernel silently gives no more than net.core.rmem_max.
     setsockopt(descriptor, SOL_SOCKET, SO_RCVBUFFORCE, &ReceiveBufferSize, sizeof(ReceiveBufferSize));
     int given = 0;
     socklen_t size = sizeof(given);
@@ -168,6 +209,25 @@ void ECClientReceiverPrivate::waitWithoutSocket()
     m_wcReceive.wait_for(lock, LongestWait, [this] { return m_bStopReceive.load(); });
 }
 
+void ECClientReceiverPrivate::handOver(const DatagramReader& reader, int count)
+{
+    int refused = 0;
+    for (int i = 0; i < count; ++i) {
+        if (!m_senderCheck.accepts(reader.sender(i))) {
+            m_senderCheck.logRefused(reader.sender(i));
+            ++refused;
+        }
+    }
+    if (refused == count)
+        return;
+    m_pECClientDecoder->d->append([&](DatagramQueue& queue) {
+        for (int i = 0; i < count; ++i) {
+            if (refused == 0 || m_senderCheck.accepts(reader.sender(i)))
+                reader.copyTo(queue, i);
+        }
+    });
+}
+
 void ECClientReceiverPrivate::receiveUntilStopped()
 {
     const int descriptor = int(m_pSocket->socketDescriptor());
@@ -180,9 +240,9 @@ void ECClientReceiverPrivate::receiveUntilStopped()
         }
         const int count = reader.read(descriptor);
         if (m_bStopReceive)
-            break; // which ends the read with something like an empty datagram
+            break; // the read may have returned an empty datagram that nobody sent
         if (count > 0) {
-            m_pECClientDecoder->d->append([&](DatagramQueue& queue) { reader.copyTo(queue, count); });
+            handOver(reader, count);
             failing = false;
         } else if (errno != EAGAIN && errno != EINTR) {
             if (!failing)
@@ -209,6 +269,11 @@ ECClientReceiver::~ECClientReceiver()
 {
     stopReceive();
     d->m_pECClientDecoder->stopDecode();
+}
+
+void ECClientReceiver::setServiceAddress(const QHostAddress& address)
+{
+    d->m_senderCheck.setServiceAddress(address.toIPv4Address()); // 0 if it has no IPv4 form
 }
 
 bool ECClientReceiver::startReceive()

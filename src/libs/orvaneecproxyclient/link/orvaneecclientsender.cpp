@@ -4,7 +4,6 @@
 #include "eclinklog_p.h"
 #include "ecprotocol.h"
 #include "threadlifecycle_p.h"
-#include "waitcondition_p.h"
 
 #include <QHostAddress>
 #include <QNetworkDatagram>
@@ -12,6 +11,7 @@
 #include <QUdpSocket>
 
 #include <atomic>
+#include <condition_variable>
 #include <cstring>
 #include <mutex>
 #include <vector>
@@ -25,7 +25,7 @@ namespace Internal {
 
 namespace {
 
-/// A destination as both families of sockets can be told it: an IPv4 address stands in its IPv6 form.
+/// A destination for a socket of either family; an IPv4 address is kept in its IPv6-mapped form.
 struct Target {
     sockaddr_in6 address{};
 
@@ -104,8 +104,9 @@ public:
     std::unique_ptr<QUdpSocket> m_pSocket;
     /// The family of the socket: AF_INET6, for both kinds of addresses, or AF_INET on a machine without IPv6.
     int m_nFamily = AF_INET6;
-    WaitCondition m_wcSend;
-    /// Guards m_wcSend, m_datagramQueue and the writing of m_bStopSend.
+    /// Wakes the thread for datagrams or a stop.
+    std::condition_variable m_wcSend;
+    /// Guards m_datagramQueue and the writing of m_bStopSend.
     std::mutex m_mtxSend;
     DownQueue m_datagramQueue;
     std::atomic<bool> m_bStopSend{false};
@@ -149,7 +150,7 @@ void ECClientSenderPrivate::sendUntilStopped()
 
 void ECClientSenderPrivate::write(const DownQueue& batch)
 {
-    // Past the socket's own function, which spends as much on addresses and signals as the kernel on sending.
+    // Not through QUdpSocket, whose own work for each datagram takes as long as the kernel's.
     const int descriptor = int(m_pSocket->socketDescriptor());
     batch.forEach([&](DatagramQueue::Datagram datagram, const Target& target) {
         const auto sendTo = [&](const auto& address) {
@@ -185,7 +186,7 @@ bool ECClientSender::startSend()
 
 bool ECClientSender::stopSend()
 {
-    d->m_lifecycle.stop([this] { d->m_wcSend.wake(); });
+    d->m_lifecycle.stop([this] { d->m_wcSend.notify_one(); });
     return true;
 }
 
@@ -198,9 +199,11 @@ bool ECClientSender::appendDatagram(const QNetworkDatagram& datagram)
 bool ECClientSender::appendDatagram(const QByteArray& bytes, const QHostAddress& target, quint16 port)
 {
     const Internal::Target destination = Internal::Target::make(target, port);
-    std::unique_lock<std::mutex> lock(d->m_mtxSend);
-    d->m_datagramQueue.append(bytes, destination);
-    d->m_wcSend.wakeAndUnlock(lock);
+    {
+        const std::lock_guard<std::mutex> lock(d->m_mtxSend);
+        d->m_datagramQueue.append(bytes, destination);
+    }
+    d->m_wcSend.notify_one(); // unlocked, so that the woken thread does not block on the mutex
     return true;
 }
 

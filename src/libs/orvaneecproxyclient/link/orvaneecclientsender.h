@@ -16,11 +16,11 @@ namespace Internal {
 class ECClientSenderPrivate;
 }
 
-/// Writes datagrams to the service from a thread of its own, so that nobody who lights a key waits for the
+/// Writes datagrams to the service on a thread of its own, so that lighting a key never waits for the
 /// network.
 ///
 /// The socket lives on that thread and is bound to ECServicePort on every address, shared with the service
-/// itself. What cannot be bound or written is told in the log and nowhere else; nothing is written twice.
+/// itself. Failures to bind or write are logged and not reported otherwise; nothing is written twice.
 ///
 /// All functions may be called from any thread.
 class ORVANEECPROXYCLIENT_EXPORT ECClientSender : public QThread {
@@ -37,10 +37,10 @@ public:
     /// @return true
     bool stopSend();
 
-    /// Queues a datagram to its destination. Those of one thread are written in the order of their calls.
+    /// Queues a datagram to its destination. Datagrams of one thread are written in the order of the calls.
     /// @return true
     bool appendDatagram(const QNetworkDatagram& datagram);
-    /// The same for bytes whose destination is at hand, at a fraction of the cost.
+    /// The same without the cost of making a QNetworkDatagram.
     /// @return true
     bool appendDatagram(const QByteArray& bytes, const QHostAddress& target, quint16 port);
 
