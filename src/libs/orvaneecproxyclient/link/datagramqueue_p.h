@@ -5,7 +5,7 @@
 
 namespace Orvane::ECProxy::Client::Internal {
 
-/// Empties what is filled again and again. Its memory is kept, but for what a burst out of the ordinary took.
+/// Empties a vector that will be filled again. Keeps its memory, unless an unusual burst made it very large.
 template <typename Element> void clearForReuse(std::vector<Element>& elements)
 {
     constexpr std::size_t usualBytes = 4u << 20;
@@ -15,8 +15,8 @@ template <typename Element> void clearForReuse(std::vector<Element>& elements)
         elements.clear();
 }
 
-/// Datagrams in the order of their arrival, one behind the other in memory that is kept from batch to batch:
-/// neither filling nor emptying it allocates once it has grown to the size of the usual burst.
+/// Datagrams in the order of their arrival, stored one behind the other. The memory is kept from batch to
+/// batch: once it has grown to the size of the usual burst, neither filling nor emptying it allocates.
 class DatagramQueue {
 public:
     struct Datagram {

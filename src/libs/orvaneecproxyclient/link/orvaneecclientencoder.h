@@ -17,11 +17,11 @@ class ECClientEncoderPrivate;
 
 /// Builds the bytes of every message to the service.
 ///
-/// Each builder replaces the content of `out` with one finished datagram and answers true. An array that
-/// is big enough and not shared keeps its memory, so a caller who builds often keeps one array. Every call
-/// takes the next number of the sequence that all encoders of the process share (1 to 65534, 0, 1, …), a
-/// failing call too. A builder that fails leaves `out` as it was: the two file-pack builders with a type
-/// they do not know, and any record builder that is handed an empty pointer.
+/// Each builder replaces the content of `out` with one finished datagram and returns true. An array that
+/// is big enough and not shared keeps its memory, so a caller who builds often should reuse one array. Every
+/// call, even a failing one, takes the next number of the sequence that all encoders of the process share
+/// (1 to 65534, 0, 1, …). A builder that fails leaves `out` as it was: the two file-pack builders fail for an
+/// unknown type, the record builders for an empty pointer.
 ///
 /// Thread: all builders may be called from any thread, with an `out` of the caller's own.
 class ORVANEECPROXYCLIENT_EXPORT ECClientEncoder : public QObject {
@@ -37,16 +37,16 @@ public:
 
     bool getLockTBarRequest(QByteArray& out);
     bool getUnlockTBarRequest(QByteArray& out);
-    /// Asks whether the T-Bar is locked.
+    /// Requests a report of whether the T-Bar is locked.
     bool getLockedTBarRequest(QByteArray& out);
     bool getLockKeyboardRequest(QByteArray& out);
     bool getUnlockedKeyboardRequest(QByteArray& out);
-    /// Asks whether the keypad is locked.
+    /// Requests a report of whether the keypad is locked.
     bool getLockedKeyboardRequest(QByteArray& out);
 
     /// @param index number of the input; its low byte is sent.
     bool getDVIInSignalRequest(int index, QByteArray& out);
-    /// Sets any panel light, whatever its name says.
+    /// Sets any panel light, despite its name.
     bool getCloseAllButtonLEDRequest(const std::shared_ptr<LightControl>& light, QByteArray& out);
     bool getScreenLuminanceRequest(const std::shared_ptr<ScreenLuminance>& luminance, QByteArray& out);
     bool getPeripheralControlRequest(const std::shared_ptr<PeripheralControl>& control, QByteArray& out);
@@ -61,14 +61,14 @@ public:
     ///
     /// The tag follows from `fileType`: 1 is written to the console, 0 is read, any other fails. Exactly
     /// `nameLength` bytes of the name are sent, Latin-1, filled up with zeros.
-    /// @param operation not looked at
+    /// @param operation ignored
     /// @param packIndex 0
     /// @param fileSize bytes of the whole file
-    /// @return always false, also when the pack was built: an `out` that was empty tells the difference.
+    /// @return always false, even when the pack was built. Success shows in an `out` that was empty before.
     bool getFileOperateFirstPackRequest(
         eFlieOperType operation, quint16 packIndex, quint16 packCount, quint8 fileType, quint32 fileSize,
         quint32 reserved, quint16 nameLength, const QString& name, const QByteArray& chunk, QByteArray& out);
-    /// Builds one of the packs that follow the first.
+    /// Builds one of the packs after the first.
     /// @param operation OpeWriteFile or OpeReadFile; any other fails
     /// @param packIndex 1 to packCount - 1
     /// @return always false, as for the first pack.
@@ -76,7 +76,7 @@ public:
         eFlieOperType operation, quint16 packIndex, quint16 packCount, const QByteArray& chunk,
         QByteArray& out);
 
-    /// Asks for the network settings that the console holds under `index`.
+    /// Requests the network settings that the console stores under `index`.
     bool getReqECDeviceIP(quint8 index, QByteArray& out);
     /// @param bytes an ECDeviceIPData as it lies on the wire; any other bytes are sent as they are.
     bool getResECDeviceIP(const QByteArray& bytes, QByteArray& out);

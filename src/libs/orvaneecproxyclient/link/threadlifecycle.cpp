@@ -21,11 +21,12 @@ bool ThreadLifecycle::start()
     if (QThread::currentThread() == &m_thread) {
         if (m_bStop)
             qCWarning(
-                lcECLink, "%s does not start itself while it stops.", qUtf8Printable(m_thread.objectName()));
+                lcECLink, "%s cannot be started from its own thread while it stops.",
+                qUtf8Printable(m_thread.objectName()));
         return !m_bStop;
     }
     const Locker turn(m_mtxTurn);
-    // A run ends by a stop alone, so one that goes on now is there to stay until the next stop.
+    // run() returns only after stop(): a running thread that is not being stopped keeps running.
     if (!m_bStop && m_thread.isRunning())
         return true;
     m_thread.wait();
@@ -53,7 +54,7 @@ void ThreadLifecycle::stop(const std::function<void()>& wake)
     {
         const Locker lock(m_mtxFlag);
         if (m_nRun != run)
-            return; // who started it anew has waited for the run that this stop ended
+            return; // start() waited for the run that this stop ended before it began another
     }
     m_thread.wait();
     const Locker lock(m_mtxFlag); // the other half of leave()
@@ -74,7 +75,7 @@ void deleteThreadObject(QThread* thread)
         std::thread([thread] { delete thread; }).detach();
     } catch (const std::system_error& error) {
         qCWarning(
-            lcECLink, "%s is left undeleted, there is no thread to be had for it: %s",
+            lcECLink, "%s is not deleted: cannot start a thread for that: %s",
             qUtf8Printable(thread->objectName()), error.what());
     }
 }

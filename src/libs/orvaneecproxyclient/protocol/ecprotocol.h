@@ -70,7 +70,9 @@ enum eECUpMessageTag : quint16 {
     ReportECDeviceIP = 207,
 };
 
-/// How a key's LED is lit.
+/// How a key's LED is lit: steadily in the record's color, flashing in it, or dark. CloseAllLight goes with
+/// key number 255 and darkens every key. The library never sends ClosedNormalLight. A steady color with
+/// brightness 100 is what the key commands send.
 enum eButtonState : quint8 { LightUp = 0, Flashing = 1, CloseAllLight = 2, ClosedNormalLight = 255 };
 
 enum eButtonOperState : quint8 { Pressed = 0, Release = 1, ButtonOperStateCnt = 2 };
@@ -138,10 +140,11 @@ struct ECButtonOperState {
 };
 static_assert(sizeof(ECButtonOperState) == 5);
 
+/// Sets one panel light.
 struct LightControl {
     quint8 LightType = 0; ///< eY2LightType
-    quint8 IsEnabled = 0;
-    quint8 Brightness = 0;
+    quint8 IsEnabled = 0; ///< 1: on, 0: off
+    quint8 Brightness = 0; ///< per cent, also carried for a light that is off
 };
 static_assert(sizeof(LightControl) == 3);
 
@@ -150,10 +153,12 @@ struct ScreenLuminance {
 };
 static_assert(sizeof(ScreenLuminance) == 1);
 
+/// Describes the screens that the console's peripherals work on. The library sends the host's values as they
+/// are; their meaning is fixed by the service.
 struct PeripheralControl {
-    quint8 ScreenNum = 0;
-    quint8 TargetScreenIndex = 0;
-    quint16 resolution[32] = {};
+    quint8 ScreenNum = 0; ///< number of screens
+    quint8 TargetScreenIndex = 0; ///< from 0
+    quint16 resolution[32] = {}; ///< pixels, width and height of each screen in turn
 };
 static_assert(sizeof(PeripheralControl) == 66);
 
@@ -188,10 +193,11 @@ struct KeyboardLocked {
 };
 static_assert(sizeof(KeyboardLocked) == 1);
 
-/// The console's network settings; the addresses are carried as the service sends them.
+/// One of the console's network settings. The library keeps them by index and does not interpret them. On the
+/// wire each address is a number like all others: what comes back is byte for byte what was sent.
 struct ECDeviceIPData {
-    quint8 Index = 0;
-    quint8 Status = 0;
+    quint8 Index = 0; ///< which of the console's network devices
+    quint8 Status = 0; ///< as the service defines it
     quint32 IP = 0;
     quint32 Mask = 0;
     quint32 Gateway = 0;
