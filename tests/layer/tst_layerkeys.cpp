@@ -412,6 +412,19 @@ private Q_SLOTS:
             QCOMPARE(asked(operation), 0);
     }
 
+    void anAnswerThatDarkensTheHeldClearKeyEndsItsHold()
+    {
+        load({layerRecord(1)});
+        console().press(Clear);
+        QVERIFY(console().waitShows(Clear, ECLEDColor::Green));
+        control().answerMessageBox(QMessageBox::No); // to somebody's question
+        QVERIFY(console().waitShows(Clear, ECLEDColor::Off));
+        QTest::qWait(HoldMs + 200); // the end of the hold
+        QCOMPARE(asked(Operation::AsyncRemoveLayer), 0);
+        console().release(Clear);
+        QVERIFY(console().settle());
+    }
+
     void bothKeysOfAFunctionAreDarkenedAndLabelled()
     {
         pressOnScreen(OtherClear);

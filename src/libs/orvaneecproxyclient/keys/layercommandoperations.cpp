@@ -259,6 +259,9 @@ bool LayerCommandPrivate::clearLayersRelease(const quint32& ecKey)
 
 void LayerCommandPrivate::messageBoxClosed(bool confirmed)
 {
+    // Every answer darkens the clear key, and a dark key must not clear.
+    if (m_pClearAllLayerTimer.cancel())
+        qWarning("Clear layers ended: a question was answered while the key was held.");
     std::optional<ClearQuestion> question;
     if (confirmed) {
         // A No leaves the question open: the next Yes, to whatever question, is taken for its answer.

@@ -84,9 +84,9 @@ void LayerHold::endUnlessActived()
     m_refuse();
 }
 
-void LayerHold::cancel()
+bool LayerHold::cancel()
 {
-    m_timer.stop();
+    return m_timer.stop();
 }
 
 void LayerHold::timeout()

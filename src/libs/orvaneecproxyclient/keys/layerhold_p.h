@@ -43,8 +43,8 @@ public:
     std::optional<LayerTarget> release();
     /// Ends the hold when another screen is active than at the press, whose layers the operator did not mean.
     void endUnlessActived();
-    /// Ends the hold without acting.
-    void cancel();
+    /// Ends the hold without acting; false when none was going on.
+    bool cancel();
 
 private:
     void timeout();
