@@ -55,6 +55,34 @@ void ECCommandItemValues::showNames()
     QStringList(m_objectNameList).join(QLatin1Char('/')).swap(m_strOLEDText);
 }
 
+void ECCommandItemPrivate::attach(
+    const std::shared_ptr<ECCommandItemIndex>& index, const ECCommandItemPtr& item)
+{
+    ECCommandItemPrivate& entered = *item->d;
+    const std::unique_lock lock(entered.m_mutex);
+    entered.leaveIndexLocked();
+    const ECCommandItemValues& values = entered.m_values;
+    entered.m_nIndexRank =
+        index->enter(item, values.m_nECButtonPageIndex, values.m_nECButtonOrderIndex, values.m_objectIdList);
+    entered.m_pIndex = index;
+}
+
+void ECCommandItemPrivate::detach(const ECCommandItemPtr& item)
+{
+    const std::unique_lock lock(item->d->m_mutex);
+    item->d->leaveIndexLocked();
+}
+
+void ECCommandItemPrivate::leaveIndexLocked()
+{
+    if (m_pIndex) {
+        m_pIndex->leave(
+            m_nIndexRank, m_values.m_nECButtonPageIndex, m_values.m_nECButtonOrderIndex,
+            m_values.m_objectIdList);
+    }
+    m_pIndex.reset();
+}
+
 ECCommandItemPrivate::Report::Report(const ECCommandItemPrivate& item)
     : m_item(item)
     , m_nPageIndex(item.m_values.m_nECButtonPageIndex)

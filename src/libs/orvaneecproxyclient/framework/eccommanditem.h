@@ -4,7 +4,6 @@
 #include "orvaneecproxyclient_global.h"
 
 #include <QList>
-#include <QPair>
 #include <QString>
 
 #include <memory>
@@ -18,15 +17,8 @@ namespace Orvane::ECProxy::Client {
 class ECConsoleManager;
 
 namespace Internal {
-class ECCommandItemIndex;
 class ECCommandItemPrivate;
-} // namespace Internal
-
-/// A model object as the key items know it: (server id, index). Screen: (screen id, screen type); layer:
-/// (screen id, layer id, or `Constants::UnboundLayerIndex` while the key is free); input: (interface id, 0);
-/// preset: (file id, file type).
-using ECObjectId = QPair<quint64, quint32>;
-using ECObjectIdList = QList<ECObjectId>;
+}
 
 /// The run-time state of one console key on one page: where it sits, what it shows and which model objects
 /// it is bound to.
@@ -106,7 +98,7 @@ public:
 
 private:
     friend class ECConsoleManager;
-    friend class Internal::ECCommandItemIndex;
+    friend class Internal::ECCommandItemPrivate;
 
     const std::unique_ptr<Internal::ECCommandItemPrivate> d;
 };

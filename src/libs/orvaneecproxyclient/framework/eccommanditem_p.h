@@ -46,6 +46,11 @@ struct ECCommandItemValues {
 
 class ECCommandItemPrivate {
 public:
+    /// Enters the item into the index, behind those that are there. It leaves the one in which it was.
+    static void attach(const std::shared_ptr<ECCommandItemIndex>& index, const ECCommandItemPtr& item);
+    /// Takes the item out of the index in which it is, if any.
+    static void detach(const ECCommandItemPtr& item);
+
     /// Returns what `get` reads of one moment's values.
     template <typename Get> auto read(Get get) const
     {
@@ -70,6 +75,8 @@ public:
     quint64 m_nIndexRank = 0;
 
 private:
+    void leaveIndexLocked();
+
     /// Tells the index at its end what has changed since its start.
     class Report {
     public:

@@ -1,48 +1,28 @@
 #include "eccommanditemindex_p.h"
 
-#include "eccommanditem_p.h"
-
 #include <algorithm>
 #include <vector>
 
 namespace Orvane::ECProxy::Client::Internal {
 
-void ECCommandItemIndex::attach(
-    const std::shared_ptr<ECCommandItemIndex>& index, const ECCommandItemPtr& item)
-{
-    ECCommandItemPrivate& entered = *item->d;
-    const std::unique_lock itemLock(entered.m_mutex);
-    if (entered.m_pIndex)
-        entered.m_pIndex->leave(entered);
-    entered.m_pIndex = index;
-
-    const std::lock_guard lock(index->m_mtx);
-    const Rank rank = index->m_nNextRank++;
-    entered.m_nIndexRank = rank;
-    index->m_mapItems.emplace(rank, item);
-    const ECCommandItemValues& values = entered.m_values;
-    index->m_places.emplace(values.m_nECButtonPageIndex, values.m_nECButtonOrderIndex, rank);
-    for (const ECObjectId& id : values.m_objectIdList)
-        index->m_bindings.emplace(id.first, id.second, rank);
-}
-
-void ECCommandItemIndex::detach(const ECCommandItemPtr& item)
-{
-    std::shared_ptr<ECCommandItemIndex> index; // outlives the locks
-    const std::unique_lock itemLock(item->d->m_mutex);
-    index.swap(item->d->m_pIndex);
-    if (index)
-        index->leave(*item->d);
-}
-
-void ECCommandItemIndex::leave(const ECCommandItemPrivate& item)
+ECCommandItemIndex::Rank ECCommandItemIndex::enter(
+    const ItemPtr& item, int pageIndex, int orderIndex, const ECObjectIdList& ids)
 {
     const std::lock_guard lock(m_mtx);
-    const Rank rank = item.m_nIndexRank;
-    const ECCommandItemValues& values = item.m_values;
+    const Rank rank = m_nNextRank++;
+    m_mapItems.emplace(rank, item);
+    m_places.emplace(pageIndex, orderIndex, rank);
+    for (const ECObjectId& id : ids)
+        m_bindings.emplace(id.first, id.second, rank);
+    return rank;
+}
+
+void ECCommandItemIndex::leave(Rank rank, int pageIndex, int orderIndex, const ECObjectIdList& ids)
+{
+    const std::lock_guard lock(m_mtx);
     m_mapItems.erase(rank);
-    m_places.erase({values.m_nECButtonPageIndex, values.m_nECButtonOrderIndex, rank});
-    for (const ECObjectId& id : values.m_objectIdList)
+    m_places.erase({pageIndex, orderIndex, rank});
+    for (const ECObjectId& id : ids)
         m_bindings.erase({id.first, id.second, rank});
 }
 
@@ -62,7 +42,7 @@ void ECCommandItemIndex::rebound(Rank rank, const ECObjectIdList& from, const EC
         m_bindings.emplace(id.first, id.second, rank);
 }
 
-ECCommandItemPtr ECCommandItemIndex::firstAt(
+ECCommandItemIndex::ItemPtr ECCommandItemIndex::firstAt(
     int pageIndex, int orderIndex, std::initializer_list<ECObjectId> boundToAny) const
 {
     const std::lock_guard lock(m_mtx);
@@ -82,7 +62,7 @@ ECCommandItemPtr ECCommandItemIndex::firstAt(
     return {};
 }
 
-ECCommandItemPtr ECCommandItemIndex::firstBoundTo(const ECObjectId& id) const
+ECCommandItemIndex::ItemPtr ECCommandItemIndex::firstBoundTo(const ECObjectId& id) const
 {
     const std::lock_guard lock(m_mtx);
     const auto it = m_bindings.lower_bound({id.first, id.second, 0});
@@ -91,7 +71,7 @@ ECCommandItemPtr ECCommandItemIndex::firstBoundTo(const ECObjectId& id) const
     return itemLocked(std::get<2>(*it));
 }
 
-ECCommandItemList ECCommandItemIndex::allOfServer(quint64 serverId) const
+QList<ECCommandItemIndex::ItemPtr> ECCommandItemIndex::allOfServer(quint64 serverId) const
 {
     const std::lock_guard lock(m_mtx);
     std::vector<Rank> ranks;
@@ -101,16 +81,16 @@ ECCommandItemList ECCommandItemIndex::allOfServer(quint64 serverId) const
     std::sort(ranks.begin(), ranks.end());
     ranks.erase(std::unique(ranks.begin(), ranks.end()), ranks.end());
 
-    ECCommandItemList items;
+    QList<ItemPtr> items;
     items.reserve(int(ranks.size()));
     for (const Rank rank : ranks) {
-        if (const ECCommandItemPtr item = itemLocked(rank))
+        if (const ItemPtr item = itemLocked(rank))
             items.append(item);
     }
     return items;
 }
 
-ECCommandItemPtr ECCommandItemIndex::itemLocked(Rank rank) const
+ECCommandItemIndex::ItemPtr ECCommandItemIndex::itemLocked(Rank rank) const
 {
     const auto it = m_mapItems.find(rank);
     return it == m_mapItems.end() ? nullptr : it->second.lock();

@@ -23,7 +23,7 @@ struct IndexedItems {
 
     void append(const ECCommandItemPtr& item)
     {
-        ECCommandItemIndex::attach(index, item);
+        ECCommandItemPrivate::attach(index, item);
         list.append(item);
     }
 
@@ -37,7 +37,7 @@ struct IndexedItems {
                 kept.append(item);
                 continue;
             }
-            ECCommandItemIndex::detach(item);
+            ECCommandItemPrivate::detach(item);
             ++next;
         }
         list.swap(kept);

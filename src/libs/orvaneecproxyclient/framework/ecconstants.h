@@ -2,6 +2,8 @@
 
 /// Names and numbers that the key commands, the item store and the host share.
 
+#include <QList>
+#include <QPair>
 #include <QString>
 
 namespace Orvane::ECProxy::Client {
@@ -11,6 +13,12 @@ enum class ECLEDColor { Red = 0, Blue = 1, Green = 2, Yellow = 3, Off = 4, Purpl
 
 /// Which group of keys an item belongs to.
 enum class KeyboardType { Screen = 0, Layer = 1, Input = 2, Preset = 3, PresetEx = 4 };
+
+/// A model object as the key items know it: (server id, index). Screen: (screen id, screen type); layer:
+/// (screen id, layer id, or `Constants::UnboundLayerIndex` while the key is free); input: (interface id, 0);
+/// preset: (file id, file type).
+using ECObjectId = QPair<quint64, quint32>;
+using ECObjectIdList = QList<ECObjectId>;
 
 namespace Enum {
 /// What a repaint sends: LED and label together, LEDs only, or labels only.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "command.h"
+#include <QtGlobal>
 
 #include <functional>
 #include <utility>
@@ -28,7 +28,14 @@
 ///    on any thread, for a key whose release was dropped by a guard that has ended; then a momentary key is
 ///    darkened and `show` is called. Leave it empty when the press begins nothing.
 /// 7. First line of the command's destructor: `stopPainting()`.
+namespace Orvane::ECProxy::Client {
+class Command;
+}
+
 namespace Orvane::ECProxy::Client::Internal {
+
+/// Handles one key, as `Command::KeyCallback`.
+using KeyCallback = std::function<bool(const quint32&)>;
 
 /// How a key is lit.
 enum class KeyLight {
@@ -65,7 +72,7 @@ public:
     }
     // NOLINTEND(google-explicit-constructor)
 
-    Command::KeyCallback bind(Command* command, Owner* owner) const
+    template <typename Base> KeyCallback bind(Base* command, Owner* owner) const
     {
         if (m_own)
             return std::bind(m_own, owner, std::placeholders::_1);
@@ -111,8 +118,8 @@ template <typename Owner> struct KeyRow {
 struct BoundKeyRow {
     quint16 code = 0;
     const char* name = nullptr;
-    Command::KeyCallback pressed;
-    Command::KeyCallback released;
+    KeyCallback pressed;
+    KeyCallback released;
     unsigned traits = NoTraits;
     KeyLight light = KeyLight::None;
     std::function<void(const quint32&)> show;
