@@ -217,7 +217,7 @@ bool InputCommand::updatePageOled(const quint32& oledECKey, const quint32& pageI
 
 void InputCommand::updateSelectModeButtonConfig()
 {
-    d->m_items.make(ecCommandConfig(), maxPage());
+    d->m_items.make(ecCommandConfig(), quint16(InputCallbackType::eSelecInputCB), maxPage());
 }
 
 int InputCommand::getMinUnusedECButtonIndex(int& orderIndex) const

@@ -1,7 +1,6 @@
 #include "inputkeyitems_p.h"
 
 #include "ecconsolemanager.h"
-#include "inputcommand.h"
 #include "modelaccess_p.h"
 
 #include "bizmodel/device.h"
@@ -74,10 +73,11 @@ private:
 
 } // namespace
 
-void InputKeyItems::make(const std::shared_ptr<EC::s_ECCommandConfig>& config, int pageCount)
+void InputKeyItems::make(
+    const std::shared_ptr<EC::s_ECCommandConfig>& config, quint16 selectKeyCode, int pageCount)
 {
     m_updates.write([&] {
-        m_keys.collect(config, quint16(InputCallbackType::eSelecInputCB));
+        m_keys.collect(config, selectKeyCode);
         const auto items = m_keys.makeItems(pageCount);
         ECConsoleManager* const store = ECConsoleManager::instance();
         store->clearECCommandItems(KeyboardType::Input);

@@ -21,8 +21,8 @@ public:
     /// The group's select keys, by their place on a page.
     const SelectKeys& keys() const { return m_keys; }
 
-    /// Makes the items of all pages anew, for the keys of `config`.
-    void make(const std::shared_ptr<EC::s_ECCommandConfig>& config, int pageCount);
+    /// Makes the items of all pages anew, for the keys of `config` with that function code.
+    void make(const std::shared_ptr<EC::s_ECCommandConfig>& config, quint16 selectKeyCode, int pageCount);
     /// Binds the active device's inputs to the keys, by ascending id, and gives the keys their looks.
     void update();
     /// Frees the keys of a device that is gone.

@@ -107,7 +107,7 @@ bool LayerCommand::updatePageOled(const quint32& oledECKey, const quint32& pageI
 
 void LayerCommand::updateSelectModeButtonConfig()
 {
-    d->m_items.make(ecCommandConfig(), maxPage());
+    d->m_items.make(ecCommandConfig(), quint16(LayerCallbackType::eSelectLayerCB), maxPage());
 }
 
 int LayerCommand::getMinUnusedECButtonIndex(int& orderIndex) const

@@ -1,7 +1,6 @@
 #include "layerkeyitems_p.h"
 
 #include "ecconsolemanager.h"
-#include "layercommand.h"
 #include "layerplacement_p.h"
 #include "modelaccess_p.h"
 
@@ -45,10 +44,11 @@ std::optional<int> pageOfSelection(const ECCommandItemList& items, int page)
 
 } // namespace
 
-void LayerKeyItems::make(const std::shared_ptr<EC::s_ECCommandConfig>& config, int pageCount)
+void LayerKeyItems::make(
+    const std::shared_ptr<EC::s_ECCommandConfig>& config, quint16 selectKeyCode, int pageCount)
 {
     m_updates.write([&] {
-        m_keys.collect(config, quint16(LayerCallbackType::eSelectLayerCB));
+        m_keys.collect(config, selectKeyCode);
         const auto items = m_keys.makeItems(pageCount);
         ECConsoleManager* const store = ECConsoleManager::instance();
         store->clearECCommandItems(KeyboardType::Layer);

@@ -28,7 +28,7 @@ public:
     const SelectKeys& keys() const { return m_keys; }
 
     /// Makes the items of all pages anew, for the keys of `config`.
-    void make(const std::shared_ptr<EC::s_ECCommandConfig>& config, int pageCount);
+    void make(const std::shared_ptr<EC::s_ECCommandConfig>& config, quint16 selectKeyCode, int pageCount);
     /// Binds the active screen's preview layers to its keys, by ascending layer id, and gives the keys their
     /// looks. Keys of layers that are gone become free.
     void update();
