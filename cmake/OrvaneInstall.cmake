@@ -2,8 +2,8 @@
 set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/OrvaneECProxyClient")
 
 # Each finds the other beside it wherever they are installed.
-set_target_properties(orvaneecproxyclient orvaneplatform PROPERTIES INSTALL_RPATH "$ORIGIN")
-install(TARGETS orvaneecproxyclient orvaneplatform orvaneecprotocol
+set_target_properties(orvaneecproxyclient orvanenotices orvaneplatform PROPERTIES INSTALL_RPATH "$ORIGIN")
+install(TARGETS orvaneecproxyclient orvanenotices orvaneplatform orvaneecprotocol
   EXPORT OrvaneECProxyClientTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(EXPORT OrvaneECProxyClientTargets NAMESPACE OrvaneECProxyClient:: DESTINATION ${package_dir})
@@ -23,3 +23,5 @@ install(FILES "${CMAKE_BINARY_DIR}/orvaneecproxyclient.pc" DESTINATION ${CMAKE_I
 # Headers called *_p.h are the libraries' own. The library installs its own headers where it lists them.
 install(DIRECTORY src/libs/orvaneplatform/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/orvaneplatform
   FILES_MATCHING PATTERN "*.h" PATTERN "*_p.h" EXCLUDE)
+install(FILES src/libs/orvanenotices/noticepresenter.h src/libs/orvanenotices/orvanenotices_global.h
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/orvanenotices)

@@ -17,6 +17,7 @@
 namespace Orvane::ConsoleHost {
 
 using ECProxy::Client::ECManager;
+using Notices::NoticePresenter;
 namespace Constants = ECProxy::Client::Constants;
 
 namespace {

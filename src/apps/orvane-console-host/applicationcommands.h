@@ -2,19 +2,22 @@
 
 class QWidget;
 
+namespace Orvane::Notices {
+class NoticePresenter;
+}
+
 namespace Orvane::ConsoleHost {
 
 class CommandTable;
 class DviSignals;
 class EventWriter;
-class NoticePresenter;
 class TypingField;
 
 /// What the commands need of the application; all of it outlives the command table.
 struct ApplicationParts {
     EventWriter& events;
     TypingField& field;
-    NoticePresenter& notices;
+    Notices::NoticePresenter& notices;
     const DviSignals& dviSignals;
     QWidget* window = nullptr; ///< null without a window
 };

@@ -44,19 +44,6 @@ QPalette darkPalette()
     return palette;
 }
 
-QColor colourOf(BizModel::StatusBarMsgType type)
-{
-    switch (type) {
-    case BizModel::StatusBarMsgType::Information:
-        break;
-    case BizModel::StatusBarMsgType::Warning:
-        return {0xf2, 0x9b, 0x3d};
-    case BizModel::StatusBarMsgType::Error:
-        return {0xff, 0x6b, 0x6b};
-    }
-    return {0xe6, 0xe6, 0xe6};
-}
-
 void showLock(QToolButton& button, bool locked)
 {
     button.setChecked(locked);
@@ -92,14 +79,6 @@ HostWindow::HostWindow(MemoryModel::MemoryModel& model, TypingField* field, Host
     rows->addWidget(createInputRow(field));
     setCentralWidget(central);
 
-    connect(
-        &model.deviceList(), &BizModel::DeviceList::signalShowStatusBarMsg, this,
-        [this](BizModel::StatusBarMsgType type, const QString& text, int durationMs) {
-            QPalette palette = statusBar()->palette();
-            palette.setColor(QPalette::WindowText, colourOf(type));
-            statusBar()->setPalette(palette);
-            statusBar()->showMessage(text, durationMs);
-        });
     statusBar();
     field->setFocus();
     showLogLines();

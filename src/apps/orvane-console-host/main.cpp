@@ -20,6 +20,8 @@
 #include "unixsignals.h"
 
 #include <QApplication>
+#include <QMainWindow>
+#include <QStatusBar>
 
 #include <cstdio>
 #include <fcntl.h>
@@ -30,6 +32,7 @@ using namespace Orvane;
 using namespace Orvane::ConsoleHost;
 using ECProxy::Client::ECConsoleSession;
 using ECProxy::Client::ECManager;
+using Notices::NoticePresenter;
 
 namespace {
 
@@ -88,9 +91,8 @@ int runApplication(
     window->show();
     window->activateWindow();
     NoticePresenter notices(model.deviceList(), *window);
-    QObject::connect(
-        &notices, &NoticePresenter::signalAnswered, &events,
-        [&model](QMessageBox::StandardButton button) { model.control().answerMessageBox(button); });
+    if (auto* const mainWindow = qobject_cast<QMainWindow*>(window.get()))
+        notices.showMessagesIn(*mainWindow->statusBar());
     reportMessageBoxes(notices, events);
     KeyInjector injector(*field);
     QObject::connect(

@@ -13,6 +13,7 @@ namespace Orvane::ConsoleHost {
 using BizModel::DeviceList;
 using ECProxy::Client::ECConsoleSession;
 using ECProxy::Client::ECManager;
+using Notices::NoticePresenter;
 
 namespace {
 

@@ -16,10 +16,13 @@ namespace Orvane::MemoryModel {
 class Operations;
 }
 
+namespace Orvane::Notices {
+class NoticePresenter;
+}
+
 namespace Orvane::ConsoleHost {
 
 class EventWriter;
-class NoticePresenter;
 
 /// Writes an event for every signal of the console's manager.
 void reportManagerSignals(const ECProxy::Client::ECManager& manager, EventWriter& events);
@@ -34,7 +37,7 @@ QString nameOf(ECProxy::Client::ECConsoleSession::ServiceState state);
 void reportNotices(const BizModel::DeviceList& devices, EventWriter& events);
 
 /// Writes an event for every message box once it is there to be answered.
-void reportMessageBoxes(const NoticePresenter& notices, EventWriter& events);
+void reportMessageBoxes(const Notices::NoticePresenter& notices, EventWriter& events);
 
 /// Writes an event for everything that the model is asked to do, begins and has done. `events`
 /// must outlive the model.
