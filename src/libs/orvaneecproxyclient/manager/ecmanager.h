@@ -160,6 +160,8 @@ public:
     void unlockTBar();
     void lockKeypad();
     void unlockKeypad();
+    /// Sends once more what is locked, for a console that was away. Changes and emits nothing.
+    void repeatLocks();
     /// Asks the console for the signal at a DVI input. The report comes later, through
     /// `upTLVDecodeFinished()`; it names all inputs that are known from then on.
     /// @param index 0 to 255; any other is refused with a log line

@@ -57,6 +57,8 @@ public:
         return true;
     }
 
+    void sendTBarLock(bool locked);
+    void sendKeypadLock(bool locked);
     void requestTBarLock(bool locked);
     void requestKeypadLock(bool locked);
 

@@ -41,23 +41,26 @@ bool readFile(const QString& path, QByteArray& bytes, QString& name)
 
 } // namespace
 
+void Internal::ECManagerPrivate::sendTBarLock(bool locked)
+{
+    request(locked ? &ECClientEncoder::getLockTBarRequest : &ECClientEncoder::getUnlockTBarRequest);
+}
+
+void Internal::ECManagerPrivate::sendKeypadLock(bool locked)
+{
+    request(locked ? &ECClientEncoder::getLockKeyboardRequest : &ECClientEncoder::getUnlockedKeyboardRequest);
+}
+
 void Internal::ECManagerPrivate::requestTBarLock(bool locked)
 {
-    if (!hasSendRoute())
-        return;
-    m_bLockTbar.request(locked, [this](bool lock) {
-        request(lock ? &ECClientEncoder::getLockTBarRequest : &ECClientEncoder::getUnlockTBarRequest);
-    });
+    if (hasSendRoute())
+        m_bLockTbar.request(locked, [this](bool lock) { sendTBarLock(lock); });
 }
 
 void Internal::ECManagerPrivate::requestKeypadLock(bool locked)
 {
-    if (!hasSendRoute())
-        return;
-    m_bLockPanel.request(locked, [this](bool lock) {
-        request(
-            lock ? &ECClientEncoder::getLockKeyboardRequest : &ECClientEncoder::getUnlockedKeyboardRequest);
-    });
+    if (hasSendRoute())
+        m_bLockPanel.request(locked, [this](bool lock) { sendKeypadLock(lock); });
 }
 
 // Another thread may have changed the lock, and announced it, between this thread's request and its
@@ -139,6 +142,18 @@ void ECManager::lockKeypad()
 void ECManager::unlockKeypad()
 {
     d->requestKeypadLock(false);
+}
+
+void ECManager::repeatLocks()
+{
+    // Another thread may unlock meanwhile: what is repeated is what was asked for last. A request that
+    // changes the state may be among what is sent here.
+    if (!d->hasSendRoute())
+        return;
+    if (d->m_bLockTbar.value())
+        d->m_bLockTbar.repeat([this](bool lock) { d->sendTBarLock(lock); });
+    if (d->m_bLockPanel.value())
+        d->m_bLockPanel.repeat([this](bool lock) { d->sendKeypadLock(lock); });
 }
 
 // ---- Lights and picture ---------------------------------------------------------------------------------

@@ -29,11 +29,25 @@ public:
     template <typename Send> void request(Value value, const Send& send)
     {
         std::unique_lock<std::mutex> lock(m_mutex);
-        m_waiting.push_back(value);
-        if (std::exchange(m_bSending, true)) {
+        if (m_bSending)
             m_value = value; // so that the caller reads back what it has just asked for
+        m_waiting.push_back(value);
+        sendWaiting(lock, send);
+    }
+
+    /// Sends the request for the present value once more.
+    template <typename Send> void repeat(const Send& send)
+    {
+        std::unique_lock<std::mutex> lock(m_mutex);
+        m_waiting.push_back(m_value);
+        sendWaiting(lock, send);
+    }
+
+private:
+    template <typename Send> void sendWaiting(std::unique_lock<std::mutex>& lock, const Send& send)
+    {
+        if (std::exchange(m_bSending, true))
             return;
-        }
         while (!m_waiting.empty()) {
             const Value next = m_waiting.front();
             m_waiting.pop_front();
@@ -46,7 +60,6 @@ public:
         m_bSending = false;
     }
 
-private:
     // m_mutex guards all that follows.
     mutable std::mutex m_mutex;
     Value m_value;

@@ -61,7 +61,11 @@ public:
     void setServiceState(ServiceState state);
     bool refuse(const QString& reason);
     void report(const QString& text);
-    void showLock(bool locked) { m_pUnlockKeypad->setEnabled(locked); }
+    /// The signal may be late; the manager knows.
+    void showLock()
+    {
+        m_pUnlockKeypad->setEnabled(ECManager::instance() && ECManager::instance()->isLockedKeypad());
+    }
     void unlockKeypad();
 
     ECConsoleSession* const m_pSession;
@@ -87,8 +91,7 @@ ECConsoleSessionPrivate::ECConsoleSessionPrivate(ECConsoleSession* session)
     m_watchTimer.setInterval(WatchInterval);
     QObject::connect(&m_watchTimer, &QTimer::timeout, session, [this] { watch(); });
     if (ECManager* const manager = ECManager::instance())
-        QObject::connect(
-            manager, &ECManager::signalKeyboardLocked, session, [this](bool locked) { showLock(locked); });
+        QObject::connect(manager, &ECManager::signalKeyboardLocked, session, [this] { showLock(); });
 }
 
 bool ECConsoleSessionPrivate::start(
@@ -249,10 +252,7 @@ void ECConsoleSession::repaint()
         return;
     manager->updateECConsoleLight();
     manager->updateECConsolePluginSettings();
-    if (manager->isLockedTBar())
-        manager->lockTBar();
-    if (manager->isLockedKeypad())
-        manager->lockKeypad();
+    manager->repeatLocks();
     manager->slotOrvanePluginModeChanged();
     manager->showFunctionKeyLights();
 }
