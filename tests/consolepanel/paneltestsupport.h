@@ -4,6 +4,7 @@
 
 #include "commandparser.h"
 #include "commandrunner.h"
+#include "faultywire.h"
 
 #include <QByteArray>
 #include <QtTest>
@@ -98,10 +99,16 @@ public:
     {
         outcomes.append((outcome.isOk ? QStringLiteral("ok ") : QStringLiteral("failed ")) + outcome.detail);
     }
+    void setFault(const SetFault& fault) override { wire.faults().dropRate = fault.rate; }
+    void clearFaults() override { wire.faults() = {}; }
+    void seedFaults(quint32 seed) override { wire.seed(seed); }
+    void restartConsole() override { console.restart(); }
+    void takePicture(const QString& file) override { sent.append(file); }
     void showConsole() override { sent.append(QStringLiteral("show")); }
     void showHelp() override { sent.append(QStringLiteral("help")); }
 
     ConsoleRecorder console;
+    FaultyWire wire;
     HandClock clock;
     QVector<QByteArray> datagrams;
     QStringList sent;

@@ -1,12 +1,14 @@
 #include "linereader.h"
 #include "simulator.h"
+#include "simulatorwindow.h"
 
 #include "ec/eckeyboardloader.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QFile>
 #include <QTimer>
 
+#include <algorithm>
 #include <cstdio>
 
 #include <unistd.h>
@@ -58,6 +60,13 @@ std::optional<std::vector<ScriptCommand>> readScript(const QString& path)
     return isFaulty ? std::nullopt : std::optional(std::move(commands));
 }
 
+/// Whether a window can be shown; it is decided before there is an application object.
+bool hasDisplay()
+{
+    return qEnvironmentVariableIsSet("QT_QPA_PLATFORM") || qEnvironmentVariableIsSet("DISPLAY")
+        || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
+}
+
 int run(const SimulatorOptions& options)
 {
     const auto layout = readLayout(options.keyboardFile);
@@ -73,6 +82,14 @@ int run(const SimulatorOptions& options)
     if (!simulator.open()) {
         complain(simulator.errorText());
         return ExitCannotStart;
+    }
+    std::unique_ptr<SimulatorWindow> window;
+    if (options.window) {
+        window = std::make_unique<SimulatorWindow>(simulator);
+        window->resize(options.windowSize);
+        window->show();
+        QObject::connect(
+            qApp, &QGuiApplication::lastWindowClosed, window.get(), [&simulator] { simulator.end(); });
     }
     std::unique_ptr<LineReader> typed;
     if (script) {
@@ -94,7 +111,15 @@ int run(const SimulatorOptions& options)
 
 int main(int argc, char* argv[])
 {
-    QCoreApplication application(argc, argv);
+    const bool wantsWindow = std::any_of(
+        argv, argv + argc, [](const char* argument) { return qstrcmp(argument, "--window") == 0; });
+    if (wantsWindow && !hasDisplay()) {
+        complain(QStringLiteral("there is no display for the window"));
+        return ExitCannotStart;
+    }
+    const std::unique_ptr<QCoreApplication> application(
+        wantsWindow ? new QApplication(argc, argv) : new QCoreApplication(argc, argv));
+    QGuiApplication::setQuitOnLastWindowClosed(false); // the simulator tells how it ended first
     QCoreApplication::setApplicationName(QStringLiteral("orvane-console-simulator"));
     QCoreApplication::setApplicationVersion(QStringLiteral(ORVANE_VERSION));
     int status = ExitOk;

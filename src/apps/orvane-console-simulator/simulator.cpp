@@ -3,8 +3,14 @@
 #include "consolepicture.h"
 
 #include <QCoreApplication>
+#include <QTimer>
 
 using namespace Orvane::ConsolePanel;
+
+namespace {
+/// A report that nothing overtakes arrives after this.
+constexpr std::chrono::milliseconds LongestOvertaking(100);
+} // namespace
 
 Simulator::Simulator(const SimulatorOptions& options, ConsoleLayout layout)
     : m_options(options)
@@ -62,8 +68,55 @@ void Simulator::endOfCommands()
     settle();
 }
 
+void Simulator::end()
+{
+    m_bEndsNow = true;
+    settle();
+}
+
+void Simulator::report(const UpMessage& message)
+{
+    m_runner.report(message);
+    settle();
+}
+
+void Simulator::sendBytes(const QByteArray& datagram)
+{
+    send(datagram);
+    settle();
+}
+
+void Simulator::restart()
+{
+    restartConsole();
+    settle();
+}
+
 void Simulator::send(const QByteArray& datagram)
 {
+    const std::vector<FaultyWire::Arrival> arrivals = m_wire.pass(datagram);
+    if (m_wire.isWaiting()) {
+        // Nothing may come behind it.
+        QTimer::singleShot(LongestOvertaking, &m_timers, [this] {
+            if (const auto waiting = m_wire.takeWaiting())
+                transmit(*waiting);
+        });
+    } else if (arrivals.empty() && m_pWatcher) {
+        m_pWatcher->noteUp(m_clock.now(), datagram, true);
+    }
+    for (const FaultyWire::Arrival& arrival : arrivals) {
+        if (arrival.after.count() == 0)
+            transmit(arrival.datagram);
+        else
+            QTimer::singleShot(
+                arrival.after, &m_timers, [this, delayed = arrival.datagram] { transmit(delayed); });
+    }
+}
+
+void Simulator::transmit(const QByteArray& datagram)
+{
+    if (m_pWatcher)
+        m_pWatcher->noteUp(m_clock.now(), datagram, false);
     if (m_link.send(datagram))
         return;
     ++m_nRefusedSends;
@@ -80,6 +133,50 @@ void Simulator::noteOutcome(const CommandOutcome& outcome)
 {
     m_output.setTime(m_clock.now());
     m_output.outcome(outcome);
+}
+
+void Simulator::setFault(const SetFault& fault)
+{
+    WireFaults& faults = m_wire.faults();
+    switch (fault.kind) {
+    case SetFault::Drop:
+        faults.dropRate = fault.rate;
+        break;
+    case SetFault::Duplicate:
+        faults.duplicateRate = fault.rate;
+        break;
+    case SetFault::Delay:
+        faults.delayRate = fault.rate;
+        faults.delay = fault.delay;
+        break;
+    case SetFault::Reorder:
+        faults.reorderRate = fault.rate;
+        break;
+    case SetFault::LoseRelease:
+        faults.losesNextRelease = true;
+        break;
+    }
+}
+
+void Simulator::restartConsole()
+{
+    // What is still in the socket was sent to the console before.
+    takeReceived();
+    m_console.restart();
+    m_runner.consoleChanged();
+    if (m_pWatcher)
+        m_pWatcher->consoleRestarted();
+}
+
+void Simulator::takePicture(const QString& file)
+{
+    takeReceived();
+    if (m_pWatcher && m_pWatcher->takePicture(file))
+        return;
+    ++m_nFaultyLines;
+    m_output.problem(
+        m_pWatcher ? QStringLiteral("the picture cannot be written to ") + file
+                   : QStringLiteral("there is no window to take a picture of"));
 }
 
 void Simulator::showConsole()
@@ -102,6 +199,8 @@ void Simulator::takeReceived()
 void Simulator::take(const char* bytes, int size)
 {
     const Reception reception = m_console.receive(bytes, size);
+    if (m_pWatcher)
+        m_pWatcher->noteDown(m_clock.now(), QByteArray(bytes, size), reception);
     if (const auto* unreadable = std::get_if<Unreadable>(&reception.datagram))
         m_output.unreadable(unreadable->reason, bytes, size);
     else
@@ -113,7 +212,8 @@ void Simulator::take(const char* bytes, int size)
 
 void Simulator::settle()
 {
-    const bool isDone = m_runner.hasQuit() || (m_bNoMoreCommands && m_runner.isIdle());
+    const bool isThrough = m_bNoMoreCommands && m_runner.isIdle() && !m_options.window;
+    const bool isDone = m_runner.hasQuit() || m_bEndsNow || isThrough;
     if (isDone && !m_bEnded) {
         m_bEnded = true;
         takeReceived();

@@ -5,6 +5,24 @@
 
 #include <cstdio>
 
+namespace {
+
+bool readSize(const QString& text, QSize& size)
+{
+    constexpr int largest = 16384;
+    const QStringList sides = text.split(QLatin1Char('x'));
+    bool hasWidth = false;
+    bool hasHeight = false;
+    const QSize read(sides.value(0).toInt(&hasWidth), sides.value(1).toInt(&hasHeight));
+    const bool isUsable = sides.size() == 2 && hasWidth && hasHeight && read.width() > 0 && read.height() > 0
+        && read.width() <= largest && read.height() <= largest;
+    if (isUsable)
+        size = read;
+    return isUsable;
+}
+
+} // namespace
+
 std::optional<SimulatorOptions> readOptions(const QStringList& arguments, int& status)
 {
     QCommandLineParser parser;
@@ -32,12 +50,18 @@ std::optional<SimulatorOptions> readOptions(const QStringList& arguments, int& s
         QStringLiteral("keep-going"), QStringLiteral("Go on with a script after a failure."));
     const QCommandLineOption tolerate(
         QStringLiteral("tolerate-unreadable"), QStringLiteral("Unreadable datagrams are no failure."));
+    const QCommandLineOption window(
+        QStringLiteral("window"), QStringLiteral("Show the console in a window, which stays open."));
+    const QCommandLineOption size(
+        QStringLiteral("size"), QStringLiteral("Size of the window (1280x800)."),
+        QStringLiteral("WIDTHxHEIGHT"), QStringLiteral("1280x800"));
     // Not the parser's own help option: with it comes one for Qt's options, of which there are none here.
     const QCommandLineOption help(
         {QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this help."));
     const QCommandLineOption version(
         {QStringLiteral("v"), QStringLiteral("version")}, QStringLiteral("Show the version."));
-    parser.addOptions({help, version, keyboard, script, json, noColour, width, quiet, keepGoing, tolerate});
+    parser.addOptions(
+        {help, version, keyboard, script, json, noColour, width, quiet, keepGoing, tolerate, window, size});
 
     const auto refuse = [&status](const QString& what) {
         std::fprintf(stderr, "orvane-console-simulator: %s\n", qUtf8Printable(what));
@@ -61,14 +85,17 @@ std::optional<SimulatorOptions> readOptions(const QStringList& arguments, int& s
     SimulatorOptions options;
     options.keyboardFile = parser.value(keyboard);
     options.scriptFile = parser.value(script);
+    options.window = parser.isSet(window);
     options.json = parser.isSet(json);
     options.colour = !parser.isSet(noColour);
-    options.quiet = parser.isSet(quiet);
+    options.quiet = parser.isSet(quiet) || options.window; // which has its journal
     options.keepGoing = parser.isSet(keepGoing);
     options.tolerateUnreadable = parser.isSet(tolerate);
     bool ok = false;
     options.columns = parser.value(width).toInt(&ok);
     if (!ok || options.columns < 10 || options.columns > 1000)
         return refuse(QStringLiteral("--width must be from 10 to 1000, not \"%1\"").arg(parser.value(width)));
+    if (!readSize(parser.value(size), options.windowSize))
+        return refuse(QStringLiteral("--size must be as 1280x800, not \"%1\"").arg(parser.value(size)));
     return options;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QSize>
 #include <QString>
 #include <QStringList>
 
@@ -10,6 +11,8 @@ struct SimulatorOptions {
     QString keyboardFile; ///< empty: no layout
     QString scriptFile; ///< empty: commands come from standard input
     int columns = 100;
+    QSize windowSize{1280, 800};
+    bool window = false; ///< show the console in a window
     bool json = false;
     bool colour = true;
     bool quiet = false;

@@ -1,5 +1,6 @@
 #include "commandparser.h"
 
+#include "faultywire.h"
 #include "networkaddress.h"
 #include "words.h"
 
@@ -119,9 +120,42 @@ SimulatorCommand parseSend(WordReader& in)
     return SendRaw{bytes};
 }
 
+/// `fault drop|duplicate|delay|reorder RATE [MS]`, `fault lose-release`, `fault seed N`, `fault none`
+SimulatorCommand parseFault(WordReader& in)
+{
+    constexpr quint64 highestRate = 100;
+    const int choice = in.choice(
+        "FAULT",
+        {QStringLiteral("drop"), QStringLiteral("duplicate"), QStringLiteral("delay"),
+         QStringLiteral("reorder"), QStringLiteral("lose-release"), QStringLiteral("seed"),
+         QStringLiteral("none")});
+    if (choice == 5)
+        return SeedFaults{quint32(in.number("SEED"))};
+    if (choice == 6)
+        return ClearFaults{};
+    SetFault fault;
+    fault.kind = SetFault::Kind(std::max(choice, 0));
+    if (fault.kind != SetFault::LoseRelease)
+        fault.rate = int(in.number("RATE", highestRate));
+    fault.delay = WireFaults().delay;
+    if (fault.kind == SetFault::Delay && !in.atEnd())
+        fault.delay = in.milliseconds("MS");
+    return fault;
+}
+
+SimulatorCommand parseMalformed(WordReader& in)
+{
+    return SendRaw{malformedDatagram(in.choice("KIND", malformedKinds()))};
+}
+
 SimulatorCommand parseWait(WordReader& in)
 {
     return Pause{in.milliseconds("MS")};
+}
+
+SimulatorCommand parseScreenshot(WordReader& in)
+{
+    return TakePicture{in.text("FILE")};
 }
 
 SimulatorCommand parseStorm(WordReader& in)
@@ -209,10 +243,16 @@ constexpr CommandKind CommandKinds[] = {
     {"console-ip", parseConsoleIP, "console-ip INDEX STATUS ADDRESS MASK GATEWAY",
      "reports the console's network settings"},
     {"send", parseSend, "send HEX", "sends these bytes"},
+    {"malformed", parseMalformed, "malformed short|magic|tag|length|value", "sends a malformed key report"},
+    {"fault", parseFault, "fault drop|duplicate|delay|reorder RATE [MS] | lose-release | seed N | none",
+     "lets so many per cent of the reports fail"},
+    {"restart-console", parsePlain<RestartConsole>, "restart-console",
+     "darkens every light, as a restart does"},
     {"wait", parseWait, "wait MS", "waits"},
     {"expect", parseExpect, "expect [no-]CONDITION [within MS | for MS]",
      "waits until the condition holds, or watches that it does"},
     {"show", parsePlain<ShowConsole>, "show", "draws the console"},
+    {"screenshot", parseScreenshot, "screenshot FILE", "writes a picture of the window"},
     {"help", parsePlain<ShowHelp>, "help", "lists the commands"},
     {"quit", parsePlain<Quit>, "quit", "ends the program"},
 };
@@ -242,7 +282,7 @@ std::variant<SimulatorCommand, NoCommand, CommandFault> parseCommand(const QStri
 
 QStringList commandHelp()
 {
-    constexpr int UsageWidth = 52;
+    constexpr int UsageWidth = 82;
     QStringList lines;
     for (const CommandKind& kind : CommandKinds)
         lines.append(

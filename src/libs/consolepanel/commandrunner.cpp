@@ -59,6 +59,11 @@ void CommandRunner::begin()
                 m_surroundings.send(raw.bytes);
                 m_surroundings.noteSent(QStringLiteral("send ") + QLatin1String(raw.bytes.toHex()));
             },
+            [this](const SetFault& fault) { m_surroundings.setFault(fault); },
+            [this](const ClearFaults&) { m_surroundings.clearFaults(); },
+            [this](const SeedFaults& seed) { m_surroundings.seedFaults(seed.seed); },
+            [this](const RestartConsole&) { m_surroundings.restartConsole(); },
+            [this](const TakePicture& picture) { m_surroundings.takePicture(picture.file); },
             [this](const ShowConsole&) { m_surroundings.showConsole(); },
             [this](const ShowHelp&) { m_surroundings.showHelp(); },
             [this](const Quit&) { quit(); },

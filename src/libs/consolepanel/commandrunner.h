@@ -24,6 +24,12 @@ public:
     /// their end.
     virtual void noteSent(const QString& what) = 0;
     virtual void noteOutcome(const CommandOutcome& outcome) = 0;
+    /// Faults of the wire that `send` puts datagrams on.
+    virtual void setFault(const SetFault& fault) = 0;
+    virtual void clearFaults() = 0;
+    virtual void seedFaults(quint32 seed) = 0;
+    virtual void restartConsole() = 0;
+    virtual void takePicture(const QString& file) = 0;
     virtual void showConsole() = 0;
     virtual void showHelp() = 0;
 };
@@ -39,6 +45,8 @@ public:
     void setStopsAtFailure(bool stops) { m_bStopsAtFailure = stops; }
 
     void append(const SimulatorCommand& command, const QString& text, const QString& place);
+    /// Sends a report that a hand made, whatever runs.
+    void report(const UpMessage& message) { sendReport(message, false); }
     void consoleChanged();
     void alarmRang();
 

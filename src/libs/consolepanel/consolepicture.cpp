@@ -74,7 +74,7 @@ QStringList ConsolePicture::lines() const
         out.append(heading(m_layout.name));
     for (const ConsoleLayout::Group& group : m_layout.groups)
         drawGroup(group, out);
-    drawGroup(keysOutsideLayout(), out);
+    drawGroup(m_layout.keysOutside(m_console.state()), out);
     if (const QString labels = labelsOutsideLayout(); !labels.isEmpty())
         out.append(labels);
     out.append(tbarLine());
@@ -104,19 +104,6 @@ void ConsolePicture::drawGroup(const ConsoleLayout::Group& group, QStringList& o
         out.append(withoutTrailingBlanks(keys.join(gap)));
         row = rowEnd;
     }
-}
-
-ConsoleLayout::Group ConsolePicture::keysOutsideLayout() const
-{
-    std::set<quint16> known;
-    for (const ConsoleLayout::Group& group : m_layout.groups)
-        for (const ConsoleLayout::Key& key : group.keys)
-            known.insert(key.number);
-    ConsoleLayout::Group others{QStringLiteral("Other keys"), {}};
-    for (const auto& [number, key] : m_console.state().keys)
-        if (known.count(number) == 0)
-            others.keys.push_back({number, {}});
-    return others;
 }
 
 QString ConsolePicture::labelsOutsideLayout() const

@@ -21,16 +21,16 @@ public:
 
     /// The lines without their ends.
     QStringList lines() const;
+    /// What the console was told that no key, label or light shows: source, inputs, time, network, files.
+    QStringList factLines() const;
 
 private:
     void drawGroup(const ConsoleLayout::Group& group, QStringList& out) const;
-    ConsoleLayout::Group keysOutsideLayout() const;
     QString labelsOutsideLayout() const;
     QString labelCell(const ConsoleLayout::Key& key) const;
     QString keyCell(quint16 number) const;
     QString tbarLine() const;
     QString lightsLine() const;
-    QStringList factLines() const;
     QString heading(const QString& text) const;
 
     const ConsoleLayout& m_layout;

@@ -18,6 +18,8 @@ struct Reception {
 class ConsoleRecorder {
 public:
     Reception receive(const char* bytes, int size);
+    /// The console starts anew: it forgets what it showed; the counters go on.
+    void restart() { m_state = ConsoleState(); }
 
     const ConsoleState& state() const { return m_state; }
     const std::map<QString, ReceivedFile>& files() const { return m_fileReceiver.files(); }

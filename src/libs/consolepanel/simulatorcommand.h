@@ -52,11 +52,32 @@ struct Expect {
     std::chrono::milliseconds duration{};
 };
 
+/// Sets how often one fault of the wire happens, or lets it happen once.
+struct SetFault {
+    enum Kind { Drop, Duplicate, Delay, Reorder, LoseRelease };
+    Kind kind = Drop;
+    int rate = 0; ///< per cent
+    std::chrono::milliseconds delay{};
+};
+struct ClearFaults { };
+struct SeedFaults {
+    quint32 seed = 1;
+};
+
+/// The console starts anew: all lights dark, all labels empty.
+struct RestartConsole { };
+
+/// Writes a picture of the window.
+struct TakePicture {
+    QString file;
+};
+
 struct ShowConsole { };
 struct ShowHelp { };
 struct Quit { };
 
 using SimulatorCommand = std::variant<
-    SendReport, SendRaw, TapKey, SweepTBar, StormKeys, Pause, Expect, ShowConsole, ShowHelp, Quit>;
+    SendReport, SendRaw, TapKey, SweepTBar, StormKeys, Pause, Expect, SetFault, ClearFaults, SeedFaults,
+    RestartConsole, TakePicture, ShowConsole, ShowHelp, Quit>;
 
 } // namespace Orvane::ConsolePanel

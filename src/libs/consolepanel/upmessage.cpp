@@ -71,6 +71,57 @@ QByteArray encodeUp(const UpMessage& message, quint16 sequence)
         message);
 }
 
+std::optional<UpMessage> decodeUp(const QByteArray& datagram)
+{
+    const int size = datagram.size() - ECValueOffset;
+    if (size < 0 || Wire::load<quint32>(datagram.constData()) != ECUpMagic)
+        return std::nullopt;
+    const char* const value = datagram.constData() + ECValueOffset;
+    Wire::Reader in(value);
+    const auto tag = Wire::load<quint16>(datagram.constData() + ECHeadSize);
+    switch (tag) {
+    case ReportECButtonPressed:
+    case ReportECButtonRelease:
+        if (size != int(sizeof(ECButtonOperState)))
+            return std::nullopt;
+        return KeyReport{tag == ReportECButtonPressed, in.next<quint32>()};
+    case ReportECTBarValue: {
+        if (size != int(sizeof(ECTBarValue)))
+            return std::nullopt;
+        ECTBarValue position;
+        position.Value = in.next<quint32>();
+        position.IsBottomToTop = in.next<quint8>();
+        return position;
+    }
+    case ReportLockedTBar:
+    case ReportLockedKeyboard:
+        if (size != 1)
+            return std::nullopt;
+        return LockReport{tag == ReportLockedTBar ? LockTarget::TBar : LockTarget::Keypad, *value != 0};
+    case ReportDVIInSignal: {
+        if (size % int(sizeof(DVIInSignal)) != 0)
+            return std::nullopt;
+        DviReport report;
+        for (int i = 0; i < size; i += int(sizeof(DVIInSignal)))
+            report.signalStates.push_back({quint8(value[i]), quint8(value[i + 1])});
+        return report;
+    }
+    case ReportECDeviceIP: {
+        if (size != int(sizeof(ECDeviceIPData)))
+            return std::nullopt;
+        ECDeviceIPData record;
+        record.Index = in.next<quint8>();
+        record.Status = in.next<quint8>();
+        record.IP = in.next<quint32>();
+        record.Mask = in.next<quint32>();
+        record.Gateway = in.next<quint32>();
+        return record;
+    }
+    default:
+        return std::nullopt;
+    }
+}
+
 QString describe(const UpMessage& message)
 {
     return std::visit(

@@ -4,6 +4,7 @@
 
 #include "downmessage.h"
 
+#include <optional>
 #include <vector>
 
 namespace Orvane::ConsolePanel {
@@ -30,6 +31,10 @@ using UpMessage =
 
 /// The datagram of a report. The number goes into the head's sequence field, which nobody reads.
 QByteArray encodeUp(const UpMessage& message, quint16 sequence);
+
+/// Reads a report as the library does: by its magic, its tag and the size of the value. Empty when the
+/// library would refuse it.
+std::optional<UpMessage> decodeUp(const QByteArray& datagram);
 
 /// The report as one readable line without a line end.
 QString describe(const UpMessage& message);
