@@ -58,7 +58,7 @@ public:
         return get(std::as_const(m_values));
     }
 
-    /// Has `change` change the values in one step and tells the index what differs. `change` calls nothing
+    /// Has `change` change the values in one step and gives the index what differs. `change` calls nothing
     /// else.
     template <typename Change> auto change(Change change)
     {

@@ -97,7 +97,7 @@ public:
     {
     }
 
-    /// What `operation` answers on the items of the device and type, with the store locked for reading or
+    /// What `operation` returns on the items of the device and type, with the store locked for reading or
     /// for a change; the result's default when the device has no set.
     template <typename Operation> auto read(const QString& ip, KeyboardType type, Operation operation)
     {

@@ -19,7 +19,7 @@ struct KeyLook;
 /// `initLayerECCommand`. Items that are registered later reach the existing sets as well.
 ///
 /// A device is named by the text that `ipMacSn()` gives, which means nothing to the store. Pages and order
-/// indexes count from 0. Operations that name a device answer empty (-1, false, no change) when it has no
+/// indexes count from 0. Operations that name a device return empty (-1, false, no change) when it has no
 /// set, except where they say otherwise. `PresetEx` items have one set for all devices: operations on that
 /// type ignore the device.
 ///
@@ -78,7 +78,7 @@ public:
     std::shared_ptr<ECCommandItem> findBindingECItem(
         const QString& ip, KeyboardType type, const ECObjectId& id) const;
 
-    /// Binds the item that `findEcCommandItem` gives for these arguments and answers it. A `Layer` item ends
+    /// Binds the item that `findEcCommandItem` gives for these arguments and returns it. A `Layer` item ends
     /// bound to the last id alone, any other keeps the objects that it was bound to. The longer forms set
     /// the key's looks too.
     std::shared_ptr<ECCommandItem> updateECButtonData(
@@ -90,7 +90,7 @@ public:
     std::shared_ptr<ECCommandItem> updateECButtonData(
         const QString& ip, KeyboardType type, int orderIndex, int buttonIndex, int pageIndex,
         const ECObjectIdList& ids, ECLEDColor color, const QString& text, bool blink);
-    /// Unbinds the first item bound to the object, leaves it in `color` and answers it.
+    /// Unbinds the first item bound to the object, leaves it in `color` and returns it.
     std::shared_ptr<ECCommandItem> resetECButtonData(
         const QString& ip, KeyboardType type, const ECObjectId& id, ECLEDColor color = ECLEDColor::Off);
 
@@ -109,16 +109,16 @@ public:
     void resetECCommandLayerItems(const QString& ip, quint32 screenId);
 
     // The preset extension's keys. Those with a type handle `PresetEx` alone: another type changes nothing
-    // and answers empty or false.
+    // and returns empty or false.
 
     /// The same list as `presetECCommandExItems`.
     ECCommandItemList getPresetExItems() const;
-    /// Binds one more object to a key, with the name behind the others on its label; answers the item. The
+    /// Binds one more object to a key, with the name behind the others on its label; returns the item. The
     /// name is added even when the object is bound already.
     std::shared_ptr<ECCommandItem> appendECButtonData(
         KeyboardType type, int orderIndex, int pageIndex, const ECObjectId& id, const QString& name,
         ECLEDColor color);
-    /// Takes one object and its name from a key, which goes dark when nothing is left; answers the item.
+    /// Takes one object and its name from a key, which goes dark when nothing is left; returns the item.
     std::shared_ptr<ECCommandItem> removeECButtonData(
         KeyboardType type, int orderIndex, int pageIndex, const ECObjectId& id);
     /// Unbinds all keys, the key at one place, or the keys bound to an object with that server id.

@@ -38,7 +38,7 @@ constexpr char QuenorProperty[] = "Quenor";
 
 /// Key values from here on come from the on-screen console: the rest is an `OrvaneECKey`.
 constexpr quint32 VirtualKeyOffset = 0xFF0000;
-/// "No such key" of the lookups that answer an `ECKey`.
+/// "No such key" of the lookups that return an `ECKey`.
 constexpr quint32 InvalidECKey = 0xFFFFFFFF;
 /// The index member of a layer binding that stands for no layer.
 constexpr quint32 UnboundLayerIndex = 65535;

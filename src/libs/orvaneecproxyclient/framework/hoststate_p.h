@@ -7,7 +7,7 @@
 
 namespace Orvane::ECProxy::Client::Internal {
 
-/// A modal window as the console's diagnostic lines tell of it.
+/// A modal window as the console's diagnostic lines describe it.
 struct ModalWindowInfo {
     QString objectName;
     QPoint pos; ///< position of the window, in pixels
@@ -19,7 +19,7 @@ struct ModalWindowInfo {
 ///
 /// Widgets belong to the GUI thread, keys arrive on the decoder thread, and a handler may not wait for the
 /// GUI. So a watcher on the GUI thread publishes what the guards ask, at every window or property event
-/// that can change it; on the GUI thread itself the answer is read directly. A modal window counts as open
+/// that can change it; on the GUI thread itself the state is read directly. A modal window counts as open
 /// from its show event on. All functions may be called on any thread. Without a QApplication there is no
 /// modal window.
 namespace HostState {
@@ -28,7 +28,7 @@ namespace HostState {
 /// nothing. Off the GUI thread the watching starts with the GUI thread's next turn.
 void watch();
 
-/// True while `QApplication::activeModalWidget()` answers a widget.
+/// True while `QApplication::activeModalWidget()` returns a widget.
 bool hasModalWindow();
 
 /// The application object's property "Quenor".
@@ -38,7 +38,7 @@ bool isQuenor();
 /// is set.
 bool isInputBlocked();
 
-/// The window that `hasModalWindow` tells of; empty when none is open.
+/// The window that makes `hasModalWindow` true; empty when none is open.
 std::optional<ModalWindowInfo> modalWindow();
 
 } // namespace HostState

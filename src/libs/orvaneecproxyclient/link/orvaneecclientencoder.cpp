@@ -12,7 +12,7 @@ namespace Internal {
 
 namespace {
 
-/// A file pack's two destinies, told by a byte of its own.
+/// What a file pack is for; a byte of its own says which.
 enum class PackTag { None, Read, Write };
 
 PackTag packTag(unsigned selector)
@@ -57,7 +57,7 @@ public:
         return next;
     }
 
-    /// Writes head, tag and length, and answers where the value of `valueSize` bytes goes.
+    /// Writes head, tag and length, and returns where the value of `valueSize` bytes goes.
     template <eECDownMessageTag Tag> char* begin(int valueSize, QByteArray& out) const
     {
         constexpr DownMessageShape shape = downMessageShape(Tag);

@@ -76,7 +76,7 @@ public Q_SLOTS:
     void slotECTBarChanged(const Orvane::ECProxy::Client::ECTBarValue& value);
 
     void slotActivedDeviceChanged();
-    /// Moves the items of a device to its new address; the commands are not told.
+    /// Moves the items of a device to its new address; the commands are not notified.
     void slotDeviceIPChanged(std::weak_ptr<BizModel::Device> device);
     void slotDeviceRemoved(std::shared_ptr<BizModel::Device> device);
     void slotSelectedScreensChanged(std::weak_ptr<BizModel::Device> device);

@@ -25,7 +25,7 @@ public:
     /// none.
     explicit PresetExtensions(std::function<int()> page);
 
-    /// Registers the extension and tells it the page. Refuses one that is registered, with a warning.
+    /// Registers the extension and hands it the page. Refuses one that is registered, with a warning.
     void add(IPresetCommandEx* extension);
 
     /// Has every extension take over the page that the keys show.
