@@ -73,6 +73,13 @@ Answer setLanguage(const QString& language)
     return Answer::done();
 }
 
+constexpr qint64 LargestSide = 16384;
+
+QStringList windowNames()
+{
+    return {QStringLiteral("host"), QStringLiteral("console")};
+}
+
 Answer takeScreenshot(QWidget* window, const QString& path)
 {
     if (!window)
@@ -81,7 +88,8 @@ Answer takeScreenshot(QWidget* window, const QString& path)
     QPainter painter(&picture);
     const QWidgetList widgets = QApplication::topLevelWidgets();
     for (QWidget* dialog : widgets) {
-        if (dialog != window && dialog->isVisible() && dialog->isModal())
+        const bool liesOver = dialog->parentWidget() && dialog->parentWidget()->window() == window;
+        if (liesOver && dialog->isVisible() && dialog->isModal())
             painter.drawPixmap(dialog->pos() - window->pos(), dialog->grab());
     }
     painter.end();
@@ -174,10 +182,22 @@ void addApplicationCommands(CommandTable& table, const ApplicationParts& parts)
          [](const Arguments& arguments) { return setLanguage(arguments.text("language")); }});
     table.add(
         {QStringLiteral("screenshot"),
-         QStringLiteral("writes a picture of the window with its dialogs"),
-         {Parameter::text("file")},
-         [window = parts.window](const Arguments& arguments) {
-             return takeScreenshot(window, arguments.text("file"));
+         QStringLiteral("writes a picture of a window, of the host's with its dialogs"),
+         {Parameter::text("file"), Parameter::choice("window", windowNames()).orElse(windowNames().first())},
+         [window = parts.window, console = &parts.console](const Arguments& arguments) {
+             return takeScreenshot(
+                 arguments.choice("window", windowNames()) == 0 ? window : console, arguments.text("file"));
+         }});
+    table.add(
+        {QStringLiteral("showConsole"),
+         QStringLiteral("shows or hides the on-screen console"),
+         {Parameter::flag("visible"), Parameter::integer("width", 0, LargestSide).orElse(0),
+          Parameter::integer("height", 0, LargestSide).orElse(0)},
+         [console = &parts.console](const Arguments& arguments) {
+             if (arguments.integer("width") > 0 && arguments.integer("height") > 0)
+                 console->resize(arguments.integer("width"), arguments.integer("height"));
+             console->setVisible(arguments.flag("visible"));
+             return Answer::done();
          }});
     table.add(
         {QStringLiteral("state"),

@@ -19,6 +19,7 @@ struct ApplicationParts {
     TypingField& field;
     Notices::NoticePresenter& notices;
     const DviSignals& dviSignals;
+    QWidget& console; ///< the on-screen one
     QWidget* window = nullptr; ///< null without a window
 };
 

@@ -18,6 +18,7 @@
 #include "signalreporter.h"
 #include "typingfield.h"
 #include "unixsignals.h"
+#include "virtualconsole.h"
 
 #include <QApplication>
 #include <QMainWindow>
@@ -99,10 +100,15 @@ int runApplication(
         ECManager::instance(), &ECManager::signalStandardKeyPressed, &injector,
         &KeyInjector::slotStandardKeyPressed);
 
+    // Before the session paints. Without a display it is there all the same, for programs to take its
+    // picture.
+    VirtualConsole console(*keyboard);
+    console.setVisible(options.console);
+
     DviSignals dviSignals;
     CommandTable commands(events);
     addApplicationCommands(
-        commands, {events, *field, notices, dviSignals, options.headless ? nullptr : window.get()});
+        commands, {events, *field, notices, dviSignals, console, options.headless ? nullptr : window.get()});
     addConsoleCommands(commands, *keyboard);
     addModelCommands(commands, model);
     addOperationCommands(commands, model);

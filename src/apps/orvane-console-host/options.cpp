@@ -33,6 +33,8 @@ std::variant<Options, ExitStatus> readOptions(int argc, char* argv[])
     const QCommandLineOption show(
         QStringLiteral("show"), QStringLiteral("The devices, screens and presets (JSON)."),
         QStringLiteral("file"));
+    const QCommandLineOption console(
+        QStringLiteral("console"), QStringLiteral("Show the on-screen console in a window of its own."));
     const QCommandLineOption headless(
         QStringLiteral("headless"), QStringLiteral("Run without a window; no display is needed."));
     const QCommandLineOption events(
@@ -41,7 +43,7 @@ std::variant<Options, ExitStatus> readOptions(int argc, char* argv[])
         QStringLiteral("quit-at-end"), QStringLiteral("Quit when standard input ends, rather than run on."));
     const QCommandLineOption verbose(
         QStringLiteral("verbose"), QStringLiteral("Log what each key does, not only what went wrong."));
-    parser.addOptions({help, version, keyboard, show, headless, events, quitAtEnd, verbose});
+    parser.addOptions({help, version, keyboard, show, console, headless, events, quitAtEnd, verbose});
 
     QStringList arguments;
     for (int i = 0; i < argc; ++i)
@@ -67,6 +69,7 @@ std::variant<Options, ExitStatus> readOptions(int argc, char* argv[])
     Options options;
     options.keyboardFile = parser.value(keyboard);
     options.showFile = parser.value(show);
+    options.console = parser.isSet(console);
     options.headless = parser.isSet(headless);
     options.events = parser.isSet(events);
     options.quitAtEnd = parser.isSet(quitAtEnd);

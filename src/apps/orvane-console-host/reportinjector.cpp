@@ -13,7 +13,8 @@ bool injectReport(const ConsolePanel::UpMessage& report)
 
 bool injectBytes(const QByteArray& datagram)
 {
-    const auto decoder = ECProxy::Client::ECManager::instance()->ecClientDecoder().lock();
+    const auto* const manager = ECProxy::Client::ECManager::instance();
+    const auto decoder = manager ? manager->ecClientDecoder().lock() : nullptr;
     return decoder && decoder->appendDatagram(datagram);
 }
 
