@@ -44,7 +44,7 @@ ControlResult setAndAnnounce(
     Change& change, T& value, const T& wanted, const std::shared_ptr<MemoryDevice>& device, Signal signal)
 {
     if (std::exchange(value, wanted) != wanted) {
-        change.announce([device = std::weak_ptr<BizModel::Device>(device), signal](MemoryDeviceList& list) {
+        change.announce([device = std::weak_ptr<BizModel::Device>(device), signal](ModelSignals& list) {
             Q_EMIT(list.*signal)(device);
         });
     }
@@ -59,7 +59,7 @@ ControlResult setAndAnnounce(
 {
     if (std::exchange(value, wanted) != wanted) {
         change.announce([device = std::weak_ptr<BizModel::Device>(device),
-                         object = std::weak_ptr<Object>(object), signal](MemoryDeviceList& list) {
+                         object = std::weak_ptr<Object>(object), signal](ModelSignals& list) {
             Q_EMIT(list.*signal)(device, object);
         });
     }

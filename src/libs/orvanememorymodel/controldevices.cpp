@@ -17,7 +17,7 @@ ControlResult Control::activateDevice(const QString& device)
     if (!wanted && !device.isEmpty())
         return ControlResult::refused(QStringLiteral("there is no device %1").arg(device));
     if (std::exchange(m_list.data(change).activeDevice, wanted) != wanted)
-        change.announce([](MemoryDeviceList& list) { Q_EMIT list.signalActivedDeviceChanged(); });
+        change.announce([](ModelSignals& list) { Q_EMIT list.signalActivedDeviceChanged(); });
     return ControlResult::done();
 }
 
@@ -51,7 +51,7 @@ ControlResult Control::setGroup(const QString& device, const QString& groupId)
     const QString wanted = groupId.isEmpty() ? BizModel::Device::defaultDeviceGroupId : groupId;
     return onDevice(device, [&wanted](Change& change, const auto& present) {
         if (std::exchange(present->data(change).groupId, wanted) != wanted)
-            change.announce([](MemoryDeviceList& list) { Q_EMIT list.signalDeviceGroupInfoChanged(); });
+            change.announce([](ModelSignals& list) { Q_EMIT list.signalDeviceGroupInfoChanged(); });
         return ControlResult::done();
     });
 }
@@ -65,7 +65,7 @@ ControlResult Control::changeAddress(const QString& device, const QString& ipMac
         if (m_list.device(change, ipMacSn))
             return ControlResult::refused(QStringLiteral("there is a device %1 already").arg(ipMacSn));
         state.preIPMacSn = std::exchange(state.ipMacSn, ipMacSn);
-        change.announce([weak = std::weak_ptr<MemoryDevice>(present)](MemoryDeviceList& list) {
+        change.announce([weak = std::weak_ptr<MemoryDevice>(present)](ModelSignals& list) {
             Q_EMIT list.signalDeviceIPChanged(weak);
         });
         return ControlResult::done();
@@ -79,7 +79,7 @@ ControlResult Control::removeDevice(const QString& device)
         m_list.retire(change, present);
         if (state.activeDevice == present) {
             state.activeDevice = nullptr;
-            change.announce([](MemoryDeviceList& list) { Q_EMIT list.signalActivedDeviceChanged(); });
+            change.announce([](ModelSignals& list) { Q_EMIT list.signalActivedDeviceChanged(); });
         }
         return ControlResult::done();
     });

@@ -41,7 +41,7 @@ ControlResult Control::addInput(const QString& device, const InputRecord& input)
                                                                  : QStringLiteral("not there")));
         inputs.insert(input.id, added);
         change.announce([device = std::weak_ptr<MemoryDevice>(owner),
-                         added = std::weak_ptr<MemoryInput>(added)](MemoryDeviceList& list) {
+                         added = std::weak_ptr<MemoryInput>(added)](ModelSignals& list) {
             Q_EMIT list.signalInputAdded(device, added);
         });
         return ControlResult::done();
@@ -53,7 +53,7 @@ ControlResult Control::removeInput(const QString& device, quint32 inputId)
     return onInput(device, inputId, [&](Change& change, const auto& owner, const auto& input) {
         MemoryDevice::Data& state = owner->data(change);
         state.inputs.remove(inputId);
-        change.announce([device = std::weak_ptr<MemoryDevice>(owner), input](MemoryDeviceList& list) {
+        change.announce([device = std::weak_ptr<MemoryDevice>(owner), input](ModelSignals& list) {
             Q_EMIT list.signalInputRemoved(device, input);
         });
         if (state.selectedInput == inputId)
@@ -116,7 +116,7 @@ ControlResult Control::setConnectorCapacity(
         }
         change.announce([device = std::weak_ptr<MemoryDevice>(owner),
                          card = std::weak_ptr<MemorySubcard>(card),
-                         connector = std::weak_ptr<MemoryConnector>(connector)](MemoryDeviceList& list) {
+                         connector = std::weak_ptr<MemoryConnector>(connector)](ModelSignals& list) {
             Q_EMIT list.signalConnectorCapacityChanged(device, card, connector);
         });
         return ControlResult::done();

@@ -59,7 +59,7 @@ quint32 Control::addLayer(
             record.window = window;
             record.capacity = newLayerCapacity(change, *owner, *input);
             QString error;
-            const auto added = MemoryModel::addLayer(change, m_pHub, *owner, present, scene, record, error);
+            const auto added = MemoryModel::addLayer(change, *owner, present, scene, record, error);
             if (added)
                 id = added->layerId();
             return ControlResult::of(added != nullptr, error);
@@ -92,7 +92,7 @@ ControlResult Control::renameLayer(
                 return ControlResult::done();
             change.announce([device = std::weak_ptr<MemoryDevice>(owner),
                              screen = std::weak_ptr<MemoryScreen>(present),
-                             layer = std::weak_ptr<MemoryLayer>(layer)](MemoryDeviceList& list) {
+                             layer = std::weak_ptr<MemoryLayer>(layer)](ModelSignals& list) {
                 Q_EMIT list.signalLayerNameChanged(device, screen, layer);
             });
             return ControlResult::done();

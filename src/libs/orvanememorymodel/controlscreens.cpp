@@ -59,7 +59,7 @@ ControlResult Control::moveScreen(const QString& device, ScreenKey screen, Scree
         screens.move(screens.indexOf(present), screens.indexOf(place));
         change.announce([device = std::weak_ptr<MemoryDevice>(owner),
                          moved = std::weak_ptr<MemoryScreen>(present),
-                         place = std::weak_ptr<MemoryScreen>(place)](MemoryDeviceList& list) {
+                         place = std::weak_ptr<MemoryScreen>(place)](ModelSignals& list) {
             Q_EMIT list.signalScreenMoved(device, moved, place);
         });
         return ControlResult::done();

@@ -11,10 +11,12 @@
 namespace Orvane::MemoryModel {
 
 DeviceController::DeviceController(
-    std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, std::weak_ptr<BizModel::Device> device)
+    std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, Processor& processor,
+    std::weak_ptr<BizModel::Device> device)
     : ModelControl::Device(device)
     , m_pHub(std::move(hub))
     , m_list(list)
+    , m_processor(processor)
     , m_pDevice(std::move(device))
 {
 }
@@ -54,6 +56,9 @@ bool DeviceController::createPresetFile(FileType type, quint16 fileId, QString& 
         error = *failure;
         return false;
     }
+    const std::shared_ptr<BizModel::Device> known = m_pDevice.lock();
+    if (known && !m_processor.storePreset(known->ipMacSn(), type, fileId, error))
+        return false;
     Change change(*m_pHub);
     const std::shared_ptr<MemoryDevice> device = m_list.own(change, m_pDevice);
     if (!device) {

@@ -2,13 +2,15 @@
 
 #include "memorydevicelist.h"
 #include "modelcontrol/device.h"
+#include "processor.h"
 
 namespace Orvane::MemoryModel {
 
 class DeviceController final : public ModelControl::Device {
 public:
     DeviceController(
-        std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, std::weak_ptr<BizModel::Device> device);
+        std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, Processor& processor,
+        std::weak_ptr<BizModel::Device> device);
 
     void setActivedScreen(const std::weak_ptr<BizModel::Screen>& screen) override;
     /// Whatever the screens are doing; a take passes over those that are busy.
@@ -20,6 +22,7 @@ public:
 private:
     const std::shared_ptr<ModelHub> m_pHub;
     MemoryDeviceList& m_list;
+    Processor& m_processor;
     const std::weak_ptr<BizModel::Device> m_pDevice;
 };
 

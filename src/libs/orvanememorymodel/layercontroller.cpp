@@ -117,8 +117,9 @@ std::shared_ptr<MemoryScreen> LayerController::find(
 std::shared_ptr<MemoryScreen> LayerController::screenOf(
     const Guard& guard, const std::shared_ptr<MemoryLayer>& layer) const
 {
-    const std::shared_ptr<MemoryScreen> screen = layer ? layer->screen() : nullptr;
-    if (!screen || !std::as_const(*screen).data(guard).registered || screen->device() != m_pDevice.lock())
+    const std::shared_ptr<MemoryScreen> screen = layer ? MemoryModel::screenOf(*layer) : nullptr;
+    if (!screen || !std::as_const(*screen).data(guard).registered
+        || screen->device().lock() != m_pDevice.lock())
         return nullptr;
     const SceneType scene = std::as_const(*layer).data(guard).scene;
     return std::as_const(*screen).data(guard).layers(scene).contains(layer) ? screen : nullptr;

@@ -1,6 +1,6 @@
 #include "layers.h"
 
-#include "memorydevicelist.h"
+#include "modelsignals.h"
 
 #include <algorithm>
 
@@ -60,6 +60,11 @@ const QString notEnoughResources = QStringLiteral("Not enough resources.");
 
 } // namespace
 
+std::shared_ptr<MemoryScreen> screenOf(const MemoryLayer& layer)
+{
+    return std::dynamic_pointer_cast<MemoryScreen>(std::const_pointer_cast<LayerOwner>(layer.owner()));
+}
+
 bool isSceneEditable(const Guard& guard, const MemoryScreen& screen, SceneType scene, QString& error)
 {
     const MemoryScreen::Data& state = screen.data(guard);
@@ -82,8 +87,8 @@ BizModel::CapacityMode newLayerCapacity(
 }
 
 std::shared_ptr<MemoryLayer> addLayer(
-    Change& change, const std::shared_ptr<ModelHub>& hub, MemoryDevice& device,
-    const std::shared_ptr<MemoryScreen>& screen, SceneType scene, LayerRecord record, QString& error)
+    Change& change, MemoryDevice& device, const std::shared_ptr<MemoryScreen>& screen, SceneType scene,
+    LayerRecord record, QString& error)
 {
     if (!isSceneEditable(change, *screen, scene, error))
         return nullptr;
@@ -100,14 +105,14 @@ std::shared_ptr<MemoryLayer> addLayer(
     record.id = screen->freeLayerId(change, scene);
     if (record.name.isEmpty())
         record.name = layerName(record.id);
-    auto added = std::make_shared<MemoryLayer>(hub, *screen, scene, record);
+    auto added = screen->makeLayer(scene, record);
     if (!hasResources(change, device, screen, {{added, record.window}}, outputsOf(change, *screen), scene)) {
         error = notEnoughResources;
         return nullptr;
     }
     present += added;
     change.announce([device = device.weak_from_this(), screen = std::weak_ptr<MemoryScreen>(screen),
-                     layer = std::weak_ptr<MemoryLayer>(added)](MemoryDeviceList& list) {
+                     layer = std::weak_ptr<MemoryLayer>(added)](ModelSignals& list) {
         Q_EMIT list.signalLayerAdded(device, screen, layer);
     });
     return added;
@@ -122,10 +127,8 @@ void removeLayers(
         if (!state.pvw.removeOne(layer) && !state.pgm.removeOne(layer))
             continue;
         selectionChanged |= std::exchange(layer->data(change).selected, false);
-        change.announce([device = std::weak_ptr<MemoryDevice>(screen->device()),
-                         screen = std::weak_ptr<MemoryScreen>(screen), layer](MemoryDeviceList& list) {
-            Q_EMIT list.signalLayerRemoved(device, screen, layer);
-        });
+        change.announce([device = screen->device(), screen = std::weak_ptr<MemoryScreen>(screen), layer](
+                            ModelSignals& list) { Q_EMIT list.signalLayerRemoved(device, screen, layer); });
     }
     if (selectionChanged)
         announceSelectedLayers(change, screen);
@@ -152,10 +155,8 @@ void announceSelectedLayers(Change& change, const std::shared_ptr<MemoryScreen>&
     change.markChanged();
     if (!notify)
         return;
-    change.announce([device = std::weak_ptr<MemoryDevice>(screen->device()),
-                     screen = std::weak_ptr<MemoryScreen>(screen)](MemoryDeviceList& list) {
-        Q_EMIT list.signalSelectedLayersChanged(device, screen);
-    });
+    change.announce([device = screen->device(), screen = std::weak_ptr<MemoryScreen>(screen)](
+                        ModelSignals& list) { Q_EMIT list.signalSelectedLayersChanged(device, screen); });
 }
 
 bool moveLayer(
@@ -163,12 +164,14 @@ bool moveLayer(
     const QRect& window, QString& error)
 {
     const SceneType scene = layer->data(change).scene;
+    const auto device = ownObject<MemoryDevice>(screen->device());
     if (!isUsableWindow(window))
         error = unusableWindow;
     else if (!isSceneEditable(change, *screen, scene, error))
         return false;
-    else if (!hasResources(
-                 change, *screen->device(), screen, {{layer, window}}, outputsOf(change, *screen), scene))
+    else if (!device)
+        error = QStringLiteral("The device is gone.");
+    else if (!hasResources(change, *device, screen, {{layer, window}}, outputsOf(change, *screen), scene))
         error = notEnoughResources;
     if (!error.isEmpty())
         return false;
@@ -184,7 +187,7 @@ bool bindLayers(
     for (const std::shared_ptr<MemoryLayer>& layer : layers)
         before += std::exchange(layer->data(change).capacity, input.data(change).capacity);
     const bool enough = std::all_of(layers.cbegin(), layers.cend(), [&](const auto& layer) {
-        const std::shared_ptr<MemoryScreen> screen = layer->screen();
+        const std::shared_ptr<MemoryScreen> screen = screenOf(*layer);
         return !screen || screen->screenType() != ScreenType::RegularScreen
             || hasResources(
                 change, device, screen, {}, outputsOf(change, *screen), layer->data(change).scene);
@@ -202,12 +205,10 @@ void setSource(Change& change, const std::shared_ptr<MemoryLayer>& layer, quint3
 {
     if (std::exchange(layer->data(change).inputId, inputId) == inputId)
         return;
-    const std::shared_ptr<MemoryScreen> screen = layer->screen();
-    change.announce([device = std::weak_ptr<MemoryDevice>(screen ? screen->device() : nullptr),
-                     screen = std::weak_ptr<MemoryScreen>(screen),
-                     layer = std::weak_ptr<MemoryLayer>(layer)](MemoryDeviceList& list) {
-        Q_EMIT list.signalLayerSourceChanged(device, screen, layer);
-    });
+    const std::shared_ptr<MemoryScreen> screen = screenOf(*layer);
+    change.announce([device = screen ? screen->device() : std::weak_ptr<BizModel::Device>(),
+                     screen = std::weak_ptr<MemoryScreen>(screen), layer = std::weak_ptr<MemoryLayer>(layer)](
+                        ModelSignals& list) { Q_EMIT list.signalLayerSourceChanged(device, screen, layer); });
 }
 
 bool hasResources(

@@ -5,6 +5,9 @@
 /// Changes of the layers of a scene, and what the hardware has room for.
 namespace Orvane::MemoryModel {
 
+/// The screen that the layer is or was on; empty when it is gone.
+std::shared_ptr<MemoryScreen> screenOf(const MemoryLayer& layer);
+
 /// False, with the reason in @p error, when the scene's layers cannot be changed now: the screen is busy, or
 /// it is the program of a screen whose program is not being edited.
 bool isSceneEditable(
@@ -17,9 +20,8 @@ BizModel::CapacityMode newLayerCapacity(
 /// Puts a new layer on top of the scene; its id is the scene's next. Refused when a limit is reached or the
 /// hardware lacks resources.
 std::shared_ptr<MemoryLayer> addLayer(
-    Change& change, const std::shared_ptr<ModelHub>& hub, MemoryDevice& device,
-    const std::shared_ptr<MemoryScreen>& screen, BizModel::SceneType scene, LayerRecord record,
-    QString& error);
+    Change& change, MemoryDevice& device, const std::shared_ptr<MemoryScreen>& screen,
+    BizModel::SceneType scene, LayerRecord record, QString& error);
 
 /// Removes those of the layers that are on the screen.
 void removeLayers(

@@ -9,9 +9,11 @@
 
 namespace Orvane::MemoryModel {
 
-MemoryControllerFactory::MemoryControllerFactory(std::shared_ptr<ModelHub> hub, MemoryDeviceList& list)
+MemoryControllerFactory::MemoryControllerFactory(
+    std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, Processor& processor)
     : m_pHub(std::move(hub))
     , m_list(list)
+    , m_processor(processor)
 {
 }
 
@@ -20,7 +22,7 @@ std::shared_ptr<ModelControl::Device> MemoryControllerFactory::createDevice(
 {
     if (!isPresent(device))
         return nullptr;
-    return std::make_shared<DeviceController>(m_pHub, m_list, device);
+    return std::make_shared<DeviceController>(m_pHub, m_list, m_processor, device);
 }
 
 std::shared_ptr<ModelControl::Screen> MemoryControllerFactory::createScreen(
@@ -44,7 +46,7 @@ std::shared_ptr<ModelControl::Preset> MemoryControllerFactory::createPreset(
 {
     if (!isPresent(device))
         return nullptr;
-    return std::make_shared<PresetController>(m_pHub, m_list, device);
+    return std::make_shared<PresetController>(m_pHub, m_list, m_processor, device);
 }
 
 bool MemoryControllerFactory::isPresent(const std::weak_ptr<BizModel::Device>& device) const

@@ -2,12 +2,13 @@
 
 #include "memorydevicelist.h"
 #include "modelcontrol/controllerfactory.h"
+#include "processor.h"
 
 namespace Orvane::MemoryModel {
 
 class MemoryControllerFactory final : public ModelControl::ControllerFactory {
 public:
-    MemoryControllerFactory(std::shared_ptr<ModelHub> hub, MemoryDeviceList& list);
+    MemoryControllerFactory(std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, Processor& processor);
 
     std::shared_ptr<ModelControl::Device> createDevice(
         const std::weak_ptr<BizModel::Device>& device) override;
@@ -25,6 +26,7 @@ private:
 
     const std::shared_ptr<ModelHub> m_pHub;
     MemoryDeviceList& m_list;
+    Processor& m_processor;
 };
 
 } // namespace Orvane::MemoryModel

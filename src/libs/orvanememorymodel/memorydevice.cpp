@@ -1,6 +1,6 @@
 #include "memorydevice.h"
 
-#include "memorydevicelist.h"
+#include "modelsignals.h"
 #include "operationtext.h"
 
 #include <algorithm>
@@ -29,7 +29,7 @@ MemoryDevice::MemoryDevice(std::shared_ptr<ModelHub> hub, const DeviceRecord& re
     for (const SubcardRecord& card : record.subcards)
         m_subcards += std::make_shared<MemorySubcard>(m_pHub, card);
     for (const OutputRecord& output : record.outputs)
-        m_outputs += std::make_shared<MemoryOutput>(m_pHub, output);
+        m_outputs += std::make_shared<MemoryOutput>(m_pHub, output, subcard(output.subcardId));
     Data data;
     data.ipMacSn = record.ipMacSn;
     data.preIPMacSn = record.ipMacSn;
@@ -198,9 +198,9 @@ void MemoryDevice::populate(Change& change, const DeviceRecord& record)
         MemoryScreen::Data& state = screen->data(change);
         state.registered = true;
         for (const LayerRecord& layer : stored.pgm)
-            state.pgm += std::make_shared<MemoryLayer>(m_pHub, *screen, SceneType::PGM, layer);
+            state.pgm += screen->makeLayer(SceneType::PGM, layer);
         for (const LayerRecord& layer : stored.pvw)
-            state.pvw += std::make_shared<MemoryLayer>(m_pHub, *screen, SceneType::PVW, layer);
+            state.pvw += screen->makeLayer(SceneType::PVW, layer);
         device.screens += screen;
     }
     device.activeScreen = screen(change, record.activeScreen);
@@ -384,7 +384,7 @@ bool MemoryDevice::canAddScreen(
         accepted.cbegin(), accepted.cend(), [type](const auto& each) { return each->screenType() == type; });
     const int limit = type == ScreenType::AUXScreen ? m_limits.auxScreens : m_limits.regularScreens;
     const auto& places = added.data(guard).outputs;
-    if (added.data(guard).registered || added.device().get() != this || accepted.contains(screen)
+    if (added.data(guard).registered || added.device().lock().get() != this || accepted.contains(screen)
         || this->screen(guard, added.key()))
         error = QStringLiteral("The screen is not a new screen of this device.");
     else if (screenCount(guard, type) + int(sameType) >= limit)
@@ -406,7 +406,7 @@ void MemoryDevice::addScreen(Change& change, const std::shared_ptr<MemoryScreen>
     added->data(change).registered = true;
     data(change).screens += added;
     change.announce([device = weak_from_this(), screen = std::weak_ptr<MemoryScreen>(added)](
-                        MemoryDeviceList& list) { Q_EMIT list.signalScreenAdded(device, screen); });
+                        ModelSignals& list) { Q_EMIT list.signalScreenAdded(device, screen); });
 }
 
 bool MemoryDevice::removeScreen(Change& change, const std::shared_ptr<MemoryScreen>& removed)
@@ -418,7 +418,7 @@ bool MemoryDevice::removeScreen(Change& change, const std::shared_ptr<MemoryScre
     const bool wasSelected = std::exchange(state.selected, false);
     state.registered = false;
     state.state = ScreenState::Normal;
-    change.announce([device = weak_from_this(), screen = removed](MemoryDeviceList& list) {
+    change.announce([device = weak_from_this(), screen = removed](ModelSignals& list) {
         Q_EMIT list.signalScreenRemoved(device, screen);
     });
     if (wasSelected)
@@ -434,7 +434,7 @@ void MemoryDevice::announceSelectedScreens(Change& change, bool notify)
     change.markChanged();
     if (!notify)
         return;
-    change.announce([device = weak_from_this()](MemoryDeviceList& list) {
+    change.announce([device = weak_from_this()](ModelSignals& list) {
         Q_EMIT list.signalSelectedRegularScreensChanged(device);
     });
 }
@@ -446,7 +446,7 @@ void MemoryDevice::setActiveScreen(Change& change, const std::shared_ptr<MemoryS
         return;
     device.activeScreen = screen;
     change.announce([device = weak_from_this(), screen = std::weak_ptr<MemoryScreen>(screen)](
-                        MemoryDeviceList& list) { Q_EMIT list.signalActivedScreenChanged(device, screen); });
+                        ModelSignals& list) { Q_EMIT list.signalActivedScreenChanged(device, screen); });
 }
 
 std::shared_ptr<MemoryScreen> MemoryDevice::makeScreen(const ScreenRecord& record)

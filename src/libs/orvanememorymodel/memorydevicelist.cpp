@@ -8,12 +8,12 @@ namespace Orvane::MemoryModel {
 MemoryDeviceList::MemoryDeviceList(std::shared_ptr<ModelHub> hub)
     : m_pHub(std::move(hub))
 {
-    m_pHub->setDeviceList(this);
+    m_pHub->setSignals(this);
 }
 
 MemoryDeviceList::~MemoryDeviceList()
 {
-    m_pHub->setDeviceList(nullptr);
+    m_pHub->setSignals(nullptr);
 }
 
 std::weak_ptr<BizModel::Device> MemoryDeviceList::activedDevice() const
@@ -107,7 +107,7 @@ void MemoryDeviceList::retire(Change& change, const std::shared_ptr<MemoryDevice
     data(change).devices.removeOne(device);
     for (const std::shared_ptr<MemoryScreen>& screen : std::as_const(device->data(change).screens))
         screen->data(change).registered = false;
-    change.announce([device](MemoryDeviceList& list) { Q_EMIT list.signalDeviceRemoved(device); });
+    change.announce([device](ModelSignals& list) { Q_EMIT list.signalDeviceRemoved(device); });
 }
 
 MemoryDeviceList::Devices MemoryDeviceList::group(

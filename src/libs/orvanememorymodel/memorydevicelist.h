@@ -1,13 +1,12 @@
 #pragma once
 
-#include "bizmodel/devicelist.h"
 #include "memorydevice.h"
 #include "modelhub.h"
+#include "modelsignals.h"
 
 namespace Orvane::MemoryModel {
 
-class MemoryDeviceList final : public BizModel::DeviceList {
-    Q_OBJECT
+class MemoryDeviceList final : public ModelSignals {
 public:
     using Devices = QList<std::shared_ptr<MemoryDevice>>;
 
@@ -44,10 +43,6 @@ public:
     void retire(Change& change, const std::shared_ptr<MemoryDevice>& device);
     /// The device, then the others of its group.
     Devices group(const Guard& guard, const std::shared_ptr<MemoryDevice>& device) const;
-
-Q_SIGNALS:
-    /// Something of the model changed, with or without a signal of its own. Any thread.
-    void signalModelChanged();
 
 private:
     const std::shared_ptr<ModelHub> m_pHub;

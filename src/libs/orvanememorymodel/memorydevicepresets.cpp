@@ -1,6 +1,6 @@
 #include "memorydevice.h"
 
-#include "memorydevicelist.h"
+#include "modelsignals.h"
 #include "operationtext.h"
 
 #include <algorithm>
@@ -89,7 +89,7 @@ void MemoryDevice::setKeypad(Change& change, const std::shared_ptr<BizModel::Key
 {
     data(change).keypad = keypad;
     change.announce([device = weak_from_this(), keypad = std::weak_ptr<BizModel::Keypad>(keypad)](
-                        MemoryDeviceList& list) { Q_EMIT list.signalKeypadChanged(device, keypad); });
+                        ModelSignals& list) { Q_EMIT list.signalKeypadChanged(device, keypad); });
 }
 
 void MemoryDevice::setActivePreset(Change& change, const std::shared_ptr<MemoryPreset>& preset)
@@ -98,7 +98,7 @@ void MemoryDevice::setActivePreset(Change& change, const std::shared_ptr<MemoryP
     if (device.activePreset == preset)
         return;
     device.activePreset = preset;
-    change.announce([device = weak_from_this()](MemoryDeviceList& list) {
+    change.announce([device = weak_from_this()](ModelSignals& list) {
         Q_EMIT list.signalActivedPresetKeyNoChanged(device);
     });
 }

@@ -72,10 +72,12 @@ InputRecord MemoryInput::record(const Guard& guard) const
     return {m_nId, state.name, m_nSubcardId, m_nConnectorId, state.capacity, state.signal, state.overload};
 }
 
-MemoryOutput::MemoryOutput(std::shared_ptr<ModelHub> hub, const OutputRecord& record)
+MemoryOutput::MemoryOutput(
+    std::shared_ptr<ModelHub> hub, const OutputRecord& record, std::shared_ptr<MemorySubcard> subcard)
     : m_pHub(std::move(hub))
     , m_nId(record.id)
     , m_nSubcardId(record.subcardId)
+    , m_pSubcard(std::move(subcard))
     , m_nZOrder(record.zOrder)
     , m_size(record.size)
     , m_bOnline(record.online)

@@ -77,12 +77,15 @@ private:
 
 class MemoryOutput final : public BizModel::Output {
 public:
-    MemoryOutput(std::shared_ptr<ModelHub> hub, const OutputRecord& record);
+    /// @p subcard is the card that the output is on; empty for none.
+    MemoryOutput(
+        std::shared_ptr<ModelHub> hub, const OutputRecord& record, std::shared_ptr<MemorySubcard> subcard);
 
     int zOrder() const override { return m_nZOrder; }
 
     quint32 outputId() const { return m_nId; }
     quint32 subcardId() const { return m_nSubcardId; }
+    const std::shared_ptr<MemorySubcard>& subcard() const { return m_pSubcard; }
     QSize size() const { return m_size; }
     bool isOnline() const;
     const bool& online(const Guard& guard) const { return m_bOnline.get(guard); }
@@ -93,6 +96,7 @@ private:
     const std::shared_ptr<ModelHub> m_pHub;
     const quint32 m_nId;
     const quint32 m_nSubcardId;
+    const std::shared_ptr<MemorySubcard> m_pSubcard;
     const int m_nZOrder;
     const QSize m_size;
     Guarded<bool> m_bOnline;

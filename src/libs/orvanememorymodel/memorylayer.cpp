@@ -1,7 +1,6 @@
 #include "memorylayer.h"
 
-#include "memoryinterface.h"
-#include "memoryscreen.h"
+#include "bizmodel/input.h"
 
 #include <utility>
 
@@ -11,10 +10,11 @@ using BizModel::CapacityMode;
 using BizModel::SceneType;
 
 MemoryLayer::MemoryLayer(
-    std::shared_ptr<ModelHub> hub, MemoryScreen& screen, SceneType scene, const LayerRecord& record)
+    std::shared_ptr<ModelHub> hub, std::weak_ptr<const LayerOwner> owner, quint32 screenId, SceneType scene,
+    const LayerRecord& record)
     : m_pHub(std::move(hub))
-    , m_pScreen(screen.weak_from_this())
-    , m_nScreenId(screen.screenId())
+    , m_pOwner(std::move(owner))
+    , m_nScreenId(screenId)
     , m_nId(record.id)
     , m_type(record.type)
     , m_state(State{record.name, scene, record.inputId, record.window, record.capacity, record.selected})
@@ -78,8 +78,8 @@ bool MemoryLayer::operationAllowed(const Guard& guard) const
 {
     if (data(guard).scene == SceneType::PVW)
         return true;
-    const std::shared_ptr<MemoryScreen> owner = screen();
-    return owner && owner->data(guard).pgmEdit;
+    const std::shared_ptr<const LayerOwner> screen = owner();
+    return screen && screen->programEdited(guard);
 }
 
 QSize defaultLayerSize(CapacityMode capacity)

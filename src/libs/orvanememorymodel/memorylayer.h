@@ -6,7 +6,20 @@
 
 namespace Orvane::MemoryModel {
 
-class MemoryScreen;
+/// The screen that a layer is on, as far as the layer must know it.
+class LayerOwner {
+public:
+    virtual ~LayerOwner() = default;
+
+    /// True while layers of the program may be changed.
+    virtual bool programEdited(const Guard& guard) const = 0;
+
+protected:
+    LayerOwner() = default;
+
+private:
+    Q_DISABLE_COPY_MOVE(LayerOwner)
+};
 
 /// A layer; also the probe that the console asks about a layer to be.
 class MemoryLayer final : public BizModel::Layer {
@@ -22,8 +35,8 @@ public:
     };
 
     MemoryLayer(
-        std::shared_ptr<ModelHub> hub, MemoryScreen& screen, BizModel::SceneType scene,
-        const LayerRecord& record);
+        std::shared_ptr<ModelHub> hub, std::weak_ptr<const LayerOwner> owner, quint32 screenId,
+        BizModel::SceneType scene, const LayerRecord& record);
 
     quint32 layerId() const override { return m_nId; }
     BizModel::s_ScreenLayerId screenLayerId() const override;
@@ -38,7 +51,7 @@ public:
     bool getLayerOperationAllowed() const override;
 
     quint32 screenId() const { return m_nScreenId; }
-    std::shared_ptr<MemoryScreen> screen() const { return m_pScreen.lock(); }
+    std::shared_ptr<const LayerOwner> owner() const { return m_pOwner.lock(); }
     const State& data(const Guard& guard) const { return m_state.get(guard); }
     State& data(Change& change) { return m_state.get(change); }
     LayerRecord record(const Guard& guard) const;
@@ -46,7 +59,7 @@ public:
 
 private:
     const std::shared_ptr<ModelHub> m_pHub;
-    const std::weak_ptr<MemoryScreen> m_pScreen;
+    const std::weak_ptr<const LayerOwner> m_pOwner;
     const quint32 m_nScreenId;
     const quint32 m_nId;
     const BizModel::LayerType m_type;

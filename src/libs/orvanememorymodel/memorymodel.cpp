@@ -8,29 +8,33 @@
 #include "samplingqueue.h"
 #include "showfile.h"
 
+#include <utility>
+
 namespace Orvane::MemoryModel {
 
 /// In the order in which they need one another.
 struct MemoryModel::Parts {
-    explicit Parts(const MemoryModel& model)
-        : requests(hub, list, [&model](QString& error) { return model.saveShow(error); })
+    explicit Parts(std::unique_ptr<Processor> own)
+        : processor(std::move(own))
     {
     }
 
+    const std::unique_ptr<Processor> processor;
     std::shared_ptr<ModelHub> hub = std::make_shared<ModelHub>();
     MemoryDeviceList list{hub};
     Control control{hub, list};
-    MemoryControllerFactory factory{hub, list};
+    MemoryControllerFactory factory{hub, list, *processor};
     MemoryResourceCheck resources{hub};
-    MemoryParallelManager parallel{hub, list};
-    RequestManager requests;
-    SamplingQueue sampling{hub, list};
+    MemoryParallelManager parallel{hub, list, *processor};
+    RequestManager requests{hub, list, *processor};
+    SamplingQueue sampling{hub, list, *processor};
     Guarded<QString> showFile;
 };
 
-MemoryModel::MemoryModel()
-    : m_p(std::make_unique<Parts>(*this))
+MemoryModel::MemoryModel(std::unique_ptr<Processor> processor)
+    : m_p(std::make_unique<Parts>(processor ? std::move(processor) : std::make_unique<Processor>()))
 {
+    m_p->processor->m_writeShowFile = [this](QString& error) { return saveShow(error); };
 }
 
 MemoryModel::~MemoryModel()
@@ -44,6 +48,7 @@ void MemoryModel::stop()
     m_p->hub->operations.stop();
     m_p->requests.stop();
     m_p->sampling.stop();
+    m_p->processor->m_timer.stop();
     m_p->parallel.stop();
 }
 
@@ -122,7 +127,7 @@ void MemoryModel::replace(const ShowRecord& show)
         m_p->list.retire(change, device);
     state.devices = devices;
     state.activeDevice = m_p->list.device(change, show.activeDevice);
-    change.announce([](MemoryDeviceList& list) { Q_EMIT list.signalActivedDeviceChanged(); });
+    change.announce([](ModelSignals& list) { Q_EMIT list.signalActivedDeviceChanged(); });
 }
 
 bool MemoryModel::saveShow(QString& error) const

@@ -2,6 +2,7 @@
 
 #include "control.h"
 #include "operations.h"
+#include "processor.h"
 
 #include <QByteArray>
 #include <QString>
@@ -22,7 +23,8 @@ struct ShowRecord;
 /// the lock is released, on the thread that made the change.
 class MemoryModel final {
 public:
-    MemoryModel();
+    /// @p processor does what hardware has to do; empty for a simulated one.
+    explicit MemoryModel(std::unique_ptr<Processor> processor = nullptr);
     /// Stops first.
     ~MemoryModel();
 

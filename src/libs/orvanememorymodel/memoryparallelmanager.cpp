@@ -91,6 +91,33 @@ void tellDone(const ParallelTask& task, bool ok, const QString& text)
         tell(cut->done);
 }
 
+MemoryDevice::Screens selectedScreens(const Guard& guard, const MemoryDevice& device, int mask)
+{
+    MemoryDevice::Screens selected;
+    for (const std::shared_ptr<MemoryScreen>& screen : device.data(guard).screens) {
+        if ((screen->screenType() & mask) && std::as_const(*screen).data(guard).selected)
+            selected += screen;
+    }
+    return selected;
+}
+
+void tellProcessor(
+    Processor& processor, const ParallelTask& task, const ScreenJob& job, const OpenRequest& end)
+{
+    std::visit(
+        Overloaded{
+            [&](const ParallelTakeScreen&) { processor.take(job, end); },
+            [&](const ParallelCutScreen&) { processor.cut(job, end); },
+            [&](const ParallelMatchPGM&) { processor.match(job, end); },
+            [&](const ParallelFreezeScreen& each) { processor.freeze(job, each.freeze, end); },
+            [&](const ParallelFTBScreen& each) { processor.fadeToBlack(job, each.fadeToBlack, end); },
+            [&](const ParallelSetSwapStatus& each) { processor.setSwap(job.device, each.swap, end); },
+            [&](const ParallelSetLoadToPresetPGMStatus& each) {
+                processor.setLoadTarget(job.device, each.status, end);
+            }},
+        task);
+}
+
 } // namespace
 
 /// What one call of `startParallelRequest` asked for.
@@ -160,15 +187,19 @@ struct MemoryParallelManager::Run {
     TaskText text;
     /// Screens whose scenes the task changes.
     MemoryDevice::Screens screens;
-    /// Groups of screens whose transition has not ended.
-    int openTransitions = 0;
+    /// Parts that the processor has not ended.
+    int openParts = 0;
+    bool ok = true;
+    QString failure;
     /// Why the task cannot be carried out.
     QString obstacle;
 };
 
-MemoryParallelManager::MemoryParallelManager(std::shared_ptr<ModelHub> hub, MemoryDeviceList& list)
+MemoryParallelManager::MemoryParallelManager(
+    std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, Processor& processor)
     : m_pHub(std::move(hub))
     , m_list(list)
+    , m_processor(processor)
 {
 }
 
@@ -204,7 +235,7 @@ bool MemoryParallelManager::startParallelRequest(
 int MemoryParallelManager::currentTaskCount() const
 {
     const std::lock_guard lock(m_mutex);
-    return m_nTaskCount;
+    return int(m_openRuns.size());
 }
 
 void MemoryParallelManager::stop()
@@ -217,6 +248,14 @@ void MemoryParallelManager::stop()
     }
     for (const auto& worker : workers)
         worker.second->stop();
+    // What the processor has not ended ends here; its own end finds no worker any more.
+    std::set<std::shared_ptr<Run>> left;
+    {
+        const std::lock_guard lock(m_mutex);
+        left = m_openRuns;
+    }
+    for (const std::shared_ptr<Run>& run : left)
+        abandon(run, stoppedText);
 }
 
 /// Starts the tasks; empty with the reason in @p error when none was started.
@@ -249,7 +288,7 @@ std::shared_ptr<MemoryParallelManager::Request> MemoryParallelManager::start(
         run->request = request;
     {
         const std::lock_guard lock(m_mutex);
-        m_nTaskCount += int(size);
+        m_openRuns.insert(runs.begin(), runs.end());
     }
     const std::size_t atOnce = count > 0 ? std::min(size, std::size_t(count)) : size;
     for (std::size_t i = 0; i < atOnce; ++i) {
@@ -310,54 +349,68 @@ void MemoryParallelManager::carryOut(const std::shared_ptr<Run>& run, bool stopp
         return abandon(run, *verdict.failure);
     if (!run->obstacle.isEmpty())
         return abandon(run, run->obstacle);
-    switch (busyState(run->task)) {
-    case ScreenState::Taking:
-        return startTransition(run);
-    case ScreenState::Cut:
-    case ScreenState::MatchingPGM:
-        changeScenes(*run, run->screens);
-        break;
-    default:
-        applyFlags(*run);
-        break;
-    }
-    end(run, true, {});
+    handOver(run);
 }
 
-/// Lets each screen's transition run for its own time.
-void MemoryParallelManager::startTransition(const std::shared_ptr<Run>& run)
+/// Gives the task to the processor: in one part, or a take with a part for each duration.
+void MemoryParallelManager::handOver(const std::shared_ptr<Run>& run)
 {
-    std::map<std::chrono::milliseconds, MemoryDevice::Screens> groups;
-    const Worker::Clock::time_point now = Worker::Clock::now();
-    {
+    std::map<std::chrono::milliseconds, MemoryDevice::Screens> parts;
+    if (std::holds_alternative<ParallelTakeScreen>(run->task)) {
+        const Worker::Clock::time_point now = Worker::Clock::now();
         Change change(*m_pHub);
         for (const std::shared_ptr<MemoryScreen>& screen : run->screens) {
             screen->data(change).transitionStart = now;
-            groups[screen->data(change).transitionTime] += screen;
+            parts[screen->data(change).transitionTime] += screen;
         }
+    } else if (busyState(run->task) != ScreenState::Normal) {
+        if (!run->screens.isEmpty())
+            parts[{}] = run->screens;
+    } else {
+        parts[{}] = selectedScreens(Guard(*m_pHub), *run->device, screenTypeMask(run->task));
     }
-    if (groups.empty())
+    if (parts.empty())
         return end(run, true, {});
-    run->openTransitions = int(groups.size());
-    const std::shared_ptr<Worker> own = worker(run->device);
-    for (const auto& group : groups) {
-        const auto finish = [this, run, screens = group.second](bool stopping) {
-            finishTransition(run, screens, stopping);
-        };
-        if (!own || !own->postAt(now + group.first, finish))
-            finish(true);
+    run->openParts = int(parts.size());
+    for (const auto& [duration, screens] : parts) {
+        ScreenJob job = jobOf(*run->device, screens);
+        job.duration = duration;
+        tellProcessor(m_processor, run->task, job, openPart(run, screens));
     }
 }
 
-void MemoryParallelManager::finishTransition(
-    const std::shared_ptr<Run>& run, const MemoryDevice::Screens& screens, bool stopping)
+/// A part that the processor ends, on whatever thread; what follows is worked on the device's own.
+OpenRequest MemoryParallelManager::openPart(
+    const std::shared_ptr<Run>& run, const MemoryDevice::Screens& screens)
 {
-    if (stopping)
-        release(screens, ScreenState::Taking);
-    else
+    const std::weak_ptr<Worker> device = worker(run->device);
+    return {operationName(run->text.operation), [this, device, run, screens](bool ok, const QString& text) {
+                const std::shared_ptr<Worker> own = device.lock();
+                if (!own)
+                    return; // the manager has stopped, and with it the task
+                if (own->isOwnThread())
+                    return partEnded(run, screens, ok, text);
+                own->post([this, run, screens, ok, text](bool stopping) {
+                    partEnded(run, screens, ok && !stopping, stopping ? stoppedText : text);
+                });
+            }};
+}
+
+void MemoryParallelManager::partEnded(
+    const std::shared_ptr<Run>& run, const MemoryDevice::Screens& screens, bool ok, const QString& text)
+{
+    const ScreenState busy = busyState(run->task);
+    if (!ok) {
+        release(screens, busy);
+        run->ok = false;
+        run->failure = text;
+    } else if (busy != ScreenState::Normal) {
         changeScenes(*run, screens);
-    if (--run->openTransitions == 0)
-        end(run, !stopping, stopping ? stoppedText : QString());
+    } else {
+        applyFlags(*run, screens);
+    }
+    if (--run->openParts == 0)
+        end(run, run->ok, run->failure);
 }
 
 /// Takes, cuts or matches those of the screens that are still at it.
@@ -371,9 +424,9 @@ void MemoryParallelManager::changeScenes(const Run& run, const MemoryDevice::Scr
         if (!state.registered || state.state != busy)
             continue;
         if (busy == ScreenState::MatchingPGM)
-            matchScene(change, m_pHub, *screen);
+            matchScene(change, *screen);
         else
-            takeScene(change, m_pHub, *run.device, *screen);
+            takeScene(change, *run.device, *screen);
         state.state = ScreenState::Normal;
         changed += screen;
     }
@@ -402,21 +455,21 @@ void MemoryParallelManager::abandon(const std::shared_ptr<Run>& run, const QStri
     end(run, false, reason);
 }
 
-/// Carries out a task that sets a flag of the device or of its selected screens.
-void MemoryParallelManager::applyFlags(const Run& run)
+/// Carries out a task that sets a flag of the device or of the screens that were selected.
+void MemoryParallelManager::applyFlags(const Run& run, const MemoryDevice::Screens& screens)
 {
     Change change(*m_pHub);
     const std::shared_ptr<MemoryDevice>& device = run.device;
     const std::weak_ptr<BizModel::Device> announced = device;
     MemoryDevice::Data& state = device->data(change);
-    const auto setOnScreens = [&](int mask, bool MemoryScreen::Data::*flag, bool value, auto signal) {
-        for (const std::shared_ptr<MemoryScreen>& screen : state.screens) {
+    const auto setOnScreens = [&](bool MemoryScreen::Data::*flag, bool value, auto signal) {
+        for (const std::shared_ptr<MemoryScreen>& screen : screens) {
             MemoryScreen::Data& data = screen->data(change);
-            if (!(screen->screenType() & mask) || !data.selected || data.*flag == value)
+            if (!data.registered || data.*flag == value)
                 continue;
             data.*flag = value;
             change.announce(
-                [announced, signal, weak = std::weak_ptr<MemoryScreen>(screen)](MemoryDeviceList& list) {
+                [announced, signal, weak = std::weak_ptr<MemoryScreen>(screen)](ModelSignals& list) {
                     Q_EMIT(list.*signal)
                     (announced, weak);
                 });
@@ -424,15 +477,14 @@ void MemoryParallelManager::applyFlags(const Run& run)
     };
     const auto setOnDevice = [&](bool& flag, bool value, auto signal) {
         if (std::exchange(flag, value) != value)
-            change.announce([announced, signal](MemoryDeviceList& list) { Q_EMIT(list.*signal)(announced); });
+            change.announce([announced, signal](ModelSignals& list) { Q_EMIT(list.*signal)(announced); });
     };
     if (const auto* freeze = std::get_if<ParallelFreezeScreen>(&run.task))
         setOnScreens(
-            freeze->screenTypeMask, &MemoryScreen::Data::freeze, freeze->freeze,
-            &BizModel::DeviceList::signalScreenPGMFreezeChanged);
+            &MemoryScreen::Data::freeze, freeze->freeze, &BizModel::DeviceList::signalScreenPGMFreezeChanged);
     else if (const auto* ftb = std::get_if<ParallelFTBScreen>(&run.task))
         setOnScreens(
-            ftb->screenTypeMask, &MemoryScreen::Data::fadeToBlack, ftb->fadeToBlack,
+            &MemoryScreen::Data::fadeToBlack, ftb->fadeToBlack,
             &BizModel::DeviceList::signalScreenFTBChanged);
     else if (const auto* swap = std::get_if<ParallelSetSwapStatus>(&run.task))
         setOnDevice(state.swap, swap->swap, &BizModel::DeviceList::signalSwapStateChanged);
@@ -446,7 +498,8 @@ void MemoryParallelManager::end(const std::shared_ptr<Run>& run, bool ok, const 
 {
     {
         const std::lock_guard lock(m_mutex);
-        --m_nTaskCount;
+        if (m_openRuns.erase(run) == 0)
+            return; // it has ended already
     }
     m_pHub->operations.end(run->text.operation, run->text.arguments, ok ? std::nullopt : std::optional(text));
     tellDone(run->task, ok, text);

@@ -2,12 +2,14 @@
 
 #include "memorydevicelist.h"
 #include "parallelcontrol/parallelmanager.h"
+#include "processor.h"
 #include "worker.h"
 
 #include <deque>
 #include <map>
 #include <memory>
 #include <mutex>
+#include <set>
 
 namespace Orvane::MemoryModel {
 
@@ -19,7 +21,7 @@ namespace Orvane::MemoryModel {
 /// thread might be the one to carry it out.
 class MemoryParallelManager final : public ParallelControl::ParallelManager {
 public:
-    MemoryParallelManager(std::shared_ptr<ModelHub> hub, MemoryDeviceList& list);
+    MemoryParallelManager(std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, Processor& processor);
     ~MemoryParallelManager() override;
 
     bool startParallelRequest(
@@ -44,23 +46,26 @@ private:
     void begin(const std::deque<std::shared_ptr<Run>>& runs);
     void post(const std::shared_ptr<Run>& run);
     void carryOut(const std::shared_ptr<Run>& run, bool stopping);
-    void startTransition(const std::shared_ptr<Run>& run);
-    void finishTransition(
-        const std::shared_ptr<Run>& run, const MemoryDevice::Screens& screens, bool stopping);
+    void handOver(const std::shared_ptr<Run>& run);
+    OpenRequest openPart(const std::shared_ptr<Run>& run, const MemoryDevice::Screens& screens);
+    void partEnded(
+        const std::shared_ptr<Run>& run, const MemoryDevice::Screens& screens, bool ok, const QString& text);
     void changeScenes(const Run& run, const MemoryDevice::Screens& screens);
     void release(const MemoryDevice::Screens& screens, BizModel::Screen::State busy);
     void abandon(const std::shared_ptr<Run>& run, const QString& reason);
-    void applyFlags(const Run& run);
+    void applyFlags(const Run& run, const MemoryDevice::Screens& screens);
     void end(const std::shared_ptr<Run>& run, bool ok, const QString& text);
     std::shared_ptr<Worker> worker(const std::shared_ptr<MemoryDevice>& device);
 
     const std::shared_ptr<ModelHub> m_pHub;
     MemoryDeviceList& m_list;
+    Processor& m_processor;
 
-    /// Guards m_workers, m_nTaskCount, m_bStopped.
+    /// Guards m_workers, m_openRuns, m_bStopped.
     mutable std::mutex m_mutex;
     Workers m_workers;
-    int m_nTaskCount = 0;
+    /// Tasks that have not ended.
+    std::set<std::shared_ptr<Run>> m_openRuns;
     bool m_bStopped = false;
 };
 

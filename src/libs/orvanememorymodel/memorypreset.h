@@ -6,8 +6,6 @@
 
 namespace Orvane::MemoryModel {
 
-class MemoryDevice;
-
 /// A preset file with the scenes that it stores.
 class MemoryPreset final : public BizModel::Preset {
 public:
@@ -17,7 +15,7 @@ public:
     };
 
     MemoryPreset(
-        std::shared_ptr<ModelHub> hub, std::weak_ptr<MemoryDevice> device, const PresetRecord& record);
+        std::shared_ptr<ModelHub> hub, std::weak_ptr<BizModel::Device> device, const PresetRecord& record);
 
     quint16 fileId() const override { return m_nId; }
     FileType fileType() const override { return m_type; }
@@ -25,14 +23,13 @@ public:
     bool presetSelectedScreens(
         QList<std::weak_ptr<BizModel::Screen>>& screens, FileType type, QString& error) const override;
 
-    std::shared_ptr<MemoryDevice> device() const { return m_pDevice.lock(); }
     const State& data(const Guard& guard) const { return m_state.get(guard); }
     State& data(Change& change) { return m_state.get(change); }
     PresetRecord record(const Guard& guard) const;
 
 private:
     const std::shared_ptr<ModelHub> m_pHub;
-    const std::weak_ptr<MemoryDevice> m_pDevice;
+    const std::weak_ptr<BizModel::Device> m_pDevice;
     const FileType m_type;
     const quint16 m_nId;
     Guarded<State> m_state;

@@ -25,7 +25,7 @@ bool MemoryResourceCheck::checkResources(
     if (m_pHub->operations.perform(Operation::CheckOperationResources, arguments))
         return false;
     const auto own = std::dynamic_pointer_cast<MemoryScreen>(screen);
-    const std::shared_ptr<MemoryDevice> device = own ? own->device() : nullptr;
+    const std::shared_ptr<MemoryDevice> device = own ? ownObject<MemoryDevice>(own->device()) : nullptr;
     if (!device)
         return false;
     QList<PlannedWindow> planned;

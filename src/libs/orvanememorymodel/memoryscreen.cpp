@@ -1,7 +1,6 @@
 #include "memoryscreen.h"
 
-#include "memorydevice.h"
-#include "memorydevicelist.h"
+#include "modelsignals.h"
 #include "operationtext.h"
 
 #include <algorithm>
@@ -13,7 +12,7 @@ using BizModel::LayerType;
 using BizModel::SceneType;
 
 MemoryScreen::MemoryScreen(
-    std::shared_ptr<ModelHub> hub, std::weak_ptr<MemoryDevice> device, ScreenKey key, Data data)
+    std::shared_ptr<ModelHub> hub, std::weak_ptr<BizModel::Device> device, ScreenKey key, Data data)
     : m_pHub(std::move(hub))
     , m_pDevice(std::move(device))
     , m_key(key)
@@ -84,7 +83,7 @@ bool MemoryScreen::setUiScreenIndex(Change& change, int index)
         return true;
     screen.uiScreenIndex = index;
     if (screen.registered) {
-        change.announce([device = m_pDevice, self = weak_from_this()](MemoryDeviceList& list) {
+        change.announce([device = m_pDevice, self = weak_from_this()](ModelSignals& list) {
             Q_EMIT list.signalScreenIndexChanged(device, self);
         });
     }
@@ -183,11 +182,8 @@ QList<std::weak_ptr<BizModel::Subcard>> MemoryScreen::subCards() const
 QList<std::shared_ptr<MemorySubcard>> MemoryScreen::subcards(const Guard& guard) const
 {
     QList<std::shared_ptr<MemorySubcard>> list;
-    const std::shared_ptr<MemoryDevice> owner = device();
-    if (!owner)
-        return list;
     for (const OutputPlace& place : data(guard).outputs) {
-        const std::shared_ptr<MemorySubcard> card = owner->subcard(place.output->subcardId());
+        const std::shared_ptr<MemorySubcard> card = place.output->subcard();
         if (card && !list.contains(card))
             list += card;
     }
@@ -250,9 +246,12 @@ std::shared_ptr<BizModel::Layer> MemoryScreen::createProbeLayer(
     probe.inputId = input->interfaceId();
     probe.capacity = capacity;
     probe.window = QRect(QPoint(0, 0), defaultLayerSize(capacity));
-    // The probe does not change the screen; the layer's link to its screen is not const by nature.
-    const auto self = std::const_pointer_cast<MemoryScreen>(shared_from_this());
-    return std::make_shared<MemoryLayer>(m_pHub, *self, SceneType::PVW, probe);
+    return makeLayer(SceneType::PVW, probe);
+}
+
+std::shared_ptr<MemoryLayer> MemoryScreen::makeLayer(SceneType scene, const LayerRecord& record) const
+{
+    return std::make_shared<MemoryLayer>(m_pHub, shared_from_this(), m_key.id, scene, record);
 }
 
 ScreenRecord MemoryScreen::record(const Guard& guard) const

@@ -10,9 +10,9 @@
 
 namespace Orvane::MemoryModel {
 
-class MemoryDevice;
-
-class MemoryScreen final : public BizModel::Screen, public std::enable_shared_from_this<MemoryScreen> {
+class MemoryScreen final : public BizModel::Screen,
+                           public LayerOwner,
+                           public std::enable_shared_from_this<MemoryScreen> {
 public:
     using Clock = std::chrono::steady_clock;
     /// From the bottom to the top.
@@ -54,7 +54,8 @@ public:
         bool isIdle() const { return state == State::Normal || state == State::Resource_out; }
     };
 
-    MemoryScreen(std::shared_ptr<ModelHub> hub, std::weak_ptr<MemoryDevice> device, ScreenKey key, Data data);
+    MemoryScreen(
+        std::shared_ptr<ModelHub> hub, std::weak_ptr<BizModel::Device> device, ScreenKey key, Data data);
 
     quint32 screenId() const override { return m_key.id; }
     ScreenType screenType() const override { return m_key.type; }
@@ -81,10 +82,13 @@ public:
         const std::weak_ptr<BizModel::Input>& source, BizModel::CapacityMode capacity) const override;
 
     ScreenKey key() const { return m_key; }
-    std::shared_ptr<MemoryDevice> device() const { return m_pDevice.lock(); }
+    const std::weak_ptr<BizModel::Device>& device() const { return m_pDevice; }
     const Data& data(const Guard& guard) const { return m_data.get(guard); }
     Data& data(Change& change) { return m_data.get(change); }
     ScreenRecord record(const Guard& guard) const;
+    bool programEdited(const Guard& guard) const override { return data(guard).pgmEdit; }
+    /// A layer of this screen that is not part of a scene yet.
+    std::shared_ptr<MemoryLayer> makeLayer(BizModel::SceneType scene, const LayerRecord& record) const;
 
     bool shows(const Guard& guard, const std::shared_ptr<MemoryOutput>& output) const;
     /// Union of the outputs' parts of the mosaic; empty without outputs.
@@ -98,7 +102,7 @@ public:
 
 private:
     const std::shared_ptr<ModelHub> m_pHub;
-    const std::weak_ptr<MemoryDevice> m_pDevice;
+    const std::weak_ptr<BizModel::Device> m_pDevice;
     const ScreenKey m_key;
     Guarded<Data> m_data;
 };

@@ -1,18 +1,18 @@
 #include "modelhub.h"
 
-#include "memorydevicelist.h"
+#include "modelsignals.h"
 
 namespace Orvane::MemoryModel {
 
-void ModelHub::setDeviceList(MemoryDeviceList* list)
+void ModelHub::setSignals(ModelSignals* signalsOfModel)
 {
     const std::lock_guard lock(m_mutex);
-    m_pDeviceList = list;
+    m_pSignals = signalsOfModel;
 }
 
 Change::~Change()
 {
-    MemoryDeviceList* const list = m_hub.m_pDeviceList;
+    ModelSignals* const list = m_hub.m_pSignals;
     m_lock.unlock();
     if (!list)
         return;

@@ -9,7 +9,7 @@
 
 namespace Orvane::MemoryModel {
 
-class MemoryDeviceList;
+class ModelSignals;
 
 /// What all objects of one model share: its lock, its journal, and the way to announce changes. Objects that
 /// were removed from the model keep it, so it outlives the model as long as somebody holds one of them.
@@ -18,15 +18,15 @@ public:
     Operations operations;
 
     /// Where changes are announced; null once the model is gone.
-    void setDeviceList(MemoryDeviceList* list);
+    void setSignals(ModelSignals* signalsOfModel);
 
 private:
     friend class Guard;
     friend class Change;
 
-    /// Guards every `Guarded` value of the model and m_pDeviceList.
+    /// Guards every `Guarded` value of the model and m_pSignals.
     std::mutex m_mutex;
-    MemoryDeviceList* m_pDeviceList = nullptr;
+    ModelSignals* m_pSignals = nullptr;
 };
 
 /// Holds the model's lock for reading.
@@ -48,7 +48,7 @@ private:
 /// changed, so that no signal is ever emitted under the lock.
 class Change final : public Guard {
 public:
-    using Announcement = std::function<void(MemoryDeviceList&)>;
+    using Announcement = std::function<void(ModelSignals&)>;
 
     explicit Change(ModelHub& hub)
         : Guard(hub)

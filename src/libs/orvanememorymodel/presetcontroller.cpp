@@ -8,9 +8,11 @@
 namespace Orvane::MemoryModel {
 
 PresetController::PresetController(
-    std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, std::weak_ptr<BizModel::Device> device)
+    std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, Processor& processor,
+    std::weak_ptr<BizModel::Device> device)
     : m_pHub(std::move(hub))
     , m_list(list)
+    , m_processor(processor)
     , m_pDevice(std::move(device))
 {
 }
@@ -24,6 +26,10 @@ bool PresetController::coverPreset(
         error = *failure;
         return false;
     }
+    const std::shared_ptr<BizModel::Device> device = m_pDevice.lock();
+    const std::shared_ptr<BizModel::Preset> present = preset.lock();
+    if (device && present && !m_processor.storePreset(device->ipMacSn(), type, present->fileId(), error))
+        return false;
     Change change(*m_pHub);
     const Found found = find(change, preset, error);
     return found.preset && MemoryModel::coverPreset(change, found.owner, found.preset, type, error);
@@ -107,7 +113,7 @@ bool PresetController::takeOver(
     const auto screens = loadableScreens(change, *device, *preset, wanted, error);
     if (screens.isEmpty())
         return false;
-    loadPreset(change, m_pHub, *device, *preset, screens);
+    loadPreset(change, *device, *preset, screens);
     return true;
 }
 

@@ -2,6 +2,7 @@
 
 #include "memorydevicelist.h"
 #include "modelcontrol/preset.h"
+#include "processor.h"
 
 namespace Orvane::MemoryModel {
 
@@ -9,7 +10,8 @@ namespace Orvane::MemoryModel {
 class PresetController final : public ModelControl::Preset {
 public:
     PresetController(
-        std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, std::weak_ptr<BizModel::Device> device);
+        std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, Processor& processor,
+        std::weak_ptr<BizModel::Device> device);
 
     bool coverPreset(const std::weak_ptr<BizModel::Preset>& preset, FileType type, QString& error) override;
     /// False when none of the preset's screens is there or one of them is busy.
@@ -40,6 +42,7 @@ private:
 
     const std::shared_ptr<ModelHub> m_pHub;
     MemoryDeviceList& m_list;
+    Processor& m_processor;
     const std::weak_ptr<BizModel::Device> m_pDevice;
 };
 

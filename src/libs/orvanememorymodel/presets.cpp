@@ -27,7 +27,7 @@ void announcePreset(
     void (BizModel::DeviceList::*signal)(std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Preset>))
 {
     change.announce([device = std::weak_ptr<MemoryDevice>(device),
-                     preset = std::weak_ptr<MemoryPreset>(preset), signal](MemoryDeviceList& list) {
+                     preset = std::weak_ptr<MemoryPreset>(preset), signal](ModelSignals& list) {
         Q_EMIT(list.*signal)(device, preset);
     });
 }
@@ -112,7 +112,7 @@ bool removePreset(Change& change, const Devices& group, const std::shared_ptr<Me
     for (const std::shared_ptr<MemoryDevice>& member : group) {
         if (!member->data(change).presets.removeOne(preset))
             continue;
-        change.announce([device = std::weak_ptr<MemoryDevice>(member), preset](MemoryDeviceList& list) {
+        change.announce([device = std::weak_ptr<MemoryDevice>(member), preset](ModelSignals& list) {
             Q_EMIT list.signalPresetRemoved(device, preset);
         });
         forgetActive(change, group, preset);
@@ -136,7 +136,7 @@ void removeFiles(Change& change, const Devices& group, const QList<FileType>& ty
             continue;
         }
         member->data(change).presets.clear();
-        change.announce([device = std::weak_ptr<MemoryDevice>(member)](MemoryDeviceList& list) {
+        change.announce([device = std::weak_ptr<MemoryDevice>(member)](ModelSignals& list) {
             Q_EMIT list.signalPresetCleared(device);
         });
         for (const std::shared_ptr<MemoryPreset>& preset : present)
@@ -181,8 +181,8 @@ MemoryDevice::Screens loadableScreens(
 }
 
 void loadPreset(
-    Change& change, const std::shared_ptr<ModelHub>& hub, const MemoryDevice& device,
-    const MemoryPreset& preset, const MemoryDevice::Screens& screens)
+    Change& change, const MemoryDevice& device, const MemoryPreset& preset,
+    const MemoryDevice::Screens& screens)
 {
     const SceneType target = loadTarget(change, device);
     for (const PresetScreenRecord& stored : preset.data(change).screens) {
@@ -194,7 +194,7 @@ void loadPreset(
         for (LayerRecord layer : stored.layers) {
             if (!device.data(change).inputs.contains(layer.inputId))
                 layer.inputId = 0;
-            scene += std::make_shared<MemoryLayer>(hub, *screen, target, layer);
+            scene += screen->makeLayer(target, layer);
         }
     }
     announceLayersChanged(change, screens, LayersChangedBy::LoadPreset);

@@ -42,8 +42,8 @@ MemoryDevice::Screens loadableScreens(
 
 /// Replaces the target scene of the screens by what the preset stores; sources that are gone are left out.
 void loadPreset(
-    Change& change, const std::shared_ptr<ModelHub>& hub, const MemoryDevice& device,
-    const MemoryPreset& preset, const MemoryDevice::Screens& screens);
+    Change& change, const MemoryDevice& device, const MemoryPreset& preset,
+    const MemoryDevice::Screens& screens);
 
 /// The keypad's state once the preset is loaded to the screens: every preset of the group in its key's
 /// place, the loaded one green, the others yellow.

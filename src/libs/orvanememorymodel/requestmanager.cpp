@@ -72,10 +72,10 @@ const QString screenGone = QStringLiteral("The screen is gone.");
 
 } // namespace
 
-RequestManager::RequestManager(std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, SaveShow saveShow)
+RequestManager::RequestManager(std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, Processor& processor)
     : m_pHub(std::move(hub))
     , m_list(list)
-    , m_saveShow(std::move(saveShow))
+    , m_processor(processor)
 {
 }
 
@@ -115,6 +115,15 @@ void RequestManager::carryOut(AsyncRequest& request, bool stopping)
 /// All of the screens become part of the device, or none.
 bool RequestManager::perform(const AsyncCreateScreen& request, QString& error)
 {
+    ScreenJob job;
+    if (const auto device = request.device.lock())
+        job.device = device->ipMacSn();
+    for (const std::shared_ptr<BizModel::Screen>& screen : request.screens) {
+        if (screen)
+            job.screens += ScreenKey{screen->screenType(), screen->screenId()};
+    }
+    if (!m_processor.createScreens(job, error))
+        return false;
     Change change(*m_pHub);
     const std::shared_ptr<MemoryDevice> device = m_list.own(change, request.device);
     if (!device) {
@@ -180,7 +189,7 @@ bool RequestManager::perform(const AsyncAddCopyLayers& request, QString& error)
         record.selected = false;
         if (request.mirrored)
             record.window.moveLeft(mosaic.left() + mosaic.right() - record.window.right());
-        const auto copy = addLayer(change, m_pHub, *device, screen, layer->data(change).scene, record, error);
+        const auto copy = addLayer(change, *device, screen, layer->data(change).scene, record, error);
         if (!copy)
             break;
         copies += copy;
@@ -194,14 +203,10 @@ bool RequestManager::perform(const AsyncAddCopyLayers& request, QString& error)
 
 bool RequestManager::perform(const AsyncSaveDeviceData& request, QString& error)
 {
-    {
-        const Guard guard(*m_pHub);
-        if (!m_list.own(guard, request.device)) {
-            error = deviceGone;
-            return false;
-        }
-    }
-    return m_saveShow(error);
+    const std::shared_ptr<MemoryDevice> device = m_list.own(Guard(*m_pHub), request.device);
+    if (!device)
+        error = deviceGone;
+    return device && m_processor.save(device->ipMacSn(), error);
 }
 
 bool RequestManager::perform(const AsyncRemoveFile& request, QString& error)

@@ -2,6 +2,7 @@
 
 #include "memorydevicelist.h"
 #include "modelcontrol/asyncmanager.h"
+#include "processor.h"
 #include "worker.h"
 
 namespace Orvane::MemoryModel {
@@ -9,10 +10,7 @@ namespace Orvane::MemoryModel {
 /// Carries out requests one after another on a thread of its own.
 class RequestManager final : public ModelControl::AsyncManager {
 public:
-    /// Writes the show and answers true, or false with the reason in the text.
-    using SaveShow = std::function<bool(QString& error)>;
-
-    RequestManager(std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, SaveShow saveShow);
+    RequestManager(std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, Processor& processor);
 
     void startAsyncRequest(ModelControl::AsyncRequest request) override;
     /// Requests that still wait end as failed, those that come later at once.
@@ -28,7 +26,7 @@ private:
 
     const std::shared_ptr<ModelHub> m_pHub;
     MemoryDeviceList& m_list;
-    const SaveShow m_saveShow;
+    Processor& m_processor;
     Worker m_worker{QStringLiteral("model-request")};
 };
 

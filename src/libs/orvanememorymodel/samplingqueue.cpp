@@ -58,11 +58,33 @@ SampleText describe(const s_LoadPresetSampling& sample)
         deviceText(sample.pCurDevice) + QStringLiteral(" preset=%1").arg(sample.nFileID)};
 }
 
+/// Screens that the position moves: those that a transition has begun with stay in it, whatever is selected
+/// meanwhile.
+MemoryDevice::Screens tbarScreens(
+    const Guard& guard, const MemoryDevice& device, const s_TBarSampling& sample)
+{
+    MemoryDevice::Screens screens;
+    for (const std::shared_ptr<MemoryScreen>& screen : device.data(guard).screens) {
+        if ((screen->screenType() & sample.takeScreenType)
+            && std::as_const(*screen).data(guard).state == ScreenState::Tbar_taking)
+            screens += screen;
+    }
+    if (!screens.isEmpty() || isBack(sample.process))
+        return screens;
+    const auto candidates = device.takeScreens(guard, sample.takeScreenType, true);
+    for (const std::shared_ptr<MemoryScreen>& screen : candidates) {
+        if (std::as_const(*screen).data(guard).isIdle())
+            screens += screen;
+    }
+    return screens;
+}
+
 } // namespace
 
-SamplingQueue::SamplingQueue(std::shared_ptr<ModelHub> hub, MemoryDeviceList& list)
+SamplingQueue::SamplingQueue(std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, Processor& processor)
     : m_pHub(std::move(hub))
     , m_list(list)
+    , m_processor(processor)
 {
 }
 
@@ -144,49 +166,45 @@ void SamplingQueue::carryOutNext(bool stopping)
     if (stopping)
         return;
     const SampleText text = std::visit([](const auto& each) { return describe(each); }, *sample);
-    const std::optional<QString> failure = m_pHub->operations.perform(text.operation, text.arguments);
-    std::visit([&](const auto& each) { carryOut(each, failure.has_value()); }, *sample);
+    std::optional<QString> failure = m_pHub->operations.perform(text.operation, text.arguments);
+    std::visit([&](const auto& each) { carryOut(each, failure); }, *sample);
     m_pHub->operations.end(text.operation, text.arguments, failure);
 }
 
-void SamplingQueue::carryOut(const s_TBarSampling& sample, bool failed)
+void SamplingQueue::carryOut(const s_TBarSampling& sample, std::optional<QString>& failure)
 {
-    if (failed)
+    if (failure)
         return;
-    Change change(*m_pHub);
-    const std::shared_ptr<MemoryDevice> device = m_list.own(change, sample.pCurDevice);
-    if (!device)
-        return;
-    const MemoryDeviceList::Devices members = m_list.group(change, device);
-    for (const std::shared_ptr<MemoryDevice>& member : members)
-        moveTBar(change, member, sample);
+    MemoryDeviceList::Devices members;
+    {
+        const Guard guard(*m_pHub);
+        if (const std::shared_ptr<MemoryDevice> device = m_list.own(guard, sample.pCurDevice))
+            members = m_list.group(guard, device);
+    }
+    for (const std::shared_ptr<MemoryDevice>& member : std::as_const(members))
+        moveTBar(member, sample, failure);
 }
 
 void SamplingQueue::moveTBar(
-    Change& change, const std::shared_ptr<MemoryDevice>& device, const s_TBarSampling& sample)
+    const std::shared_ptr<MemoryDevice>& device, const s_TBarSampling& sample,
+    std::optional<QString>& failure)
 {
-    // Screens that a transition has begun with stay in it, whatever is selected meanwhile.
-    MemoryDevice::Screens screens;
-    for (const std::shared_ptr<MemoryScreen>& screen : std::as_const(device->data(change).screens)) {
-        if ((screen->screenType() & sample.takeScreenType)
-            && screen->data(change).state == ScreenState::Tbar_taking)
-            screens += screen;
-    }
-    if (screens.isEmpty() && !isBack(sample.process)) {
-        const auto candidates = device->takeScreens(change, sample.takeScreenType, true);
-        for (const std::shared_ptr<MemoryScreen>& screen : candidates) {
-            if (screen->data(change).isIdle())
-                screens += screen;
-        }
-    }
-    if (screens.isEmpty())
+    const MemoryDevice::Screens moved = tbarScreens(Guard(*m_pHub), *device, sample);
+    QString error;
+    if (moved.isEmpty())
         return;
+    if (!m_processor.moveTBar(jobOf(*device, moved), sample.process, error)) {
+        failure = error;
+        return;
+    }
+    Change change(*m_pHub);
+    const MemoryDevice::Screens screens = tbarScreens(change, *device, sample);
     const bool complete = isComplete(sample.process);
     const bool ended = complete || isBack(sample.process);
-    for (const std::shared_ptr<MemoryScreen>& screen : std::as_const(screens)) {
+    for (const std::shared_ptr<MemoryScreen>& screen : screens) {
         MemoryScreen::Data& state = screen->data(change);
         if (complete)
-            takeScene(change, m_pHub, *device, *screen);
+            takeScene(change, *device, *screen);
         state.state = ended ? ScreenState::Normal : ScreenState::Tbar_taking;
         state.tbarProgress = ended ? 0.0 : sample.process;
     }
@@ -195,8 +213,12 @@ void SamplingQueue::moveTBar(
         announceLayersChanged(change, screens, LayersChangedBy::TBar);
 }
 
-void SamplingQueue::carryOut(const s_LoadPresetSampling& sample, bool failed)
+void SamplingQueue::carryOut(const s_LoadPresetSampling& sample, std::optional<QString>& failure)
 {
+    const std::shared_ptr<BizModel::Device> known = sample.pCurDevice.lock();
+    QString error;
+    if (known && !failure && !m_processor.loadPreset(known->ipMacSn(), sample.nFileID, error))
+        failure = error;
     Change change(*m_pHub);
     const std::shared_ptr<MemoryDevice> device = m_list.own(change, sample.pCurDevice);
     if (!device)
@@ -204,7 +226,7 @@ void SamplingQueue::carryOut(const s_LoadPresetSampling& sample, bool failed)
     const auto putKeypadBack = [&] {
         device->setKeypad(change, std::make_shared<BizModel::Keypad>(sample.lastKeypadInfo));
     };
-    if (failed)
+    if (failure)
         return putKeypadBack();
     const Devices group = m_list.group(change, device);
     for (const std::shared_ptr<MemoryDevice>& member : group) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "memorydevicelist.h"
+#include "processor.h"
 #include "tasksampling/samplingthread.h"
 #include "worker.h"
 
@@ -20,7 +21,7 @@ namespace Orvane::MemoryModel {
 /// are `Tbar_taking`; at 1.0 their scenes change as in a take, at 0.0 they fall back.
 class SamplingQueue final : public TaskSampling::SamplingThread {
 public:
-    SamplingQueue(std::shared_ptr<ModelHub> hub, MemoryDeviceList& list);
+    SamplingQueue(std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, Processor& processor);
 
     bool setSamplingType(TaskSampling::SamplingType type) override;
     bool appendData(const std::shared_ptr<TaskSampling::s_TBarSampling>& sampling) override;
@@ -35,15 +36,16 @@ private:
     bool append(Sample sample);
     bool enqueue(Sample sample);
     void carryOutNext(bool stopping);
-    /// @param failed as was ordered
-    void carryOut(const TaskSampling::s_TBarSampling& sample, bool failed);
-    void carryOut(const TaskSampling::s_LoadPresetSampling& sample, bool failed);
+    /// @p failure is why the sample is to fail, as was ordered, or gets why the processor refused it.
+    void carryOut(const TaskSampling::s_TBarSampling& sample, std::optional<QString>& failure);
+    void carryOut(const TaskSampling::s_LoadPresetSampling& sample, std::optional<QString>& failure);
     void moveTBar(
-        Change& change, const std::shared_ptr<MemoryDevice>& device,
-        const TaskSampling::s_TBarSampling& sample);
+        const std::shared_ptr<MemoryDevice>& device, const TaskSampling::s_TBarSampling& sample,
+        std::optional<QString>& failure);
 
     const std::shared_ptr<ModelHub> m_pHub;
     MemoryDeviceList& m_list;
+    Processor& m_processor;
 
     /// Guards m_type, m_waiting.
     std::mutex m_mutex;

@@ -23,10 +23,8 @@ QString valuesText(const QList<std::pair<std::weak_ptr<BizModel::Screen>, Value>
 
 void announceEffect(Change& change, const std::shared_ptr<MemoryScreen>& screen)
 {
-    change.announce([device = std::weak_ptr<MemoryDevice>(screen->device()),
-                     screen = std::weak_ptr<MemoryScreen>(screen)](MemoryDeviceList& list) {
-        Q_EMIT list.signalScreenEffectChanged(device, screen);
-    });
+    change.announce([device = screen->device(), screen = std::weak_ptr<MemoryScreen>(screen)](
+                        ModelSignals& list) { Q_EMIT list.signalScreenEffectChanged(device, screen); });
 }
 
 } // namespace
@@ -140,10 +138,8 @@ bool ScreenController::updatePGMEditStatus(const Screens& screens, bool enabled)
     for (const std::shared_ptr<MemoryScreen>& screen : wanted) {
         if (std::exchange(screen->data(change).pgmEdit, enabled) == enabled)
             continue;
-        change.announce(
-            [device = m_pDevice, screen = std::weak_ptr<MemoryScreen>(screen)](MemoryDeviceList& list) {
-                Q_EMIT list.signalScreenPGMEditChanged(device, screen);
-            });
+        change.announce([device = m_pDevice, screen = std::weak_ptr<MemoryScreen>(screen)](
+                            ModelSignals& list) { Q_EMIT list.signalScreenPGMEditChanged(device, screen); });
     }
     return !wanted.isEmpty();
 }

@@ -39,7 +39,7 @@ std::shared_ptr<BizModel::Layer> ScreenController::addLayer(
     record.window = window;
     record.capacity = newLayerCapacity(change, *owner, *input);
     QString error;
-    return MemoryModel::addLayer(change, m_pHub, *owner, present, scene, record, error);
+    return MemoryModel::addLayer(change, *owner, present, scene, record, error);
 }
 
 bool ScreenController::removeLayers(

@@ -1,6 +1,6 @@
 #include "transitions.h"
 
-#include "memorydevicelist.h"
+#include "modelsignals.h"
 
 namespace Orvane::MemoryModel {
 
@@ -9,16 +9,14 @@ using BizModel::SceneType;
 namespace {
 
 /// Copies for another scene, with the ids and names of the originals and nothing selected.
-MemoryScreen::Layers copies(
-    const Guard& guard, const std::shared_ptr<ModelHub>& hub, MemoryScreen& screen, SceneType from,
-    SceneType to)
+MemoryScreen::Layers copies(const Guard& guard, MemoryScreen& screen, SceneType from, SceneType to)
 {
     MemoryScreen::Layers list;
     const MemoryScreen& source = screen;
     for (const std::shared_ptr<MemoryLayer>& layer : source.data(guard).layers(from)) {
         LayerRecord record = layer->record(guard);
         record.selected = false;
-        list += std::make_shared<MemoryLayer>(hub, screen, to, record);
+        list += screen.makeLayer(to, record);
     }
     return list;
 }
@@ -33,12 +31,20 @@ void moveTo(Change& change, const MemoryScreen::Layers& layers, SceneType scene)
 
 } // namespace
 
-void takeScene(
-    Change& change, const std::shared_ptr<ModelHub>& hub, const MemoryDevice& device, MemoryScreen& screen)
+ScreenJob jobOf(const MemoryDevice& device, const MemoryDevice::Screens& screens)
+{
+    ScreenJob job;
+    job.device = device.ipMacSn();
+    for (const std::shared_ptr<MemoryScreen>& screen : screens)
+        job.screens += screen->key();
+    return job;
+}
+
+void takeScene(Change& change, const MemoryDevice& device, MemoryScreen& screen)
 {
     MemoryScreen::Data& state = screen.data(change);
     if (!device.data(change).swap) {
-        state.pgm = copies(change, hub, screen, SceneType::PVW, SceneType::PGM);
+        state.pgm = copies(change, screen, SceneType::PVW, SceneType::PGM);
         return;
     }
     state.pgm.swap(state.pvw);
@@ -46,9 +52,9 @@ void takeScene(
     moveTo(change, state.pvw, SceneType::PVW);
 }
 
-void matchScene(Change& change, const std::shared_ptr<ModelHub>& hub, MemoryScreen& screen)
+void matchScene(Change& change, MemoryScreen& screen)
 {
-    screen.data(change).pvw = copies(change, hub, screen, SceneType::PGM, SceneType::PVW);
+    screen.data(change).pvw = copies(change, screen, SceneType::PGM, SceneType::PVW);
 }
 
 void announceLayersChanged(Change& change, const MemoryDevice::Screens& screens, LayersChangedBy reason)
@@ -58,14 +64,12 @@ void announceLayersChanged(Change& change, const MemoryDevice::Screens& screens,
     QList<std::weak_ptr<BizModel::Screen>> changed;
     for (const std::shared_ptr<MemoryScreen>& screen : screens)
         changed += screen;
-    change.announce([changed, reason](MemoryDeviceList& list) {
+    change.announce([changed, reason](ModelSignals& list) {
         Q_EMIT list.signalDeviceScreenLayersChanged(changed, int(reason));
     });
     for (const std::shared_ptr<MemoryScreen>& screen : screens) {
-        change.announce([device = std::weak_ptr<MemoryDevice>(screen->device()),
-                         screen = std::weak_ptr<MemoryScreen>(screen)](MemoryDeviceList& list) {
-            Q_EMIT list.signalSelectedLayersChanged(device, screen);
-        });
+        change.announce([device = screen->device(), screen = std::weak_ptr<MemoryScreen>(screen)](
+                            ModelSignals& list) { Q_EMIT list.signalSelectedLayersChanged(device, screen); });
     }
 }
 

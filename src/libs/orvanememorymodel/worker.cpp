@@ -7,8 +7,9 @@
 namespace Orvane::MemoryModel {
 
 namespace {
-thread_local bool runsWorker = false;
-}
+/// The worker whose thread this is.
+thread_local const Worker* runningWorker = nullptr;
+} // namespace
 
 Worker::Worker(const QString& name)
     : m_thread([this, name] { run(name); })
@@ -53,12 +54,17 @@ void Worker::stop()
 
 bool Worker::isWorkerThread()
 {
-    return runsWorker;
+    return runningWorker != nullptr;
+}
+
+bool Worker::isOwnThread() const
+{
+    return runningWorker == this;
 }
 
 void Worker::run(const QString& name)
 {
-    runsWorker = true;
+    runningWorker = this;
     constexpr int SystemNameLength = 15;
     pthread_setname_np(pthread_self(), name.left(SystemNameLength).toLocal8Bit().constData());
     bool stopping = false;

@@ -36,6 +36,8 @@ public:
 
     /// True on the thread of any worker.
     static bool isWorkerThread();
+    /// True on this worker's thread.
+    bool isOwnThread() const;
 
 private:
     Q_DISABLE_COPY_MOVE(Worker)
