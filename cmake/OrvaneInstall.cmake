@@ -1,9 +1,11 @@
-# What a host application gets: the two shared libraries, the model kit, their headers, a CMake package and a pkg-config file.
+# What a host application gets: the two shared libraries, the model kit and the model tester, their headers,
+# a CMake package and a pkg-config file.
 set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/OrvaneECProxyClient")
 
 # Each finds the other beside it wherever they are installed.
 set_target_properties(orvaneecproxyclient orvanenotices orvaneplatform PROPERTIES INSTALL_RPATH "$ORIGIN")
 install(TARGETS orvaneecproxyclient orvanenotices orvaneplatform orvaneecprotocol orvanememorymodel
+  orvanemodeltester
   EXPORT OrvaneECProxyClientTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(EXPORT OrvaneECProxyClientTargets NAMESPACE OrvaneECProxyClient:: DESTINATION ${package_dir})
@@ -21,7 +23,7 @@ configure_file(cmake/orvaneecproxyclient.pc.in "${CMAKE_BINARY_DIR}/orvaneecprox
 install(FILES "${CMAKE_BINARY_DIR}/orvaneecproxyclient.pc" DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
 # Headers called *_p.h are the libraries' own. The library installs its own headers where it lists them.
-foreach(library orvaneplatform orvanememorymodel)
+foreach(library orvaneplatform orvanememorymodel orvanemodeltester)
   install(DIRECTORY src/libs/${library}/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${library}
     FILES_MATCHING PATTERN "*.h" PATTERN "*_p.h" EXCLUDE)
 endforeach()
