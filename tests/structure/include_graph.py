@@ -15,7 +15,8 @@ INCLUDE = re.compile(r'^#include "([^"/]+\.h)"', re.MULTILINE)
 
 def rooms_of(library):
     lists = (library / "CMakeLists.txt").read_text()
-    return re.search(r"^set\(rooms ([^)]+)\)", lists, re.MULTILINE).group(1).split()
+    rooms = re.search(r"^set\(rooms ([^)]+)\)", lists, re.MULTILINE)
+    return rooms.group(1).split() if rooms else ["."]  # a library without rooms is one
 
 
 def class_of_header(name):
@@ -25,7 +26,11 @@ def class_of_header(name):
 def read(library, rooms):
     """Returns the room of each class and the classes that each includes."""
     files = [path for room in rooms for path in sorted((library / room).iterdir())]
-    room_of = {class_of_header(path.name): path.parent.name for path in files if path.suffix == ".h"}
+    room_of = {
+        class_of_header(path.name): path.parent.relative_to(library).as_posix()
+        for path in files
+        if path.suffix == ".h"
+    }
     uses = {name: set() for name in room_of}
     for path in files:
         if path.suffix not in (".h", ".cpp"):

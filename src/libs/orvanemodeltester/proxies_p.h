@@ -2,7 +2,7 @@
 
 #include "modelcontrol/asyncmanager.h"
 #include "modelcontrol/controllerfactory.h"
-#include "modeltester_p.h"
+#include "modelwatch_p.h"
 #include "parallelcontrol/parallelmanager.h"
 
 #include <algorithm>
@@ -17,7 +17,7 @@ namespace Orvane::ModelTest::Internal {
 /// on.
 class ProxyParallelManager final : public ParallelControl::ParallelManager {
 public:
-    ProxyParallelManager(ModelTesterPrivate& tester, ParallelManager& inner);
+    ProxyParallelManager(ModelWatch& tester, ParallelManager& inner);
     ~ProxyParallelManager() override;
 
     using ParallelManager::startParallelRequest;
@@ -39,26 +39,26 @@ private:
         const ParallelControl::ParallelTaskFactory& factory, bool waits, Completion callback,
         const Start& start);
 
-    ModelTesterPrivate& m_tester;
+    ModelWatch& m_tester;
     ParallelManager& m_inner;
     const std::shared_ptr<bool> m_pAlive = std::make_shared<bool>(true);
 };
 
 class ProxyAsyncManager final : public ModelControl::AsyncManager {
 public:
-    ProxyAsyncManager(ModelTesterPrivate& tester, AsyncManager& inner);
+    ProxyAsyncManager(ModelWatch& tester, AsyncManager& inner);
 
     void startAsyncRequest(ModelControl::AsyncRequest request) override;
 
 private:
-    ModelTesterPrivate& m_tester;
+    ModelWatch& m_tester;
     AsyncManager& m_inner;
     const std::shared_ptr<bool> m_pAlive = std::make_shared<bool>(true);
 };
 
 class ProxyControllerFactory final : public ModelControl::ControllerFactory {
 public:
-    ProxyControllerFactory(ModelTesterPrivate& tester, ControllerFactory& inner);
+    ProxyControllerFactory(ModelWatch& tester, ControllerFactory& inner);
 
     std::shared_ptr<ModelControl::Device> createDevice(
         const std::weak_ptr<BizModel::Device>& device) override;
@@ -70,7 +70,7 @@ public:
         const std::weak_ptr<BizModel::Device>& device) override;
 
 private:
-    ModelTesterPrivate& m_tester;
+    ModelWatch& m_tester;
     ControllerFactory& m_inner;
 };
 

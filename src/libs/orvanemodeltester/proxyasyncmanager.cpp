@@ -39,7 +39,7 @@ bool hasTakenEffect(const AsyncRequest& request)
 
 } // namespace
 
-ProxyAsyncManager::ProxyAsyncManager(ModelTesterPrivate& tester, AsyncManager& inner)
+ProxyAsyncManager::ProxyAsyncManager(ModelWatch& tester, AsyncManager& inner)
     : m_tester(tester)
     , m_inner(inner)
 {

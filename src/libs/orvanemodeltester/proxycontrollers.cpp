@@ -13,7 +13,7 @@ using BizModel::Enum::File::FileType;
 
 namespace {
 
-void reportNoEffect(ModelTesterPrivate& tester, const QString& call)
+void reportNoEffect(ModelWatch& tester, const QString& call)
 {
     tester.report(
         QStringLiteral("success-with-effect"), call,
@@ -23,8 +23,7 @@ void reportNoEffect(ModelTesterPrivate& tester, const QString& call)
 class ProxyDevice final : public Device {
 public:
     ProxyDevice(
-        ModelTesterPrivate& tester, std::shared_ptr<Device> inner,
-        const std::weak_ptr<BizModel::Device>& device)
+        ModelWatch& tester, std::shared_ptr<Device> inner, const std::weak_ptr<BizModel::Device>& device)
         : Device(device)
         , m_tester(tester)
         , m_pInner(std::move(inner))
@@ -60,13 +59,13 @@ public:
     }
 
 private:
-    ModelTesterPrivate& m_tester;
+    ModelWatch& m_tester;
     const std::shared_ptr<Device> m_pInner;
 };
 
 class ProxyScreen final : public Screen {
 public:
-    ProxyScreen(ModelTesterPrivate& tester, std::shared_ptr<Screen> inner)
+    ProxyScreen(ModelWatch& tester, std::shared_ptr<Screen> inner)
         : m_tester(tester)
         , m_pInner(std::move(inner))
     {
@@ -153,13 +152,13 @@ private:
         return true;
     }
 
-    ModelTesterPrivate& m_tester;
+    ModelWatch& m_tester;
     const std::shared_ptr<Screen> m_pInner;
 };
 
 } // namespace
 
-ProxyControllerFactory::ProxyControllerFactory(ModelTesterPrivate& tester, ControllerFactory& inner)
+ProxyControllerFactory::ProxyControllerFactory(ModelWatch& tester, ControllerFactory& inner)
     : m_tester(tester)
     , m_inner(inner)
 {

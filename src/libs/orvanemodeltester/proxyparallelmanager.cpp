@@ -111,7 +111,7 @@ std::chrono::milliseconds transitionTime(const Part& part)
 /// One request from its start to its completion.
 class ProxyParallelManager::Round final {
 public:
-    Round(ModelTesterPrivate& tester, const ParallelManager& inner)
+    Round(ModelWatch& tester, const ParallelManager& inner)
         : m_tester(tester)
         , m_inner(inner)
     {
@@ -191,13 +191,13 @@ private:
                 QStringLiteral("The completion came, and %1 had not been emitted.").arg(signalOf(part.task)));
     }
 
-    ModelTesterPrivate& m_tester;
+    ModelWatch& m_tester;
     const ParallelManager& m_inner;
     QList<Part> m_parts;
     std::shared_ptr<TrackedRequest> m_pRequest;
 };
 
-ProxyParallelManager::ProxyParallelManager(ModelTesterPrivate& tester, ParallelManager& inner)
+ProxyParallelManager::ProxyParallelManager(ModelWatch& tester, ParallelManager& inner)
     : m_tester(tester)
     , m_inner(inner)
 {

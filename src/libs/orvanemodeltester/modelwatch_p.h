@@ -1,7 +1,7 @@
 #pragma once
 
+#include "modelfault.h"
 #include "modelsnapshot_p.h"
-#include "modeltester.h"
 
 #include <QElapsedTimer>
 #include <QHash>
@@ -12,10 +12,6 @@
 #include <mutex>
 
 namespace Orvane::ModelTest::Internal {
-
-class ProxyAsyncManager;
-class ProxyControllerFactory;
-class ProxyParallelManager;
 
 using Clock = std::chrono::steady_clock;
 
@@ -29,10 +25,12 @@ struct TrackedRequest {
     bool overdue = false;
 };
 
-class ModelTesterPrivate final : public QObject {
+/// Tracks a model's requests, signals and values, and finds what breaks a rule.
+class ModelWatch final : public QObject {
 public:
-    ModelTesterPrivate(ModelTester& tester, BizModel::DeviceList& model, ModelLimits limits);
-    ~ModelTesterPrivate() override;
+    /// @p found is called for every fault, on the thread on which it was seen.
+    ModelWatch(BizModel::DeviceList& model, ModelLimits limits, std::function<void(const ModelFault&)> found);
+    ~ModelWatch() override;
 
     void report(const QString& rule, const QString& call, const QString& seen);
 
@@ -58,6 +56,7 @@ public:
     QList<ModelFault> faults() const;
 
 private:
+    class Question;
     struct OpenChange {
         QStringList announcedBy;
         quint64 signalsBefore = 0;
@@ -79,11 +78,11 @@ private:
     void findChanges(const ModelSnapshot& now, quint64 signalsNow);
     void findOverdue();
 
-    ModelTester& m_tester;
     BizModel::DeviceList& m_model;
     const ModelLimits m_limits;
+    const std::function<void(const ModelFault&)> m_found;
 
-    /// Guards all that follows but the proxies and the timer.
+    /// Guards all that follows but the timer.
     mutable std::mutex m_mutex;
     QList<ModelFault> m_faults;
     QSet<QString> m_reported;
@@ -95,13 +94,10 @@ private:
     QList<Removed> m_removed;
     std::shared_ptr<ModelSnapshot> m_pLast;
     quint64 m_nSignalsAtLast = 0;
-    /// True while a question is open, and after one that was never answered.
-    bool m_bAsking = false;
+    /// The last one; open while it has no answer.
+    std::shared_ptr<Question> m_pQuestion;
 
     QTimer m_timer;
-    std::unique_ptr<ProxyParallelManager> m_pParallel;
-    std::unique_ptr<ProxyAsyncManager> m_pAsync;
-    std::unique_ptr<ProxyControllerFactory> m_pControllers;
 };
 
 } // namespace Orvane::ModelTest::Internal
