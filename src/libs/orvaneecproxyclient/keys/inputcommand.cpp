@@ -32,16 +32,15 @@ const std::vector<KeyRow<InputCommandPrivate>>& InputCommandPrivate::keys()
 {
     using Type = InputCallbackType;
     using Key = InputCommandPrivate;
-    const auto code = [](Type type) { return quint16(type); };
     constexpr auto Momentary = KeyLight::Momentary;
     // A dialog that opens while a page key is held must not keep its release away.
     constexpr auto Passes = ReleasePassesDialog;
     static const std::vector<KeyRow<Key>> s_keys{
-        {code(Type::eNothing), "none", nullptr, nullptr, NoTraits, Momentary},
-        {code(Type::eSelecInputCB), "select an input", &Key::selectInputPressed, &Key::selectInputRelease,
-         NoTraits, KeyLight::Lasting},
-        {code(Type::ePageUp), "page up", &Command::pageUpPressed, &Command::pageUpRelease, Passes, Momentary},
-        {code(Type::ePageDown), "page down", &Command::pageDownPressed, &Command::pageDownRelease, Passes,
+        {Type::eNothing, "none", nullptr, nullptr, NoTraits, Momentary},
+        {Type::eSelecInputCB, "select an input", &Key::selectInputPressed, &Key::selectInputRelease, NoTraits,
+         KeyLight::Lasting},
+        {Type::ePageUp, "page up", &Command::pageUpPressed, &Command::pageUpRelease, Passes, Momentary},
+        {Type::ePageDown, "page down", &Command::pageDownPressed, &Command::pageDownRelease, Passes,
          Momentary},
     };
     return s_keys;
@@ -63,7 +62,7 @@ bool InputCommandPrivate::selectInputPressed(const quint32& ecKey)
         qWarning("Active screen is nullptr");
         return false;
     }
-    const auto input = m_items.findInput(*device, m_pCommand->findECButtonIndex(ecKey));
+    const auto input = m_items.findBindingInput(*device, m_pCommand->findECButtonIndex(ecKey));
     if (!input) {
         qDebug("unable to find input");
         return false;

@@ -13,27 +13,13 @@
 
 namespace Orvane::ECProxy::Client::Internal {
 
-namespace {
-
 using InputPtr = std::shared_ptr<BizModel::Input>;
+
+namespace {
 
 ECObjectId objectId(const BizModel::Interface& input)
 {
     return {input.interfaceId(), 0};
-}
-
-QList<InputPtr> sortedInputs(const BizModel::Device& device)
-{
-    QList<InputPtr> inputs;
-    const auto weakInputs = device.validInputs();
-    for (const auto& weakInput : weakInputs) {
-        if (const auto input = weakInput.lock())
-            inputs.append(input);
-    }
-    std::stable_sort(inputs.begin(), inputs.end(), [](const InputPtr& left, const InputPtr& right) {
-        return left->interfaceId() < right->interfaceId();
-    });
-    return inputs;
 }
 
 /// What colors the input keys of a device, read once for all of them.
@@ -72,6 +58,20 @@ private:
 };
 
 } // namespace
+
+QList<InputPtr> sortedInputs(const BizModel::Device& device)
+{
+    QList<InputPtr> inputs;
+    const auto weakInputs = device.validInputs();
+    for (const auto& weakInput : weakInputs) {
+        if (const auto input = weakInput.lock())
+            inputs.append(input);
+    }
+    std::stable_sort(inputs.begin(), inputs.end(), [](const InputPtr& left, const InputPtr& right) {
+        return left->interfaceId() < right->interfaceId();
+    });
+    return inputs;
+}
 
 void InputKeyItems::make(
     const std::shared_ptr<EC::s_ECCommandConfig>& config, quint16 selectKeyCode, int pageCount)
@@ -142,7 +142,7 @@ void InputKeyItems::forgetDevice(const BizModel::Device& device)
     });
 }
 
-InputPtr InputKeyItems::findInput(const BizModel::Device& device, int buttonIndex) const
+InputPtr InputKeyItems::findBindingInput(const BizModel::Device& device, int buttonIndex) const
 {
     if (buttonIndex < 0)
         return nullptr; // inputs without a key have this button index, too

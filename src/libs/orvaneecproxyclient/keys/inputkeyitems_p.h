@@ -6,6 +6,7 @@
 
 #include "bizmodel/fwd.h"
 
+#include <QList>
 #include <QString>
 
 #include <memory>
@@ -13,6 +14,9 @@
 #include <vector>
 
 namespace Orvane::ECProxy::Client::Internal {
+
+/// The device's valid inputs, by ascending id.
+QList<std::shared_ptr<BizModel::Input>> sortedInputs(const BizModel::Device& device);
 
 /// Which input is on which key, and how the key looks: the items of the input keys, in line with the inputs
 /// of the active device. Any thread.
@@ -29,7 +33,7 @@ public:
     void forgetDevice(const BizModel::Device& device);
 
     /// The input on the key with that button index; empty when there is none.
-    std::shared_ptr<BizModel::Input> findInput(const BizModel::Device& device, int buttonIndex) const;
+    std::shared_ptr<BizModel::Input> findBindingInput(const BizModel::Device& device, int buttonIndex) const;
     /// The item of an input's key; empty when it has none.
     static std::shared_ptr<ECCommandItem> findItem(
         const BizModel::Device& device, const BizModel::Interface& input);

@@ -18,29 +18,30 @@ const std::vector<KeyRow<LayerCommandPrivate>>& LayerCommandPrivate::keys()
 {
     using Type = LayerCallbackType;
     using Key = LayerCommandPrivate;
-    const auto code = [](Type type) { return quint16(type); };
     constexpr auto Momentary = KeyLight::Momentary;
     // A dialog that opens while a key is held must not keep its release away.
     constexpr auto Passes = ReleasePassesDialog;
     static const std::vector<KeyRow<Key>> s_keys{
-        {code(Type::eNothing), "none", nullptr, nullptr, NoTraits, Momentary},
-        {code(Type::eSelectLayerCB), "select or make a layer", &Key::selectLayerPressed,
-         &Key::selectLayerRelease, NoTraits, KeyLight::Lasting},
-        {code(Type::ePageUp), "page up", &Command::pageUpPressed, &Command::pageUpRelease, Passes, Momentary},
-        {code(Type::ePageDown), "page down", &Command::pageDownPressed, &Command::pageDownRelease, Passes,
+        {Type::eNothing, "none", nullptr, nullptr, NoTraits, Momentary},
+        {Type::eSelectLayerCB, "select or make a layer", &Key::selectLayerPressed, &Key::selectLayerRelease,
+         NoTraits, KeyLight::Lasting},
+        {Type::ePageUp, "page up", &Command::pageUpPressed, &Command::pageUpRelease, Passes, Momentary},
+        {Type::ePageDown, "page down", &Command::pageDownPressed, &Command::pageDownRelease, Passes,
          Momentary},
-        {code(Type::eRemoveSelectedLayerCB), "remove", &Key::removeSelectedLayerPressed,
-         &Key::darkenReleasedKey, Passes, Momentary},
-        {code(Type::eClearLayersCB), "clear", &Key::clearLayersPressed, &Key::clearLayersRelease, Passes,
-         Momentary, nullptr, &Key::cancelClear},
-        {code(Type::eSetSelectedLayerTopZValueCB), "front", &Key::setSelectedLayerTopZValuePressed,
-         &Key::setSelectedLayerTopZValueRelease, Passes, Momentary, nullptr, &Key::cancelTopZValue},
-        {code(Type::eSetSelectedLayerBottomZValueCB), "back", &Key::setSelectedLayerBottomZValuePressed,
-         &Key::setSelectedLayerBottomZValueRelease, Passes, Momentary, nullptr, &Key::cancelBottomZValue},
-        {code(Type::eChangeNewLayerDefaultCapacityCB), "capacity of new layers",
+        {Type::eRemoveSelectedLayerCB, "remove", &Key::removeSelectedLayerPressed, &Key::darkenReleasedKey,
+         Passes, Momentary},
+        {Type::eClearLayersCB, "clear", &Key::clearLayersPressed, &Key::clearLayersRelease, Passes, Momentary,
+         nullptr, &Key::cancelHold<&Key::m_pClearAllLayerTimer>},
+        {Type::eSetSelectedLayerTopZValueCB, "front", &Key::setSelectedLayerTopZValuePressed,
+         &Key::setSelectedLayerTopZValueRelease, Passes, Momentary, nullptr,
+         &Key::cancelHold<&Key::m_pLayerTopZValueTimer>},
+        {Type::eSetSelectedLayerBottomZValueCB, "back", &Key::setSelectedLayerBottomZValuePressed,
+         &Key::setSelectedLayerBottomZValueRelease, Passes, Momentary, nullptr,
+         &Key::cancelHold<&Key::m_pLayerBottomZValueTimer>},
+        {Type::eChangeNewLayerDefaultCapacityCB, "capacity of new layers",
          &Key::changeNewLayerDefaultCapacityPressed, &Key::darkenReleasedKey, Passes, Momentary,
          &Key::showCapacity},
-        {code(Type::eSetSelectedLayerFullScreenCB), "full screen", &Key::setSelectedLayerFullScreenPressed,
+        {Type::eSetSelectedLayerFullScreenCB, "full screen", &Key::setSelectedLayerFullScreenPressed,
          &Key::darkenReleasedKey, Passes, Momentary, &Key::showFullScreen, &Key::cancelFullScreen},
     };
     return s_keys;
@@ -233,17 +234,13 @@ void LayerCommand::slotDeviceScreenBaseLayerRemoved(
         qInfo("Layer scene type is not PVW.  Type:%d", int(layer->sceneType()));
         return;
     }
-    if (d->m_operation.leaveRepaint(LayerOperation::Kind::Creating)) {
+    if (const auto running = d->m_operation.leaveRepaint(); running != LayerOperation::Kind::None) {
         qInfo(
-            "Layer is created by key... Can not remove layer keyboard command configs, layer id:%u"
-            " layer name:%s",
-            layer->layerId(), qUtf8Printable(layer->name()));
-        return;
-    }
-    if (d->m_operation.leaveRepaint(LayerOperation::Kind::Removing)) {
-        qInfo(
-            "Layer is removing by key... Can not remove layer keyboard command configs, layer id:%u"
-            " layer name:%s",
+            running == LayerOperation::Kind::Creating
+                ? "Layer is created by key... Can not remove layer keyboard command configs, layer id:%u"
+                  " layer name:%s"
+                : "Layer is removing by key... Can not remove layer keyboard command configs, layer id:%u"
+                  " layer name:%s",
             layer->layerId(), qUtf8Printable(layer->name()));
         return;
     }
@@ -257,13 +254,10 @@ void LayerCommand::slotDeviceScreenBaseLayerRemoved(
 void LayerCommand::slotSelectedRegularLayersChanged(
     std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen)
 {
-    if (d->m_operation.leaveRepaint(LayerOperation::Kind::Creating)) {
-        qInfo("Layer is created by key... ignore this slot");
-        d->rememberSelection();
-        return;
-    }
-    if (d->m_operation.leaveRepaint(LayerOperation::Kind::Removing)) {
-        qInfo("Layer is removing by key... ignore this slot");
+    if (const auto running = d->m_operation.leaveRepaint(); running != LayerOperation::Kind::None) {
+        qInfo(
+            running == LayerOperation::Kind::Creating ? "Layer is created by key... ignore this slot"
+                                                      : "Layer is removing by key... ignore this slot");
         d->rememberSelection();
         return;
     }

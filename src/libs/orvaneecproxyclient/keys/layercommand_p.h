@@ -33,7 +33,7 @@ public:
     static constexpr std::chrono::milliseconds ResourceOutDuration{500};
     static constexpr std::chrono::milliseconds UpdateTakeDelay{10};
     static constexpr int PageCount = 8;
-    /// A key that was sent past the repaints, and must be painted once more with its page.
+    /// The repaint after a single request for one key that another thread's painting has overtaken.
     static constexpr const char* LateKey = "late key";
 
     /// The layers selected on a screen's preview. By object, for a new layer may get a removed one's id.
@@ -66,14 +66,15 @@ public:
 
     // What a press began, ended without acting.
 
-    void cancelClear(const quint32& ecKey);
-    void cancelTopZValue(const quint32& ecKey);
-    void cancelBottomZValue(const quint32& ecKey);
+    template <LayerHold LayerCommandPrivate::*Hold> void cancelHold(const quint32&)
+    {
+        (this->*Hold).cancel();
+    }
     void cancelFullScreen(const quint32& ecKey);
     /// Ends the holds that were begun for another screen than the active one.
     void endHoldsOfOtherScreens();
 
-    /// The answer to a question box, which need not be ours.
+    /// The user has closed a question box, ours or another's.
     void messageBoxClosed(bool confirmed);
 
     // Keys, labels and items.
@@ -144,7 +145,7 @@ private:
         const LayerOperation::Kind m_excluding;
     };
 
-    /// What the operator is asked before layers are cleared.
+    /// What a question box is about that asks before it clears.
     struct ClearQuestion {
         LayerTarget target;
         BizModel::SceneType scene;
@@ -178,8 +179,9 @@ private:
     /// The number of the key that became free, for the log; -1 when the layer had none, or a repaint after
     /// the removal of another layer has freed it already.
     static int freedKey(const std::shared_ptr<ECCommandItem>& item);
-    void clearHeld(const LayerTarget& target);
-    void clearScene(const LayerTarget& target, BizModel::SceneType scene);
+    /// Clears the scene that the operator was asked about, or else the one that the screen's operations aim
+    /// at.
+    void clearAllLayer(const LayerTarget& target, std::optional<BizModel::SceneType> asked = {});
     void fullnSelectedLayer();
     void darkenFunction(LayerCallbackType type);
     QList<std::shared_ptr<EC::s_ECButtonConfig>> functionButtons(LayerCallbackType type) const;

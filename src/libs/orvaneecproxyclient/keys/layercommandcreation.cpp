@@ -2,6 +2,7 @@
 #include "layercommand_p.h"
 
 #include "ecconsolemanager.h"
+#include "inputkeyitems_p.h"
 #include "layerplacement_p.h"
 #include "modelaccess_p.h"
 
@@ -9,7 +10,6 @@
 #include "bizmodel/device.h"
 #include "bizmodel/input.h"
 #include "bizmodel/layer.h"
-#include "bizmodel/output.h"
 #include "bizmodel/resourcecheck.h"
 #include "bizmodel/screen.h"
 #include "bizmodel/subcard.h"
@@ -41,24 +41,6 @@ int layerCapacity(const BizModel::Screen& screen)
     return capacity;
 }
 
-/// The mosaic rectangles of the screen's outputs in the outputs' z-order.
-QList<QRect> outputRects(const BizModel::Screen& screen)
-{
-    QList<std::shared_ptr<BizModel::Output>> outputs;
-    const auto weakOutputs = screen.outputs();
-    for (const auto& weakOutput : weakOutputs) {
-        if (const auto output = weakOutput.lock())
-            outputs.append(output);
-    }
-    std::stable_sort(outputs.begin(), outputs.end(), [](const auto& left, const auto& right) {
-        return left->zOrder() < right->zOrder();
-    });
-    QList<QRect> rects;
-    for (const auto& output : qAsConst(outputs))
-        rects.append(screen.mosaicRect(output).toRect());
-    return rects;
-}
-
 } // namespace
 
 // ---- A select key is pressed ----------------------------------------------------------------------------
@@ -85,7 +67,7 @@ bool LayerCommandPrivate::selectLayerPressed(const quint32& ecKey)
     }
     const LayerScreen target{device, screen, device->ipMacSn(), layerServerId(*screen)};
     const LayerKeyPlace place = keyPlace(ecKey);
-    if (const auto layer = m_items.findLayer(target, place))
+    if (const auto layer = m_items.findBindingLayer(target, place))
         return selectLayer(target, layer);
 
     qInfo("layer key [%u] pressed to create layer.", ecKey);
@@ -118,12 +100,12 @@ bool LayerCommandPrivate::selectLayer(const LayerScreen& target, const LayerPtr&
     return false;
 }
 
-// ---- A layer for a free key -----------------------------------------------------------------------------
-
 bool LayerCommandPrivate::selectLayerRelease(const quint32&)
 {
     return true;
 }
+
+// ---- A layer for a free key -----------------------------------------------------------------------------
 
 LayerPtr LayerCommandPrivate::createLayer(const quint32& ecKey, const LayerKeyPlace& place)
 {
@@ -245,15 +227,7 @@ void LayerCommandPrivate::showNewLayer(
 
 std::shared_ptr<BizModel::Input> LayerCommandPrivate::getMachingInput(const BizModel::Device& device) const
 {
-    QList<std::shared_ptr<BizModel::Input>> inputs;
-    const auto weakInputs = device.validInputs();
-    for (const auto& weakInput : weakInputs) {
-        if (const auto input = weakInput.lock())
-            inputs.append(input);
-    }
-    std::stable_sort(inputs.begin(), inputs.end(), [](const auto& left, const auto& right) {
-        return left->interfaceId() < right->interfaceId();
-    });
+    const auto inputs = sortedInputs(device);
     const BizModel::CapacityMode wanted = m_currentLayerTemplate;
     const auto found = std::find_if(inputs.begin(), inputs.end(), [&](const auto& input) {
         const auto connector = device.getConnector(input->interfaceFullId()).lock();

@@ -7,7 +7,6 @@
 
 #include "bizmodel/device.h"
 #include "bizmodel/layer.h"
-#include "bizmodel/output.h"
 #include "bizmodel/resourcecheck.h"
 #include "bizmodel/screen.h"
 #include "bizmodel/translations.h"
@@ -50,15 +49,6 @@ WeakLayers weakened(const QList<LayerPtr>& layers)
     return weak;
 }
 
-QList<QRect> mosaicRects(const BizModel::Screen& screen)
-{
-    QList<QRect> rects;
-    const auto outputs = screen.outputs();
-    for (const auto& output : outputs)
-        rects.append(screen.mosaicRect(output).toRect());
-    return rects;
-}
-
 /// True when the screen has the resources for the new windows, those of each scene together.
 bool hasResourcesFor(
     const std::shared_ptr<BizModel::Screen>& screen, const QList<std::pair<LayerPtr, QRect>>& windows)
@@ -83,7 +73,7 @@ void startClearing(
 {
     auto* requests = ModelControl::AsyncManager::instance();
     if (!requests) {
-        qWarning("%s There is nobody to carry it out.", failureLine);
+        qWarning("%s There is no manager for asynchronous requests.", failureLine);
         return;
     }
     if (device->onlineFlag())
@@ -108,20 +98,6 @@ void LayerCommandPrivate::endHoldsOfOtherScreens()
         hold->endUnlessActived();
 }
 
-void LayerCommandPrivate::cancelClear(const quint32&)
-{
-    m_pClearAllLayerTimer.cancel();
-}
-
-void LayerCommandPrivate::cancelTopZValue(const quint32&)
-{
-    m_pLayerTopZValueTimer.cancel();
-}
-
-void LayerCommandPrivate::cancelBottomZValue(const quint32&)
-{
-    m_pLayerBottomZValueTimer.cancel();
-}
 
 void LayerCommandPrivate::cancelFullScreen(const quint32&)
 {
@@ -260,36 +236,23 @@ bool LayerCommandPrivate::clearLayersRelease(const quint32& ecKey)
 void LayerCommandPrivate::messageBoxClosed(bool confirmed)
 {
     // Every answer darkens the clear key, and a dark key must not clear.
-    if (m_pClearAllLayerTimer.cancel())
-        qWarning("Clear layers ended: a question was answered while the key was held.");
+    m_pClearAllLayerTimer.cancel("a question was answered while the key was held.");
     std::optional<ClearQuestion> question;
     if (confirmed) {
         // A No leaves the question open: the next Yes, to whatever question, is taken for its answer.
         const std::lock_guard<std::mutex> lock(m_notificationMtx);
         question.swap(m_currentModule);
     }
-    if (question) {
-        qInfo("Clear all layers timeout.");
-        if (question->target.isPresent())
-            clearScene(question->target, question->scene);
-        else
-            qWarning("Clear layers failed: the screen that the question was about is gone.");
-    }
+    if (question && question->target.isPresent())
+        clearAllLayer(question->target, question->scene);
+    else if (question)
+        qWarning("Clear layers failed: the screen that the question was about is gone.");
     darkenFunction(LayerCallbackType::eClearLayersCB);
 }
 
-void LayerCommandPrivate::clearHeld(const LayerTarget& target)
+void LayerCommandPrivate::clearAllLayer(const LayerTarget& target, std::optional<SceneType> asked)
 {
     qInfo("Clear all layers timeout.");
-    if (const auto screen = target.screen.lock())
-        clearScene(target, screen->operationTarget());
-    else
-        qWarning("Clear layers failed: screen is nullptr.");
-    darkenFunction(LayerCallbackType::eClearLayersCB);
-}
-
-void LayerCommandPrivate::clearScene(const LayerTarget& target, SceneType scene)
-{
     const auto device = target.device.lock();
     const auto screen = target.screen.lock();
     if (!device || !screen) {
@@ -300,17 +263,13 @@ void LayerCommandPrivate::clearScene(const LayerTarget& target, SceneType scene)
         qWarning("Clear layers failed, Screen state is %d", int(screen->state()));
         return;
     }
-    switch (scene) {
-    case SceneType::PGM:
+    const SceneType scene = asked.value_or(screen->operationTarget());
+    if (scene == SceneType::PGM)
         startClearing(device, screen, scene, "Clear PGM Layers failed.");
-        break;
-    case SceneType::PVW:
+    else if (scene == SceneType::PVW)
         startClearing(device, screen, scene, "Clear PVW Layers failed.");
-        break;
-    default:
+    else
         qWarning("Error screen operation target: %d", int(scene));
-        break;
-    }
 }
 
 // ---- To the front, to the back --------------------------------------------------------------------------
@@ -404,7 +363,7 @@ void LayerCommandPrivate::fullnSelectedLayer()
         return;
     }
     const QRect mosaic = screen->mosaicWindowRect();
-    const QList<QRect> outputs = mosaicRects(*screen);
+    const QList<QRect> outputs = outputRects(*screen);
     QList<std::pair<LayerPtr, QRect>> windows;
     const auto layers = changeableSelection(*screen);
     for (const LayerPtr& layer : layers) {

@@ -40,7 +40,11 @@ LayerCommandPrivate::LayerCommandPrivate(LayerCommand* command)
     , m_pFullScreenTimer([this] { fullnSelectedLayer(); })
     , m_pScreenStateTimer([this] { slotScreenStateTimeOut(); })
     , m_pClearAllLayerTimer(
-          "Clear layers", [this](const LayerTarget& target) { clearHeld(target); },
+          "Clear layers",
+          [this](const LayerTarget& target) {
+              clearAllLayer(target);
+              darkenFunction(LayerCallbackType::eClearLayersCB);
+          },
           [this] { darkenFunction(LayerCallbackType::eClearLayersCB); })
     , m_pLayerTopZValueTimer(
           "Layers to the front",
@@ -199,9 +203,9 @@ void LayerCommandPrivate::updateLayerName(
     const QString ip = device.ipMacSn();
     const quint32 serverId = layerServerId(screen);
     const auto item = m_items.rename(ip, screen, layer);
-    const QString name = item ? item->ecOledText() : QString();
     if (!item)
         return;
+    const QString name = item->ecOledText();
     const auto send = [&] {
         if (isShown(ip, serverId, *item) && item->ecOledText() == name)
             m_pCommand->updateECOledTextByBtnECKey(quint32(item->ecButtonKey()), name);

@@ -84,9 +84,10 @@ void LayerHold::endUnlessActived()
     m_refuse();
 }
 
-bool LayerHold::cancel()
+void LayerHold::cancel(const char* reason)
 {
-    return m_timer.stop();
+    if (m_timer.stop() && reason)
+        qWarning("%s ended: %s", m_strName, reason);
 }
 
 void LayerHold::timeout()

@@ -43,8 +43,8 @@ public:
     std::optional<LayerTarget> release();
     /// Ends the hold when another screen is active than at the press, whose layers the operator did not mean.
     void endUnlessActived();
-    /// Ends the hold without acting; false when none was going on.
-    bool cancel();
+    /// Ends the hold without acting, and logs the reason if one is given. Nothing when no hold is going on.
+    void cancel(const char* reason = nullptr);
 
 private:
     void timeout();
@@ -54,7 +54,7 @@ private:
     const std::function<void(const LayerTarget&)> m_act;
     const std::function<void()> m_refuse;
 
-    // m_mutex guards m_target: the next press of the key may write it while the time-out reads it.
+    // m_mutex guards m_target, which a press writes while the GUI thread or the time-out may read it.
     mutable std::mutex m_mutex;
     LayerTarget m_target;
 

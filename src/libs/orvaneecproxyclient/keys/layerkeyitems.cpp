@@ -167,7 +167,7 @@ std::optional<int> LayerKeyItems::giveAnew(const QList<std::weak_ptr<BizModel::S
 
 // ---- One layer ------------------------------------------------------------------------------------------
 
-LayerPtr LayerKeyItems::findLayer(const LayerScreen& target, const LayerKeyPlace& place) const
+LayerPtr LayerKeyItems::findBindingLayer(const LayerScreen& target, const LayerKeyPlace& place) const
 {
     const ECObjectIdList ids = m_updates.read([&] {
         return ECConsoleManager::instance()->findBindingObject(

@@ -37,7 +37,7 @@ public:
     std::optional<int> giveAnew(const QList<std::weak_ptr<BizModel::Screen>>& screens, int page);
 
     /// Empty when the key is free.
-    LayerPtr findLayer(const LayerScreen& target, const LayerKeyPlace& place) const;
+    LayerPtr findBindingLayer(const LayerScreen& target, const LayerKeyPlace& place) const;
     /// The item of a layer's key; empty when it has none.
     static std::shared_ptr<ECCommandItem> findItem(const LayerScreen& target, const BizModel::Layer& layer);
     /// Binds a new layer to the key that has made it, whichever key it had got meanwhile. Empty when another

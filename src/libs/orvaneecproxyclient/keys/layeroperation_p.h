@@ -13,7 +13,7 @@ class LayerOperation {
 public:
     enum class Kind { None, Creating, Removing };
 
-    /// Begins the operation; `None` when it runs now, otherwise the one that is running and excludes it.
+    /// Begins the operation. Returns `None` when it has begun, otherwise the running one that excludes it.
     Kind begin(Kind kind)
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
@@ -39,19 +39,24 @@ public:
         return m_running;
     }
 
-    /// True while that operation runs, which then repaints at its end.
+    /// Leaves the repaint to the operation that runs, and returns it; `None` when the caller must repaint.
+    Kind leaveRepaint()
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_bRepaintLeft = m_bRepaintLeft || m_running != Kind::None;
+        return m_running;
+    }
+    /// The same for one kind only; false when the caller must repaint.
     bool leaveRepaint(Kind kind)
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        if (m_running != kind)
-            return false;
-        m_bRepaintLeft = true;
-        return true;
+        m_bRepaintLeft = m_bRepaintLeft || m_running == kind;
+        return m_running == kind;
     }
 
 private:
-    // m_mutex guards both. Looked at apart, an operation could end between the look at what is running and
-    // the mark, and nobody would repaint.
+    // m_mutex guards m_running and m_bRepaintLeft together. With a lock for each, the operation could end
+    // between a notification's check and its mark, and the repaint would be lost.
     mutable std::mutex m_mutex;
     Kind m_running = Kind::None;
     bool m_bRepaintLeft = false;

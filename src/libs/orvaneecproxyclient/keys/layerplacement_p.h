@@ -29,8 +29,9 @@ struct LayerPlacement {
 int getLayerCount(const QRect& output, const QList<QPoint>& layerOrigins);
 
 /// The top-left corner for the new layer: successive layers go to successive outputs, and cascade on each.
-/// `hasResources` is asked for every window that comes into question. A no skips the outputs after it, and
-/// after a second no, or when there is no output at all, the result is `NoLayerPosition`.
+/// `hasResources` is called for each candidate window. The search goes from one output on to the last, then
+/// from the first output to that one. A refusal ends the part of the search that it comes in. Returns
+/// `NoLayerPosition` when neither part finds a place.
 QPoint findLayerPosition(
     const LayerPlacement& placement, const std::function<bool(const QRect&)>& hasResources);
 

@@ -5,6 +5,7 @@
 
 #include "bizmodel/device.h"
 #include "bizmodel/layer.h"
+#include "bizmodel/output.h"
 #include "bizmodel/screen.h"
 
 #include <algorithm>
@@ -59,6 +60,23 @@ QList<LayerPtr> selectedPreviewLayers(const BizModel::Screen& screen)
         return left->layerId() < right->layerId();
     });
     return layers;
+}
+
+QList<QRect> outputRects(const BizModel::Screen& screen)
+{
+    QList<std::shared_ptr<BizModel::Output>> outputs;
+    const auto weakOutputs = screen.outputs();
+    for (const auto& weakOutput : weakOutputs) {
+        if (const auto output = weakOutput.lock())
+            outputs.append(output);
+    }
+    std::stable_sort(outputs.begin(), outputs.end(), [](const auto& left, const auto& right) {
+        return left->zOrder() < right->zOrder();
+    });
+    QList<QRect> rects;
+    for (const auto& output : qAsConst(outputs))
+        rects.append(screen.mosaicRect(output).toRect());
+    return rects;
 }
 
 } // namespace Orvane::ECProxy::Client::Internal

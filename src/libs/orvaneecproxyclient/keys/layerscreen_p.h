@@ -3,6 +3,7 @@
 #include "bizmodel/fwd.h"
 
 #include <QList>
+#include <QRect>
 #include <QString>
 
 #include <memory>
@@ -39,5 +40,8 @@ QList<LayerPtr> previewLayers(const BizModel::Screen& screen);
 
 /// Those of them that are selected, by ascending id.
 QList<LayerPtr> selectedPreviewLayers(const BizModel::Screen& screen);
+
+/// The mosaic rectangles of the screen's outputs, in the outputs' z-order.
+QList<QRect> outputRects(const BizModel::Screen& screen);
 
 } // namespace Orvane::ECProxy::Client::Internal
