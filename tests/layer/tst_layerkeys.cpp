@@ -375,7 +375,7 @@ private Q_SLOTS:
         QCOMPARE(asked(Operation::AsyncRemoveLayer), 0);
     }
 
-    void aHeldKeyEndsWithTheScreenThatItWasPressedFor_data()
+    void aHeldKeyEndsWithItsScreenOrItsLight_data()
     {
         QTest::addColumn<std::function<void()>>("leave");
         const auto row = [](const char* name, const std::function<void()>& leave) {
@@ -385,8 +385,9 @@ private Q_SLOTS:
         row("another device", [this] { control().activateDevice(otherDevice()); });
         row("the screen is removed", [this] { control().removeScreen(m_device, Stage); });
         row("an upgrade", [this] { control().setUpgrading(m_device, true); });
+        row("a repaint", [this] { control().setGroup(otherDevice(), "2"); });
     }
-    void aHeldKeyEndsWithTheScreenThatItWasPressedFor()
+    void aHeldKeyEndsWithItsScreenOrItsLight()
     {
         QFETCH(std::function<void()>, leave);
         auto show = twoDevices({selectedLayer(1), layerRecord(2)});

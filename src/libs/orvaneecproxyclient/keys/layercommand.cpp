@@ -132,6 +132,7 @@ std::shared_ptr<EC::s_ECButtonConfig> LayerCommand::findSelectModeButtonByIndex(
 void LayerCommand::updateKeyboard()
 {
     darkenMomentaryKeys();
+    d->endHolds("a repaint has set the key dark.");
     d->updateLayerKeyboard();
 }
 

@@ -73,6 +73,7 @@ public:
     void cancelFullScreen(const quint32& ecKey);
     /// Ends the holds that were begun for another screen than the active one.
     void endHoldsOfOtherScreens();
+    void endHolds(const char* reason);
 
     /// The user has closed a question box, ours or another's.
     void messageBoxClosed(bool confirmed);

@@ -98,6 +98,11 @@ void LayerCommandPrivate::endHoldsOfOtherScreens()
         hold->endUnlessActived();
 }
 
+void LayerCommandPrivate::endHolds(const char* reason)
+{
+    for (LayerHold* hold : {&m_pClearAllLayerTimer, &m_pLayerTopZValueTimer, &m_pLayerBottomZValueTimer})
+        hold->cancel(reason);
+}
 
 void LayerCommandPrivate::cancelFullScreen(const quint32&)
 {
