@@ -104,6 +104,23 @@ private Q_SLOTS:
         QCOMPARE(m_pRig->label(PageLabel), QStringLiteral("Page 3"));
     }
 
+    void pageKeysWithTwoLabelsBothShowThePage()
+    {
+        setKeys(KeyboardBuilder()
+                    .group("ProbeCommand")
+                    .key(UpKey, PageUp, 0, PageLabel)
+                    .key(DownKey, PageDown, 0, PageLabel + 1));
+        // Turned three times more before the first turn is shown.
+        m_pCommand->m_onPageTurned = [&] {
+            QVERIFY(m_pCommand->pageDownRelease(DownKey));
+            QVERIFY(m_pCommand->pageDownRelease(DownKey));
+            QVERIFY(m_pCommand->pageUpRelease(UpKey));
+        };
+        QVERIFY(m_pCommand->pageDownRelease(DownKey));
+        QCOMPARE(m_pRig->label(PageLabel), QStringLiteral("Page 3"));
+        QCOMPARE(m_pRig->label(PageLabel + 1), QStringLiteral("Page 3"));
+    }
+
     void aPageKeyWithoutALabelStillTurnsThePage()
     {
         setKeys(KeyboardBuilder().group("ProbeCommand").key(DownKey, PageDown));

@@ -644,7 +644,8 @@ bool Command::turnPage(const quint32& ecKey, int step, const char* end)
             return false;
         }
     } while (!d->m_nPageIndex.compare_exchange_weak(pageIndex, pageIndex + step));
-    painter().paint("page of a key", [this, ecKey] { showTurnedPage(ecKey); });
+    // The keys of a group may have labels of their own: none gives way to another's.
+    painter().paint({"page of a key", ecKey}, [this, ecKey] { showTurnedPage(ecKey); });
     return true;
 }
 
