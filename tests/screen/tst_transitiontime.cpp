@@ -173,6 +173,21 @@ private Q_SLOTS:
         ECManager::instance()->slotOrvanePluginModeChanged();
     }
 
+    void aKeyPutToRestLeavesTheOtherKeysHoldGoing()
+    {
+        QVERIFY(control().setEffectTime(A, Stage, 5.0));
+        ScreenCommand command;
+        command.setCommandConfig(keyboard()->m_commands.first());
+        command.slotECButtonPressed(TimeUp); // its release is lost
+        command.slotECButtonPressed(TimeDown);
+        command.putKeyToRest(TimeUp);
+        QVERIFY(QTest::qWaitFor([&] { return label(TimeDown).toDouble() < 4.85; }, StepsMs));
+        command.slotECButtonRelease(TimeDown);
+        QCOMPARE(writes(), 1);
+        QVERIFY(screen()->switchEffectTime() < 4.85);
+        ECManager::instance()->slotOrvanePluginModeChanged();
+    }
+
     void aDialogRefusesTheHoldButNotTheRelease()
     {
         auto dialog = std::make_unique<QDialog>();
@@ -210,7 +225,7 @@ private Q_SLOTS:
     }
 
     /// Last: it puts another application in the model's place.
-    void aTimeThatIsNoNumberIsShownAndLeftBehind()
+    void aTimeThatIsNotANumberIsShownAndTheFirstStepReplacesIt()
     {
         const auto hub = std::make_shared<MemoryModel::ModelHub>();
         const auto device = std::make_shared<MemoryModel::MemoryDevice>(hub, show().devices.first());

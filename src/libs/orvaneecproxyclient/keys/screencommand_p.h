@@ -28,8 +28,8 @@ bool isPGMFadedToBlack(const BizModel::Device& device);
 bool isSwapEnabled(const BizModel::Device& device);
 bool isPGMEdited(const BizModel::Device& device);
 
-/// What a toggle key asked the model for last. While that is under way, the next press asks for its opposite:
-/// quick presses alternate although the state follows later. Any thread.
+/// What a toggle key asked the model for last. While that request is under way, the next press asks for its
+/// opposite: quick presses alternate although the state follows later. Any thread.
 class ToggleRequest {
 public:
     struct Asked {
@@ -38,12 +38,15 @@ public:
         std::atomic<bool> isEnded{false};
     };
 
-    /// Asks for the opposite of what is under way for that device, or of its state `isOn`. Whoever carries
-    /// it out sets `isEnded`.
-    std::shared_ptr<Asked> askOpposite(const std::shared_ptr<BizModel::Device>& device, bool isOn);
+    /// Asks for the opposite of what is under way for that device or, with nothing under way, of its state.
+    /// The caller sets `isEnded` when the request has ended.
+    std::shared_ptr<Asked> askOpposite(const std::shared_ptr<BizModel::Device>& device, DeviceState isOn);
 
 private:
-    // m_mutex guards m_pLast: keys of the console and of the on-screen console are pressed on two threads.
+    std::shared_ptr<Asked> last();
+
+    // m_mutex guards m_pLast: keys of the console are pressed on the decoder thread, those of the on-screen
+    // console on the GUI thread.
     std::mutex m_mutex;
     std::shared_ptr<Asked> m_pLast;
 };
@@ -91,7 +94,8 @@ public:
     bool setTransitionTimeRelease(const quint32& ecKey);
     bool setTransitionTimeReducePressed(const quint32& ecKey);
     bool setTransitionTimeReduceRelease(const quint32& ecKey);
-    /// Ends a hold without writing its time; the repaint of the time-up key brings both labels back.
+    // End the key's hold without writing its time. Both labels then show the screen's time: the framework
+    // repaints them after the first, the second does so itself.
     void restTransitionTime(const quint32& ecKey);
     void restTransitionTimeReduce(const quint32& ecKey);
 

@@ -9,7 +9,7 @@
 
 namespace Orvane::ECProxy::Client::Internal {
 
-/// Colour of a select key that has a screen.
+/// Color of a select key that has a screen.
 inline ECLEDColor screenKeyColor(bool selected)
 {
     return selected ? ECLEDColor::Green : ECLEDColor::Yellow;
@@ -41,9 +41,9 @@ public:
     bool reserve(
         const std::shared_ptr<BizModel::Device>& device, const std::shared_ptr<BizModel::Screen>& screen,
         const ECCommandItem& key, int buttonIndex);
-    /// The screen is there: the key is its own now.
+    /// The screen has been created: binds the reserved key to it.
     void bindReserved();
-    /// There will be no such screen. False when the key was not bound to it any more.
+    /// The creation has failed. False when the key was not bound to the screen any more.
     bool unbindReserved();
 
     /// Unbinds the key of a screen that is gone.
@@ -61,7 +61,7 @@ private:
         int orderIndex = -1;
         int buttonIndex = -1;
 
-        /// False when the key is not bound to the screen any more. Only while items are written.
+        /// False when the key is not bound to the screen any more. Call it within `ItemUpdates::write()`.
         bool unbindKey() const;
     };
 

@@ -55,7 +55,7 @@ bool startParallelRequest(
 
 } // namespace
 
-/// Puts the key out and logs why. Always false.
+/// Turns the key off and logs why. Always returns false.
 bool ScreenCommandPrivate::refuse(const quint32& ecKey, const char* text)
 {
     m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Off);
@@ -94,8 +94,8 @@ bool ScreenCommandPrivate::takeToPGMPressed(const quint32& ecKey)
     return isHandedOver;
 }
 
-/// Shows the waiting dialog while a long transition is handed over. The timer hides it when the handing over
-/// takes longer than the transition.
+/// Shows the waiting dialog for the time that the model takes to start a long transition. The timer hides it
+/// when that takes longer than the transition itself.
 void ScreenCommandPrivate::showTakeWaitingDialog(double transitionMs)
 {
     if (!(transitionMs > ShortTransitionMs))
@@ -156,8 +156,8 @@ bool ScreenCommandPrivate::matchPGMPressed(const quint32& ecKey)
     return !matchPGMRelease(ecKey);
 }
 
-/// Called by a thread of the model when the match has ended, perhaps after the command is gone: the light is
-/// left to the GUI thread, on which alone commands are destroyed.
+/// The model calls it on a thread of its own when the match has ended, perhaps after the command is gone. The
+/// light is left to the GUI thread: commands are destroyed on that thread only.
 Completion ScreenCommandPrivate::matchEnded(const quint32& ecKey, int press)
 {
     return [self = QPointer<ScreenCommandPrivate>(this), ecKey, press](bool ok, const QString& text) {
@@ -188,7 +188,8 @@ void ScreenCommandPrivate::restMatchPGM(const quint32&)
     m_nMatchLit = 0;
 }
 
-/// At once for whoever presses or releases; a failure that is shown at the same time does not outlast it.
+/// Sends at once, on the thread that presses or releases. When a failed match turns the key off at the same
+/// time on the GUI thread, a repaint follows, which shows what is so by then.
 void ScreenCommandPrivate::showMatchKey(const quint32& ecKey)
 {
     const auto send = [this, ecKey] {
@@ -242,7 +243,7 @@ bool ScreenCommandPrivate::toggle(const Toggle& what)
         qWarning("%s failed:The device is null.", what.name);
         return false;
     }
-    const auto asked = what.request->askOpposite(device, what.isOn(*device));
+    const auto asked = what.request->askOpposite(device, what.isOn);
     const auto ended = [asked, name = what.name](bool ok, const QString& error) {
         asked->isEnded = true;
         if (!ok)
@@ -253,20 +254,33 @@ bool ScreenCommandPrivate::toggle(const Toggle& what)
     const Completion callback = what.waitForResult ? Completion() : Completion(ended);
     QString error;
     const bool isStarted = startParallelRequest(device, task, what.waitForResult, &error, callback);
-    // Without a callback, or not started at all, nobody else will say that it has ended.
+    // A request with a callback ends in it; one without, or one that was not started, has ended now.
     return isStarted && !what.waitForResult ? true : ended(isStarted, error);
 }
 
 std::shared_ptr<ToggleRequest::Asked> ToggleRequest::askOpposite(
-    const std::shared_ptr<BizModel::Device>& device, bool isOn)
+    const std::shared_ptr<BizModel::Device>& device, DeviceState isOn)
+{
+    const auto asked = std::make_shared<Asked>();
+    asked->device = device;
+    for (;;) {
+        // The state is read after the look at the request: one that ends in between would leave the old state
+        // read and no request to reverse, and the press would ask for what is so already.
+        const auto seen = last();
+        const bool isUnderWay = seen && !seen->isEnded && seen->device.lock() == device;
+        asked->on = isUnderWay ? !seen->on : !isOn(*device);
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (m_pLast != seen)
+            continue; // the key was pressed on another thread meanwhile
+        m_pLast = asked;
+        return asked;
+    }
+}
+
+std::shared_ptr<ToggleRequest::Asked> ToggleRequest::last()
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    const bool isUnderWay = m_pLast && !m_pLast->isEnded && m_pLast->device.lock() == device;
-    auto asked = std::make_shared<Asked>();
-    asked->device = device;
-    asked->on = isUnderWay ? !m_pLast->on : !isOn;
-    m_pLast = asked;
-    return asked;
+    return m_pLast;
 }
 
 bool ScreenCommandPrivate::setPGMEditPressed(const quint32&)
@@ -367,12 +381,12 @@ bool ScreenCommandPrivate::setTransitionTimeReduceRelease(const quint32& ecKey)
 
 void ScreenCommandPrivate::restTransitionTime(const quint32&)
 {
-    m_transitionTime.release();
+    m_transitionTime.cancel(false);
 }
 
-void ScreenCommandPrivate::restTransitionTimeReduce(const quint32& ecKey)
+void ScreenCommandPrivate::restTransitionTimeReduce(const quint32&)
 {
-    restTransitionTime(ecKey);
+    m_transitionTime.cancel(true);
     updateTimeFunData();
 }
 

@@ -66,10 +66,24 @@ void TransitionTimeHold::press(bool reduce, double seconds)
 std::optional<double> TransitionTimeHold::release()
 {
     const std::lock_guard<std::mutex> lock(m_effectSpeedMutex);
-    const bool wasHeld = !std::exchange(m_bRelease, true);
+    const bool wasHeld = !m_bRelease;
+    end();
+    return wasHeld ? std::make_optional(inTenths(m_effectSpeed)) : std::nullopt;
+}
+
+void TransitionTimeHold::cancel(bool reduce)
+{
+    const std::lock_guard<std::mutex> lock(m_effectSpeedMutex);
+    if (m_bEffectTimeReduce == reduce)
+        end();
+}
+
+/// Called with m_effectSpeedMutex held.
+void TransitionTimeHold::end()
+{
+    m_bRelease = true;
     m_pEffectTimer.stop();
     m_pEffectReduceTimer.stop(); // it may be the other key that repeats
-    return wasHeld ? std::make_optional(inTenths(m_effectSpeed)) : std::nullopt;
 }
 
 void TransitionTimeHold::repeat()

@@ -31,10 +31,13 @@ public:
     /// Ends the hold, whichever key began it: no further step follows. Returns the time that was reached, in
     /// tenths; empty when no hold was going on.
     std::optional<double> release();
+    /// Ends the hold without a result if the key of that direction began it. Another key's hold goes on.
+    void cancel(bool reduce);
 
 private:
     using Clock = std::chrono::steady_clock;
 
+    void end();
     void repeat();
     void step(int hold);
     bool armNextStep(int hold);
