@@ -330,7 +330,7 @@ private Q_SLOTS:
         QVERIFY(console().waitShows(FTB, ECLEDColor::Off));
     }
 
-    void editIsSetForAllBeforeItIsTakenFromAll()
+    void pgmEditTurnsOnForAllSelectedBeforeItTurnsOff()
     {
         QVERIFY(control().selectScreens(A, {Stage, Side, Confidence}));
         QVERIFY(control().setPGMEdit(A, Side, true));
@@ -434,7 +434,7 @@ private Q_SLOTS:
         QCOMPARE(int(console().takeRequests().size()), SelectCount); // one LED each, and no label
     }
 
-    void onlyABoundScreensKeyIsToldAsBound()
+    void aClickIsAnnouncedAsBoundOnlyForAKeyWithAScreen()
     {
         QList<bool> bound; // not QSignalSpy: it would write its list on the decoder thread
         const auto connection = connect(
@@ -476,7 +476,7 @@ private Q_SLOTS:
         QCOMPARE(m_rig.requested(Operation::SampleTBar).size(), 1);
     }
 
-    void answersAfterTheEndOfTheConsole()
+    void requestsThatEndAfterTheConsoleDoNoHarm()
     {
         // A new screen, a match that fails and a held time key are under way when the console ends.
         m_rig.hold(Operation::AsyncCreateScreen);

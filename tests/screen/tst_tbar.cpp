@@ -88,7 +88,7 @@ private Q_SLOTS:
         }
     }
 
-    void whatIsInTheWayIsTriedAgainWithTheNextPosition()
+    void aRefusedStartIsTriedAgainWithTheNextPosition()
     {
         ScreenCommand command;
         const LogCapture log;
