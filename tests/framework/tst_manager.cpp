@@ -51,6 +51,8 @@ private Q_SLOTS:
                 whileSending();
             return false; // a route's answer is nobody's business
         });
+        manager->repeatLocks();
+        QVERIFY(m_sent.isEmpty()); // none was asked for
     }
 
     void reportsBeforeInitialisation()
@@ -165,6 +167,22 @@ private Q_SLOTS:
         manager->switchSource(arm_left);
         QCOMPARE(takeRequests(), QStringList({"7200000001", "7200000000"}));
         QCOMPARE(manager->getCurrentSource(), dvi1);
+    }
+
+    void repeatingTheLocksSendsWhatWasAskedForLast()
+    {
+        ECManager* manager = ECManager::instance();
+        manager->lockKeypad();
+        manager->lockTBar();
+        takeSent();
+        m_whileSending = [manager] { manager->repeatLocks(); };
+        manager->unlockKeypad();
+        QCOMPARE(takeRequests(), QStringList({"6c000000", "68000000", "6c000000"}));
+        QVERIFY(!manager->isLockedKeypad());
+        QVERIFY(manager->isLockedTBar());
+        manager->unlockTBar();
+        manager->repeatLocks();
+        QCOMPARE(takeRequests(), QStringList({"69000000", "69000000", "6c000000"}));
     }
 
     void aFileGoesOutInPacks_data()

@@ -141,8 +141,7 @@ constexpr LightRow LightRows[] = {
 };
 constexpr int DefaultLuminance = 100;
 
-/// A setting in per cent. The user may have edited the file: what the console has no place for is brought
-/// into the range.
+/// A setting in per cent. The user may have edited the file: a value outside the range is clamped.
 quint8 percentOf(const QSettings& settings, const char* key, int defaultValue = 0)
 {
     constexpr int highest = 100;

@@ -160,7 +160,8 @@ public:
     void unlockTBar();
     void lockKeypad();
     void unlockKeypad();
-    /// Sends once more what is locked, for a console that was away. Changes and emits nothing.
+    /// Sends once more what was asked for last of each lock, for a console that was away: a request of that
+    /// time is lost, an unlock, too. Changes and emits nothing.
     void repeatLocks();
     /// Asks the console for the signal at a DVI input. The report comes later, through
     /// `upTLVDecodeFinished()`; it names all inputs that are known from then on.

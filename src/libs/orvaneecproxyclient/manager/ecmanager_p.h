@@ -59,8 +59,10 @@ public:
 
     void sendTBarLock(bool locked);
     void sendKeypadLock(bool locked);
-    void requestTBarLock(bool locked);
-    void requestKeypadLock(bool locked);
+    void sendSource(DVISource source);
+    /// Has the manager emit its signal of a lock, and then what the lock is when that differs: another thread
+    /// may have changed and announced it meanwhile, and the last announcement must be true.
+    void announce(void (ECManager::*signal)(bool), const RequestedState<bool>& lock, bool locked);
 
     // What the commands ask for.
 
@@ -74,10 +76,24 @@ public:
     void tbarLevel(const std::shared_ptr<ECTBarValue>& value) override { m_pECMgr->updateTBarValue(value); }
     bool isKeypadLocked() const override { return m_pECMgr->isLockedKeypad(); }
     bool isTBarLocked() const override { return m_pECMgr->isLockedTBar(); }
-    void lockKeypad(bool locked) override { requestKeypadLock(locked); }
-    void lockTBar(bool locked) override { requestTBarLock(locked); }
-    void announceKeypadLock(bool locked) override;
-    void announceTBarLock(bool locked) override;
+    void lockKeypad(bool locked) override
+    {
+        if (hasSendRoute())
+            m_bLockPanel.request(locked);
+    }
+    void lockTBar(bool locked) override
+    {
+        if (hasSendRoute())
+            m_bLockTbar.request(locked);
+    }
+    void announceKeypadLock(bool locked) override
+    {
+        announce(&ECManager::signalKeyboardLocked, m_bLockPanel, locked);
+    }
+    void announceTBarLock(bool locked) override
+    {
+        announce(&ECManager::signalTbarLocked, m_bLockTbar, locked);
+    }
     void followLocks(
         QObject* receiver, std::function<void(bool)> tbarLocked,
         std::function<void(bool)> keypadLocked) override;
@@ -122,9 +138,9 @@ public:
     QMap<int, bool> m_dviSignal;
     QMap<int, ECDeviceIPData> m_ecDeviceIPData;
 
-    RequestedState<DVISource> m_curSource{dvi1};
-    RequestedState<bool> m_bLockPanel{false};
-    RequestedState<bool> m_bLockTbar{false};
+    RequestedState<DVISource> m_curSource{dvi1, [this](DVISource source) { sendSource(source); }};
+    RequestedState<bool> m_bLockPanel{false, [this](bool locked) { sendKeypadLock(locked); }};
+    RequestedState<bool> m_bLockTbar{false, [this](bool locked) { sendTBarLock(locked); }};
 
 private:
     std::shared_ptr<const Routes> sendRoutes() const

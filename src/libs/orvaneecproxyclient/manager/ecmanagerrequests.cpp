@@ -51,33 +51,19 @@ void Internal::ECManagerPrivate::sendKeypadLock(bool locked)
     request(locked ? &ECClientEncoder::getLockKeyboardRequest : &ECClientEncoder::getUnlockedKeyboardRequest);
 }
 
-void Internal::ECManagerPrivate::requestTBarLock(bool locked)
+void Internal::ECManagerPrivate::sendSource(DVISource source)
 {
-    if (hasSendRoute())
-        m_bLockTbar.request(locked, [this](bool lock) { sendTBarLock(lock); });
+    MVRSignalControl control;
+    control.SignalIndex = source;
+    request(&ECClientEncoder::getSwitchSourceRequest, control);
 }
 
-void Internal::ECManagerPrivate::requestKeypadLock(bool locked)
+void Internal::ECManagerPrivate::announce(
+    void (ECManager::*signal)(bool), const RequestedState<bool>& lock, bool locked)
 {
-    if (hasSendRoute())
-        m_bLockPanel.request(locked, [this](bool lock) { sendKeypadLock(lock); });
-}
-
-// Another thread may have changed the lock, and announced it, between this thread's request and its
-// announcement: what is announced last is what is so.
-
-void Internal::ECManagerPrivate::announceTBarLock(bool locked)
-{
-    Q_EMIT m_pECMgr->signalTbarLocked(locked);
-    if (hasSendRoute() && m_bLockTbar.value() != locked)
-        Q_EMIT m_pECMgr->signalTbarLocked(!locked);
-}
-
-void Internal::ECManagerPrivate::announceKeypadLock(bool locked)
-{
-    Q_EMIT m_pECMgr->signalKeyboardLocked(locked);
-    if (hasSendRoute() && m_bLockPanel.value() != locked)
-        Q_EMIT m_pECMgr->signalKeyboardLocked(!locked);
+    std::invoke(signal, m_pECMgr, locked);
+    if (hasSendRoute() && lock.value() != locked)
+        std::invoke(signal, m_pECMgr, !locked);
 }
 
 void Internal::ECManagerPrivate::followLocks(
@@ -126,34 +112,30 @@ void ECManager::updateTBarValue(const std::shared_ptr<ECTBarValue>& value)
 
 void ECManager::lockTBar()
 {
-    d->requestTBarLock(true);
+    d->lockTBar(true);
 }
 
 void ECManager::unlockTBar()
 {
-    d->requestTBarLock(false);
+    d->lockTBar(false);
 }
 
 void ECManager::lockKeypad()
 {
-    d->requestKeypadLock(true);
+    d->lockKeypad(true);
 }
 
 void ECManager::unlockKeypad()
 {
-    d->requestKeypadLock(false);
+    d->lockKeypad(false);
 }
 
 void ECManager::repeatLocks()
 {
-    // Another thread may unlock meanwhile: what is repeated is what was asked for last. A request that
-    // changes the state may be among what is sent here.
     if (!d->hasSendRoute())
         return;
-    if (d->m_bLockTbar.value())
-        d->m_bLockTbar.repeat([this](bool lock) { d->sendTBarLock(lock); });
-    if (d->m_bLockPanel.value())
-        d->m_bLockPanel.repeat([this](bool lock) { d->sendKeypadLock(lock); });
+    d->m_bLockTbar.repeat();
+    d->m_bLockPanel.repeat();
 }
 
 // ---- Lights and picture ---------------------------------------------------------------------------------
@@ -182,13 +164,8 @@ void ECManager::controlPeripheralState(bool visible)
 
 void ECManager::switchSource(DVISource source)
 {
-    if (!d->hasSendRoute())
-        return;
-    d->m_curSource.request(source, [this](DVISource next) {
-        MVRSignalControl control;
-        control.SignalIndex = next;
-        d->request(&ECClientEncoder::getSwitchSourceRequest, control);
-    });
+    if (d->hasSendRoute())
+        d->m_curSource.request(source);
 }
 
 bool ECManager::dviInSignal(const int& index)

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <mutex>
+#include <optional>
 #include <utility>
 
 namespace Orvane::ECProxy::Client::Internal {
@@ -14,8 +16,10 @@ namespace Orvane::ECProxy::Client::Internal {
 /// held while a route, which is the host's code, is called.
 template <typename Value> class RequestedState {
 public:
-    explicit RequestedState(Value initial)
-        : m_value(initial)
+    /// @param send sends the request for the value that it is given
+    RequestedState(Value initial, std::function<void(Value)> send)
+        : m_send(std::move(send))
+        , m_value(initial)
     {
     }
 
@@ -25,34 +29,35 @@ public:
         return m_value;
     }
 
-    /// @param send sends the request for the value that it is given
-    template <typename Send> void request(Value value, const Send& send)
+    void request(Value value)
     {
         std::unique_lock<std::mutex> lock(m_mutex);
+        m_asked = value;
         if (m_bSending)
             m_value = value; // so that the caller reads back what it has just asked for
-        m_waiting.push_back(value);
-        sendWaiting(lock, send);
+        sendNext(lock);
     }
 
-    /// Sends the request for the present value once more.
-    template <typename Send> void repeat(const Send& send)
+    /// Sends once more what was asked for last, even while that is being sent; nothing if nothing was ever
+    /// asked for.
+    void repeat()
     {
         std::unique_lock<std::mutex> lock(m_mutex);
-        m_waiting.push_back(m_value);
-        sendWaiting(lock, send);
+        if (m_asked)
+            sendNext(lock);
     }
 
 private:
-    template <typename Send> void sendWaiting(std::unique_lock<std::mutex>& lock, const Send& send)
+    void sendNext(std::unique_lock<std::mutex>& lock)
     {
+        m_waiting.push_back(*m_asked);
         if (std::exchange(m_bSending, true))
             return;
         while (!m_waiting.empty()) {
             const Value next = m_waiting.front();
             m_waiting.pop_front();
             lock.unlock();
-            send(next);
+            m_send(next);
             lock.lock();
             if (m_waiting.empty())
                 m_value = next;
@@ -60,9 +65,12 @@ private:
         m_bSending = false;
     }
 
+    const std::function<void(Value)> m_send;
+
     // m_mutex guards all that follows.
     mutable std::mutex m_mutex;
     Value m_value;
+    std::optional<Value> m_asked; ///< by the latest request; m_value follows once that has been sent
     std::deque<Value> m_waiting; ///< still to be sent; empty unless a thread is sending
     bool m_bSending = false;
 };
