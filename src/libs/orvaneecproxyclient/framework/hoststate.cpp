@@ -63,12 +63,6 @@ void publish(const QWidget* modal)
     s_bModalWindow = modal != nullptr;
 }
 
-bool onGuiThread()
-{
-    const QCoreApplication* app = QCoreApplication::instance();
-    return app && app->thread() == QThread::currentThread();
-}
-
 /// Lives on the GUI thread as a child of the application object.
 class Watcher : public QObject {
 public:
@@ -173,20 +167,26 @@ void HostState::watch()
         qWarning("No application object: modal windows and the property \"Quenor\" are not watched.");
         return;
     }
-    if (onGuiThread())
+    if (isGuiThread())
         startWatching();
     else
         QMetaObject::invokeMethod(app, startWatching, Qt::QueuedConnection);
 }
 
+bool HostState::isGuiThread()
+{
+    const QCoreApplication* app = QCoreApplication::instance();
+    return app && app->thread() == QThread::currentThread();
+}
+
 bool HostState::hasModalWindow()
 {
-    return onGuiThread() ? activeModalWidget() != nullptr : s_bModalWindow.load();
+    return isGuiThread() ? activeModalWidget() != nullptr : s_bModalWindow.load();
 }
 
 bool HostState::isQuenor()
 {
-    return onGuiThread() ? readQuenor() : s_bQuenor.load();
+    return isGuiThread() ? readQuenor() : s_bQuenor.load();
 }
 
 bool HostState::isInputBlocked()
@@ -196,7 +196,7 @@ bool HostState::isInputBlocked()
 
 std::optional<ModalWindowInfo> HostState::modalWindow()
 {
-    if (onGuiThread())
+    if (isGuiThread())
         return describe(activeModalWidget());
     const std::lock_guard<std::mutex> lock(s_windowMutex);
     return s_window;

@@ -28,6 +28,9 @@ namespace HostState {
 /// nothing. Off the GUI thread the watching starts with the GUI thread's next turn.
 void watch();
 
+/// Whether the caller runs on the application object's thread; false without one.
+bool isGuiThread();
+
 /// True while `QApplication::activeModalWidget()` returns a widget.
 bool hasModalWindow();
 

@@ -58,7 +58,7 @@ private:
         const std::atomic<bool>& locked;
         HoldTimer& timer;
         std::atomic<bool> held{false}; ///< and its time is not up
-        /// Locked, whoever did it. The next short press darkens a key that has not locked itself.
+        /// Locked, by report or by the host. A short press clears it, unless the key itself has locked.
         std::atomic<bool> reported{false};
     };
 

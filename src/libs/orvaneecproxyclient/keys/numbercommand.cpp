@@ -1,12 +1,12 @@
 #include "numbercommand.h"
 
 #include "eccommanditem.h"
+#include "hoststate_p.h"
 #include "keytable_p.h"
 #include "selectkeys_p.h"
 
 #include <QApplication>
 #include <QLoggingCategory>
-#include <QThread>
 #include <QWidget>
 
 #include <mutex>
@@ -40,7 +40,7 @@ void logWidget(const char* format, const QWidget* widget)
         qDebug("Parent name:%s", qUtf8Printable(parent->objectName()));
 }
 
-/// Tells which widget gets the key. On the GUI thread only.
+/// Logs which widget gets the key. On the GUI thread only.
 void logReceivers()
 {
     if (qobject_cast<QApplication*>(QCoreApplication::instance())) {
@@ -58,7 +58,7 @@ void printDebugLog()
     QCoreApplication* app = QCoreApplication::instance();
     if (!qobject_cast<QGuiApplication*>(app) || !QLoggingCategory::defaultCategory()->isDebugEnabled())
         return;
-    if (QThread::currentThread() == app->thread())
+    if (HostState::isGuiThread())
         logReceivers();
     else
         QMetaObject::invokeMethod(app, logReceivers, Qt::QueuedConnection);
@@ -186,11 +186,6 @@ void NumberCommand::updateKeyboard()
 }
 
 bool NumberCommand::isAllowedKeyPressed(const quint16& ecKey)
-{
-    return containsECButton(ecKey);
-}
-
-bool NumberCommand::isAllowedKeyReleased(const quint16& ecKey)
 {
     return containsECButton(ecKey);
 }

@@ -39,7 +39,6 @@ public:
     /// Sets every key of the group dark.
     void updateKeyboard() override;
     bool isAllowedKeyPressed(const quint16& ecKey) override;
-    bool isAllowedKeyReleased(const quint16& ecKey) override;
 
     /// The Qt key of a digit key; `Qt::Key_unknown`, with a log line, when its order index is no digit.
     Qt::Key getRealKeyValue(const quint32& ecKey) const;

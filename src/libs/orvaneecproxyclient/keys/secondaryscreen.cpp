@@ -1,9 +1,7 @@
 #include "secondaryscreen_p.h"
 
 #include "consolerequests_p.h"
-
-#include <QCoreApplication>
-#include <QThread>
+#include "hoststate_p.h"
 
 #include <thread>
 #include <utility>
@@ -15,12 +13,6 @@ namespace {
 /// The sources by their names on the console.
 constexpr DVISource InputSource = dvi1;
 constexpr DVISource ApplicationSource = arm_left;
-
-bool isGuiThread()
-{
-    const QCoreApplication* app = QCoreApplication::instance();
-    return app && QThread::currentThread() == app->thread();
-}
 
 void switchSource(DVISource source)
 {
@@ -86,8 +78,8 @@ void SecondaryScreen::ask(Change change)
     else
         m_bFollow = true;
     if (m_bChanging)
-        return; // whoever makes that change sees to this one
-    if (!isGuiThread())
+        return; // the thread that makes that change, or the worker after it, makes this one
+    if (!HostState::isGuiThread())
         make(change, lock);
     const bool leaveToWorker = isAnyWaiting();
     lock.unlock();
@@ -98,7 +90,7 @@ void SecondaryScreen::ask(Change change)
 void SecondaryScreen::makeWaiting()
 {
     std::unique_lock<std::mutex> lock(m_mutex);
-    // The signal has the last word: a key that was pressed before its loss may not bring a dark picture back.
+    // The signal comes last: a key that was pressed before its loss must not bring a dark picture back.
     while (!m_bChanging && isAnyWaiting())
         make(m_nExchanges > 0 ? Change::Exchange : Change::Follow, lock);
 }

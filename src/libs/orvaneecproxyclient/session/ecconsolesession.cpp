@@ -151,8 +151,10 @@ void ECConsoleSessionPrivate::watch()
     const SocketInodes services = socketsOfOthers(ECServicePort);
     const SocketInodes known = std::exchange(m_services, services);
     setServiceState(services.isEmpty() ? ServiceState::Absent : ServiceState::Present);
+    if (!m_bRunning)
+        return; // stopped by a receiver of the signal
     // A service that was ended and started between two looks has another socket.
-    if (m_bRunning && !(services - known).isEmpty())
+    if (!(services - known).isEmpty())
         m_pSession->repaint();
 
     const bool sharesReports = !socketsOfOthers(ECClientPort).isEmpty();
