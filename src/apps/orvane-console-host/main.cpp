@@ -19,6 +19,7 @@
 #include "typingfield.h"
 #include "unixsignals.h"
 #include "virtualconsole.h"
+#include "windowplace.h"
 
 #include <QApplication>
 #include <QMainWindow>
@@ -89,6 +90,8 @@ int runApplication(
     auto* const field = new TypingField(events);
     const std::unique_ptr<QWidget> window(
         options.headless ? static_cast<QWidget*>(field) : new HostWindow(model, field, log));
+    if (!options.half.isEmpty())
+        ConsolePanel::placeOnHalf(*window, options.half);
     window->show();
     window->activateWindow();
     NoticePresenter notices(model.deviceList(), *window);

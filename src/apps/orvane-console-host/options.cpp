@@ -1,5 +1,7 @@
 #include "options.h"
 
+#include "windowplace.h"
+
 #include <QCommandLineParser>
 #include <QCoreApplication>
 
@@ -35,6 +37,9 @@ std::variant<Options, ExitStatus> readOptions(int argc, char* argv[])
         QStringLiteral("file"));
     const QCommandLineOption console(
         QStringLiteral("console"), QStringLiteral("Show the on-screen console in a window of its own."));
+    const QCommandLineOption half(
+        QStringLiteral("half"), QStringLiteral("Put the window on this half of the display."),
+        QStringLiteral("left|right"));
     const QCommandLineOption headless(
         QStringLiteral("headless"), QStringLiteral("Run without a window; no display is needed."));
     const QCommandLineOption events(
@@ -43,7 +48,7 @@ std::variant<Options, ExitStatus> readOptions(int argc, char* argv[])
         QStringLiteral("quit-at-end"), QStringLiteral("Quit when standard input ends, rather than run on."));
     const QCommandLineOption verbose(
         QStringLiteral("verbose"), QStringLiteral("Log what each key does, not only what went wrong."));
-    parser.addOptions({help, version, keyboard, show, console, headless, events, quitAtEnd, verbose});
+    parser.addOptions({help, version, keyboard, show, console, half, headless, events, quitAtEnd, verbose});
 
     QStringList arguments;
     for (int i = 0; i < argc; ++i)
@@ -69,6 +74,9 @@ std::variant<Options, ExitStatus> readOptions(int argc, char* argv[])
     Options options;
     options.keyboardFile = parser.value(keyboard);
     options.showFile = parser.value(show);
+    options.half = parser.value(half);
+    if (!options.half.isEmpty() && !ConsolePanel::displayHalves().contains(options.half))
+        return refuse(QStringLiteral("--half must be left or right, not '%1'.").arg(options.half));
     options.console = parser.isSet(console);
     options.headless = parser.isSet(headless);
     options.events = parser.isSet(events);

@@ -13,6 +13,7 @@ enum ExitStatus { Success = 0, Failure = 1, BadUsage = 2 };
 struct Options {
     QString keyboardFile;
     QString showFile; ///< empty: no device
+    QString half; ///< of the display, for the window; empty: where the system puts it
     bool console = false; ///< show the on-screen console
     bool headless = false; ///< no window on any display
     bool events = false; ///< tell every event on standard output, not only the answers to commands

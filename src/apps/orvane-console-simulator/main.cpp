@@ -1,6 +1,7 @@
 #include "linereader.h"
 #include "simulator.h"
 #include "simulatorwindow.h"
+#include "windowplace.h"
 
 #include "ec/eckeyboardloader.h"
 
@@ -87,6 +88,8 @@ int run(const SimulatorOptions& options)
     if (options.window) {
         window = std::make_unique<SimulatorWindow>(simulator);
         window->resize(options.windowSize);
+        if (!options.half.isEmpty())
+            placeOnHalf(*window, options.half);
         window->show();
         QObject::connect(
             qApp, &QGuiApplication::lastWindowClosed, window.get(), [&simulator] { simulator.end(); });

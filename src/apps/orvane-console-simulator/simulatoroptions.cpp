@@ -1,5 +1,7 @@
 #include "simulatoroptions.h"
 
+#include "windowplace.h"
+
 #include <QCommandLineParser>
 #include <QCoreApplication>
 
@@ -55,13 +57,17 @@ std::optional<SimulatorOptions> readOptions(const QStringList& arguments, int& s
     const QCommandLineOption size(
         QStringLiteral("size"), QStringLiteral("Size of the window (1280x800)."),
         QStringLiteral("WIDTHxHEIGHT"), QStringLiteral("1280x800"));
+    const QCommandLineOption half(
+        QStringLiteral("half"), QStringLiteral("Put the window on this half of the display."),
+        QStringLiteral("left|right"));
     // Not the parser's own help option: with it comes one for Qt's options, of which there are none here.
     const QCommandLineOption help(
         {QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this help."));
     const QCommandLineOption version(
         {QStringLiteral("v"), QStringLiteral("version")}, QStringLiteral("Show the version."));
     parser.addOptions(
-        {help, version, keyboard, script, json, noColour, width, quiet, keepGoing, tolerate, window, size});
+        {help, version, keyboard, script, json, noColour, width, quiet, keepGoing, tolerate, window, size,
+         half});
 
     const auto refuse = [&status](const QString& what) {
         std::fprintf(stderr, "orvane-console-simulator: %s\n", qUtf8Printable(what));
@@ -95,6 +101,9 @@ std::optional<SimulatorOptions> readOptions(const QStringList& arguments, int& s
     options.columns = parser.value(width).toInt(&ok);
     if (!ok || options.columns < 10 || options.columns > 1000)
         return refuse(QStringLiteral("--width must be from 10 to 1000, not \"%1\"").arg(parser.value(width)));
+    options.half = parser.value(half);
+    if (!options.half.isEmpty() && !Orvane::ConsolePanel::displayHalves().contains(options.half))
+        return refuse(QStringLiteral("--half must be left or right, not \"%1\"").arg(options.half));
     if (!readSize(parser.value(size), options.windowSize))
         return refuse(QStringLiteral("--size must be as 1280x800, not \"%1\"").arg(parser.value(size)));
     return options;

@@ -12,6 +12,7 @@ struct SimulatorOptions {
     QString scriptFile; ///< empty: commands come from standard input
     int columns = 100;
     QSize windowSize{1280, 800};
+    QString half; ///< of the display, for the window; empty: where the system puts it
     bool window = false; ///< show the console in a window
     bool json = false;
     bool colour = true;
