@@ -58,7 +58,7 @@ void SimulatorWindow::resizeEvent(QResizeEvent* event)
     // The journal grows with the window, as the console does.
     constexpr int smallest = 12;
     QFont scaled = font();
-    scaled.setPixelSize(std::max(smallest, height() / 66));
+    scaled.setPixelSize(std::max(smallest, std::min(width() / 107, height() / 66)));
     setFont(scaled);
     QMainWindow::resizeEvent(event);
 }
