@@ -117,7 +117,8 @@ void InputCommandPrivate::updateECCommandItems()
         qCritical("No actived device");
         return;
     }
-    if (m_pCommand->ecCommandConfig()) // without keys, the items are another command's
+    // A further command of this name gets no keys; the items are the first one's.
+    if (m_pCommand->ecCommandConfig())
         m_items.update();
 }
 

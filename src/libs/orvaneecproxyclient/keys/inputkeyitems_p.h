@@ -57,7 +57,7 @@ private:
     int bindInputs(const DeviceInputs& device) const;
 
     SelectKeys m_keys;
-    /// Guards the binding of inputs to items.
+    /// Orders what key presses (decoder thread) and notifications (GUI thread) write to the items.
     ItemUpdates m_updates;
 };
 

@@ -191,18 +191,19 @@ private:
     std::atomic<int> m_fullScreenPressCnt{0};
 
     ActivedDeviceWatch m_activedDevice;
-    // m_keyLayerRemoveListMtx guards m_keyLayerRemoveList.
+    // m_keyLayerRemoveListMtx guards m_keyLayerRemoveList: the remove key appends on its thread, the
+    // notification of the removal takes out on the GUI thread.
     std::mutex m_keyLayerRemoveListMtx;
     QList<BizModel::s_ScreenLayerId> m_keyLayerRemoveList;
 
     // m_notificationMtx guards m_updateTakeScreens, m_iUpdateTakeType, m_selection, m_currentModule and
-    // m_resourceOutScreens.
+    // m_resourceOutScreens, which key presses, notifications and time-outs share, each on its thread.
     std::mutex m_notificationMtx;
     QList<std::weak_ptr<BizModel::Screen>> m_updateTakeScreens;
     int m_iUpdateTakeType = 0;
     /// The active screen's selection at the last notification.
     Selection m_selection;
-    /// The question of ours that is open. Only a Yes ends it.
+    /// Our question that is open. Only a Yes ends it.
     std::optional<ClearQuestion> m_currentModule;
     /// Screens whose state goes back to normal with the next time-out.
     QList<std::weak_ptr<BizModel::Screen>> m_resourceOutScreens;

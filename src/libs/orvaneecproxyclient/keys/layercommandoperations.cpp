@@ -166,7 +166,7 @@ void LayerCommandPrivate::removeLayers(const LayerScreen& target, const QList<La
         qWarning("screen model control is nullptr . ");
         return;
     }
-    // Before the removal begins, whose notifications come on the GUI thread.
+    // Listed before the removal begins, because its notifications come at once, on the GUI thread.
     QList<BizModel::s_ScreenLayerId> ids;
     for (const LayerPtr& layer : layers)
         ids.append(layer->screenLayerId());
@@ -209,7 +209,7 @@ bool LayerCommandPrivate::clearLayersPressed(const quint32& ecKey)
         m_pClearAllLayerTimer.press();
         return true;
     }
-    // Holding is for fingers on a console; on the screen a question does.
+    // On the on-screen console a question takes the place of the hold.
     const LayerTarget target = LayerTarget::actived();
     const auto screen = target.screen.lock();
     if (!screen) {

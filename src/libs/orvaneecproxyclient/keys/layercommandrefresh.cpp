@@ -145,7 +145,8 @@ QList<std::shared_ptr<EC::s_ECButtonConfig>> LayerCommandPrivate::functionButton
 
 void LayerCommandPrivate::updateECCommandItems()
 {
-    if (m_pCommand->ecCommandConfig()) // without keys, the items are another command's
+    // A further command of this name gets no keys; the items are the first one's.
+    if (m_pCommand->ecCommandConfig())
         m_items.update();
 }
 
@@ -262,8 +263,8 @@ void LayerCommandPrivate::forgetScreen(const BizModel::Device& device, const Biz
 void LayerCommandPrivate::forgetDevice(const BizModel::Device& device)
 {
     m_items.forgetDevice(device);
-    // The ids do not say whose they are. Without its entry, the removal of another device's layer is merely
-    // handled twice.
+    // The ids name no device, so those of other devices go as well. The removal of such a layer is handled
+    // twice then, which changes nothing.
     const std::lock_guard<std::mutex> lock(m_keyLayerRemoveListMtx);
     m_keyLayerRemoveList.clear();
 }
@@ -289,7 +290,7 @@ void LayerCommandPrivate::updateAfterTake()
         screens.swap(m_updateTakeScreens);
     }
     if (!m_pCommand->ecCommandConfig())
-        return; // registered behind the command that has the keys: the items are not this one's
+        return; // as in updateECCommandItems()
     if (const auto page = m_items.giveAnew(screens, m_pCommand->currentPageIndex())) {
         m_pCommand->updateCurrentPageIndex(*page);
         showPageLabel();

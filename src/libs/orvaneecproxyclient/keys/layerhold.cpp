@@ -56,7 +56,7 @@ LayerHold::LayerHold(
 
 void LayerHold::press()
 {
-    m_timer.stop(); // its time-out must not find the target of this press
+    m_timer.stop(); // or the hold of an earlier press could act on the target of this one
     {
         const LayerTarget actived = LayerTarget::actived();
         const std::lock_guard<std::mutex> lock(m_mutex);

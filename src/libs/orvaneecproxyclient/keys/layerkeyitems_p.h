@@ -81,7 +81,7 @@ private:
     void bindLayers(const ScreenLayers& screen) const;
 
     SelectKeys m_keys;
-    /// Guards the binding of layers to items.
+    /// Orders what key presses (decoder thread) and notifications (GUI thread) write to the items.
     ItemUpdates m_updates;
 };
 
