@@ -74,7 +74,7 @@ Rgb rgbOf(int ledColor)
     return {255, 255, 255};
 }
 
-/// Sends an item as one key shows it, with the colour and text of one moment.
+/// Sends what one key shows of an item. Color and text are read in one step.
 void sendItem(
     const Command& command, const ECCommandItem& shared, const EC::s_ECButtonConfig& button,
     Enum::UpdateConsoleType type)
@@ -627,14 +627,14 @@ bool Command::pageDownRelease(const quint32& ecKey)
     return true;
 }
 
-/// False, and the page stays, with the keypad locked and at the end of the pages that the step leads to. The
-/// other end is not checked: back from beyond the last page is the way home.
+/// Returns false, and leaves the page as it is, while the keypad is locked and on the last page in the
+/// direction of the step. The other end is not checked: a page beyond the last one can be left again.
 bool Command::turnPage(const quint32& ecKey, int step, const char* end)
 {
     if (isKeypadLocked())
         return false;
     updateECButtonColor(ecKey, ECLEDColor::Off);
-    // Another thread may go to a page of its own at the same time.
+    // Another thread may change the page between the check and the write.
     int pageIndex = d->m_nPageIndex;
     do {
         if (step < 0 ? pageIndex < 1 : maxPage() <= pageIndex + 1) {
@@ -668,23 +668,6 @@ Internal::Painter& Command::painter() const
 void Command::stopPainting()
 {
     d->m_painter.stop();
-}
-
-void Command::showCurrentPage(const std::function<void(quint32)>& show)
-{
-    for (int shown = -1; shown != d->m_nPageIndex;) {
-        shown = d->m_nPageIndex;
-        show(quint32(shown));
-    }
-}
-
-void Command::sendWhileShown(const std::function<bool()>& isShown, const std::function<void()>& send)
-{
-    if (!isShown())
-        return;
-    send();
-    if (!isShown())
-        updateCommandKeypad(Enum::UpdateConsoleType::All);
 }
 
 bool Command::updatePageOled(const quint32& oledECKey, const quint32& pageIndex)

@@ -44,7 +44,7 @@ class Painter;
 /// notifications and the on-screen console's events on the GUI thread, hold timers on threads of their own.
 /// Every operation may be called on any of them.
 ///
-/// Failure: nothing throws. Without an entry, or for an unknown key, lookups answer their missing value
+/// Failure: nothing throws. Without an entry, or for an unknown key, lookups return their missing value
 /// (0, -1, 0xFFFFFFFF, empty) and the LED and label helpers do nothing.
 class ORVANEECPROXYCLIENT_EXPORT Command : public QObject {
     Q_OBJECT
@@ -178,7 +178,7 @@ public:
     bool containsECKeyByOrvaneECKey(const quint32& orvaneECKey) const;
     /// Whether a key of the group has a label with that number; labels are numbered apart from keys.
     bool containsECOled(const quint32& ecKey) const;
-    /// 0 without an entry; otherwise the entry's answer for the number cut to 16 bits.
+    /// 0 without an entry; otherwise the entry's result for the number cut to 16 bits.
     quint32 getECKeyByOrvaneECKey(const quint32& orvaneECKey) const;
     /// 0xFFFFFFFF without an entry.
     quint32 getECKeyByOrderIndex(const quint16& orderIndex) const;
@@ -203,7 +203,7 @@ public:
     /// Warns when no button has that number.
     void updateECButtonColor(const quint32& ecKey, ECLEDColor color, const int& state = 0);
     void setEcButtonLedColor(const quint32& buttonKey, const quint32& ecKey, bool on, ECLEDColor color);
-    /// Sets the keys dark that `isMeant` takes by their function code.
+    /// Turns off the keys for whose function code `isMeant` returns true.
     void darkenKeys(const std::function<bool(quint16)>& isMeant);
     void updateECOledText(const quint32& oledKey, const quint32& ecKey, const QString& text);
     /// Writes the label of the key with that number.
@@ -216,8 +216,8 @@ public:
     bool pageUpRelease(const quint32& ecKey);
     bool pageDownPressed(const quint32& ecKey);
     bool pageDownRelease(const quint32& ecKey);
-    /// Sends the items of the current page to the console. While another thread does so, that one sends them
-    /// once more, and the call returns at once.
+    /// Sends the items of the current page to the console. While another thread paints this command's keys,
+    /// the call returns at once and that thread sends them next.
     void updateCommandKeypad(Enum::UpdateConsoleType type);
     /// Sends one item; nothing when no item has that key on that page.
     void updateBindedECButton(const quint32& ecButtonKey, const quint32& pageIndex);
@@ -227,9 +227,9 @@ public:
     /// True for the screens that keys work on: regular and AUX.
     static bool checkScreenType(BizModel::Enum::Screen::ScreenType type);
     static bool checkScreenType(std::weak_ptr<BizModel::Screen> screen);
-    /// Locks or unlocks the console's keypad and tells the host.
+    /// Locks or unlocks the console's keypad, then has the manager emit `signalKeyboardLocked`.
     void lockedKeyPad(bool locked);
-    /// Locks or unlocks the T-Bar and tells the host.
+    /// Locks or unlocks the T-Bar, then has the manager emit `signalTbarLocked`.
     void lockedTBar(bool locked);
     bool getVirtualConsoleMode() const;
     void setIsVirtualConsoleMode(bool isVirtual);
@@ -257,7 +257,7 @@ protected:
     /// Ends the painting; jobs call virtuals, so this is the first line of each subclass's destructor.
     void stopPainting();
 
-    /// Sets the keys dark that are lit only while pressed.
+    /// Turns off the keys that are lit only while pressed.
     void darkenMomentaryKeys();
     /// Shows every configured key as its row says, row by row.
     void showKeys();
@@ -267,13 +267,6 @@ protected:
     /// The page label: the one of the key with that function code. Warns, and is empty, when the key or its
     /// label is missing.
     std::shared_ptr<EC::s_ECOledConfig> findPageOled(quint16 pageUpOrvaneKey) const;
-    /// Calls `show` with the current page, and once more when the page has changed meanwhile: the last word
-    /// on the page label is the page that is shown.
-    void showCurrentPage(const std::function<void(quint32)>& show);
-    /// Calls `send`, which writes to a key past the repaints, while `isShown` says that the console is to
-    /// show it. When that ends meanwhile, a repaint follows: what was sent late stands on no other page's
-    /// key.
-    void sendWhileShown(const std::function<bool()>& isShown, const std::function<void()>& send);
     /// True when the key exists and has that function code.
     bool isKeyOfFunction(const quint32& ecKey, quint16 orvaneKey) const;
 

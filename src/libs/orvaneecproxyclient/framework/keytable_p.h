@@ -6,28 +6,23 @@
 #include <utility>
 #include <vector>
 
-/// The keys of a command, one row a function code. All that the framework must know of a key stands in its
-/// row.
+/// The keys of a command: one row for each function code, also for those without handlers. A row holds all
+/// that the framework must know of a key.
 ///
-/// How to give a command its table:
-/// 1. In the private part: `static const std::vector<KeyRow<FooCommandPrivate>>& keys();`, defined where the
-///    handlers are, with a row for each code of the enumeration, those without handlers included. The order
-///    of the rows is the order of a repaint.
-/// 2. In the command's constructor: `setKeyTable({this, d, FooCommandPrivate::keys()})` in place of the
-///    `bindKey()` calls. Handlers are members of the private part, or of `Command`
-///    (`&Command::pageUpPressed`).
-/// 3. Delete the overrides of `isAllowedKey...`, `isLockKeyPadKey`, `isTakeKeyPressed`, `isCutKeyPressed`
-/// whose
-///    list of codes the column `traits` holds now; the base reads it.
-/// 4. `light`: `Momentary` for a key that its press lights and its release darkens; `darkenMomentaryKeys()`
-///    takes the place of `darkenKeys()` with a predicate. `Lasting` when the light shows a state.
-/// 5. `show` sends what a repaint sends for the key: light and label from the model, through the painter.
-///    `showKeys()` calls it for every configured key, row by row.
-/// 6. `rest` stops what the press began (holds, repeats, a pending window) without acting on it. It is
-/// called,
-///    on any thread, for a key whose release was dropped by a guard that has ended; then a momentary key is
-///    darkened and `show` is called. Leave it empty when the press begins nothing.
-/// 7. First line of the command's destructor: `stopPainting()`.
+/// The private part of a command defines its rows where its handlers are, and the command's constructor
+/// gives them to `setKeyTable()`. The order of the rows is the order of a repaint. A command whose `show`
+/// steps paint calls `stopPainting()` in the first line of its destructor.
+///
+/// The columns:
+/// - `pressed`, `released`: members of the private part, or of `Command` (`&Command::pageUpPressed`). Null
+///   for a code that does nothing.
+/// - `traits`: which guards of the routing the key passes, and whether it takes or cuts.
+/// - `light`: `Momentary` for a key that its press lights and its release darkens, `Lasting` for one that
+///   shows a state.
+/// - `show`: sends what a repaint sends for the key, its light and label from the model, through the painter.
+/// - `rest`: stops what the press began (holds, repeats, a pending window) without acting on it. Called on
+///   any thread, for a key whose release was dropped by a guard that has ended; then a momentary key is
+///   darkened and `show` is called. Null when the press begins nothing.
 namespace Orvane::ECProxy::Client {
 class Command;
 }
