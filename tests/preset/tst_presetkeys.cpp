@@ -10,6 +10,7 @@ using BizModel::SceneType;
 using TestSupport::LogCapture;
 
 Q_DECLARE_METATYPE(Orvane::MemoryModel::Operation)
+Q_DECLARE_METATYPE(Orvane::BizModel::Enum::Preset::PresetOptMode)
 
 /// What the preset keys do to the device: storing, loading, removing one; and what they show.
 class TestPresetKeys : public PresetTest {
@@ -281,6 +282,31 @@ private Q_SLOTS:
         QCOMPARE(mode(), PresetOptMode::Noting);
         QVERIFY(console().waitShows(Remove, ECLEDColor::Off));
         QVERIFY(console().shows(keyOf(0), ECLEDColor::Green));
+    }
+
+    void whatIsArmedWhileAPresetKeyTakesLongStaysArmed_data()
+    {
+        QTest::addColumn<PresetOptMode>("before");
+        QTest::addColumn<Operation>("slow");
+        QTest::addColumn<PresetOptMode>("armed");
+        QTest::newRow("a load") << PresetOptMode::Noting << Operation::CheckPresetData << PresetOptMode::Save;
+        QTest::newRow("a saving") << PresetOptMode::Save << Operation::CoverPreset << PresetOptMode::Clear;
+        QTest::newRow("a removal") << PresetOptMode::Clear << Operation::RemoveFile << PresetOptMode::Save;
+    }
+    void whatIsArmedWhileAPresetKeyTakesLongStaysArmed()
+    {
+        QFETCH(PresetOptMode, before);
+        QFETCH(Operation, slow);
+        QFETCH(PresetOptMode, armed);
+        auto& application = m_pRig->model().deviceList();
+        application.setPresetOperateMode(before);
+        m_pRig->hold(slow);
+        console().tap(keyOf(2));
+        QVERIFY(m_pRig->waitAsked(slow, 1));
+        application.setPresetOperateMode(armed);
+        m_pRig->letGo();
+        QVERIFY(console().settle());
+        QCOMPARE(mode(), armed);
     }
 
     /// The last test: there is one console a process.

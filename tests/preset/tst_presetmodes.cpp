@@ -173,6 +173,45 @@ private Q_SLOTS:
         QVERIFY(m_pRig->asked(Operation::AsyncRemoveFile).isEmpty());
     }
 
+    void aHeldClearEndsWhenItsKeyGoesDark_data()
+    {
+        QTest::addColumn<int>("armed");
+        QTest::newRow("save is armed") << int(Store);
+        QTest::newRow("remove is armed") << int(Remove);
+        QTest::newRow("somebody else clears") << 0;
+    }
+    void aHeldClearEndsWhenItsKeyGoesDark()
+    {
+        QFETCH(int, armed);
+        LogCapture log;
+        console().press(ClearAll);
+        QVERIFY(console().waitShows(ClearAll, ECLEDColor::Green));
+        if (armed)
+            QVERIFY(tap(quint32(armed)));
+        else
+            m_pRig->control().clearPresets(A);
+        QVERIFY(console().waitShows(ClearAll, ECLEDColor::Off));
+        QVERIFY(log.contains("Clear all presets refused"));
+        QVERIFY(!armed || console().shows(quint16(armed), ECLEDColor::Yellow));
+        console().release(ClearAll);
+        QVERIFY(console().settle());
+    }
+
+    void aPresetKeyLoadsDuringAHeldClearWhichStaysLitAndClears()
+    {
+        console().press(ClearAll);
+        QVERIFY(tap(keyOf(2)));
+        QVERIFY(waitLoaded(3));
+        ECManager::instance()->slotOrvanePluginModeChanged(); // as when the console was away
+        QVERIFY(console().settle());
+        QVERIFY(console().shows(ClearAll, ECLEDColor::Green));
+        QVERIFY(m_pRig->waitAsked(Operation::AsyncRemoveFile, 1, MoreThanThreeSecondsMs));
+        QVERIFY(console().waitShows(ClearAll, ECLEDColor::Off));
+        QVERIFY(waitCleared());
+        console().release(ClearAll);
+        QVERIFY(console().settle());
+    }
+
     void keysReleasedWhileLockedDoNothingWhenTheLockEnds()
     {
         console().press(ClearAll);

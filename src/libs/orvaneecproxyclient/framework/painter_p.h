@@ -63,7 +63,7 @@ public:
 
     /// Sends a single request that may not wait: `send` runs at once on the calling thread. A job or a single
     /// request of another thread that runs meanwhile may have read the old state and send it later; then
-    /// `repaint` is painted after it. Change the state first, then call.
+    /// `repaint` is painted after it. Change the state first, or in `send`.
     void sendAtOnce(const PaintSubject& subject, const Job& send, Job repaint);
 
     /// Drops the waiting jobs, waits for the running one unless it is the caller's own, and refuses all

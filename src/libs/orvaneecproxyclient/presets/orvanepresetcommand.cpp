@@ -290,7 +290,7 @@ void OrvanePresetCommand::slotDevicePresetRemoved(
     if (device && preset)
         d->unbindRemovedPreset(*device, *preset);
     // With the light the arming ends: a dark key never removes.
-    d->m_modes.endIfArmed(PresetOptMode::Clear);
+    d->m_modes.end(PresetOptMode::Clear);
     updateECCommandItems();
 }
 

@@ -172,7 +172,7 @@ bool OrvanePresetCommandPrivate::loadPreset(const quint32& ecKey, bool)
                          preset = std::weak_ptr<BizModel::Preset>(preset), screens,
                          keypadInfo] { updatePresetModel(device, preset, screens, keypadInfo); });
     sampleLoad({quint8(preset->fileId()), device, keypadInfo, lastKeypadInfo});
-    m_modes.setMode(PresetOptMode::Noting);
+    m_modes.endSelect();
     logConsumeTime("preset consume time:OrvanePresetCommand loadPreset end");
     return true;
 }

@@ -225,6 +225,7 @@ void PresetCommand::slotDevicePresetRemoved(
 
 void PresetCommand::slotDeviceDevicePresetCleared(std::weak_ptr<BizModel::Device> device)
 {
+    d->endHeldClear(); // the page extension darkens the key
     d->m_pOrvanePresetCmd->slotDeviceDevicePresetCleared(device);
     d->m_pages.updateAllKeyboard();
 }

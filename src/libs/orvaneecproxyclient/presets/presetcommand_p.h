@@ -52,6 +52,8 @@ public:
     void showSaveKey(const quint32& ecKey);
     void showLoadTarget(const quint32& ecKey);
 
+    /// Ends a hold of the clear-all key without acting: its light goes, and a dark key never clears.
+    void endHeldClear();
     void messageBoxClosed(QMessageBox::StandardButton button);
     void tbarChanged(const ECTBarValue& value);
 
@@ -84,11 +86,10 @@ private:
     /// Has every extension remove all presets. False, and nothing is done, when another device than at the
     /// key's press is active.
     bool clearEverywhere();
-    /// Ends a hold of the clear-all key without acting.
-    void endHeldClear();
     void slotClearAllTimeOut();
     void slotClearPresetsPressed();
     bool isLoadToPGMStateEnable() const;
+    void sendLoadTarget(quint32 ecKey);
     void setLoadToPGMState(BizModel::Enum::Device::LoadToPGMStatus status);
     void setPageIndexECKey(const PageKey& pageKey);
     PageKey pageIndexECKey() const;

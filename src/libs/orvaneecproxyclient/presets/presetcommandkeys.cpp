@@ -87,9 +87,7 @@ PresetCommandPrivate::PresetCommandPrivate(PresetCommand* command, Painter& pain
 bool PresetCommandPrivate::selectPresetPressed(const quint32& ecKey)
 {
     logConsumeTime("preset consume time: AllStarted, ECButton pressed start.");
-    const PresetOptMode mode = m_modes.mode();
-    if (mode != PresetOptMode::Clear && mode != PresetOptMode::Save)
-        m_modes.setMode(PresetOptMode::Select);
+    const PresetOptMode mode = m_modes.beginSelect();
     const bool bound = m_extensions.selectPresetPressed(ecKey);
     m_pOrvanePresetCmd->selectPresetPressed(ecKey, bound);
     if (m_modes.takeClearStatus())
@@ -117,6 +115,7 @@ bool PresetCommandPrivate::selectPresetRelease(const quint32& ecKey)
 
 bool PresetCommandPrivate::removeSelectedPresetPressed(const quint32& ecKey)
 {
+    endHeldClear();
     m_modes.toggle(ecKey, PresetOptMode::Clear);
     return true;
 }
@@ -128,11 +127,12 @@ bool PresetCommandPrivate::removeSelectedPresetRelease(const quint32&)
 
 void PresetCommandPrivate::showRemoveKey(const quint32& ecKey)
 {
-    m_modes.show(ecKey, PresetOptMode::Clear);
+    m_modes.paint(ecKey, PresetOptMode::Clear);
 }
 
 bool PresetCommandPrivate::savePresetPressed(const quint32& ecKey)
 {
+    endHeldClear();
     m_modes.toggle(ecKey, PresetOptMode::Save);
     return true;
 }
@@ -144,7 +144,7 @@ bool PresetCommandPrivate::savePresetRelease(const quint32&)
 
 void PresetCommandPrivate::showSaveKey(const quint32& ecKey)
 {
-    m_modes.show(ecKey, PresetOptMode::Save);
+    m_modes.paint(ecKey, PresetOptMode::Save);
 }
 
 // ---- Clearing all presets -------------------------------------------------------------------------------
@@ -187,13 +187,13 @@ void PresetCommandPrivate::endHeldClear()
 {
     if (!m_pClearAllTimer.stop())
         return;
-    qWarning("Clear all presets refused: a question was answered, or the release dropped, during the hold.");
+    qWarning("Clear all presets refused: the key went dark, or its release was dropped, during the hold.");
     m_modes.endClearAll();
 }
 
 void PresetCommandPrivate::showClearKey(const quint32& ecKey)
 {
-    m_modes.show(ecKey, PresetOptMode::ClearAll);
+    m_modes.paint(ecKey, PresetOptMode::ClearAll);
 }
 
 bool PresetCommandPrivate::clearEverywhere()
@@ -247,7 +247,7 @@ void PresetCommandPrivate::messageBoxClosed(QMessageBox::StandardButton button)
         if (button == QMessageBox::Yes)
             setLoadToPGMState(LoadToPGMStatus::LoadToPGM);
     } else {
-        endHeldClear(); // with the light: a dark key never clears
+        endHeldClear();
         m_modes.offFunctionkeyColor(PresetCallbackType::eClearPresetsCB);
     }
 }
@@ -316,16 +316,19 @@ bool PresetCommandPrivate::loadToPGMPresetRelease(const quint32&)
 
 void PresetCommandPrivate::slotLoadToPGMUpDate()
 {
-    m_painter.paint("preset load target", [this] {
-        const auto config = m_pCommand->ecCommandConfig();
-        const auto button =
-            config ? config->findECButtonConfigByOrvaneKey(quint16(PresetCallbackType::eLoadToPgm)) : nullptr;
-        if (button)
-            showLoadTarget(button->ECKey);
-    });
+    const auto config = m_pCommand->ecCommandConfig();
+    const auto button =
+        config ? config->findECButtonConfigByOrvaneKey(quint16(PresetCallbackType::eLoadToPgm)) : nullptr;
+    if (button)
+        showLoadTarget(button->ECKey);
 }
 
 void PresetCommandPrivate::showLoadTarget(const quint32& ecKey)
+{
+    m_painter.paint({"preset load target", ecKey}, [this, ecKey] { sendLoadTarget(ecKey); });
+}
+
+void PresetCommandPrivate::sendLoadTarget(quint32 ecKey)
 {
     const bool isOn = isLoadToPGMStateEnable();
     const auto device = activedDevice();

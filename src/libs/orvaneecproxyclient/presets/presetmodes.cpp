@@ -47,15 +47,38 @@ void PresetModes::setMode(Mode mode)
         devices->setPresetOperateMode(mode);
 }
 
+void PresetModes::endMode(Mode mode)
+{
+    if (this->mode() == mode)
+        setMode(Mode::Noting);
+}
+
+PresetModes::Mode PresetModes::beginSelect()
+{
+    Mode before = Mode::Noting;
+    take([&] {
+        before = mode();
+        if (before != Mode::Clear && before != Mode::Save)
+            setMode(Mode::Select);
+    });
+    return before;
+}
+
+void PresetModes::endSelect()
+{
+    take([this] { endMode(Mode::Select); });
+}
+
 void PresetModes::toggle(const quint32& ecKey, Mode mode)
 {
-    if (this->mode() == mode) {
-        end(mode);
-        return;
-    }
-    setMode(mode);
-    m_bClearAllLit = false;
-    sendAtOnce([&] {
+    take([&] {
+        if (this->mode() == mode) {
+            setMode(Mode::Noting);
+            sendOff(keyOf(mode));
+            return;
+        }
+        setMode(mode);
+        m_bClearAllLit = false;
         updateECButtonColorPri(ecKey, ECLEDColor::Yellow, ArmedKeyState);
         sendOff(keyOf(mode == Mode::Save ? Mode::Clear : Mode::Save));
         sendOff(PresetCallbackType::eClearPresetsCB);
@@ -64,9 +87,9 @@ void PresetModes::toggle(const quint32& ecKey, Mode mode)
 
 void PresetModes::armClearAll(const quint32& ecKey)
 {
-    setMode(Mode::ClearAll);
-    m_bClearAllLit = true;
-    sendAtOnce([&] {
+    take([&] {
+        setMode(Mode::ClearAll);
+        m_bClearAllLit = true;
         updateECButtonColorPri(ecKey, ECLEDColor::Green);
         sendOff(PresetCallbackType::eRemoveSelectedPresetCB);
         sendOff(PresetCallbackType::eSavePresetCB);
@@ -75,47 +98,53 @@ void PresetModes::armClearAll(const quint32& ecKey)
 
 void PresetModes::end(Mode mode)
 {
-    setMode(Mode::Noting);
-    offFunctionkeyColor(keyOf(mode));
-}
-
-void PresetModes::endIfArmed(Mode mode)
-{
-    if (this->mode() == mode)
-        setMode(Mode::Noting);
-    offFunctionkeyColor(keyOf(mode));
+    take([&] {
+        endMode(mode);
+        if (mode == Mode::ClearAll)
+            m_bClearAllLit = false;
+        sendOff(keyOf(mode));
+    });
 }
 
 void PresetModes::endClearAll()
 {
-    if (mode() == Mode::ClearAll)
-        setMode(Mode::Noting);
+    take([this] {
+        endMode(Mode::ClearAll);
+        m_bClearAllLit = false;
+    });
 }
 
 void PresetModes::endAny()
 {
-    const Mode armed = mode();
-    setMode(Mode::Noting);
-    if (armed == Mode::Clear || armed == Mode::Save)
-        offFunctionkeyColor(keyOf(armed));
+    take([this] {
+        const Mode armed = mode();
+        setMode(Mode::Noting);
+        if (armed == Mode::Clear || armed == Mode::Save)
+            sendOff(keyOf(armed));
+    });
 }
 
 void PresetModes::offFunctionkeyColor(PresetCallbackType type)
 {
-    if (type == PresetCallbackType::eClearPresetsCB)
-        m_bClearAllLit = false;
-    sendAtOnce([&] { sendOff(type); });
+    take([&] {
+        if (type == PresetCallbackType::eClearPresetsCB)
+            m_bClearAllLit = false;
+        sendOff(type);
+    });
 }
 
 void PresetModes::offClearKey(const quint32& ecKey)
 {
-    m_bClearAllLit = false;
-    sendAtOnce([&] { updateECButtonColorPri(ecKey, ECLEDColor::Off); });
+    take([&] {
+        m_bClearAllLit = false;
+        updateECButtonColorPri(ecKey, ECLEDColor::Off);
+    });
 }
 
 void PresetModes::show(const quint32& ecKey, Mode mode)
 {
-    if (this->mode() != mode || (mode == Mode::ClearAll && !m_bClearAllLit))
+    const bool isLit = mode == Mode::ClearAll ? m_bClearAllLit.load() : this->mode() == mode;
+    if (!isLit)
         updateECButtonColorPri(ecKey, ECLEDColor::Off);
     else if (mode == Mode::ClearAll)
         updateECButtonColorPri(ecKey, ECLEDColor::Green);
@@ -126,6 +155,11 @@ void PresetModes::show(const quint32& ecKey, Mode mode)
 void PresetModes::paint()
 {
     m_painter.paint("preset modes", [this] { showAll(); });
+}
+
+void PresetModes::paint(const quint32& ecKey, Mode mode)
+{
+    m_painter.paint({"preset mode key", ecKey}, [this, ecKey, mode] { show(ecKey, mode); });
 }
 
 void PresetModes::showAll()
@@ -140,9 +174,9 @@ void PresetModes::showAll()
     }
 }
 
-void PresetModes::sendAtOnce(const Painter::Job& send)
+void PresetModes::take(const Painter::Job& step)
 {
-    m_painter.sendAtOnce("preset modes", send, [this] { showAll(); });
+    m_painter.sendAtOnce("preset modes", step, [this] { showAll(); });
 }
 
 void PresetModes::sendOff(PresetCallbackType type)
