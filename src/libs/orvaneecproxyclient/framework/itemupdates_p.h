@@ -15,7 +15,7 @@ namespace Orvane::ECProxy::Client::Internal {
 /// brings an update: the items end up as the model does.
 class ItemUpdates {
 public:
-    /// `readModel` answers what is then given to `writeItems`, whose answer is handed on. `writeItems` runs
+    /// Passes what `readModel` returns to `writeItems` and returns the latter's result. `writeItems` runs
     /// under the lock: it changes items and calls nothing else.
     template <typename Read, typename Write> auto update(Read readModel, Write writeItems)
     {
