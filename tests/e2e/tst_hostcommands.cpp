@@ -1,6 +1,8 @@
 #include "program.h"
 
+#include <QImage>
 #include <QJsonArray>
+#include <QTemporaryDir>
 #include <QTemporaryFile>
 #include <QTest>
 
@@ -116,6 +118,28 @@ private Q_SLOTS:
         QVERIFY(m_host->hasDone("setPeripheral", {{"screens", 2}, {"target", 1}}));
         QVERIFY(
             !m_console->next({{"event", "down"}, {"name", "ControlPeripheral"}, {"screens", 2}}).isEmpty());
+    }
+
+    void bothConsolesWorkAtTheSameTime()
+    {
+        QVERIFY(m_host->hasDone("showConsole", {{"visible", true}, {"width", 1280}, {"height", 800}}));
+        QTemporaryDir directory;
+        const auto picture = [&] {
+            const QString file = directory.filePath("console.png");
+            const bool taken = m_host->hasDone("screenshot", {{"window", "console"}, {"file", file}});
+            return taken ? QImage(file) : QImage();
+        };
+        const QImage before = picture();
+        QCOMPARE(before.size(), QSize(1280, 800));
+        m_console->writeLine("press 93");
+        QVERIFY(m_console->expect("led 93 green"));
+        QVERIFY(m_host->hasDone("pressVirtualKey", {{"key", 1094}}));
+        QVERIFY(m_console->expect("led 94 green")); // each shows what the other one does
+        QVERIFY(m_host->tells("field", {{"text", "01"}}));
+        QTRY_VERIFY_WITH_TIMEOUT(picture() != before, PatienceMs);
+        m_console->writeLine("release 93");
+        QVERIFY(m_host->hasDone("releaseVirtualKey", {{"key", 1094}}));
+        QVERIFY(m_console->expect("no-led 94 green"));
     }
 
     void stateAndKeysTellPagesAndBindings()

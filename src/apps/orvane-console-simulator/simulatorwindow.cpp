@@ -7,6 +7,8 @@
 #include <QDockWidget>
 #include <QPixmap>
 
+#include <algorithm>
+
 using namespace Orvane;
 using namespace Orvane::ConsolePanel;
 
