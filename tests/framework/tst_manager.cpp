@@ -49,7 +49,7 @@ private Q_SLOTS:
             m_sent.append(datagram);
             if (const auto whileSending = std::exchange(m_whileSending, nullptr))
                 whileSending();
-            return false; // a route's answer is nobody's business
+            return false; // a route's result is ignored
         });
         manager->repeatLocks();
         QVERIFY(m_sent.isEmpty()); // none was asked for

@@ -167,7 +167,7 @@ private Q_SLOTS:
         QVERIFY(console().shows(KeypadLock, ECLEDColor::Off));
     }
 
-    void theTBarKeyFollowsWhoeverLocksTheTBar()
+    void theTBarKeyFollowsLocksOfOthers()
     {
         const ECManager* manager = ECManager::instance();
         console().press(TBarLock);
@@ -214,7 +214,7 @@ private Q_SLOTS:
         QVERIFY(!ECManager::instance()->isLockedTBar());
     }
 
-    void theApplicationThatUnlocksAtTheSameMomentHasTheLastWord()
+    void anUnlockOfTheApplicationAtTheSameMomentLeavesTheKeyDark()
     {
         // As another thread would, between the request of a key's timer and its announcement.
         ECManager* manager = ECManager::instance();
@@ -226,15 +226,15 @@ private Q_SLOTS:
                 lockKeypad(false);
             return true;
         });
-        int timesTold = 0;
+        int timesEmitted = 0;
         QObject context;
-        const auto count = [&timesTold](bool) { ++timesTold; };
+        const auto count = [&timesEmitted](bool) { ++timesEmitted; };
         QObject::connect(manager, &ECManager::signalTbarLocked, &context, count);
         QObject::connect(manager, &ECManager::signalKeyboardLocked, &context, count);
         for (const quint16 key : {TBarLock, KeypadLock}) {
-            timesTold = 0;
-            const bool wasTold = holdUntil(key, [&] { return timesTold >= 2; });
-            QVERIFY(wasTold && console().settle());
+            timesEmitted = 0;
+            const bool wereEmitted = holdUntil(key, [&] { return timesEmitted >= 2; });
+            QVERIFY(wereEmitted && console().settle());
             QVERIFY(console().shows(key, ECLEDColor::Off));
         }
         manager->removeSendRoute(route);
@@ -293,7 +293,7 @@ private Q_SLOTS:
         QVERIFY(console().waitShows(Copy, ECLEDColor::Off));
     }
 
-    void copiesThatFailAreTold()
+    void copiesThatFailAreShownToTheUser()
     {
         m_pRig->operations().fail(Operation::AsyncAddCopyLayers, "The card is on fire.", Times::Once);
         LogCapture log;
@@ -309,7 +309,7 @@ private Q_SLOTS:
     }
 
     /// The last test: there is one console a process.
-    void answersAfterTheEndOfTheConsole()
+    void aSaveThatEndsAfterTheConsoleIsStillShown()
     {
         m_pRig->operations().delay(Operation::AsyncSaveDeviceData, 300ms, Times::Once);
         console().press(TBarLock); // a hold is under way as well

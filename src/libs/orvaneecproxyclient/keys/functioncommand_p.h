@@ -100,7 +100,7 @@ private:
     /// No save is running. Shared with the save's completion.
     const std::shared_ptr<std::atomic<bool>> m_isSavedFinished = std::make_shared<std::atomic<bool>>(true);
 
-    // Locked by the keys: set by their timers, and by whoever else locks or unlocks.
+    // What the keys take for locked: set by their own time-outs and by the locks of others.
     std::atomic<bool> m_bLockTBar{false};
     std::atomic<bool> m_bLockECKeyboard{false};
 

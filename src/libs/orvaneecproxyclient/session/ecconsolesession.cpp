@@ -23,7 +23,7 @@ using ServiceState = ECConsoleSession::ServiceState;
 /// latest.
 constexpr std::chrono::milliseconds WatchInterval(250);
 
-/// Why the port cannot be bound as it is going to be; empty when it can.
+/// Why the port cannot be bound in this mode; empty when it can.
 QString bindProblem(const QHostAddress& address, quint16 port, QAbstractSocket::BindMode mode)
 {
     QUdpSocket probe;
@@ -37,12 +37,12 @@ QString portProblem()
     QString reason = bindProblem(QHostAddress::AnyIPv4, ECClientPort, QAbstractSocket::DontShareAddress);
     if (!reason.isEmpty())
         return QStringLiteral(
-                   "UDP port %1, where the console reports, cannot be had: %2. Is another host running?")
+                   "UDP port %1, where the console reports, cannot be opened: %2. Is another host running?")
             .arg(ECClientPort)
             .arg(reason);
     reason = bindProblem(QHostAddress::Any, ECServicePort, shared);
     if (!reason.isEmpty())
-        return QStringLiteral("UDP port %1, from which the console gets its requests, cannot be had: %2.")
+        return QStringLiteral("UDP port %1, from which the console gets its requests, cannot be opened: %2.")
             .arg(ECServicePort)
             .arg(reason);
     return {};
@@ -56,12 +56,12 @@ public:
 
     bool start(const std::shared_ptr<EC::s_ECKeyboardConfig>& keyboard, const QString& address);
     void stop();
-    /// Looks who has the two ports and acts on what has changed.
+    /// Looks which processes have the two ports open and acts on what has changed.
     void watch();
     void setServiceState(ServiceState state);
     bool refuse(const QString& reason);
     void report(const QString& text);
-    /// The signal may be late; the manager knows.
+    /// Reads the manager's state: a signal of another thread comes queued and may be out of date.
     void showLock()
     {
         m_pUnlockKeypad->setEnabled(ECManager::instance() && ECManager::instance()->isLockedKeypad());
@@ -132,7 +132,7 @@ bool ECConsoleSessionPrivate::start(
     m_watchTimer.start();
     m_pSession->repaint();
     setServiceState(m_services.isEmpty() ? ServiceState::Absent : ServiceState::Present);
-    return m_bRunning; // who hears of the state may have stopped the session
+    return m_bRunning; // a receiver of the signal may have stopped the session
 }
 
 void ECConsoleSessionPrivate::stop()
@@ -169,7 +169,7 @@ void ECConsoleSessionPrivate::setServiceState(ServiceState state)
     if (std::exchange(m_serviceState, state) == state)
         return;
     if (state == ServiceState::Absent)
-        qWarning("The console's service is absent: nobody has UDP port %d.", int(ECServicePort));
+        qWarning("The console's service is absent: no process has opened UDP port %d.", int(ECServicePort));
     else if (state == ServiceState::Present)
         qInfo("The console's service is present.");
     Q_EMIT m_pSession->serviceStateChanged(state);

@@ -39,7 +39,7 @@ class ORVANEECPROXYCLIENT_EXPORT ECConsoleSession : public QObject {
 public:
     enum class ServiceState {
         Unknown, ///< the session is not running
-        Absent, ///< nobody has the service's port: requests go nowhere
+        Absent, ///< no process has opened the service's port: requests go nowhere
         Present,
     };
     Q_ENUM(ServiceState)
@@ -52,7 +52,7 @@ public:
     /// stopped first. A keyboard that was started with before keeps its commands.
     /// @param address where the service is, as numbers
     /// @return false, with `errorString()`: there is no keyboard, the manager is gone for good, or a port
-    /// cannot be had, for one because another process receives the console's reports already
+    /// cannot be opened, for one because another process receives the console's reports already
     bool start(
         const std::shared_ptr<EC::s_ECKeyboardConfig>& keyboard,
         const QString& address = QStringLiteral("127.0.0.1"));
