@@ -141,6 +141,16 @@ private Q_SLOTS:
         }
     }
 
+    void aSecondReceiverOfTheReportsIsNoticed()
+    {
+        Host host;
+        QVERIFY(host.start());
+        QUdpSocket second;
+        QVERIFY(second.bind(
+            QHostAddress::AnyIPv4, ReportPort, QUdpSocket::ShareAddress | QUdpSocket::ReuseAddressHint));
+        QVERIFY(host.tells("sessionError"));
+    }
+
     void endIsOrderly_data()
     {
         QTest::addColumn<int>("way");

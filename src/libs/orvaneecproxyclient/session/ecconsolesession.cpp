@@ -58,6 +58,7 @@ public:
     void stop();
     /// Looks which processes have the two ports open and acts on what has changed.
     void watch();
+    void showService();
     void setServiceState(ServiceState state);
     bool refuse(const QString& reason);
     void report(const QString& text);
@@ -77,6 +78,7 @@ public:
     bool m_bSharesReports = false; ///< another process receives, too; reported once
     int m_nRoute = 0; ///< number of the manager's send route
     std::shared_ptr<EC::s_ECKeyboardConfig> m_pKeyboard; ///< the one that the commands were made for
+    bool m_bServiceIsHere = false; ///< the service's sockets are in this machine's tables
     SocketInodes m_services;
     ServiceState m_serviceState = ServiceState::Unknown;
     QString m_strError;
@@ -127,11 +129,12 @@ bool ECConsoleSessionPrivate::start(
     if (std::exchange(m_pKeyboard, keyboard) != keyboard)
         manager->init(keyboard);
 
+    m_bServiceIsHere = QHostAddress(address).isLoopback();
     m_services = socketsOfOthers(ECServicePort);
     m_bSharesReports = false;
     m_watchTimer.start();
     m_pSession->repaint();
-    setServiceState(m_services.isEmpty() ? ServiceState::Absent : ServiceState::Present);
+    showService();
     return m_bRunning; // a receiver of the signal may have stopped the session
 }
 
@@ -150,7 +153,7 @@ void ECConsoleSessionPrivate::watch()
 {
     const SocketInodes services = socketsOfOthers(ECServicePort);
     const SocketInodes known = std::exchange(m_services, services);
-    setServiceState(services.isEmpty() ? ServiceState::Absent : ServiceState::Present);
+    showService();
     if (!m_bRunning)
         return; // stopped by a receiver of the signal
     // A service that was ended and started between two looks has another socket.
@@ -162,6 +165,12 @@ void ECConsoleSessionPrivate::watch()
         report(QStringLiteral(
                    "Another process has opened UDP port %1: the console's reports go to only one of the two.")
                    .arg(ECClientPort));
+}
+
+void ECConsoleSessionPrivate::showService()
+{
+    if (m_bServiceIsHere)
+        setServiceState(m_services.isEmpty() ? ServiceState::Absent : ServiceState::Present);
 }
 
 void ECConsoleSessionPrivate::setServiceState(ServiceState state)

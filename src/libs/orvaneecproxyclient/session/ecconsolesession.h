@@ -38,7 +38,7 @@ class ORVANEECPROXYCLIENT_EXPORT ECConsoleSession : public QObject {
 
 public:
     enum class ServiceState {
-        Unknown, ///< the session is not running
+        Unknown, ///< the session is not running, or the service is on another machine
         Absent, ///< no process has opened the service's port: requests go nowhere
         Present,
     };
