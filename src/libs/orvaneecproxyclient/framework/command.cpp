@@ -463,12 +463,6 @@ std::shared_ptr<EC::s_ECOledConfig> Command::findPageOled(quint16 pageUpOrvaneKe
     return button ? button->pECOledCfg : nullptr;
 }
 
-bool Command::isKeyOfFunction(const quint32& ecKey, quint16 orvaneKey) const
-{
-    const auto button = findButton(ecKey);
-    return button && button->OrvaneKey == orvaneKey;
-}
-
 void Command::dispatchPressed(const quint32& ecKey)
 {
     if (const KeyCallback handler = findECButtonPressedCBByECKey(ecKey))

@@ -267,8 +267,6 @@ protected:
     /// The page label: the one of the key with that function code. Warns, and is empty, when the key or its
     /// label is missing.
     std::shared_ptr<EC::s_ECOledConfig> findPageOled(quint16 pageUpOrvaneKey) const;
-    /// True when the key exists and has that function code.
-    bool isKeyOfFunction(const quint32& ecKey, quint16 orvaneKey) const;
 
 private:
     bool hasTrait(const quint32& ecKey, unsigned trait) const;

@@ -1,6 +1,5 @@
 #include "functioncommand.h"
 
-#include "eccommanditem.h"
 #include "functioncommand_p.h"
 
 namespace Orvane::ECProxy::Client {
@@ -26,12 +25,12 @@ QString FunctionCommand::name() const
 
 QList<std::shared_ptr<ECCommandItem>> FunctionCommand::commandItems() const
 {
-    return d->items();
+    return d->m_keys.items();
 }
 
 void FunctionCommand::updateSelectModeButtonConfig()
 {
-    d->collectKeys();
+    d->m_keys.make(ecCommandConfig(), 1);
 }
 
 void FunctionCommand::updateKeyboard() { }

@@ -2,10 +2,10 @@
 
 #include "functioncommand.h"
 #include "holdtimer_p.h"
+#include "keygroup_p.h"
 #include "keytable_p.h"
 #include "painter_p.h"
 #include "secondaryscreen_p.h"
-#include "selectkeys_p.h"
 
 #include <atomic>
 #include <chrono>
@@ -45,9 +45,8 @@ public:
     void followKeypadLock(bool locked);
     void followDVISignal(bool hasSignal) { m_secondaryScreen.follow(hasSignal); }
 
-    /// Collects the function keys of the configuration and makes their items.
-    void collectKeys();
-    QList<std::shared_ptr<ECCommandItem>> items() const;
+    /// All keys of the group that have a function.
+    KeyGroup m_keys{std::nullopt, 0};
 
 private:
     /// A key that locks when it is held.
@@ -91,11 +90,6 @@ private:
 
     FunctionCommand* const m_pCommand;
     Painter& m_painter;
-    SelectKeys m_functionButtonCfgs;
-
-    // m_itemsMutex guards m_functionECCommands.
-    mutable std::mutex m_itemsMutex;
-    QList<std::shared_ptr<ECCommandItem>> m_functionECCommands;
 
     /// No save is running. Shared with the save's completion.
     const std::shared_ptr<std::atomic<bool>> m_isSavedFinished = std::make_shared<std::atomic<bool>>(true);

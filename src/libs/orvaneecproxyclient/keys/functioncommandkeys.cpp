@@ -130,20 +130,6 @@ const std::vector<KeyRow<FunctionCommandPrivate>>& FunctionCommandPrivate::keys(
     return rows;
 }
 
-void FunctionCommandPrivate::collectKeys()
-{
-    m_functionButtonCfgs.collectFunctions(m_pCommand->ecCommandConfig());
-    auto items = m_functionButtonCfgs.makeItems(1);
-    const std::lock_guard<std::mutex> lock(m_itemsMutex);
-    m_functionECCommands.swap(items);
-}
-
-QList<std::shared_ptr<ECCommandItem>> FunctionCommandPrivate::items() const
-{
-    const std::lock_guard<std::mutex> lock(m_itemsMutex);
-    return m_functionECCommands;
-}
-
 void FunctionCommandPrivate::updateEcButtonColor(bool on, FunctionCallbackType type, ECLEDColor color)
 {
     const auto config = m_pCommand->ecCommandConfig();

@@ -1,6 +1,5 @@
 #include "inputcommand.h"
 
-#include "ecconsolemanager.h"
 #include "hoststate_p.h"
 #include "inputcommand_p.h"
 #include "inputtrial_p.h"
@@ -140,7 +139,7 @@ void InputCommandPrivate::followSelectedLayer(const BizModel::Device& device, co
         ? device.findInput(layer->sourceId()).lock()
         : nullptr;
     updateECCommandItems();
-    const auto item = input ? InputKeyItems::findItem(device, *input) : nullptr;
+    const auto item = input ? m_items.findItem(device, *input) : nullptr;
     if (item) {
         m_pCommand->updateCurrentPageIndex(item->ecButtonPageIndex());
         m_pCommand->udpateECPageOled();
@@ -197,7 +196,7 @@ int InputCommand::maxPage()
 
 int InputCommand::pageSize() const
 {
-    return d->m_items.keys().count();
+    return d->m_items.pageSize();
 }
 
 void InputCommand::retranslateUi() { }
@@ -205,7 +204,7 @@ void InputCommand::retranslateUi() { }
 QList<std::shared_ptr<ECCommandItem>> InputCommand::commandItems() const
 {
     const auto device = Internal::activedDevice();
-    return ECConsoleManager::instance()->inputECCommandItems(device ? device->ipMacSn() : QString());
+    return d->m_items.items(device ? device->ipMacSn() : QString());
 }
 
 bool InputCommand::updatePageOled(const quint32& oledECKey, const quint32& pageIndex)
@@ -217,17 +216,17 @@ bool InputCommand::updatePageOled(const quint32& oledECKey, const quint32& pageI
 
 void InputCommand::updateSelectModeButtonConfig()
 {
-    d->m_items.make(ecCommandConfig(), quint16(InputCallbackType::eSelecInputCB), maxPage());
+    d->m_items.make(ecCommandConfig(), maxPage());
 }
 
 int InputCommand::getMinUnusedECButtonIndex(int& orderIndex) const
 {
-    return Internal::minUnusedButtonIndex(commandItems(), pageSize(), orderIndex);
+    return d->m_items.minUnusedButtonIndex(commandItems(), orderIndex);
 }
 
 std::shared_ptr<EC::s_ECButtonConfig> InputCommand::findSelectModeButtonByIndex(const int& index) const
 {
-    return d->m_items.keys().at(index);
+    return d->m_items.button(index);
 }
 
 void InputCommand::updateKeyboard()
@@ -248,7 +247,7 @@ void InputCommand::udpateECPageOled()
 
 bool InputCommand::containsSelectedECButtonConfigByECKey(const quint32& ecKey) const
 {
-    return isKeyOfFunction(ecKey, quint16(InputCallbackType::eSelecInputCB));
+    return d->m_items.contains(ecKey);
 }
 
 void InputCommand::slotECButtonPressed(const quint32& ecKey)
@@ -272,7 +271,7 @@ void InputCommand::slotActivedDeviceChanged()
 void InputCommand::slotDeviceRemoved(std::shared_ptr<BizModel::Device> device)
 {
     if (device)
-        d->m_items.forgetDevice(*device);
+        d->m_items.forgetDevice(device->ipMacSn());
     updateCurrentPageIndex(0);
     updateKeyboard();
 }

@@ -38,7 +38,7 @@ public:
     void updateInputName(const BizModel::Device& device, const BizModel::Interface& input);
 
     InputCommand* const m_pCommand;
-    InputKeyItems m_items;
+    InputKeyItems m_items{quint16(InputCallbackType::eSelecInputCB)};
 
 private:
     static void bindSource(

@@ -1,6 +1,5 @@
 #include "inputkeyitems_p.h"
 
-#include "ecconsolemanager.h"
 #include "modelaccess_p.h"
 
 #include "bizmodel/device.h"
@@ -73,19 +72,6 @@ QList<InputPtr> sortedInputs(const BizModel::Device& device)
     return inputs;
 }
 
-void InputKeyItems::make(
-    const std::shared_ptr<EC::s_ECCommandConfig>& config, quint16 selectKeyCode, int pageCount)
-{
-    m_updates.write([&] {
-        m_keys.collect(config, selectKeyCode);
-        const auto items = m_keys.makeItems(pageCount);
-        ECConsoleManager* const store = ECConsoleManager::instance();
-        store->clearECCommandItems(KeyboardType::Input);
-        for (const auto& item : items)
-            store->appendECCommandItem(KeyboardType::Input, item);
-    });
-}
-
 std::optional<InputKeyItems::DeviceInputs> InputKeyItems::readActivedDevice()
 {
     const auto device = activedDevice();
@@ -101,10 +87,9 @@ std::optional<InputKeyItems::DeviceInputs> InputKeyItems::readActivedDevice()
 
 void InputKeyItems::update()
 {
-    const int withoutKey =
-        m_updates.update(readActivedDevice, [this](const std::optional<DeviceInputs>& device) {
-            return device ? bindInputs(*device) : 0;
-        });
+    const int withoutKey = updateItems(readActivedDevice, [this](const std::optional<DeviceInputs>& device) {
+        return device ? bindInputs(*device) : 0;
+    });
     for (int i = 0; i < withoutKey; ++i)
         qWarning(" Binding screen data error...");
 }
@@ -112,10 +97,8 @@ void InputKeyItems::update()
 /// Returns how many inputs are left without a key.
 int InputKeyItems::bindInputs(const DeviceInputs& device) const
 {
-    ECConsoleManager* store = ECConsoleManager::instance();
-    const ECCommandItemList items = store->inputECCommandItems(device.ip);
+    const ECCommandItemList items = this->items(device.ip);
     const auto& inputs = device.inputs;
-    const int pageSize = m_keys.count();
     for (int i = 0; i < items.size(); ++i) {
         const auto& item = items.at(i);
         const bool isUsed = std::size_t(i) < inputs.size();
@@ -126,30 +109,16 @@ int InputKeyItems::bindInputs(const DeviceInputs& device) const
         if (!isUsed)
             continue;
         const KeyInput& input = inputs[std::size_t(i)];
-        const int pageIndex = item->ecButtonPageIndex();
-        const int orderIndex = item->ecButtonOrderIndex();
-        store->updateECButtonData(
-            device.ip, KeyboardType::Input, orderIndex, pageIndex * pageSize + orderIndex, pageIndex, ids,
-            input.color, input.name, false);
+        bind(device.ip, placeOf(*item), ids, input.color, input.name);
     }
     return std::max(0, int(inputs.size()) - items.size());
-}
-
-void InputKeyItems::forgetDevice(const BizModel::Device& device)
-{
-    m_updates.write([ip = device.ipMacSn()] {
-        ECConsoleManager::instance()->resetECCommandItems(ip, KeyboardType::Input);
-    });
 }
 
 InputPtr InputKeyItems::findBindingInput(const BizModel::Device& device, int buttonIndex) const
 {
     if (buttonIndex < 0)
         return nullptr; // inputs without a key have this button index, too
-    const ECObjectIdList ids = m_updates.read([&] {
-        return ECConsoleManager::instance()->findBindingObject(
-            device.ipMacSn(), KeyboardType::Input, buttonIndex);
-    });
+    const ECObjectIdList ids = objectsOn(device.ipMacSn(), buttonIndex);
     const auto inputs = device.validInputs();
     for (const auto& weakInput : inputs) {
         auto input = weakInput.lock();
@@ -159,25 +128,15 @@ InputPtr InputKeyItems::findBindingInput(const BizModel::Device& device, int but
     return nullptr;
 }
 
-std::shared_ptr<ECCommandItem> InputKeyItems::findItem(
-    const BizModel::Device& device, const BizModel::Interface& input)
+ECCommandItemPtr InputKeyItems::findItem(
+    const BizModel::Device& device, const BizModel::Interface& input) const
 {
-    return ECConsoleManager::instance()->findBindingECItem(
-        device.ipMacSn(), KeyboardType::Input, objectId(input));
+    return itemOf(device.ipMacSn(), objectId(input));
 }
 
-std::shared_ptr<ECCommandItem> InputKeyItems::rename(
-    const BizModel::Device& device, const BizModel::Interface& input)
+ECCommandItemPtr InputKeyItems::rename(const BizModel::Device& device, const BizModel::Interface& input)
 {
-    const QString ip = device.ipMacSn();
-    const ECObjectId id = objectId(input);
-    const QString name = input.name();
-    return m_updates.write([&] {
-        auto item = ECConsoleManager::instance()->findBindingECItem(ip, KeyboardType::Input, id);
-        if (item)
-            item->setECOledText(name);
-        return item;
-    });
+    return KeyGroup::rename(device.ipMacSn(), objectId(input), input.name());
 }
 
 } // namespace Orvane::ECProxy::Client::Internal

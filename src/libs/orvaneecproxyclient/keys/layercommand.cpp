@@ -1,7 +1,6 @@
 #include "layercommand.h"
 
 #include "consumetime_p.h"
-#include "ecconsolemanager.h"
 #include "layercommand_p.h"
 #include "modelaccess_p.h"
 
@@ -78,7 +77,7 @@ int LayerCommand::maxPage()
 
 int LayerCommand::pageSize() const
 {
-    return d->m_items.keys().count();
+    return d->m_items.pageSize();
 }
 
 void LayerCommand::retranslateUi()
@@ -89,14 +88,7 @@ void LayerCommand::retranslateUi()
 
 QList<std::shared_ptr<ECCommandItem>> LayerCommand::commandItems() const
 {
-    ECCommandItemList items;
-    const auto target = Internal::activedLayerScreen();
-    ECConsoleManager* store = ECConsoleManager::instance();
-    if (target)
-        store->layerECCommandItems(target->ip, target->serverId, items);
-    if (items.isEmpty())
-        store->layerECCommandItems(QString(), 0, items);
-    return items;
+    return Internal::LayerKeyItems::itemsOf(Internal::activedLayerScreen());
 }
 
 bool LayerCommand::updatePageOled(const quint32& oledECKey, const quint32& pageIndex)
@@ -108,25 +100,17 @@ bool LayerCommand::updatePageOled(const quint32& oledECKey, const quint32& pageI
 
 void LayerCommand::updateSelectModeButtonConfig()
 {
-    d->m_items.make(ecCommandConfig(), quint16(LayerCallbackType::eSelectLayerCB), maxPage());
+    d->m_items.make(ecCommandConfig(), maxPage());
 }
 
 int LayerCommand::getMinUnusedECButtonIndex(int& orderIndex) const
 {
-    const auto items = commandItems();
-    for (const auto& item : items) {
-        // A free item keeps the pair that says whose screen it is.
-        if (!item || item->isBindKeyPad())
-            continue;
-        orderIndex = item->ecButtonOrderIndex();
-        return orderIndex + item->ecButtonPageIndex() * pageSize();
-    }
-    return -1;
+    return d->m_items.minUnusedButtonIndex(commandItems(), orderIndex);
 }
 
 std::shared_ptr<EC::s_ECButtonConfig> LayerCommand::findSelectModeButtonByIndex(const int& index) const
 {
-    return d->m_items.keys().at(index);
+    return d->m_items.button(index);
 }
 
 void LayerCommand::updateKeyboard()
@@ -143,7 +127,7 @@ bool LayerCommand::isAllowedKeyReleased(const quint16& ecKey)
 
 bool LayerCommand::containsSelectedECButtonConfigByECKey(const quint32& ecKey) const
 {
-    return isKeyOfFunction(ecKey, quint16(LayerCallbackType::eSelectLayerCB));
+    return d->m_items.contains(ecKey);
 }
 
 void LayerCommand::slotECButtonPressed(const quint32& ecKey)
@@ -198,8 +182,7 @@ void LayerCommand::slotDeviceRegulerScreenAdded(
     const auto screen = weakScreen.lock();
     if (!device || !screen || !checkScreenType(screen->screenType()))
         return;
-    ECConsoleManager::instance()->initLayerECCommand(
-        device->ipMacSn(), KeyboardType::Layer, Internal::layerServerId(*screen));
+    Internal::LayerKeyItems::initScreen(device->ipMacSn(), *screen);
     d->refreshKeys();
 }
 

@@ -126,7 +126,7 @@ public:
     void updateAfterTake();
 
     LayerCommand* const m_pCommand;
-    LayerKeyItems m_items;
+    LayerKeyItems m_items{quint16(LayerCallbackType::eSelectLayerCB)};
     LayerOperation m_operation;
 
 private:
@@ -155,7 +155,7 @@ private:
     // Creation.
 
     bool selectLayer(const LayerScreen& target, const LayerPtr& layer);
-    LayerPtr createLayer(const quint32& ecKey, const LayerKeyPlace& place);
+    LayerPtr createLayer(const quint32& ecKey, const KeyPlace& place);
     /// False, with a notice to the operator, when the screen takes no further layer now.
     static bool isReadyForNewLayer(const BizModel::Device& device, const BizModel::Screen& screen);
     std::shared_ptr<BizModel::Input> getMachingInput(const BizModel::Device& device) const;
@@ -166,10 +166,10 @@ private:
         const std::shared_ptr<BizModel::Input>& input);
     void holdResourceOut(const std::shared_ptr<BizModel::Screen>& screen);
     void slotScreenStateTimeOut();
-    LayerKeyPlace keyPlace(const quint32& ecKey) const;
-    static void logBinding(const quint32& ecKey, const LayerKeyPlace& place, const LayerScreen& target);
+    KeyPlace keyPlace(const quint32& ecKey) const;
+    static void logBinding(const quint32& ecKey, const KeyPlace& place, const LayerScreen& target);
     void showNewLayer(
-        const LayerScreen& target, const quint32& ecKey, const LayerKeyPlace& place, const LayerPtr& layer);
+        const LayerScreen& target, const quint32& ecKey, const KeyPlace& place, const LayerPtr& layer);
 
     // Changes of what is selected.
 

@@ -1,7 +1,6 @@
 // The select keys of the layers: a lit one selects its layer, a dark one makes a layer and keeps it.
 #include "layercommand_p.h"
 
-#include "ecconsolemanager.h"
 #include "inputkeyitems_p.h"
 #include "layerplacement_p.h"
 #include "modelaccess_p.h"
@@ -66,7 +65,7 @@ bool LayerCommandPrivate::selectLayerPressed(const quint32& ecKey)
         return false;
     }
     const LayerScreen target{device, screen, device->ipMacSn(), layerServerId(*screen)};
-    const LayerKeyPlace place = keyPlace(ecKey);
+    const KeyPlace place = keyPlace(ecKey);
     if (const auto layer = m_items.findBindingLayer(target, place))
         return selectLayer(target, layer);
 
@@ -107,7 +106,7 @@ bool LayerCommandPrivate::selectLayerRelease(const quint32&)
 
 // ---- A layer for a free key -----------------------------------------------------------------------------
 
-LayerPtr LayerCommandPrivate::createLayer(const quint32& ecKey, const LayerKeyPlace& place)
+LayerPtr LayerCommandPrivate::createLayer(const quint32& ecKey, const KeyPlace& place)
 {
     const auto device = activedDevice();
     if (!device) {
@@ -180,8 +179,7 @@ bool LayerCommandPrivate::isReadyForNewLayer(const BizModel::Device& device, con
     return true;
 }
 
-void LayerCommandPrivate::logBinding(
-    const quint32& ecKey, const LayerKeyPlace& place, const LayerScreen& target)
+void LayerCommandPrivate::logBinding(const quint32& ecKey, const KeyPlace& place, const LayerScreen& target)
 {
     const quint32 screenId = target.screen->screenId();
     const quint32 layerId = target.screen->nextLayerId(SceneType::PVW, LayerType::Regular);
@@ -193,9 +191,9 @@ void LayerCommandPrivate::logBinding(
         place.buttonIndex, place.orderIndex);
 }
 
-LayerKeyPlace LayerCommandPrivate::keyPlace(const quint32& ecKey) const
+KeyPlace LayerCommandPrivate::keyPlace(const quint32& ecKey) const
 {
-    LayerKeyPlace place;
+    KeyPlace place;
     place.pageIndex = m_pCommand->currentPageIndex();
     place.orderIndex = m_pCommand->findECButtonOrderIndex(ecKey);
     if (place.orderIndex >= 0)
@@ -204,7 +202,7 @@ LayerKeyPlace LayerCommandPrivate::keyPlace(const quint32& ecKey) const
 }
 
 void LayerCommandPrivate::showNewLayer(
-    const LayerScreen& target, const quint32& ecKey, const LayerKeyPlace& place, const LayerPtr& layer)
+    const LayerScreen& target, const quint32& ecKey, const KeyPlace& place, const LayerPtr& layer)
 {
     const QString name = layer->name();
     const auto item = m_items.bindNew(target, place, *layer);

@@ -1,7 +1,6 @@
 // The keys that change the layers which are selected, or all of them.
 #include "layercommand_p.h"
 
-#include "ecconsolemanager.h"
 #include "layerplacement_p.h"
 #include "modelaccess_p.h"
 

@@ -1,7 +1,6 @@
 // What the console shows of the active screen's preview: pages, labels, and what the model announces.
 #include "layercommand_p.h"
 
-#include "ecconsolemanager.h"
 #include "modelaccess_p.h"
 
 #include "bizmodel/device.h"
@@ -190,7 +189,7 @@ void LayerCommandPrivate::showNewlySelectedLayer(const LayerScreen& target)
     for (const LayerPtr& layer : selected) {
         if (before.layers.count(layer) != 0)
             continue;
-        const auto item = LayerKeyItems::findItem(target, *layer);
+        const auto item = m_items.findItem(target, *layer);
         if (!item)
             continue;
         m_pCommand->updateCurrentPageIndex(item->ecButtonPageIndex());
@@ -262,7 +261,7 @@ void LayerCommandPrivate::forgetScreen(const BizModel::Device& device, const Biz
 
 void LayerCommandPrivate::forgetDevice(const BizModel::Device& device)
 {
-    m_items.forgetDevice(device);
+    m_items.forgetDevice(device.ipMacSn());
     // The ids name no device, so those of other devices go as well. The removal of such a layer is handled
     // twice then, which changes nothing.
     const std::lock_guard<std::mutex> lock(m_keyLayerRemoveListMtx);

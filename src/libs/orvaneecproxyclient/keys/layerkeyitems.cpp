@@ -44,17 +44,19 @@ std::optional<int> pageOfSelection(const ECCommandItemList& items, int page)
 
 } // namespace
 
-void LayerKeyItems::make(
-    const std::shared_ptr<EC::s_ECCommandConfig>& config, quint16 selectKeyCode, int pageCount)
+ECCommandItemList LayerKeyItems::itemsOf(const std::optional<LayerScreen>& target)
 {
-    m_updates.write([&] {
-        m_keys.collect(config, selectKeyCode);
-        const auto items = m_keys.makeItems(pageCount);
-        ECConsoleManager* const store = ECConsoleManager::instance();
-        store->clearECCommandItems(KeyboardType::Layer);
-        for (const auto& item : items)
-            store->appendECCommandItem(KeyboardType::Layer, item);
-    });
+    ECCommandItemList items;
+    if (target)
+        store().layerECCommandItems(target->ip, target->serverId, items);
+    if (items.isEmpty())
+        store().layerECCommandItems(QString(), 0, items);
+    return items;
+}
+
+void LayerKeyItems::initScreen(const QString& ip, const BizModel::Screen& screen)
+{
+    store().initLayerECCommand(ip, KeyboardType::Layer, layerServerId(screen));
 }
 
 // ---- Layers to keys -------------------------------------------------------------------------------------
@@ -64,7 +66,7 @@ std::optional<LayerKeyItems::ScreenLayers> LayerKeyItems::readActivedScreen()
     const auto target = activedLayerScreen();
     if (!target)
         return std::nullopt;
-    ECConsoleManager::instance()->initLayerECCommand(target->ip, KeyboardType::Layer, target->serverId);
+    initScreen(target->ip, *target->screen);
     ScreenLayers read;
     read.ip = target->ip;
     read.serverId = target->serverId;
@@ -108,20 +110,18 @@ LayerKeyItems::TakenLayers LayerKeyItems::readTakenLayers(
 ECCommandItemList LayerKeyItems::itemsOf(const ScreenLayers& screen)
 {
     ECCommandItemList items;
-    ECConsoleManager::instance()->layerECCommandItems(screen.ip, screen.serverId, items);
+    store().layerECCommandItems(screen.ip, screen.serverId, items);
     return items;
 }
 
 void LayerKeyItems::bindLayers(const ScreenLayers& screen) const
 {
-    ECConsoleManager* store = ECConsoleManager::instance();
     const ECCommandItemList items = itemsOf(screen);
     std::vector<quint32> keys;
     for (const auto& item : qAsConst(items))
         keys.push_back(boundLayerId(*item, screen.serverId));
 
     const std::vector<quint32> assigned = assignLayerKeys(keys, screen.layerIds);
-    const int pageSize = m_keys.count();
     for (std::size_t i = 0; i < assigned.size(); ++i) {
         const auto& item = items.at(int(i));
         if (assigned[i] != keys[i])
@@ -130,17 +130,13 @@ void LayerKeyItems::bindLayers(const ScreenLayers& screen) const
             continue;
         const auto found = std::lower_bound(screen.layerIds.begin(), screen.layerIds.end(), assigned[i]);
         const KeyLayer& layer = screen.layers[std::size_t(found - screen.layerIds.begin())];
-        const int pageIndex = item->ecButtonPageIndex();
-        const int orderIndex = item->ecButtonOrderIndex();
-        store->updateECButtonData(
-            screen.ip, KeyboardType::Layer, orderIndex, pageIndex * pageSize + orderIndex, pageIndex,
-            {{screen.serverId, layer.id}}, layer.color, layer.name, false);
+        bind(screen.ip, placeOf(*item), {{screen.serverId, layer.id}}, layer.color, layer.name);
     }
 }
 
 void LayerKeyItems::update()
 {
-    m_updates.update(readActivedScreen, [this](const std::optional<ScreenLayers>& screen) {
+    updateItems(readActivedScreen, [this](const std::optional<ScreenLayers>& screen) {
         if (screen)
             bindLayers(*screen);
     });
@@ -150,13 +146,13 @@ std::optional<int> LayerKeyItems::giveAnew(const QList<std::weak_ptr<BizModel::S
 {
     // Freed and bound again in one step, so that a key pressed meanwhile does not find itself without a
     // layer.
-    return m_updates.update(
+    return updateItems(
         [&] { return std::pair(readTakenLayers(screens), readActivedScreen()); },
         [&](const auto& model) -> std::optional<int> {
             const auto& [taken, actived] = model;
             const bool isFollowing = actived && pageOfSelection(itemsOf(*actived), page) == page;
             for (const ECObjectId& id : taken.ids)
-                ECConsoleManager::instance()->resetECButtonData(taken.ip, KeyboardType::Layer, id);
+                unbind(taken.ip, id);
             if (!actived)
                 return std::nullopt;
             bindLayers(*actived);
@@ -167,11 +163,10 @@ std::optional<int> LayerKeyItems::giveAnew(const QList<std::weak_ptr<BizModel::S
 
 // ---- One layer ------------------------------------------------------------------------------------------
 
-LayerPtr LayerKeyItems::findBindingLayer(const LayerScreen& target, const LayerKeyPlace& place) const
+LayerPtr LayerKeyItems::findBindingLayer(const LayerScreen& target, const KeyPlace& place) const
 {
-    const ECObjectIdList ids = m_updates.read([&] {
-        return ECConsoleManager::instance()->findBindingObject(
-            target.ip, KeyboardType::Layer, place.buttonIndex, target.serverId);
+    const ECObjectIdList ids = readItems([&] {
+        return store().findBindingObject(target.ip, KeyboardType::Layer, place.buttonIndex, target.serverId);
     });
     const auto layers = previewLayers(*target.screen);
     const auto found = std::find_if(layers.begin(), layers.end(), [&](const LayerPtr& layer) {
@@ -180,43 +175,38 @@ LayerPtr LayerKeyItems::findBindingLayer(const LayerScreen& target, const LayerK
     return found == layers.end() ? nullptr : *found;
 }
 
-std::shared_ptr<ECCommandItem> LayerKeyItems::findItem(
-    const LayerScreen& target, const BizModel::Layer& layer)
+ECCommandItemPtr LayerKeyItems::findItem(const LayerScreen& target, const BizModel::Layer& layer) const
 {
-    return ECConsoleManager::instance()->findBindingECItem(
-        target.ip, KeyboardType::Layer, {target.serverId, layer.layerId()});
+    return itemOf(target.ip, {target.serverId, layer.layerId()});
 }
 
-std::shared_ptr<ECCommandItem> LayerKeyItems::bindNew(
-    const LayerScreen& target, const LayerKeyPlace& place, const BizModel::Layer& layer)
+ECCommandItemPtr LayerKeyItems::bindNew(
+    const LayerScreen& target, const KeyPlace& place, const BizModel::Layer& layer)
 {
     const ECObjectId id{target.serverId, layer.layerId()};
     const QString name = layer.name();
-    ECConsoleManager* const store = ECConsoleManager::instance();
     const auto readLayerIds = [&] {
-        store->initLayerECCommand(target.ip, KeyboardType::Layer, target.serverId);
+        initScreen(target.ip, *target.screen);
         std::set<quint32> ids;
         const auto layers = previewLayers(*target.screen);
         for (const auto& present : layers)
             ids.insert(present->layerId());
         return ids;
     };
-    return m_updates.update(readLayerIds, [&](const std::set<quint32>& present) {
+    return updateItems(readLayerIds, [&](const std::set<quint32>& present) {
         // An update that saw the layer before we did has given it the first free key.
-        store->resetECButtonData(target.ip, KeyboardType::Layer, id);
+        unbind(target.ip, id);
         const ECObjectIdList bound =
-            store->findBindingObject(target.ip, KeyboardType::Layer, place.buttonIndex, target.serverId);
+            store().findBindingObject(target.ip, KeyboardType::Layer, place.buttonIndex, target.serverId);
         for (const ECObjectId& old : bound) {
             if (old.first == target.serverId && present.count(old.second) == 0)
-                store->resetECButtonData(target.ip, KeyboardType::Layer, old);
+                unbind(target.ip, old);
         }
-        return store->updateECButtonData(
-            target.ip, KeyboardType::Layer, place.orderIndex, place.buttonIndex, place.pageIndex, {id},
-            ECLEDColor::Yellow, name, false);
+        return bind(target.ip, place, {id}, ECLEDColor::Yellow, name);
     });
 }
 
-std::shared_ptr<ECCommandItem> LayerKeyItems::release(
+ECCommandItemPtr LayerKeyItems::release(
     const QString& ip, const BizModel::Screen& screen, const BizModel::Layer& layer)
 {
     const auto isIdInUse = [&] {
@@ -226,23 +216,13 @@ std::shared_ptr<ECCommandItem> LayerKeyItems::release(
         });
     };
     const ECObjectId id{layerServerId(screen), layer.layerId()};
-    return m_updates.update(isIdInUse, [&](bool isInUse) {
-        return isInUse ? nullptr
-                       : ECConsoleManager::instance()->resetECButtonData(ip, KeyboardType::Layer, id);
-    });
+    return updateItems(isIdInUse, [&](bool isInUse) { return isInUse ? nullptr : unbind(ip, id); });
 }
 
-std::shared_ptr<ECCommandItem> LayerKeyItems::rename(
+ECCommandItemPtr LayerKeyItems::rename(
     const QString& ip, const BizModel::Screen& screen, const BizModel::Layer& layer)
 {
-    const ECObjectId id{layerServerId(screen), layer.layerId()};
-    const QString name = layer.name();
-    return m_updates.write([&] {
-        auto item = ECConsoleManager::instance()->findBindingECItem(ip, KeyboardType::Layer, id);
-        if (item)
-            item->setECOledText(name);
-        return item;
-    });
+    return KeyGroup::rename(ip, {layerServerId(screen), layer.layerId()}, layer.name());
 }
 
 // ---- What is gone ---------------------------------------------------------------------------------------
@@ -255,19 +235,12 @@ void LayerKeyItems::forgetScreen(const BizModel::Device& device, const BizModel:
         return other && other.get() != &screen && other->screenId() == screen.screenId();
     });
     const quint32 serverId = layerServerId(screen);
-    m_updates.write([&, ip = device.ipMacSn()] {
+    writeItems([&, ip = device.ipMacSn()] {
         // The removal is announced late: a new screen may have taken the id.
         if (isIdInUse)
-            ECConsoleManager::instance()->resetECCommandLayerItems(ip, serverId);
+            store().resetECCommandLayerItems(ip, serverId);
         else
-            ECConsoleManager::instance()->removeECCommandLayerItems(ip, serverId);
-    });
-}
-
-void LayerKeyItems::forgetDevice(const BizModel::Device& device)
-{
-    m_updates.write([ip = device.ipMacSn()] {
-        ECConsoleManager::instance()->resetECCommandItems(ip, KeyboardType::Layer);
+            store().removeECCommandLayerItems(ip, serverId);
     });
 }
 

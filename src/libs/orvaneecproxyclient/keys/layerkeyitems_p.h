@@ -1,10 +1,7 @@
 #pragma once
 
-#include "eccommanditem.h"
-#include "ecconstants.h"
-#include "itemupdates_p.h"
+#include "keygroup_p.h"
 #include "layerscreen_p.h"
-#include "selectkeys_p.h"
 
 #include <QString>
 
@@ -13,22 +10,19 @@
 
 namespace Orvane::ECProxy::Client::Internal {
 
-/// A place among the keys.
-struct LayerKeyPlace {
-    int buttonIndex = -1;
-    int orderIndex = -1;
-    int pageIndex = 0;
-};
-
 /// Which layer is on which key, and how the key looks: the items of the layer keys, in line with the preview
 /// of the active screen. Each screen has items of its own. Any thread.
-class LayerKeyItems {
+class LayerKeyItems : public KeyGroup {
 public:
-    /// The group's select keys, by their place on a page.
-    const SelectKeys& keys() const { return m_keys; }
+    explicit LayerKeyItems(quint16 selectKeyCode)
+        : KeyGroup(KeyboardType::Layer, selectKeyCode)
+    {
+    }
 
-    /// Makes the items of all pages anew, for the keys of `config`.
-    void make(const std::shared_ptr<EC::s_ECCommandConfig>& config, quint16 selectKeyCode, int pageCount);
+    /// The screen's items; unbound ones without a screen or for one that has none.
+    static ECCommandItemList itemsOf(const std::optional<LayerScreen>& target);
+    /// Gives the screen its items, unless it has them.
+    static void initScreen(const QString& ip, const BizModel::Screen& screen);
     /// Binds the active screen's preview layers to its keys, by ascending layer id, and gives the keys their
     /// looks. Keys of layers that are gone become free.
     void update();
@@ -37,24 +31,19 @@ public:
     std::optional<int> giveAnew(const QList<std::weak_ptr<BizModel::Screen>>& screens, int page);
 
     /// Empty when the key is free.
-    LayerPtr findBindingLayer(const LayerScreen& target, const LayerKeyPlace& place) const;
+    LayerPtr findBindingLayer(const LayerScreen& target, const KeyPlace& place) const;
     /// The item of a layer's key; empty when it has none.
-    static std::shared_ptr<ECCommandItem> findItem(const LayerScreen& target, const BizModel::Layer& layer);
+    ECCommandItemPtr findItem(const LayerScreen& target, const BizModel::Layer& layer) const;
     /// Binds a new layer to the key that has made it, whichever key it had got meanwhile. Empty when another
     /// layer has that key by now.
-    std::shared_ptr<ECCommandItem> bindNew(
-        const LayerScreen& target, const LayerKeyPlace& place, const BizModel::Layer& layer);
+    ECCommandItemPtr bindNew(const LayerScreen& target, const KeyPlace& place, const BizModel::Layer& layer);
     /// Frees the key of a layer that is gone and returns its item; empty when the layer has no key, or
     /// another layer has taken the id.
-    std::shared_ptr<ECCommandItem> release(
-        const QString& ip, const BizModel::Screen& screen, const BizModel::Layer& layer);
+    ECCommandItemPtr release(const QString& ip, const BizModel::Screen& screen, const BizModel::Layer& layer);
     /// Writes the layer's name to its item; empty when it has none.
-    std::shared_ptr<ECCommandItem> rename(
-        const QString& ip, const BizModel::Screen& screen, const BizModel::Layer& layer);
+    ECCommandItemPtr rename(const QString& ip, const BizModel::Screen& screen, const BizModel::Layer& layer);
     /// Drops the items of a screen that is gone.
     void forgetScreen(const BizModel::Device& device, const BizModel::Screen& screen);
-    /// Frees the keys of a device that is gone.
-    void forgetDevice(const BizModel::Device& device);
 
 private:
     /// A layer as its key shows it.
@@ -79,10 +68,6 @@ private:
     static TakenLayers readTakenLayers(const QList<std::weak_ptr<BizModel::Screen>>& screens);
     static ECCommandItemList itemsOf(const ScreenLayers& screen);
     void bindLayers(const ScreenLayers& screen) const;
-
-    SelectKeys m_keys;
-    /// Orders what key presses (decoder thread) and notifications (GUI thread) write to the items.
-    ItemUpdates m_updates;
 };
 
 } // namespace Orvane::ECProxy::Client::Internal

@@ -1,15 +1,13 @@
 #include "numbercommand.h"
 
-#include "eccommanditem.h"
 #include "hoststate_p.h"
+#include "keygroup_p.h"
 #include "keytable_p.h"
-#include "selectkeys_p.h"
 
 #include <QApplication>
 #include <QLoggingCategory>
 #include <QWidget>
 
-#include <mutex>
 #include <vector>
 
 namespace Orvane::ECProxy::Client {
@@ -93,30 +91,10 @@ public:
 
     static const std::vector<KeyRow<NumberCommandPrivate>>& keys();
 
-    /// One unbound item for each digit key.
-    void makeItems()
-    {
-        auto items = m_numberButtonCfgs.makeItems(1);
-        for (const auto& item : qAsConst(items))
-            item->setECButtonIndex(item->ecButtonOrderIndex());
-        const std::lock_guard<std::mutex> lock(m_itemsMutex);
-        m_items.swap(items);
-    }
-
-    QList<std::shared_ptr<ECCommandItem>> items() const
-    {
-        const std::lock_guard<std::mutex> lock(m_itemsMutex);
-        return m_items;
-    }
-
     NumberCommand* const m_pCommand;
-    SelectKeys m_numberButtonCfgs;
+    KeyGroup m_keys{std::nullopt, quint16(NumberCallbackType::eSelectNumberCB)};
 
 private:
-    // Guards m_items.
-    mutable std::mutex m_itemsMutex;
-    QList<std::shared_ptr<ECCommandItem>> m_items;
-
     bool press(quint32 ecKey, Qt::Key key, const QString& text)
     {
         m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green);
@@ -171,13 +149,15 @@ QString NumberCommand::name() const
 
 QList<std::shared_ptr<ECCommandItem>> NumberCommand::commandItems() const
 {
-    return d->items();
+    return d->m_keys.items();
 }
 
 void NumberCommand::updateSelectModeButtonConfig()
 {
-    d->m_numberButtonCfgs.collect(ecCommandConfig(), quint16(NumberCallbackType::eSelectNumberCB));
-    d->makeItems();
+    d->m_keys.make(ecCommandConfig(), 1);
+    const auto items = d->m_keys.items();
+    for (const auto& item : items)
+        item->setECButtonIndex(item->ecButtonOrderIndex());
 }
 
 void NumberCommand::updateKeyboard()

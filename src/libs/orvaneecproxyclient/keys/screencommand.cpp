@@ -1,6 +1,5 @@
 #include "screencommand.h"
 
-#include "ecconsolemanager.h"
 #include "modelaccess_p.h"
 #include "screencommand_p.h"
 
@@ -55,7 +54,7 @@ int ScreenCommand::maxPage()
 
 int ScreenCommand::pageSize() const
 {
-    return d->m_screenButtonCfgs.count();
+    return d->m_pBindings->pageSize();
 }
 
 void ScreenCommand::retranslateUi()
@@ -66,7 +65,7 @@ void ScreenCommand::retranslateUi()
 
 QList<std::shared_ptr<ECCommandItem>> ScreenCommand::commandItems() const
 {
-    return ECConsoleManager::instance()->screenECCommandItems(activeDeviceIp());
+    return d->m_pBindings->items(activeDeviceIp());
 }
 
 bool ScreenCommand::updatePageOled(const quint32& oledECKey, const quint32& pageIndex)
@@ -78,22 +77,17 @@ bool ScreenCommand::updatePageOled(const quint32& oledECKey, const quint32& page
 
 void ScreenCommand::updateSelectModeButtonConfig()
 {
-    d->m_screenButtonCfgs.collect(ecCommandConfig(), quint16(Type::eSelectScreenCB));
-    const auto items = d->m_screenButtonCfgs.makeItems(PageCount);
-    ECConsoleManager* const store = ECConsoleManager::instance();
-    store->clearECCommandItems(KeyboardType::Screen);
-    for (const auto& item : items)
-        store->appendECCommandItem(KeyboardType::Screen, item);
+    d->m_pBindings->make(ecCommandConfig(), maxPage());
 }
 
 int ScreenCommand::getMinUnusedECButtonIndex(int& orderIndex) const
 {
-    return Internal::minUnusedButtonIndex(commandItems(), pageSize(), orderIndex);
+    return d->m_pBindings->minUnusedButtonIndex(commandItems(), orderIndex);
 }
 
 std::shared_ptr<EC::s_ECButtonConfig> ScreenCommand::findSelectModeButtonByIndex(const int& index) const
 {
-    return d->m_screenButtonCfgs.at(index);
+    return d->m_pBindings->button(index);
 }
 
 void ScreenCommand::updateKeyboard()
@@ -123,7 +117,7 @@ bool ScreenCommand::isAllowedKeyReleased(const quint16& ecKey)
 
 bool ScreenCommand::containsSelectedECButtonConfigByECKey(const quint32& ecKey) const
 {
-    return isKeyOfFunction(ecKey, quint16(Type::eSelectScreenCB));
+    return d->m_pBindings->contains(ecKey);
 }
 
 ECLEDColor ScreenCommand::getScreenBtnColor(int selected) const
@@ -146,7 +140,7 @@ void ScreenCommand::slotActivedDeviceChanged()
 void ScreenCommand::slotDeviceRemoved(std::shared_ptr<BizModel::Device> device)
 {
     if (device)
-        d->m_pBindings->unbindAll(*device);
+        d->m_pBindings->forgetDevice(device->ipMacSn());
     d->updateKeyboard();
 }
 
@@ -193,7 +187,7 @@ void ScreenCommand::slotDeviceRegulerScreenRemoved(
     const auto owner = device.lock();
     if (!owner || !checkScreenType(screen))
         return;
-    d->m_pBindings->unbind(*owner, *screen);
+    d->m_pBindings->forgetScreen(*owner, *screen);
     if (!isActive(owner))
         return;
     d->repaintScreenKeys(Enum::UpdateConsoleType::All);

@@ -6,7 +6,6 @@
 #include "keytable_p.h"
 #include "screencommand.h"
 #include "screencommandbindings_p.h"
-#include "selectkeys_p.h"
 #include "transitiontimehold_p.h"
 
 #include "completion.h"
@@ -137,8 +136,8 @@ public:
 
     ScreenCommand* const m_pCommand;
 
-    SelectKeys m_screenButtonCfgs;
-    const std::shared_ptr<ScreenBindings> m_pBindings = std::make_shared<ScreenBindings>();
+    const std::shared_ptr<ScreenBindings> m_pBindings =
+        std::make_shared<ScreenBindings>(quint16(ScreenCallbackType::eSelectScreenCB));
     ActivedDeviceWatch m_activedDeviceWatch;
     /// A screen creation is in flight. Shared with its completion.
     const std::shared_ptr<std::atomic<bool>> m_isCreatingScreen = std::make_shared<std::atomic<bool>>(false);

@@ -53,12 +53,12 @@ struct Place {
 };
 using Places = QMap<int, Place>; // by button index
 
-Places placesOf(const QString& ip, int pageSize)
+Places placesOf(const KeyGroup& keys, const QString& ip)
 {
     Places places;
-    const auto items = ECConsoleManager::instance()->screenECCommandItems(ip);
+    const auto items = keys.items(ip);
     for (const auto& item : items) {
-        Place& place = places[item->ecButtonPageIndex() * pageSize + item->ecButtonOrderIndex()];
+        Place& place = places[keys.placeOf(*item).buttonIndex];
         if (!place.item)
             place.item = item;
     }
@@ -111,12 +111,11 @@ void settleOnOwnPosition(Screens& screens, Places& places)
 }
 
 /// Second rule: the key that the screen has now.
-void settleOnPresentKey(Screens& screens, const QString& ip, Places& places)
+void settleOnPresentKey(Screens& screens, const KeyGroup& keys, const QString& ip, Places& places)
 {
     settleEach(screens, [&](const ScreenState* screen) {
-        const int present =
-            ECConsoleManager::instance()->findBindingButtonIndex(ip, KeyboardType::Screen, screen->id);
-        return settleAt(places, present, *screen);
+        const ECCommandItemPtr present = keys.itemOf(ip, screen->id);
+        return present && settleAt(places, present->ecButtonIndex(), *screen);
     });
 }
 
@@ -129,7 +128,7 @@ void settleOnLowestFreeKey(Screens& screens, Places& places)
     });
 }
 
-void apply(const QString& ip, const Places& places)
+void apply(const KeyGroup& keys, const QString& ip, const Places& places)
 {
     // Every key is unbound from its old screen before any is bound to a new one: no screen is on two keys.
     for (const Place& place : places) {
@@ -139,13 +138,9 @@ void apply(const QString& ip, const Places& places)
         if (!keeps && !isUnbound)
             place.item->resetECCommandItem();
     }
-    for (auto place = places.begin(); place != places.end(); ++place) {
-        if (!place->screen)
-            continue;
-        const ScreenState& screen = *place->screen;
-        ECConsoleManager::instance()->updateECButtonData(
-            ip, KeyboardType::Screen, place->item->ecButtonOrderIndex(), place.key(),
-            place->item->ecButtonPageIndex(), {screen.id}, screen.color, screen.name, false);
+    for (const Place& place : places) {
+        if (const ScreenState* screen = place.screen)
+            keys.bind(ip, keys.placeOf(*place.item), {screen->id}, screen->color, screen->name);
     }
 }
 
@@ -156,21 +151,21 @@ ECObjectId screenObjectId(const BizModel::Screen& screen)
     return {screen.screenId(), quint32(screen.screenType())};
 }
 
-void ScreenBindings::rebuild(const std::shared_ptr<BizModel::Device>& device, int pageSize)
+void ScreenBindings::rebuild(const std::shared_ptr<BizModel::Device>& device)
 {
     const QString ip = device->ipMacSn();
     // A device that has just become the active one may not have its keys yet.
-    ECConsoleManager::instance()->initDeviceECCommandItems(ip);
+    initDevice(ip);
     const auto readModel = [&] { return screensOf(*device); };
-    const QStringList homeless = m_updates.update(readModel, [&](const std::vector<ScreenState>& states) {
-        Places places = placesOf(ip, pageSize);
+    const QStringList homeless = updateItems(readModel, [&](const std::vector<ScreenState>& states) {
+        Places places = placesOf(*this, ip);
         const bool isReserved = m_reservation.screen && m_reservation.deviceIp == ip;
-        const auto reserved = isReserved ? places.find(m_reservation.buttonIndex) : places.end();
+        const auto reserved = isReserved ? places.find(m_reservation.place.buttonIndex) : places.end();
         Screens screens = settleReserved(states, reserved, m_reservation.screen, places);
         settleOnOwnPosition(screens, places);
-        settleOnPresentKey(screens, ip, places);
+        settleOnPresentKey(screens, *this, ip, places);
         settleOnLowestFreeKey(screens, places);
-        apply(ip, places);
+        apply(*this, ip, places);
         QStringList names;
         for (const ScreenState* screen : screens)
             names.append(screen->name);
@@ -185,44 +180,28 @@ std::shared_ptr<BizModel::Screen> ScreenBindings::find(
 {
     if (buttonIndex < 0)
         return nullptr; // would be that of every screen without a key
-    const QString ip = device->ipMacSn();
-    std::vector<std::pair<ECObjectId, std::shared_ptr<BizModel::Screen>>> screens;
-    const auto weakScreens = device->screens(BizModel::Enum::Screen::RegularAndAUXScreens);
-    for (const auto& weakScreen : weakScreens) {
-        if (const auto screen = weakScreen.lock())
-            screens.emplace_back(screenObjectId(*screen), screen);
+    const ECObjectIdList ids = objectsOn(device->ipMacSn(), buttonIndex);
+    const auto screens = device->screens(BizModel::Enum::Screen::RegularAndAUXScreens);
+    for (const auto& weakScreen : screens) {
+        auto screen = weakScreen.lock();
+        if (screen && ids.contains(screenObjectId(*screen)))
+            return screen;
     }
-    return m_updates.read([&]() -> std::shared_ptr<BizModel::Screen> {
-        const auto* const store = ECConsoleManager::instance();
-        for (const auto& [id, screen] : screens) {
-            if (store->findBindingButtonIndex(ip, KeyboardType::Screen, id) == buttonIndex)
-                return screen;
-        }
-        return nullptr;
-    });
+    return nullptr;
 }
 
 bool ScreenBindings::reserve(
     const std::shared_ptr<BizModel::Device>& device, const std::shared_ptr<BizModel::Screen>& screen,
-    const ECCommandItem& key, int buttonIndex)
+    const KeyPlace& place)
 {
-    Reservation reservation;
-    reservation.deviceIp = device->ipMacSn();
-    reservation.screen = screen;
-    reservation.id = screenObjectId(*screen);
-    reservation.pageIndex = key.ecButtonPageIndex();
-    reservation.orderIndex = key.ecButtonOrderIndex();
-    reservation.buttonIndex = buttonIndex;
-
-    return m_updates.write([&] {
-        if (key.isBindKeyPad() || !key.getObjectIdList().isEmpty())
+    const Reservation reservation{device->ipMacSn(), screen, screenObjectId(*screen), place};
+    return writeItems([&] {
+        const auto key = itemAt(reservation.deviceIp, place);
+        if (!key || key->isBindKeyPad() || !key->getObjectIdList().isEmpty())
             return false;
         // The id may have been another screen's, whose removal has not come through yet.
-        ECConsoleManager::instance()->resetECButtonData(
-            reservation.deviceIp, KeyboardType::Screen, reservation.id);
-        ECConsoleManager::instance()->updateECButtonData(
-            reservation.deviceIp, KeyboardType::Screen, reservation.orderIndex, buttonIndex,
-            reservation.pageIndex, {reservation.id});
+        unbind(reservation.deviceIp, reservation.id);
+        bind(reservation.deviceIp, place, {reservation.id}, ECLEDColor::Off, {});
         m_reservation = reservation;
         return true;
     });
@@ -230,16 +209,14 @@ bool ScreenBindings::reserve(
 
 void ScreenBindings::bindReserved()
 {
-    const Reservation reservation = m_updates.read([this] { return m_reservation; });
+    const Reservation reservation = readItems([this] { return m_reservation; });
     if (!reservation.screen)
         return;
     const ScreenState screen = stateOf(reservation.screen);
-    m_updates.write([&] {
+    writeItems([&] {
         if (screen.id != reservation.id)
-            reservation.unbindKey();
-        ECConsoleManager::instance()->updateECButtonData(
-            reservation.deviceIp, KeyboardType::Screen, reservation.orderIndex, reservation.buttonIndex,
-            reservation.pageIndex, {screen.id}, screen.color, screen.name, false);
+            unbindKey(reservation);
+        bind(reservation.deviceIp, reservation.place, {screen.id}, screen.color, screen.name);
         m_reservation = {};
     });
 }
@@ -247,24 +224,23 @@ void ScreenBindings::bindReserved()
 bool ScreenBindings::unbindReserved()
 {
     Reservation dropped; // outlives the lock: the screen may be destroyed with it, which is the model's code
-    return m_updates.write([&]() -> bool {
+    return writeItems([&]() -> bool {
         std::swap(dropped, m_reservation);
-        return dropped.screen && dropped.unbindKey();
+        return dropped.screen && unbindKey(dropped);
     });
 }
 
 /// Finds the key by its place: meanwhile the model may have given the id to another screen.
-bool ScreenBindings::Reservation::unbindKey() const
+bool ScreenBindings::unbindKey(const Reservation& reservation) const
 {
-    const auto key = ECConsoleManager::instance()->findEcCommandItem(
-        deviceIp, KeyboardType::Screen, orderIndex, pageIndex);
-    if (!key || !key->isContainsObjectId(id))
+    const auto key = itemAt(reservation.deviceIp, reservation.place);
+    if (!key || !key->isContainsObjectId(reservation.id))
         return false;
     key->resetECCommandItem();
     return true;
 }
 
-void ScreenBindings::unbind(const BizModel::Device& device, const BizModel::Screen& screen)
+void ScreenBindings::forgetScreen(const BizModel::Device& device, const BizModel::Screen& screen)
 {
     const QString ip = device.ipMacSn();
     const ECObjectId id = screenObjectId(screen);
@@ -272,16 +248,8 @@ void ScreenBindings::unbind(const BizModel::Device& device, const BizModel::Scre
         if (present.id == id)
             return; // the notification comes late: a new screen has got the id
     }
-    m_updates.write([&] {
-        ECConsoleManager::instance()->resetECButtonData(ip, KeyboardType::Screen, id, ECLEDColor::Off);
-    });
-    ECConsoleManager::instance()->resetECCommandItems(ip, KeyboardType::Screen, quint32(id.first));
-}
-
-void ScreenBindings::unbindAll(const BizModel::Device& device)
-{
-    const QString ip = device.ipMacSn();
-    m_updates.write([&] { ECConsoleManager::instance()->resetECCommandItems(ip, KeyboardType::Screen); });
+    writeItems([&] { unbind(ip, id); });
+    store().resetECCommandItems(ip, KeyboardType::Screen, quint32(id.first));
 }
 
 } // namespace Orvane::ECProxy::Client::Internal

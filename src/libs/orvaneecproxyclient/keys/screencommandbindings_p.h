@@ -1,7 +1,6 @@
 #pragma once
 
-#include "eccommanditem.h"
-#include "itemupdates_p.h"
+#include "keygroup_p.h"
 
 #include "bizmodel/fwd.h"
 
@@ -27,10 +26,15 @@ ECObjectId screenObjectId(const BizModel::Screen& screen);
 ///
 /// Any thread may call any member. Held by shared pointer: a screen's creation ends on a thread of the model,
 /// perhaps after the command is gone.
-class ScreenBindings {
+class ScreenBindings : public KeyGroup {
 public:
+    explicit ScreenBindings(quint16 selectKeyCode)
+        : KeyGroup(KeyboardType::Screen, selectKeyCode)
+    {
+    }
+
     /// Brings the keys of the device in line with its screens: place, color, label.
-    void rebuild(const std::shared_ptr<BizModel::Device>& device, int pageSize);
+    void rebuild(const std::shared_ptr<BizModel::Device>& device);
 
     /// The device's screen on the key with that button index; empty when it has none.
     std::shared_ptr<BizModel::Screen> find(
@@ -40,16 +44,14 @@ public:
     /// taken.
     bool reserve(
         const std::shared_ptr<BizModel::Device>& device, const std::shared_ptr<BizModel::Screen>& screen,
-        const ECCommandItem& key, int buttonIndex);
+        const KeyPlace& place);
     /// The screen has been created: binds the reserved key to it.
     void bindReserved();
     /// The creation has failed. False when the key was not bound to the screen any more.
     bool unbindReserved();
 
     /// Unbinds the key of a screen that is gone.
-    void unbind(const BizModel::Device& device, const BizModel::Screen& screen);
-    /// Unbinds all keys of a device that is gone.
-    void unbindAll(const BizModel::Device& device);
+    void forgetScreen(const BizModel::Device& device, const BizModel::Screen& screen);
 
 private:
     struct Reservation {
@@ -57,16 +59,13 @@ private:
         std::shared_ptr<BizModel::Screen> screen;
         /// At the time of the reservation: the final one may come with the creation.
         ECObjectId id;
-        int pageIndex = -1;
-        int orderIndex = -1;
-        int buttonIndex = -1;
-
-        /// False when the key is not bound to the screen any more. Call it within `ItemUpdates::write()`.
-        bool unbindKey() const;
+        KeyPlace place;
     };
 
-    // Guards m_reservation too: it is touched only while items are read or written.
-    ItemUpdates m_updates;
+    /// False when the key is not bound to the screen any more. Call it within `writeItems()`.
+    bool unbindKey(const Reservation& reservation) const;
+
+    // Touched only while items are read or written, which guards it.
     Reservation m_reservation;
 };
 

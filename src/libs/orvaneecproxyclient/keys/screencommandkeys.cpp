@@ -1,6 +1,5 @@
 #include "screencommand_p.h"
 
-#include "ecconsolemanager.h"
 #include "modelaccess_p.h"
 
 #include "bizmodel/device.h"
@@ -101,7 +100,7 @@ bool ScreenCommandPrivate::selectScreenPressed(const quint32& ecKey)
     }
     if (!screen) {
         // The notification of a new screen may still be on its way: its key must not create another one.
-        m_pBindings->rebuild(device, m_pCommand->pageSize());
+        m_pBindings->rebuild(device);
         screen = m_pBindings->find(device, buttonIndex);
     }
     if (!screen) {
@@ -188,13 +187,11 @@ bool ScreenCommandPrivate::reserveKey(
 {
     const int pageIndex = m_pCommand->currentPageIndex();
     const int orderIndex = m_pCommand->findECButtonOrderIndex(ecKey);
-    const int buttonIndex = pageIndex * m_pCommand->pageSize() + orderIndex;
-    const auto item = ECConsoleManager::instance()->findEcCommandItem(
-        device->ipMacSn(), KeyboardType::Screen, orderIndex, pageIndex);
-    if (!item)
+    const KeyPlace place{pageIndex * m_pCommand->pageSize() + orderIndex, orderIndex, pageIndex};
+    if (!m_pBindings->itemAt(device->ipMacSn(), place))
         return false;
-    screen->setUiScreenIndex(buttonIndex);
-    return m_pBindings->reserve(device, screen, *item, buttonIndex);
+    screen->setUiScreenIndex(place.buttonIndex);
+    return m_pBindings->reserve(device, screen, place);
 }
 
 /// Called when the model has created the screen or has failed to. That is on a thread of the model, perhaps

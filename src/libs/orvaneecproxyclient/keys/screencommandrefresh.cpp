@@ -92,7 +92,7 @@ void ScreenCommandPrivate::updateECCommandItems()
 {
     const auto device = activedDevice();
     if (device && m_pCommand->ecCommandConfig()) // else the items are another command's
-        m_pBindings->rebuild(device, m_pCommand->pageSize());
+        m_pBindings->rebuild(device);
 }
 
 void ScreenCommandPrivate::repaintScreenKeys(Enum::UpdateConsoleType type)

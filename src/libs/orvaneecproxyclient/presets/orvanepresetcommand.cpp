@@ -1,6 +1,5 @@
 #include "orvanepresetcommand.h"
 
-#include "ecconsolemanager.h"
 #include "modelaccess_p.h"
 #include "orvanepresetcommand_p.h"
 #include "presetgroup_p.h"
@@ -62,14 +61,12 @@ OrvanePresetCommandPrivate::KeyPresets OrvanePresetCommandPrivate::readPresets(c
 
 void OrvanePresetCommandPrivate::bindPresets(const QString& ip, int pageSize, const KeyPresets& presets)
 {
-    ECConsoleManager* store = ECConsoleManager::instance();
-    store->resetECCommandItems(ip, KeyboardType::Preset);
+    m_keys.unbindAll(ip);
     QMap<quint32, quint32> fileIds;
     for (const auto& [slot, preset] : presets) {
-        store->updateECButtonData(
-            ip, KeyboardType::Preset, slot % pageSize, slot, slot / pageSize, preset.ids,
-            preset.isActived ? ECLEDColor::Green : ECLEDColor::Yellow, preset.names.join(QLatin1Char('/')),
-            false);
+        m_keys.bind(
+            ip, {slot, slot % pageSize, slot / pageSize}, preset.ids,
+            preset.isActived ? ECLEDColor::Green : ECLEDColor::Yellow, preset.names.join(QLatin1Char('/')));
         fileIds[quint32(slot)] = quint32(preset.ids.first().first);
     }
     const std::lock_guard<std::mutex> lock(m_keyMapMutex);
@@ -90,8 +87,8 @@ void OrvanePresetCommandPrivate::updateECCommandItems()
     }
     const QString ip = device->ipMacSn();
     // A device that has just become the active one may not have its keys yet.
-    ECConsoleManager::instance()->initDeviceECCommandItems(ip);
-    m_itemUpdates.update(
+    KeyGroup::initDevice(ip);
+    m_keys.updateItems(
         [&] { return readPresets(*device); },
         [&](const KeyPresets& presets) { bindPresets(ip, pageSize, presets); });
 }
@@ -103,9 +100,7 @@ std::shared_ptr<BizModel::Preset> OrvanePresetCommandPrivate::findPresetByEckey(
     if (!device || !devices)
         return nullptr;
     const int slot = m_presetKeys.findECButtonIndex(ecKey);
-    const ECObjectIdList bound = m_itemUpdates.read([&, ip = device->ipMacSn()] {
-        return ECConsoleManager::instance()->findBindingObject(ip, KeyboardType::Preset, slot);
-    });
+    const ECObjectIdList bound = m_keys.objectsOn(device->ipMacSn(), slot);
     if (bound.isEmpty())
         return nullptr;
     const auto presets = devices->groupDevicePresets(device);
@@ -121,9 +116,7 @@ void OrvanePresetCommandPrivate::unbindRemovedPreset(
     const BizModel::Device& device, const BizModel::Preset& preset)
 {
     const ECObjectId id(preset.fileId(), quint32(preset.fileType()));
-    m_itemUpdates.write([&, ip = device.ipMacSn()] {
-        ECConsoleManager::instance()->resetECButtonData(ip, KeyboardType::Preset, id, ECLEDColor::Off);
-    });
+    m_keys.writeItems([&, ip = device.ipMacSn()] { m_keys.unbind(ip, id); });
 }
 
 bool OrvanePresetCommandPrivate::isOfActivedGroup(const std::weak_ptr<BizModel::Device>& weakDevice)
@@ -150,9 +143,9 @@ using BizModel::Enum::Preset::PresetOptMode;
 using Internal::OrvanePresetCommandPrivate;
 
 OrvanePresetCommand::OrvanePresetCommand(
-    Command& presetKeys, Internal::PresetModes& modes, Internal::ItemUpdates& itemUpdates, QObject* parent)
+    Command& presetKeys, Internal::PresetModes& modes, Internal::KeyGroup& keys, QObject* parent)
     : IPresetCommandEx(parent)
-    , d(std::make_unique<OrvanePresetCommandPrivate>(this, presetKeys, modes, itemUpdates))
+    , d(std::make_unique<OrvanePresetCommandPrivate>(this, presetKeys, modes, keys))
 {
 }
 
@@ -185,9 +178,9 @@ QList<std::shared_ptr<ECCommandItem>> OrvanePresetCommand::commandItems() const
 {
     const auto device = Internal::activedDevice();
     const QString ip = device ? device->ipMacSn() : QString();
-    return d->m_itemUpdates.read([&] {
+    return d->m_keys.readItems([&] {
         QList<std::shared_ptr<ECCommandItem>> copies;
-        const auto items = ECConsoleManager::instance()->presetECCommandItems(ip);
+        const auto items = d->m_keys.items(ip);
         copies.reserve(items.size());
         for (const auto& item : items)
             copies.append(std::make_shared<ECCommandItem>(*item));
@@ -269,11 +262,8 @@ bool OrvanePresetCommand::clearPresetsPressed()
 
 void OrvanePresetCommand::slotDeviceRemoved(std::shared_ptr<BizModel::Device> device)
 {
-    if (!device)
-        return;
-    d->m_itemUpdates.write([ip = device->ipMacSn()] {
-        ECConsoleManager::instance()->resetECCommandItems(ip, KeyboardType::Preset);
-    });
+    if (device)
+        d->m_keys.forgetDevice(device->ipMacSn());
 }
 
 void OrvanePresetCommand::slotDevicePresetAdded(

@@ -7,7 +7,7 @@
 namespace Orvane::ECProxy::Client {
 
 namespace Internal {
-class ItemUpdates;
+class KeyGroup;
 class OrvanePresetCommandPrivate;
 class PresetModes;
 } // namespace Internal
@@ -28,7 +28,7 @@ class ORVANEECPROXYCLIENT_EXPORT OrvanePresetCommand : public IPresetCommandEx {
 public:
     /// Works with the keys, the page and the mode of `presetKeys`, which owns this object and the others.
     OrvanePresetCommand(
-        Command& presetKeys, Internal::PresetModes& modes, Internal::ItemUpdates& itemUpdates,
+        Command& presetKeys, Internal::PresetModes& modes, Internal::KeyGroup& keys,
         QObject* parent = nullptr);
     ~OrvanePresetCommand() override;
 

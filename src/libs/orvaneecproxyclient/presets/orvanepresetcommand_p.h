@@ -1,6 +1,6 @@
 #pragma once
 
-#include "itemupdates_p.h"
+#include "keygroup_p.h"
 #include "orvanepresetcommand.h"
 #include "presetmodes_p.h"
 #include "serialjobs_p.h"
@@ -17,11 +17,11 @@ namespace Orvane::ECProxy::Client::Internal {
 class OrvanePresetCommandPrivate {
 public:
     OrvanePresetCommandPrivate(
-        OrvanePresetCommand* command, Command& presetKeys, PresetModes& modes, ItemUpdates& itemUpdates)
+        OrvanePresetCommand* command, Command& presetKeys, PresetModes& modes, KeyGroup& keys)
         : m_pOrvanePresetCommand(command)
         , m_presetKeys(presetKeys)
         , m_modes(modes)
-        , m_itemUpdates(itemUpdates)
+        , m_keys(keys)
     {
     }
 
@@ -46,7 +46,7 @@ public:
     OrvanePresetCommand* const m_pOrvanePresetCommand;
     Command& m_presetKeys;
     PresetModes& m_modes;
-    ItemUpdates& m_itemUpdates;
+    KeyGroup& m_keys;
 
 private:
     /// A slot and the presets in it, at most one of each device and type.

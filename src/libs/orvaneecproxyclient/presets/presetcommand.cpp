@@ -43,7 +43,7 @@ int PresetCommand::maxPage()
 
 int PresetCommand::pageSize() const
 {
-    return d->m_presetButtonCfgs.count();
+    return d->m_keys.pageSize();
 }
 
 void PresetCommand::retranslateUi()
@@ -65,7 +65,7 @@ bool PresetCommand::updatePageOled(const quint32& oledECKey, const quint32& page
 void PresetCommand::updateSelectModeButtonConfig()
 {
     const auto config = ecCommandConfig();
-    d->m_presetButtonCfgs.collect(config, quint16(PresetCallbackType::eSelectPresetCB));
+    d->m_keys.collect(config);
     if (!config) {
         qWarning("Find preset command config error.");
         return;
@@ -86,7 +86,7 @@ int PresetCommand::getMinUnusedECButtonIndex(int&) const
 
 std::shared_ptr<EC::s_ECButtonConfig> PresetCommand::findSelectModeButtonByIndex(const int& index) const
 {
-    return d->m_presetButtonCfgs.at(index);
+    return d->m_keys.button(index);
 }
 
 void PresetCommand::updateKeyboard()
@@ -126,7 +126,7 @@ bool PresetCommand::isAllowedKeyReleased(const quint16& ecKey)
 
 bool PresetCommand::containsSelectedECButtonConfigByECKey(const quint32& ecKey) const
 {
-    return isKeyOfFunction(ecKey, quint16(PresetCallbackType::eSelectPresetCB));
+    return d->m_keys.contains(ecKey);
 }
 
 bool PresetCommand::clearStatus() const

@@ -1,14 +1,13 @@
 #pragma once
 
 #include "holdtimer_p.h"
-#include "itemupdates_p.h"
+#include "keygroup_p.h"
 #include "keytable_p.h"
 #include "orvanepresetcommand.h"
 #include "presetcommand.h"
 #include "presetextensions_p.h"
 #include "presetmodes_p.h"
 #include "presetpages_p.h"
-#include "selectkeys_p.h"
 
 #include "bizmodel/enums.h"
 
@@ -68,9 +67,7 @@ public:
 
     PresetCommand* const m_pCommand;
     Painter& m_painter;
-    SelectKeys m_presetButtonCfgs;
-    /// Orders the making of items and the binding of presets to them.
-    ItemUpdates m_itemUpdates;
+    KeyGroup m_keys{KeyboardType::Preset, quint16(PresetCallbackType::eSelectPresetCB)};
     PresetModes m_modes;
     const std::unique_ptr<OrvanePresetCommand> m_pOrvanePresetCmd;
     PresetExtensions m_extensions;

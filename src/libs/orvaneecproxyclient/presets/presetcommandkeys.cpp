@@ -75,7 +75,7 @@ PresetCommandPrivate::PresetCommandPrivate(PresetCommand* command, Painter& pain
     : m_pCommand(command)
     , m_painter(painter)
     , m_modes(*command, painter)
-    , m_pOrvanePresetCmd(std::make_unique<OrvanePresetCommand>(*command, m_modes, m_itemUpdates))
+    , m_pOrvanePresetCmd(std::make_unique<OrvanePresetCommand>(*command, m_modes, m_keys))
     , m_extensions([command] { return command->currentPageIndex(); })
     , m_pages(*command, painter, *m_pOrvanePresetCmd, m_extensions)
     , m_pClearAllTimer([this] { slotClearAllTimeOut(); })
@@ -371,7 +371,7 @@ bool PresetCommandPrivate::pageDownRelease(const quint32& ecKey)
 
 void PresetCommandPrivate::makeMissingItems()
 {
-    const int size = m_presetButtonCfgs.count();
+    const int size = m_keys.pageSize();
     if (size <= 0)
         return;
     // At the start for every preset that most devices have; more when a device with more appears.
@@ -380,8 +380,8 @@ void PresetCommandPrivate::makeMissingItems()
     const auto present = [store] { return store->presetECCommandExItems().size(); };
     if (present() >= pages * size)
         return;
-    m_itemUpdates.write([&] {
-        const auto missing = m_presetButtonCfgs.makeItems(pages).mid(present());
+    m_keys.writeItems([&] {
+        const auto missing = m_keys.makeItems(pages).mid(present());
         for (const auto& item : missing) {
             store->appendECCommandItem(KeyboardType::Preset, item);
             store->appendECCommandItem(KeyboardType::PresetEx, std::make_shared<ECCommandItem>(*item));
@@ -392,7 +392,7 @@ void PresetCommandPrivate::makeMissingItems()
 QList<std::shared_ptr<ECCommandItem>> PresetCommandPrivate::commandItems() const
 {
     const auto items = m_pOrvanePresetCmd->commandItems();
-    const int pageSize = m_presetButtonCfgs.count();
+    const int pageSize = m_keys.pageSize();
     if (items.isEmpty() || pageSize <= 0 || items.size() % pageSize != 0)
         qWarning(
             "ECCommandItem config error...Preset config size:%d Max pageSize :%d", items.size(), pageSize);
@@ -404,9 +404,9 @@ QList<std::shared_ptr<ECCommandItem>> PresetCommandPrivate::commandItems() const
 
 void PresetCommandPrivate::rememberActivedPresetKey(const BizModel::Device& device)
 {
-    const int pageSize = m_presetButtonCfgs.count();
+    const int pageSize = m_keys.pageSize();
     const int slot = device.activedPresetKeyNo() - 1;
-    const auto button = slot >= 0 && pageSize > 0 ? m_presetButtonCfgs.at(slot % pageSize) : nullptr;
+    const auto button = slot >= 0 && pageSize > 0 ? m_keys.button(slot % pageSize) : nullptr;
     setPageIndexECKey(
         {quint32(m_pCommand->currentPageIndex()), button ? button->ECKey : Constants::InvalidECKey});
 }
