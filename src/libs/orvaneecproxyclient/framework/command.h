@@ -56,34 +56,53 @@ public:
     explicit Command(QObject* parent = nullptr);
     ~Command() override;
 
-    // What a subclass is and how many pages of keys it has.
+    // What a subclass is and how many pages of keys it has. Called on any thread; an override holds no lock
+    // while it calls out.
 
-    /// The name of the configuration's group that this command serves.
+    /// The name of the configuration's group that this command serves. Always the same.
     virtual QString name() const = 0;
+    /// How many pages the page keys turn through.
     virtual int maxPage();
+    /// How many select keys a page has; with 0 nothing is repainted.
     virtual int pageSize() const;
+    /// Writes the labels that are words once more: the language has changed. On the GUI thread.
     virtual void retranslateUi();
+    /// The items of all pages that the keys show now. A repaint sends those of the current page.
     virtual QList<std::shared_ptr<ECCommandItem>> commandItems() const;
+    /// Writes the page label; false without it. Page keys call it in a paint job. An override also shows the
+    /// keys of the page.
     virtual bool updatePageOled(const quint32& oledECKey, const quint32& pageIndex);
     virtual bool updatePageOled(std::weak_ptr<EC::s_ECOledConfig> oled, const quint32& pageIndex);
-    /// Called when the configuration entry was set: collects the selectable keys and builds their items.
+    /// Called when the configuration entry was set: collects the select keys and makes their items anew.
     virtual void updateSelectModeButtonConfig();
+    /// The button index of the first free item, and its place on its page in `orderIndex`; -1 for none.
     virtual int getMinUnusedECButtonIndex(int& orderIndex) const;
+    /// The select key at that place on a page; empty when there is none.
     virtual std::shared_ptr<EC::s_ECButtonConfig> findSelectModeButtonByIndex(const int& index) const;
+    /// Shows every key of the group as it is now.
     virtual void updateKeyboard();
 
-    // How the routing guards treat this command's keys.
+    // How the routing guards treat this command's keys. Called for each press or release, on its thread, so
+    // an override only looks the key up. The base reads the key's row.
 
+    /// Whether something is bound to the key; the host learns it with a press on the physical console.
     virtual bool isAlreadyBind(const quint16& ecKey);
+    /// Whether the key's press passes a locked keypad.
     virtual bool isLockKeyPadKey(const quint16& ecKey);
+    /// Whether the key's press passes an open dialog.
     virtual bool isAllowedKeyPressed(const quint16& ecKey);
+    /// Whether the press, once handled, is passed to every command's `takeKeyPressed()` (`cutKeyPressed()`).
     virtual bool isTakeKeyPressed(const quint32& ecKey);
     virtual bool isCutKeyPressed(const quint32& ecKey);
     virtual void takeKeyPressed(const quint32& ecKey);
     virtual void cutKeyPressed(const quint32& ecKey);
+    /// Whether the key's release passes an open dialog.
     virtual bool isAllowedKeyReleased(const quint16& ecKey);
+    /// The page that the keys show.
     virtual int page();
+    /// Whether the key is a select key of the group.
     virtual bool containsSelectedECButtonConfigByECKey(const quint32& ecKey) const;
+    /// The host has changed whether presets load to program.
     virtual void setLoadToPGMStateChanged(const bool& loadToPGM);
 
 public Q_SLOTS:
