@@ -310,7 +310,7 @@ private Q_SLOTS:
     }
 
     /// The last test: there is one console a process.
-    void answersAfterTheEndOfTheConsole()
+    void requestsThatEndAfterTheConsoleDoNoHarm()
     {
         operations().delay(Operation::UpdatePresetModelData, 200ms, Times::Once);
         operations().delay(Operation::SampleLoadPreset, 300ms, Times::Once);
