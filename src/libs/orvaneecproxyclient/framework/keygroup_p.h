@@ -83,8 +83,8 @@ public:
 
     // Writing items.
 
-    /// Passes what `readModel` returns to `writeItems` and returns the latter's result. `writeItems` runs under
-    /// the lock: it changes items and calls nothing else.
+    /// Passes what `readModel` returns to `writeItems` and returns the latter's result. `writeItems` runs
+    /// under the lock: it changes items and calls nothing else.
     template <typename Read, typename Write> auto updateItems(Read readModel, Write writeItems)
     {
         for (;;) {

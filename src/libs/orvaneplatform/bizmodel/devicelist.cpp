@@ -6,7 +6,8 @@
 namespace Orvane::BizModel {
 
 namespace {
-Internal::Installed<DeviceList> installedList("DeviceList", "there is no active device, so all keys but the numeric keypad and the locks do nothing");
+Internal::Installed<DeviceList> installedList(
+    "DeviceList", "there is no active device, so all keys but the numeric keypad and the locks do nothing");
 }
 
 DeviceList::DeviceList(QObject* parent)

@@ -5,7 +5,8 @@
 namespace Orvane::ModelControl {
 
 namespace {
-Internal::Installed<AsyncManager> installedManager("AsyncManager", "creating screens, clearing layers and presets, copies and saving do nothing");
+Internal::Installed<AsyncManager> installedManager(
+    "AsyncManager", "creating screens, clearing layers and presets, copies and saving do nothing");
 }
 
 AsyncManager::AsyncManager()

@@ -5,7 +5,8 @@
 namespace Orvane::ModelControl {
 
 namespace {
-Internal::Installed<ControllerFactory> installedFactory("ControllerFactory", "keys that change screens, layers, inputs or presets do nothing");
+Internal::Installed<ControllerFactory> installedFactory(
+    "ControllerFactory", "keys that change screens, layers, inputs or presets do nothing");
 }
 
 ControllerFactory::ControllerFactory()

@@ -7,7 +7,8 @@
 namespace Orvane::ParallelControl {
 
 namespace {
-Internal::Installed<ParallelManager> installedManager("ParallelManager", "take, cut, match, freeze, FTB, swap and the load target do nothing");
+Internal::Installed<ParallelManager> installedManager(
+    "ParallelManager", "take, cut, match, freeze, FTB, swap and the load target do nothing");
 }
 
 ParallelManager::ParallelManager()

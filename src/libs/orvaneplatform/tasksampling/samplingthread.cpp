@@ -5,7 +5,8 @@
 namespace Orvane::TaskSampling {
 
 namespace {
-Internal::Installed<SamplingThread> installedThread("SamplingThread", "the T-Bar moves nothing and presets are not loaded");
+Internal::Installed<SamplingThread> installedThread(
+    "SamplingThread", "the T-Bar moves nothing and presets are not loaded");
 }
 
 SamplingThread::SamplingThread()
