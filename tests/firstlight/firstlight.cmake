@@ -1,4 +1,5 @@
-# Builds the example against the installed package and plays each step of the document at it.
+# Builds the example against the installed package and plays each step of the document at it. A step is
+# PROGRAM:SESSION or PROGRAM:SESSION:SHOW; the steps are divided by commas.
 function(run)
   execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
   if(NOT result EQUAL 0)
@@ -15,10 +16,13 @@ file(REMOVE_RECURSE "${WORK_DIR}")
 run(${CMAKE_COMMAND} -S "${EXAMPLE_DIR}" -B "${WORK_DIR}" -G Ninja
   "-DCMAKE_PREFIX_PATH=${PREFIX}" "-DCMAKE_CXX_COMPILER=${CXX}" "-DCMAKE_CXX_FLAGS=${flags}")
 run(${CMAKE_COMMAND} --build "${WORK_DIR}")
-foreach(step screens:twoscreens layers:layers)
+string(REPLACE "," ";" steps "${STEPS}")
+foreach(step IN LISTS steps)
   string(REPLACE ":" ";" step "${step}")
-  list(GET step 0 session)
-  list(GET step 1 show)
-  run("${OWN_NETWORK}" "${PLAY}" "${SIMULATOR}" "${EXAMPLE_DIR}/${session}.session"
-    "${WORK_DIR}/minimalhost" "${KEYBOARD}" "${EXAMPLE_DIR}/${show}.json")
+  list(POP_FRONT step program session show)
+  if(show)
+    set(show "${EXAMPLE_DIR}/${show}")
+  endif()
+  run("${OWN_NETWORK}" "${PLAY}" "${SIMULATOR}" "${EXAMPLE_DIR}/${session}"
+    "${WORK_DIR}/${program}" "${KEYBOARD}" ${show})
 endforeach()
