@@ -5,6 +5,8 @@
 
 #include <QtTest>
 
+Q_DECLARE_METATYPE(Orvane::ModelTest::Test::Flaw)
+
 using namespace Orvane;
 using namespace Orvane::ModelTest;
 using namespace Orvane::ModelTest::Test;
@@ -146,6 +148,5 @@ private Q_SLOTS:
     }
 };
 
-Q_DECLARE_METATYPE(Orvane::ModelTest::Test::Flaw)
 QTEST_GUILESS_MAIN(TestModelTester)
 #include "tst_modeltester.moc"
