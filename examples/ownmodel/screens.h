@@ -156,12 +156,16 @@ private:
         }
         return found;
     }
-    /// While screens take the console changes no selection: those that are selected now are those that took.
+    /// Looks at the states, not at the selection: no screen may stay busy because it was deselected
+    /// meanwhile.
     void finishTransition(const OpenRequest& end)
     {
-        for (const auto& screen : selected())
-            screen->doing = Screen::State::Normal;
-        Q_EMIT list.signalDeviceScreenLayersChanged(list.device->screens(RegularScreens), 0);
+        QList<ScreenPtr> changed;
+        for (const auto& screen : list.device->all) {
+            if (screen->doing.exchange(Screen::State::Normal) != Screen::State::Normal)
+                changed.append(screen);
+        }
+        Q_EMIT list.signalDeviceScreenLayersChanged(changed, 0);
         end.succeed();
     }
 
