@@ -48,6 +48,8 @@ private Q_SLOTS:
         QSignalSpy typed(ECManager::instance(), &ECManager::signalStandardKeyPressed);
         for (int round = 1; round <= 3; ++round) {
             QVERIFY(m_pSession->start(m_keyboard));
+            // The receive thread opens the port a moment later; what comes before is lost.
+            QTRY_VERIFY(isReceiving());
             press();
             QTRY_COMPARE(typed.size(), round);
             m_pSession->stop();
@@ -80,6 +82,11 @@ private Q_SLOTS:
     }
 
 private:
+    static bool isReceiving()
+    {
+        QUdpSocket probe;
+        return !probe.bind(QHostAddress::AnyIPv4, ECClientPort, QUdpSocket::DontShareAddress);
+    }
     void press()
     {
         QUdpSocket service;
