@@ -91,8 +91,10 @@ struct ScreenControl : ModelControl::Screen {
     }
     bool select(const Screens& screens, bool on, bool notify)
     {
-        for (const ScreenPtr& screen : screens)
-            std::static_pointer_cast<Own::Screen>(screen.lock())->isSelected = on;
+        for (const ScreenPtr& each : screens) {
+            if (const auto screen = std::static_pointer_cast<Own::Screen>(each.lock()))
+                screen->isSelected = on;
+        }
         if (notify)
             Q_EMIT BizModel::DeviceList::instance()->signalSelectedRegularScreensChanged(device);
         return true;
