@@ -151,7 +151,7 @@ private Q_SLOTS:
     void aWaitingThreadHearsTheResultButNeverWaitsForever()
     {
         const OneDeviceList list;
-        ParallelBridge bridge(200ms);
+        ParallelBridge bridge(2s); // long enough for a slow machine, short enough to be waited for
         const auto waits = [&](const ParallelTaskFactory& tasks) {
             auto result = std::async(std::launch::async, [&] {
                 QString error;
