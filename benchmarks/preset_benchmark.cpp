@@ -31,6 +31,7 @@
 #include <condition_variable>
 #include <cstdio>
 #include <mutex>
+#include <optional>
 #include <thread>
 
 using namespace Orvane;
@@ -101,20 +102,22 @@ public:
             if (entry.phase == MemoryModel::JournalEntry::Phase::Requested) {
                 m_queued = entry.time;
                 ++m_nQueued;
-            } else {
+            } else if (entry.phase == MemoryModel::JournalEntry::Phase::Ended) {
                 ++m_nLoaded;
             }
         }
         m_noted.notify_all();
     }
 
-    /// Waits until what follows a load in the background is through; answers when it was queued.
-    Clock::time_point waitForEnd()
+    /// Waits until what follows a load in the background is through. Returns when the load was queued, or
+    /// nothing when the end did not come within 5 s.
+    std::optional<Clock::time_point> waitForEnd()
     {
         std::unique_lock<std::mutex> lock(m_mutex);
-        m_noted.wait_for(lock, std::chrono::seconds(5), [this] {
-            return m_nApplied == m_nQueued && m_nLoaded == m_nQueued;
-        });
+        if (!m_noted.wait_for(lock, std::chrono::seconds(5), [this] {
+                return m_nApplied == m_nQueued && m_nLoaded == m_nQueued;
+            }))
+            return std::nullopt;
         return m_queued;
     }
 
@@ -141,9 +144,17 @@ void useLogMode(const benchmark::State& state)
     setLogMode(state.range(0) ? LogMode::Formatted : LogMode::Disabled);
 }
 
-double secondsSince(Clock::time_point start, Clock::time_point end)
+/// Gives the pass the time from `start` until its load was queued, once the load is through. Returns false,
+/// and fails the benchmark, when it never is.
+bool endPass(benchmark::State& state, Clock::time_point start)
 {
-    return std::chrono::duration<double>(end - start).count();
+    const auto queued = s_watch.waitForEnd();
+    if (!queued) {
+        state.SkipWithError("the load did not end");
+        return false;
+    }
+    state.SetIterationTime(std::chrono::duration<double>(*queued - start).count());
+    return true;
 }
 
 /// The key of the last preset: the farthest way through the lists.
@@ -161,9 +172,12 @@ void presetKeyToSampling(benchmark::State& state)
         const int before = s_watch.queuedCount();
         const auto start = Clock::now();
         manager->upTLVDecodeFinished(ReportECButtonPressed, press);
-        if (s_watch.queuedCount() == before)
+        if (s_watch.queuedCount() == before) {
             state.SkipWithError("the press did not load");
-        state.SetIterationTime(secondsSince(start, s_watch.waitForEnd()));
+            break;
+        }
+        if (!endPass(state, start))
+            break;
     }
 }
 BENCHMARK(presetKeyToSampling)->Arg(0)->Arg(1)->UseManualTime();
@@ -195,7 +209,8 @@ void modelCallsToSampling(benchmark::State& state)
         thread->appendData(sampling);
         // Only to leave things as the other does.
         device->addKeypadFile(std::make_shared<BizModel::Keypad>(sampling->keypadInfo));
-        state.SetIterationTime(secondsSince(start, s_watch.waitForEnd()));
+        if (!endPass(state, start))
+            break;
     }
 }
 BENCHMARK(modelCallsToSampling)->Arg(0)->Arg(1)->UseManualTime();
