@@ -1,5 +1,5 @@
 #include "applicationcommands.h"
-#include "commandreader.h"
+#include "arguments.h"
 #include "commandtable.h"
 #include "consolecommands.h"
 #include "dvisignals.h"
@@ -8,8 +8,10 @@
 #include "ecmanager.h"
 #include "eventwriter.h"
 #include "hostlog.h"
+#include "hostprogram.h"
 #include "hostwindow.h"
 #include "keyinjector.h"
+#include "linereader.h"
 #include "memorydevicelist.h"
 #include "memorymodel.h"
 #include "modelcommands.h"
@@ -25,13 +27,13 @@
 #include <QMainWindow>
 #include <QStatusBar>
 
-#include <cstdio>
 #include <fcntl.h>
 #include <memory>
 #include <unistd.h>
 
 using namespace Orvane;
 using namespace Orvane::ConsoleHost;
+using CommandLine::ExitStatus;
 using ECProxy::Client::ECConsoleSession;
 using ECProxy::Client::ECManager;
 using Notices::NoticePresenter;
@@ -41,8 +43,8 @@ namespace {
 ExitStatus fail(const QStringList& problems)
 {
     for (const QString& problem : problems)
-        std::fprintf(stderr, "orvane-console-host: %s\n", qUtf8Printable(problem));
-    return Failure;
+        CommandLine::complain(hostProgram(), problem);
+    return CommandLine::ExitFailed;
 }
 
 QString refusal(const char* what, const QString& file)
@@ -66,8 +68,7 @@ bool chooseDisplay(bool headless)
 {
     if (headless)
         return qputenv("QT_QPA_PLATFORM", "offscreen");
-    return qEnvironmentVariableIsSet("QT_QPA_PLATFORM") || qEnvironmentVariableIsSet("DISPLAY")
-        || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
+    return ConsolePanel::hasDisplay();
 }
 
 int runApplication(
@@ -116,12 +117,12 @@ int runApplication(
     addModelCommands(commands, model);
     addOperationCommands(commands, model);
     addShowCommands(commands, model);
-    CommandReader reader;
-    QObject::connect(&reader, &CommandReader::signalLine, &events, [&commands](const QByteArray& line) {
-        commands.execute(line);
-    });
-    if (options.quitAtEnd)
-        QObject::connect(&reader, &CommandReader::signalEnd, qApp, &QCoreApplication::quit);
+    const CommandLine::LineReader reader(
+        STDIN_FILENO, [&commands](const QByteArray& line) { commands.execute(line); },
+        [&options] {
+            if (options.quitAtEnd)
+                QCoreApplication::quit();
+        });
 
     ECConsoleSession session;
     if (!session.start(keyboard))

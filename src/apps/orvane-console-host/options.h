@@ -1,13 +1,12 @@
 #pragma once
 
+#include "exitstatus.h"
+
 #include <QString>
 
 #include <variant>
 
 namespace Orvane::ConsoleHost {
-
-/// What the process ends with.
-enum ExitStatus { Success = 0, Failure = 1, BadUsage = 2 };
 
 /// What the command line asks for.
 struct Options {
@@ -22,7 +21,7 @@ struct Options {
 };
 
 /// Reads the command line. Help, the version and faults are printed here; the process then ends with the
-/// status. To be called before there is an application object, which the options decide about.
-std::variant<Options, ExitStatus> readOptions(int argc, char* argv[]);
+/// status. Needs no application object, which the options decide about.
+std::variant<Options, CommandLine::ExitStatus> readOptions(int argc, char* argv[]);
 
 } // namespace Orvane::ConsoleHost

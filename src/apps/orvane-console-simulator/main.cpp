@@ -1,5 +1,7 @@
+#include "arguments.h"
 #include "linereader.h"
 #include "simulator.h"
+#include "simulatorprogram.h"
 #include "simulatorwindow.h"
 #include "windowplace.h"
 
@@ -9,18 +11,16 @@
 #include <QFile>
 #include <QTimer>
 
-#include <algorithm>
-#include <cstdio>
-
 #include <unistd.h>
 
+using namespace Orvane::CommandLine;
 using namespace Orvane::ConsolePanel;
 
 namespace {
 
 void complain(const QString& text)
 {
-    std::fprintf(stderr, "orvane-console-simulator: %s\n", qUtf8Printable(text));
+    Orvane::CommandLine::complain(simulatorProgram(), text);
 }
 
 /// The layout of a keyboard file, or every problem of the file on standard error.
@@ -61,28 +61,21 @@ std::optional<std::vector<ScriptCommand>> readScript(const QString& path)
     return isFaulty ? std::nullopt : std::optional(std::move(commands));
 }
 
-/// Whether a window can be shown; it is decided before there is an application object.
-bool hasDisplay()
-{
-    return qEnvironmentVariableIsSet("QT_QPA_PLATFORM") || qEnvironmentVariableIsSet("DISPLAY")
-        || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
-}
-
 int run(const SimulatorOptions& options)
 {
     const auto layout = readLayout(options.keyboardFile);
     if (!layout)
-        return ExitCannotStart;
+        return ExitRefused;
     std::optional<std::vector<ScriptCommand>> script;
     if (!options.scriptFile.isEmpty()) {
         script = readScript(options.scriptFile);
         if (!script)
-            return ExitCannotStart;
+            return ExitRefused;
     }
     Simulator simulator(options, *layout);
     if (!simulator.open()) {
         complain(simulator.errorText());
-        return ExitCannotStart;
+        return ExitRefused;
     }
     std::unique_ptr<SimulatorWindow> window;
     if (options.window) {
@@ -104,7 +97,7 @@ int run(const SimulatorOptions& options)
         });
     } else {
         typed = std::make_unique<LineReader>(
-            STDIN_FILENO, [&](const QString& line) { simulator.addLine(line); },
+            STDIN_FILENO, [&](const QByteArray& line) { simulator.addLine(QString::fromUtf8(line)); },
             [&] { simulator.endOfCommands(); });
     }
     return QCoreApplication::exec();
@@ -114,18 +107,16 @@ int run(const SimulatorOptions& options)
 
 int main(int argc, char* argv[])
 {
-    const bool wantsWindow = std::any_of(
-        argv, argv + argc, [](const char* argument) { return qstrcmp(argument, "--window") == 0; });
-    if (wantsWindow && !hasDisplay()) {
+    const auto read = readOptions(argc, argv);
+    if (const auto* status = std::get_if<ExitStatus>(&read))
+        return *status;
+    const auto& options = std::get<SimulatorOptions>(read);
+    if (options.window && !hasDisplay()) {
         complain(QStringLiteral("there is no display for the window"));
-        return ExitCannotStart;
+        return ExitRefused;
     }
     const std::unique_ptr<QCoreApplication> application(
-        wantsWindow ? new QApplication(argc, argv) : new QCoreApplication(argc, argv));
+        options.window ? new QApplication(argc, argv) : new QCoreApplication(argc, argv));
     QGuiApplication::setQuitOnLastWindowClosed(false); // the simulator tells how it ended first
-    QCoreApplication::setApplicationName(QStringLiteral("orvane-console-simulator"));
-    QCoreApplication::setApplicationVersion(QStringLiteral(ORVANE_VERSION));
-    int status = ExitOk;
-    const auto options = readOptions(QCoreApplication::arguments(), status);
-    return options ? run(*options) : status;
+    return run(options);
 }

@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QTimer>
 
+using namespace Orvane::CommandLine;
 using namespace Orvane::ConsolePanel;
 
 namespace {

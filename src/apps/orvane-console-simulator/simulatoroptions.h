@@ -1,10 +1,11 @@
 #pragma once
 
+#include "exitstatus.h"
+
 #include <QSize>
 #include <QString>
-#include <QStringList>
 
-#include <optional>
+#include <variant>
 
 /// What the command line asks for.
 struct SimulatorOptions {
@@ -21,12 +22,6 @@ struct SimulatorOptions {
     bool tolerateUnreadable = false;
 };
 
-/// How the program ends.
-enum ExitStatus {
-    ExitOk = 0,
-    ExitFailed = 1, ///< an expectation, a storm or a command failed, or something unreadable came
-    ExitCannotStart = 2, ///< bad options, a broken file, a port that is taken
-};
-
-/// Reads the command line. Empty when the program must end at once, with `status` set and everything said.
-std::optional<SimulatorOptions> readOptions(const QStringList& arguments, int& status);
+/// Reads the command line. Help, the version and faults are printed here; the process then ends with the
+/// status. Needs no application object, which the options decide about.
+std::variant<SimulatorOptions, Orvane::CommandLine::ExitStatus> readOptions(int argc, char* argv[]);

@@ -1,11 +1,12 @@
 // Checks the model in memory, with a show of yours, against the rules for models. Copy it and put your own
 // model in the place of the one in memory.
+#include "arguments.h"
 #include "memorymodel.h"
 #include "modelcheck.h"
+#include "modelcheckprogram.h"
 
 #include <QCoreApplication>
 
-#include <cstdio>
 #include <memory>
 
 namespace {
@@ -37,11 +38,10 @@ private:
 
 int main(int argc, char** argv)
 {
+    const auto read = Orvane::CommandLine::readArguments(modelCheckProgram(), argc, argv);
+    if (const auto* status = std::get_if<Orvane::CommandLine::ExitStatus>(&read))
+        return *status;
     const QCoreApplication app(argc, argv);
-    if (QCoreApplication::arguments().size() != 2) {
-        std::fputs("usage: orvane-model-check SHOW\n", stderr);
-        return 2;
-    }
-    ShowFixture fixture(QCoreApplication::arguments().at(1));
+    ShowFixture fixture(std::get<Orvane::CommandLine::Arguments>(read).argument(0));
     return Orvane::ModelTest::checkModelMain(fixture);
 }

@@ -6,16 +6,17 @@
 
 namespace Orvane::ConsolePanel {
 
-QStringList displayHalves()
+bool hasDisplay()
 {
-    return {QStringLiteral("left"), QStringLiteral("right")};
+    return qEnvironmentVariableIsSet("QT_QPA_PLATFORM") || qEnvironmentVariableIsSet("DISPLAY")
+        || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
 }
 
 void placeOnHalf(QWidget& window, const QString& half)
 {
     QRect area = QGuiApplication::primaryScreen()->availableGeometry();
     area.setWidth(area.width() / 2);
-    if (half == displayHalves().last())
+    if (half == QLatin1String("right"))
         area.translate(area.width(), 0);
     window.setGeometry(area);
 }
