@@ -244,7 +244,7 @@ private Q_SLOTS:
 
     void aCallbackReplacedUnderWayIsFollowedByTheNextWithoutALoss()
     {
-        QLoggingCategory::setFilterRules("orvane.ecproxy.link=false");
+        QLoggingCategory::setFilterRules("orvane.ec.codec=false");
         constexpr int total = 20000;
         std::atomic<int> calls{0};
         ECClientDecoder decoder;

@@ -22,9 +22,11 @@ HostLog* s_pLog = nullptr; // set before the first thread is started, cleared af
 
 HostLog::HostLog(bool isVerbose)
 {
-    // The link tells every key that arrives at the information level.
-    if (!isVerbose)
-        QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false\norvane.ecproxy.link.info=false"));
+    // At the information level the link has a line for every thread and timer, the codec one for every key.
+    if (!isVerbose) {
+        QLoggingCategory::setFilterRules(
+            QStringLiteral("*.debug=false\norvane.ec.link.info=false\norvane.ec.codec.info=false"));
+    }
     qSetMessagePattern(
         QStringLiteral("%{time hh:mm:ss.zzz} "
                        "%{if-debug}debug   %{endif}%{if-info}info    %{endif}%{if-warning}warning %{endif}"

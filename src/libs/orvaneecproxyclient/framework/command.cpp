@@ -6,6 +6,7 @@
 #include "ec/eckeyboardconfig.h"
 #include "eccommanditem.h"
 #include "keytable_p.h"
+#include "log_p.h"
 #include "painter_p.h"
 
 #include <algorithm>
@@ -457,9 +458,9 @@ std::shared_ptr<EC::s_ECOledConfig> Command::findPageOled(quint16 pageUpOrvaneKe
 {
     const auto button = findFunctionButton(pageUpOrvaneKey);
     if (!button)
-        qWarning("%s command has invalid page button", qUtf8Printable(name()));
+        ecWarning(lcPaint, "%s command has invalid page button", qUtf8Printable(name()));
     else if (!button->pECOledCfg)
-        qWarning("%s  command has invalid page oled", qUtf8Printable(name()));
+        ecWarning(lcPaint, "%s  command has invalid page oled", qUtf8Printable(name()));
     return button ? button->pECOledCfg : nullptr;
 }
 
@@ -514,7 +515,7 @@ void Command::updateECButtonColor(const quint32& ecKey, ECLEDColor color, const 
         return;
     const auto button = config->findECButtonConfigByECKey(ecKey);
     if (!button) {
-        qWarning("%u command has invalid button config", ecKey);
+        ecWarning(lcPaint, "%u command has invalid button config", ecKey);
         return;
     }
     updateECButton(button->OrvaneECKey, ecKey, color, state);
@@ -605,19 +606,19 @@ bool Command::pageDownPressed(const quint32& ecKey)
 
 bool Command::pageUpRelease(const quint32& ecKey)
 {
-    qDebug("keyboard pageup release start.");
+    ecDebug(lcKeys, "keyboard pageup release start.");
     if (!turnPage(ecKey, -1, "minimum"))
         return false;
-    qDebug("keyboard pageup release end.");
+    ecDebug(lcKeys, "keyboard pageup release end.");
     return true;
 }
 
 bool Command::pageDownRelease(const quint32& ecKey)
 {
-    qDebug("keyboard pagedown release start.");
+    ecDebug(lcKeys, "keyboard pagedown release start.");
     if (!turnPage(ecKey, 1, "maximum"))
         return false;
-    qDebug("keyboard pagedown release end.");
+    ecDebug(lcKeys, "keyboard pagedown release end.");
     return true;
 }
 
@@ -632,9 +633,9 @@ bool Command::turnPage(const quint32& ecKey, int step, const char* end)
     int pageIndex = d->m_nPageIndex;
     do {
         if (step < 0 ? pageIndex < 1 : maxPage() <= pageIndex + 1) {
-            qWarning(
-                "Can't perform page turning, the %s page number is currently reached. This is %s", end,
-                qUtf8Printable(name()));
+            ecWarning(
+                lcKeys, "Can't perform page turning, the %s page number is currently reached. This is %s",
+                end, qUtf8Printable(name()));
             return false;
         }
     } while (!d->m_nPageIndex.compare_exchange_weak(pageIndex, pageIndex + step));
@@ -647,9 +648,9 @@ void Command::showTurnedPage(const quint32& ecKey)
 {
     const auto button = findButton(ecKey);
     if (!button)
-        qWarning("%scommand has invalid page button", qUtf8Printable(name()));
+        ecWarning(lcPaint, "%scommand has invalid page button", qUtf8Printable(name()));
     else if (!button->pECOledCfg)
-        qWarning("%scommand has invalid page oled", qUtf8Printable(name()));
+        ecWarning(lcPaint, "%scommand has invalid page oled", qUtf8Printable(name()));
     else
         updatePageOled(button->pECOledCfg->ECKey, quint32(currentPageIndex()));
 }
@@ -671,7 +672,8 @@ bool Command::updatePageOled(const quint32& oledECKey, const quint32& pageIndex)
         return false;
     const auto oled = config->findECOledConfigByECKey(oledECKey);
     if (!oled) {
-        qWarning("%s command has invalid page oled . ECKey is %u", qUtf8Printable(name()), oledECKey);
+        ecWarning(
+            lcPaint, "%s command has invalid page oled . ECKey is %u", qUtf8Printable(name()), oledECKey);
         return false;
     }
     return updatePageOled(std::weak_ptr<EC::s_ECOledConfig>(oled), pageIndex);
@@ -690,7 +692,7 @@ bool Command::updatePageOled(std::weak_ptr<EC::s_ECOledConfig> weakOled, const q
 void Command::updateCommandKeypad(Enum::UpdateConsoleType type)
 {
     if (pageSize() <= 0) {
-        qCritical(" page button config is 0. check config files.");
+        ecCritical(lcPaint, " page button config is 0. check config files.");
         return;
     }
     d->m_nWantedRepaint |= type == Enum::UpdateConsoleType::All

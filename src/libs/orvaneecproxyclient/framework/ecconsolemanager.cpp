@@ -2,8 +2,7 @@
 
 #include "eccommanditem_p.h"
 #include "eccommanditemindex_p.h"
-
-#include <QtDebug>
+#include "log_p.h"
 
 #include <algorithm>
 #include <list>
@@ -243,7 +242,7 @@ ECConsoleManager* ECConsoleManager::instance()
 void ECConsoleManager::appendECCommandItem(KeyboardType type, const std::shared_ptr<ECCommandItem>& item)
 {
     if (!item) {
-        qWarning("An empty item of keyboard type %d is not stored.", int(type));
+        ecWarning(lcPaint, "An empty item of keyboard type %d is not stored.", int(type));
         return;
     }
     {
@@ -259,7 +258,7 @@ void ECConsoleManager::appendECCommandItem(KeyboardType type, const std::shared_
             return;
         }
     }
-    qWarning(" ERR Plugin Type :%d", int(type));
+    ecWarning(lcPaint, " ERR Plugin Type :%d", int(type));
 }
 
 void ECConsoleManager::clearECCommandItems(KeyboardType type)
@@ -282,7 +281,7 @@ void ECConsoleManager::clearECCommandItems(KeyboardType type)
 void ECConsoleManager::initDeviceECCommandItems(const QString& ip)
 {
     if (ip.isEmpty()) {
-        qWarning("A device without an address gets no items.");
+        ecWarning(lcPaint, "A device without an address gets no items.");
         return;
     }
     const std::unique_lock lock(d->m_deviceECCmdItemMtx);
@@ -309,8 +308,8 @@ void ECConsoleManager::updateECCommandItems(const QString& previousIp, const QSt
             return;
         }
     }
-    qWarning(
-        "Can not find pre device ip command items info... Pre IP : %s Current IP: %s",
+    ecWarning(
+        lcPaint, "Can not find pre device ip command items info... Pre IP : %s Current IP: %s",
         qUtf8Printable(previousIp), qUtf8Printable(currentIp));
 }
 
@@ -465,13 +464,13 @@ void ECConsoleManager::resetECCommandItems(const QString& ip, KeyboardType type,
     const int left = d->read(ip, type, [&](const IndexedItems& items) {
         return items.list.size() - items.index->allOfServer(id).size();
     });
-    qDebug("ec items has been ereased... left size:%d", left);
+    ecDebug(lcPaint, "ec items has been ereased... left size:%d", left);
 }
 
 void ECConsoleManager::initLayerECCommand(const QString& ip, KeyboardType type, quint32 screenId)
 {
     if (type != KeyboardType::Layer) {
-        qWarning("Items of keyboard type %d are not made per screen.", int(type));
+        ecWarning(lcPaint, "Items of keyboard type %d are not made per screen.", int(type));
         return;
     }
     {
@@ -485,8 +484,9 @@ void ECConsoleManager::initLayerECCommand(const QString& ip, KeyboardType type, 
             return;
         }
     }
-    qWarning(
-        "Screen %u gets no layer items: there are none for its device %s.", screenId, qUtf8Printable(ip));
+    ecWarning(
+        lcPaint, "Screen %u gets no layer items: there are none for its device %s.", screenId,
+        qUtf8Printable(ip));
 }
 
 void ECConsoleManager::removeECCommandLayerItems(const QString& ip, quint32 screenId)
@@ -585,7 +585,7 @@ bool ECConsoleManager::resetPresetExDataByServerId(KeyboardType type, quint64 se
         return shown;
     });
     for (const QString& text : texts)
-        qDebug("ecOledText:%s", qUtf8Printable(text));
+        ecDebug(lcPaint, "ecOledText:%s", qUtf8Printable(text));
     return true;
 }
 

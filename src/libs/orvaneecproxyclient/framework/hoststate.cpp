@@ -1,6 +1,7 @@
 #include "hoststate_p.h"
 
 #include "ecconstants.h"
+#include "log_p.h"
 
 #include <QApplication>
 #include <QDynamicPropertyChangeEvent>
@@ -164,7 +165,8 @@ void HostState::watch()
 {
     QCoreApplication* app = QCoreApplication::instance();
     if (!app) {
-        qWarning("No application object: modal windows and the property \"Quenor\" are not watched.");
+        ecWarning(
+            lcKeys, "No application object: modal windows and the property \"Quenor\" are not watched.");
         return;
     }
     if (isGuiThread())

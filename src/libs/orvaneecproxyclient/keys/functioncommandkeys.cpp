@@ -2,6 +2,7 @@
 
 #include "consolerequests_p.h"
 #include "hoststate_p.h"
+#include "log_p.h"
 #include "modelaccess_p.h"
 
 #include "bizmodel/device.h"
@@ -34,7 +35,7 @@ bool hasSignal(int input)
 /// Logs why a key does nothing.
 bool refuse(const char* key, const char* reason)
 {
-    qWarning("[locate key no response] %s key: %s.", key, reason);
+    ecWarning(lcKeys, "[locate key no response] %s key: %s.", key, reason);
     return false;
 }
 
@@ -70,9 +71,9 @@ bool hasRoomFor(const BizModel::Screen& screen, const QList<std::weak_ptr<BizMod
     if (present + selected.size() <= limit)
         return true;
     if (isPreview)
-        qWarning("Create layer by CopyAndMirror failed:Layer count is more than PVW");
+        ecWarning(lcKeys, "Create layer by CopyAndMirror failed:Layer count is more than PVW");
     else
-        qWarning("Create layer by CopyAndMirror failed:Layer count is more than PGM");
+        ecWarning(lcKeys, "Create layer by CopyAndMirror failed:Layer count is more than PGM");
     showStatusBarMsg(
         StatusBarMsgType::Warning, Translate::tr(Translate::TR_THE_FUNCTION_LAYER_LIMIT).arg(limit));
     return false;
@@ -86,7 +87,7 @@ void showSaveResult(bool ok, const QString& reason)
             FramelessMessageBoxMsgType::Information, Translate::tr(Translate::TR_THE_FUNCTION_SAVE_SUCCESS));
         return;
     }
-    qWarning("Save device data has failed. %s", qUtf8Printable(reason));
+    ecWarning(lcModel, "Save device data has failed. %s", qUtf8Printable(reason));
     showFramelessMessageBox(
         FramelessMessageBoxMsgType::Warning, Translate::tr(Translate::TR_THE_FUNCTION_SAVE_FAILURE));
 }
@@ -134,12 +135,12 @@ void FunctionCommandPrivate::updateEcButtonColor(bool on, FunctionCallbackType t
 {
     const auto config = m_pCommand->ecCommandConfig();
     if (!config) {
-        qWarning(" m_pCommand is nullptr or m_pECCommandCfg is nullptr");
+        ecWarning(lcPaint, " m_pCommand is nullptr or m_pECCommandCfg is nullptr");
         return;
     }
     const auto button = config->findECButtonConfigByOrvaneKey(quint16(type));
     if (!button) {
-        qWarning(" command has invalid page button");
+        ecWarning(lcPaint, " command has invalid page button");
         return;
     }
     m_pCommand->setEcButtonLedColor(button->OrvaneECKey, button->ECKey, on, color);
@@ -237,7 +238,7 @@ void FunctionCommandPrivate::slotLockTBarTimeOut()
     const bool locked = !m_bLockTBar;
     m_bLockTBar = locked;
     m_tbarKey.held = false;
-    qDebug("current T-Bar status is %s", locked ? "true" : "false");
+    ecDebug(lcLock, "current T-Bar status is %s", locked ? "true" : "false");
     m_pCommand->lockedTBar(locked);
     sendLight(m_tbarKey, [this] { lightLockKey(m_tbarKey); });
 }
@@ -293,7 +294,7 @@ bool FunctionCommandPrivate::switchSecondaryScreenSignalPressed(const quint32&)
 
 bool FunctionCommandPrivate::switchSecondaryScreenSignalRelease(const quint32&)
 {
-    qDebug("functionkeyboard MVR key clicked start.");
+    ecDebug(lcKeys, "functionkeyboard MVR key clicked start.");
     if (HostState::isQuenor())
         return refuse("MVR", "the property \"Quenor\" is set");
     if (!hasSignal(MvrInput))
@@ -338,12 +339,12 @@ void FunctionCommandPrivate::copySelectedLayers(bool mirrored)
     const auto device = activedDevice();
     const auto screen = device ? device->activedScreen().lock() : nullptr;
     if (!screen) {
-        qWarning("Create layer by Copy failed: actived screen is null.");
+        ecWarning(lcKeys, "Create layer by Copy failed: actived screen is null.");
         return;
     }
     const auto selected = screen->selectedLayers();
     if (selected.isEmpty()) {
-        qWarning("Create layer by Copy failed: select layer is empty.");
+        ecWarning(lcKeys, "Create layer by Copy failed: select layer is empty.");
         return;
     }
     if (!hasRoomFor(*screen, selected))
@@ -351,14 +352,14 @@ void FunctionCommandPrivate::copySelectedLayers(bool mirrored)
     const auto completion = [](bool ok, const QString& reason) {
         if (ok)
             return;
-        qWarning("Create layer by Copy failed: %s", qUtf8Printable(reason));
+        ecWarning(lcModel, "Create layer by Copy failed: %s", qUtf8Printable(reason));
         showStatusBarMsg(StatusBarMsgType::Warning, reason);
     };
     if (auto* requests = ModelControl::AsyncManager::instance())
         requests->startAsyncRequest(
             ModelControl::AsyncAddCopyLayers{device, screen, selected, mirrored, completion});
     else
-        qWarning("Create layer by Copy failed: the model takes no requests.");
+        ecWarning(lcModel, "Create layer by Copy failed: the model takes no requests.");
 }
 
 } // namespace Orvane::ECProxy::Client::Internal

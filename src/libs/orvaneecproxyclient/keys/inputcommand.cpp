@@ -3,6 +3,7 @@
 #include "hoststate_p.h"
 #include "inputcommand_p.h"
 #include "inputtrial_p.h"
+#include "log_p.h"
 #include "modelaccess_p.h"
 #include "painter_p.h"
 
@@ -48,27 +49,27 @@ const std::vector<KeyRow<InputCommandPrivate>>& InputCommandPrivate::keys()
 bool InputCommandPrivate::selectInputPressed(const quint32& ecKey)
 {
     if (HostState::isInputBlocked()) {
-        qWarning("Input key %u refused: a dialog is open.", ecKey);
+        ecWarning(lcKeys, "Input key %u refused: a dialog is open.", ecKey);
         return false;
     }
     const auto device = activedDevice();
     if (!device) {
-        qWarning("Active device is nullptr");
+        ecWarning(lcKeys, "Active device is nullptr");
         return false;
     }
     const auto screen = device->activedScreen().lock();
     if (!screen) {
-        qWarning("Active screen is nullptr");
+        ecWarning(lcKeys, "Active screen is nullptr");
         return false;
     }
     const auto input = m_items.findBindingInput(*device, m_pCommand->findECButtonIndex(ecKey));
     if (!input) {
-        qDebug("unable to find input");
+        ecDebug(lcKeys, "unable to find input");
         return false;
     }
     const WeakLayers selected = screen->selectedLayers(BizModel::Enum::Scene::BothScenes);
     if (selected.isEmpty()) {
-        qWarning("Input key %u refused: no layer is selected.", ecKey);
+        ecWarning(lcKeys, "Input key %u refused: no layer is selected.", ecKey);
         showStatusBarMsg(StatusBarMsgType::Warning, Translate::tr(Translate::TR_THE_INPUT_SELECT_LAYER));
         return false;
     }
@@ -77,11 +78,11 @@ bool InputCommandPrivate::selectInputPressed(const quint32& ecKey)
     if (screen->screenType() == BizModel::Enum::Screen::RegularScreen) {
         trial.emplace(m_bChecking);
         if (!*trial) {
-            qWarning("Input key %u refused: another input key press is still being checked.", ecKey);
+            ecWarning(lcKeys, "Input key %u refused: another input key press is still being checked.", ecKey);
             return false;
         }
         if (!trial->hasResourcesFor(screen, selected, input)) {
-            qWarning("Layer resource out, failed to switch layer input source.");
+            ecWarning(lcKeys, "Layer resource out, failed to switch layer input source.");
             showStatusBarMsg(StatusBarMsgType::Warning, Translate::tr(Translate::TR_THE_LAYER_NO_RESOURCES));
             return false;
         }
@@ -95,12 +96,12 @@ void InputCommandPrivate::bindSource(
 {
     const auto first = selected.first().lock();
     if (!first) {
-        qWarning("The layer input source stays: the first selected layer is gone.");
+        ecWarning(lcModel, "The layer input source stays: the first selected layer is gone.");
         return;
     }
     const auto control = ModelControl::Screen::layerModelControl(first->layerType(), device);
     if (!control || !control->bindSource(selected, inputId, BizModel::SourceType::Input))
-        qWarning("The model refused to switch the layer input source.");
+        ecWarning(lcModel, "The model refused to switch the layer input source.");
 }
 
 bool InputCommandPrivate::selectInputRelease(const quint32&)
@@ -113,7 +114,7 @@ bool InputCommandPrivate::selectInputRelease(const quint32&)
 void InputCommandPrivate::updateECCommandItems()
 {
     if (!activedDevice()) {
-        qCritical("No actived device");
+        ecCritical(lcPaint, "No actived device");
         return;
     }
     // A further command of this name gets no keys; the items are the first one's.

@@ -1,5 +1,6 @@
 #include "inputkeyitems_p.h"
 
+#include "log_p.h"
 #include "modelaccess_p.h"
 
 #include "bizmodel/device.h"
@@ -91,7 +92,7 @@ void InputKeyItems::update()
         return device ? bindInputs(*device) : 0;
     });
     for (int i = 0; i < withoutKey; ++i)
-        qWarning(" Binding screen data error...");
+        ecWarning(lcPaint, " Binding screen data error...");
 }
 
 /// Returns how many inputs are left without a key.

@@ -2,6 +2,7 @@
 
 #include "consumetime_p.h"
 #include "layercommand_p.h"
+#include "log_p.h"
 #include "modelaccess_p.h"
 
 #include "bizmodel/device.h"
@@ -201,7 +202,7 @@ void LayerCommand::slotDeviceScreenBaseLayerAdded(
     std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen>, std::weak_ptr<BizModel::Layer>)
 {
     if (d->m_operation.leaveRepaint(LayerOperation::Kind::Creating)) {
-        qInfo("Layer is created by key. ignore this slot.");
+        ecInfo(lcModel, "Layer is created by key. ignore this slot.");
         return;
     }
     d->refreshKeys();
@@ -215,11 +216,12 @@ void LayerCommand::slotDeviceScreenBaseLayerRemoved(
         return;
     const bool isRemovedByKey = d->takeKeyRemoval(layer->screenLayerId());
     if (layer->sceneType() != BizModel::SceneType::PVW) {
-        qInfo("Layer scene type is not PVW.  Type:%d", int(layer->sceneType()));
+        ecInfo(lcModel, "Layer scene type is not PVW.  Type:%d", int(layer->sceneType()));
         return;
     }
     if (const auto running = d->m_operation.leaveRepaint(); running != LayerOperation::Kind::None) {
-        qInfo(
+        ecInfo(
+            lcModel,
             running == LayerOperation::Kind::Creating
                 ? "Layer is created by key... Can not remove layer keyboard command configs, layer id:%u"
                   " layer name:%s"
@@ -239,19 +241,20 @@ void LayerCommand::slotSelectedRegularLayersChanged(
     std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen)
 {
     if (const auto running = d->m_operation.leaveRepaint(); running != LayerOperation::Kind::None) {
-        qInfo(
+        ecInfo(
+            lcModel,
             running == LayerOperation::Kind::Creating ? "Layer is created by key... ignore this slot"
                                                       : "Layer is removing by key... ignore this slot");
         d->rememberSelection();
         return;
     }
     if (device.expired()) {
-        qWarning("Device is nullptr.");
+        ecWarning(lcModel, "Device is nullptr.");
         return;
     }
     const auto changed = screen.lock();
     if (!changed) {
-        qWarning("Screen is nullptr.");
+        ecWarning(lcModel, "Screen is nullptr.");
         return;
     }
     const auto target = Internal::activedLayerScreen();

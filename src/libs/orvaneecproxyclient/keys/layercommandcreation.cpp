@@ -3,6 +3,7 @@
 
 #include "inputkeyitems_p.h"
 #include "layerplacement_p.h"
+#include "log_p.h"
 #include "modelaccess_p.h"
 
 #include "bizmodel/connector.h"
@@ -47,21 +48,21 @@ int layerCapacity(const BizModel::Screen& screen)
 bool LayerCommandPrivate::selectLayerPressed(const quint32& ecKey)
 {
     if (m_operation.running() == LayerOperation::Kind::Removing) {
-        qWarning("Layer is removing ... Can not add layer ...");
+        ecWarning(lcKeys, "Layer is removing ... Can not add layer ...");
         return false;
     }
     const auto device = activedDevice();
     if (!device) {
-        qWarning("Create layer failed: device is nullptr.");
+        ecWarning(lcKeys, "Create layer failed: device is nullptr.");
         return false;
     }
     const auto screen = device->activedScreen().lock();
     if (!screen) {
-        qWarning("Create layer failed:screen is nullptr.");
+        ecWarning(lcKeys, "Create layer failed:screen is nullptr.");
         return false;
     }
     if (!screen->isComplete()) {
-        qWarning("Create layer failed:layer key [%u] pressed but screen is not Complete.", ecKey);
+        ecWarning(lcKeys, "Create layer failed:layer key [%u] pressed but screen is not Complete.", ecKey);
         return false;
     }
     const LayerScreen target{device, screen, device->ipMacSn(), layerServerId(*screen)};
@@ -69,18 +70,19 @@ bool LayerCommandPrivate::selectLayerPressed(const quint32& ecKey)
     if (const auto layer = m_items.findBindingLayer(target, place))
         return selectLayer(target, layer);
 
-    qInfo("layer key [%u] pressed to create layer.", ecKey);
+    ecInfo(lcKeys, "layer key [%u] pressed to create layer.", ecKey);
     const OperationRun creation(this, LayerOperation::Kind::Creating);
     if (!creation) {
         // The other console was quicker.
-        qWarning(
+        ecWarning(
+            lcKeys,
             creation.excluding() == LayerOperation::Kind::Removing
                 ? "Layer is removing ... Can not add layer ..."
                 : "Layer is created by key. Can not add layer ...");
         return false;
     }
     if (!createLayer(ecKey, place)) {
-        qWarning("Create layer failed.");
+        ecWarning(lcModel, "Create layer failed.");
         return false;
     }
     return true;
@@ -90,12 +92,12 @@ bool LayerCommandPrivate::selectLayer(const LayerScreen& target, const LayerPtr&
 {
     const auto control = ModelControl::Screen::layerModelControl(layer->layerType(), target.device);
     if (!control) {
-        qWarning("Select layer failed: layer model control is nullptr.");
+        ecWarning(lcModel, "Select layer failed: layer model control is nullptr.");
         return false;
     }
     if (control->setSelected(target.screen, {layer}, BizModel::SelectedType::Cover, true))
         return true;
-    qWarning("Select layer failed: the model refused layer %u.", layer->layerId());
+    ecWarning(lcModel, "Select layer failed: the model refused layer %u.", layer->layerId());
     return false;
 }
 
@@ -110,12 +112,12 @@ LayerPtr LayerCommandPrivate::createLayer(const quint32& ecKey, const KeyPlace& 
 {
     const auto device = activedDevice();
     if (!device) {
-        qWarning("can not add layer, pDevice is nullptr.");
+        ecWarning(lcKeys, "can not add layer, pDevice is nullptr.");
         return nullptr;
     }
     const auto screen = device->activedScreen().lock();
     if (!screen) {
-        qWarning("can not add layer, actived screen is nullptr.");
+        ecWarning(lcKeys, "can not add layer, actived screen is nullptr.");
         return nullptr;
     }
     if (!isReadyForNewLayer(*device, *screen))
@@ -123,7 +125,7 @@ LayerPtr LayerCommandPrivate::createLayer(const quint32& ecKey, const KeyPlace& 
     const auto input = getMachingInput(*device);
     const auto probe = input ? makeProbeLayer(*device, *screen, input) : nullptr;
     if (!probe) {
-        qWarning("can not add layer, Unable to find matching input source!");
+        ecWarning(lcKeys, "can not add layer, Unable to find matching input source!");
         showStatusBarMsg(StatusBarMsgType::Error, Translate::tr(Translate::TR_THE_LAYER_NO_MATCHING_INPUT));
         return nullptr;
     }
@@ -133,12 +135,12 @@ LayerPtr LayerCommandPrivate::createLayer(const quint32& ecKey, const KeyPlace& 
     if (position == NoLayerPosition) {
         if (screen->state() == ScreenState::Normal)
             holdResourceOut(screen);
-        qWarning("Layer pos is (-1,-1). ");
+        ecWarning(lcKeys, "Layer pos is (-1,-1). ");
         return nullptr;
     }
     const auto control = ModelControl::Device::screenModelControl(ScreenType::RegularScreen, device);
     if (!control) {
-        qWarning("screen model control is nullptr . ");
+        ecWarning(lcModel, "screen model control is nullptr . ");
         return nullptr;
     }
     logBinding(ecKey, place, target);
@@ -146,7 +148,7 @@ LayerPtr LayerCommandPrivate::createLayer(const quint32& ecKey, const KeyPlace& 
         screen, LayerType::Regular, SceneType::PVW, int(input->interfaceId()), BizModel::SourceType::Input,
         QRect(position, size));
     if (!layer) {
-        qWarning("Create layer by drag failed: new layer is nullptr.");
+        ecWarning(lcModel, "Create layer by drag failed: new layer is nullptr.");
         return nullptr;
     }
     showNewLayer(target, ecKey, place, layer);
@@ -157,22 +159,22 @@ LayerPtr LayerCommandPrivate::createLayer(const quint32& ecKey, const KeyPlace& 
 bool LayerCommandPrivate::isReadyForNewLayer(const BizModel::Device& device, const BizModel::Screen& screen)
 {
     if (screen.screenType() != ScreenType::RegularScreen) {
-        qWarning("can not add layer, current Screen type is: %d", int(screen.screenType()));
+        ecWarning(lcKeys, "can not add layer, current Screen type is: %d", int(screen.screenType()));
         return false;
     }
     if (screen.outputs().isEmpty()) {
-        qWarning("can not add layer, current Screen output count is 0.");
+        ecWarning(lcKeys, "can not add layer, current Screen output count is 0.");
         return false;
     }
     const ScreenState state = screen.state();
     if (state != ScreenState::Normal && state != ScreenState::Resource_out) {
-        qWarning("can not add layer, Screen state is %d", int(state));
+        ecWarning(lcKeys, "can not add layer, Screen state is %d", int(state));
         showStatusBarMsg(StatusBarMsgType::Error, Translate::tr(Translate::TR_THE_LAYER_SCREEN_TAKING));
         return false;
     }
     if (device.isLayerLimited(SceneType::PVW)
         || layerCapacity(screen) <= screen.layerCount(SceneType::PVW, LayerType::NotImageType)) {
-        qWarning("can not add layer, layer number is bigger than the max.");
+        ecWarning(lcKeys, "can not add layer, layer number is bigger than the max.");
         showStatusBarMsg(StatusBarMsgType::Error, Translate::tr(Translate::TR_THE_LAYER_LIMIT));
         return false;
     }
@@ -184,7 +186,8 @@ void LayerCommandPrivate::logBinding(const quint32& ecKey, const KeyPlace& place
     const quint32 screenId = target.screen->screenId();
     const quint32 layerId = target.screen->nextLayerId(SceneType::PVW, LayerType::Regular);
     const QString name = target.screen->nextLayerName(SceneType::PVW, LayerType::Regular);
-    qInfo(
+    ecInfo(
+        lcPaint,
         "layer is binding ...  ECKey: %u layerId :%u nScreenId :%u layerIdentId :%u.%d.%u layer name :%s"
         " key button index: %d key orderIndex index: %d",
         ecKey, layerId, screenId, screenId, int(SceneType::PVW), layerId, qUtf8Printable(name),
@@ -207,7 +210,7 @@ void LayerCommandPrivate::showNewLayer(
     const QString name = layer->name();
     const auto item = m_items.bindNew(target, place, *layer);
     if (!item) {
-        qWarning("Key %u has another layer by now, the new layer gets the next free one.", ecKey);
+        ecWarning(lcPaint, "Key %u has another layer by now, the new layer gets the next free one.", ecKey);
         refreshKeys();
         return;
     }
@@ -260,11 +263,11 @@ QPoint LayerCommandPrivate::getNextPostition(
         const bool hasResources =
             BizModel::ResourceCheck::CheckOperationResources(target.screen, {{probe, window}});
         if (!hasResources)
-            qWarning("Layer resource out, failed to full screen layer.");
+            ecWarning(lcKeys, "Layer resource out, failed to full screen layer.");
         return hasResources;
     });
     if (position == NoLayerPosition) {
-        qWarning("Layer resource out, failed to get next layer position.");
+        ecWarning(lcKeys, "Layer resource out, failed to get next layer position.");
         showStatusBarMsg(StatusBarMsgType::Warning, Translate::tr(Translate::TR_THE_LAYER_NO_RESOURCES));
     }
     return position;
@@ -291,7 +294,7 @@ void LayerCommandPrivate::slotScreenStateTimeOut()
     if (const auto device = activedDevice())
         screens += device->screens(ScreenType::RegularScreen);
     else
-        qWarning("current Device is nullptr.");
+        ecWarning(lcModel, "current Device is nullptr.");
     for (const auto& weakScreen : qAsConst(screens)) {
         const auto screen = weakScreen.lock();
         if (screen && screen->state() == ScreenState::Resource_out)

@@ -2,6 +2,7 @@
 #include "layercommand_p.h"
 
 #include "layerplacement_p.h"
+#include "log_p.h"
 #include "modelaccess_p.h"
 
 #include "bizmodel/device.h"
@@ -72,17 +73,17 @@ void startClearing(
 {
     auto* requests = ModelControl::AsyncManager::instance();
     if (!requests) {
-        qWarning("%s There is no manager for asynchronous requests.", failureLine);
+        ecWarning(lcModel, "%s There is no manager for asynchronous requests.", failureLine);
         return;
     }
     if (device->onlineFlag())
         showWaitingDialog(Translate::tr(Translate::TR_THE_LAYER_CLEAR_WAIT));
     else
-        qWarning("Clear layers: the device is offline and may not carry it out.");
+        ecWarning(lcModel, "Clear layers: the device is offline and may not carry it out.");
     // The request may end after the command: the completion uses nothing of it.
     const auto completion = [failureLine](bool ok, const QString& text) {
         if (!ok)
-            qWarning("%s %s", failureLine, qUtf8Printable(text));
+            ecWarning(lcModel, "%s %s", failureLine, qUtf8Printable(text));
         hideWaitingDialog();
     };
     requests->startAsyncRequest(
@@ -127,7 +128,8 @@ bool LayerCommandPrivate::removeSelectedLayerPressed(const quint32& ecKey)
     m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green);
     const OperationRun removal(this, LayerOperation::Kind::Removing);
     if (!removal) {
-        qWarning(
+        ecWarning(
+            lcKeys,
             removal.excluding() == LayerOperation::Kind::Creating
                 ? "Layer is created by key. Can not remove layer."
                 : "Layer is removing by key. Can not remove layer.");
@@ -135,23 +137,23 @@ bool LayerCommandPrivate::removeSelectedLayerPressed(const quint32& ecKey)
     }
     const auto device = activedDevice();
     if (!device) {
-        qWarning("active device is nullptr.");
+        ecWarning(lcKeys, "active device is nullptr.");
         return false;
     }
     const auto screen = device->activedScreen().lock();
     if (!screen || screen->screenType() != ScreenType::RegularScreen) {
-        qWarning("active reguler screen is nullptr.");
+        ecWarning(lcKeys, "active reguler screen is nullptr.");
         return false;
     }
     const ScreenState state = screen->state();
     if (state == ScreenState::Taking || state == ScreenState::Cut || state == ScreenState::Tbar_taking
         || state == ScreenState::MatchingPGM) {
-        qWarning("remove layer failed, Screen state is %d", int(state));
+        ecWarning(lcKeys, "remove layer failed, Screen state is %d", int(state));
         return false;
     }
     const auto layers = changeableSelection(*screen);
     if (layers.isEmpty()) {
-        qWarning("remove layer failed, no layer that may be removed is selected.");
+        ecWarning(lcKeys, "remove layer failed, no layer that may be removed is selected.");
         return false;
     }
     removeLayers({device, screen, device->ipMacSn(), layerServerId(*screen)}, layers);
@@ -162,7 +164,7 @@ void LayerCommandPrivate::removeLayers(const LayerScreen& target, const QList<La
 {
     const auto control = ModelControl::Device::screenModelControl(ScreenType::RegularScreen, target.device);
     if (!control) {
-        qWarning("screen model control is nullptr . ");
+        ecWarning(lcModel, "screen model control is nullptr . ");
         return;
     }
     // Listed before the removal begins, because its notifications come at once, on the GUI thread.
@@ -173,15 +175,15 @@ void LayerCommandPrivate::removeLayers(const LayerScreen& target, const QList<La
         const std::lock_guard<std::mutex> lock(m_keyLayerRemoveListMtx);
         m_keyLayerRemoveList += ids;
     }
-    qInfo("Add layer id list size:%d", ids.size());
+    ecInfo(lcModel, "Add layer id list size:%d", ids.size());
     for (const auto& id : qAsConst(ids))
-        qInfo(" ScreenId:%u layerId :%u", id.screenId, id.layerId);
+        ecInfo(lcModel, " ScreenId:%u layerId :%u", id.screenId, id.layerId);
 
     QList<std::pair<BizModel::s_ScreenLayerId, QString>> failed;
     control->removeLayers(target.screen, weakened(layers), failed);
-    qInfo("Remove layer id list size:%d", ids.size() - failed.size());
+    ecInfo(lcModel, "Remove layer id list size:%d", ids.size() - failed.size());
     for (const auto& [id, error] : qAsConst(failed)) {
-        qWarning(" Remove layer failed: layer id:%u errMsg:%s", id.layerId, qUtf8Printable(error));
+        ecWarning(lcModel, " Remove layer failed: layer id:%u errMsg:%s", id.layerId, qUtf8Printable(error));
         takeKeyRemoval(id);
     }
     for (int i = 0; i < layers.size(); ++i) {
@@ -191,9 +193,9 @@ void LayerCommandPrivate::removeLayers(const LayerScreen& target, const QList<La
             continue;
         const BizModel::Layer& layer = *layers.at(i);
         const auto item = m_items.release(target.ip, *target.screen, layer);
-        qInfo(
-            "layer is removing ...  ECKey: %d layerId :%u layer name:%s", freedKey(item), layer.layerId(),
-            qUtf8Printable(layer.name()));
+        ecInfo(
+            lcPaint, "layer is removing ...  ECKey: %d layerId :%u layer name:%s", freedKey(item),
+            layer.layerId(), qUtf8Printable(layer.name()));
     }
     repaintPage();
 }
@@ -202,7 +204,7 @@ void LayerCommandPrivate::removeLayers(const LayerScreen& target, const QList<La
 
 bool LayerCommandPrivate::clearLayersPressed(const quint32& ecKey)
 {
-    qInfo("Clear all layers pressed.");
+    ecInfo(lcKeys, "Clear all layers pressed.");
     m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green);
     if (!m_pCommand->getVirtualConsoleMode()) {
         m_pClearAllLayerTimer.press();
@@ -212,12 +214,12 @@ bool LayerCommandPrivate::clearLayersPressed(const quint32& ecKey)
     const LayerTarget target = LayerTarget::actived();
     const auto screen = target.screen.lock();
     if (!screen) {
-        qWarning("Clear layers failed: screen is nullptr.");
+        ecWarning(lcKeys, "Clear layers failed: screen is nullptr.");
         return false;
     }
     const SceneType scene = screen->operationTarget();
     if (scene != SceneType::PGM && scene != SceneType::PVW) {
-        qWarning("Error screen operation target: %d", int(scene));
+        ecWarning(lcKeys, "Error screen operation target: %d", int(scene));
         return false;
     }
     {
@@ -250,21 +252,21 @@ void LayerCommandPrivate::messageBoxClosed(bool confirmed)
     if (question && question->target.isPresent())
         clearAllLayer(question->target, question->scene);
     else if (question)
-        qWarning("Clear layers failed: the screen that the question was about is gone.");
+        ecWarning(lcModel, "Clear layers failed: the screen that the question was about is gone.");
     darkenFunction(LayerCallbackType::eClearLayersCB);
 }
 
 void LayerCommandPrivate::clearAllLayer(const LayerTarget& target, std::optional<SceneType> asked)
 {
-    qInfo("Clear all layers timeout.");
+    ecInfo(lcKeys, "Clear all layers timeout.");
     const auto device = target.device.lock();
     const auto screen = target.screen.lock();
     if (!device || !screen) {
-        qWarning("Clear layers failed: screen is nullptr.");
+        ecWarning(lcKeys, "Clear layers failed: screen is nullptr.");
         return;
     }
     if (screen->state() != ScreenState::Normal) {
-        qWarning("Clear layers failed, Screen state is %d", int(screen->state()));
+        ecWarning(lcKeys, "Clear layers failed, Screen state is %d", int(screen->state()));
         return;
     }
     const SceneType scene = asked.value_or(screen->operationTarget());
@@ -273,7 +275,7 @@ void LayerCommandPrivate::clearAllLayer(const LayerTarget& target, std::optional
     else if (scene == SceneType::PVW)
         startClearing(device, screen, scene, "Clear PVW Layers failed.");
     else
-        qWarning("Error screen operation target: %d", int(scene));
+        ecWarning(lcKeys, "Error screen operation target: %d", int(scene));
 }
 
 // ---- To the front, to the back --------------------------------------------------------------------------
@@ -311,21 +313,21 @@ void LayerCommandPrivate::changeZOrder(const LayerTarget& target, ZOrderOperatio
     const auto device = target.device.lock();
     const auto screen = target.screen.lock();
     if (!device || !screen) {
-        qWarning("Layer order failed: screen is nullptr.");
+        ecWarning(lcKeys, "Layer order failed: screen is nullptr.");
         return;
     }
     const auto layers = changeableSelection(*screen);
     if (layers.isEmpty()) {
-        qWarning("Layer order failed: no layer that may be moved is selected.");
+        ecWarning(lcKeys, "Layer order failed: no layer that may be moved is selected.");
         return;
     }
     const auto control = ModelControl::Device::screenModelControl(screen->screenType(), device);
     if (!control) {
-        qWarning("screen model control is nullptr . ");
+        ecWarning(lcModel, "screen model control is nullptr . ");
         return;
     }
     if (!(control.get()->*operation)(screen, weakened(layers)))
-        qWarning("Layer order failed: the model refused it.");
+        ecWarning(lcModel, "Layer order failed: the model refused it.");
 }
 
 // ---- Capacity of new layers -----------------------------------------------------------------------------
@@ -359,11 +361,11 @@ void LayerCommandPrivate::fullnSelectedLayer()
     const auto device = activedDevice();
     const auto screen = device ? device->activedScreen().lock() : nullptr;
     if (!screen || screen->screenType() != ScreenType::RegularScreen) {
-        qWarning("full layer failed, there is no active regular screen.");
+        ecWarning(lcKeys, "full layer failed, there is no active regular screen.");
         return;
     }
     if (presses < 1) {
-        qWarning("full layer failed, fullScreenPressCnt is %d", presses);
+        ecWarning(lcKeys, "full layer failed, fullScreenPressCnt is %d", presses);
         return;
     }
     const QRect mosaic = screen->mosaicWindowRect();
@@ -376,18 +378,18 @@ void LayerCommandPrivate::fullnSelectedLayer()
         windows.append({layer, window});
     }
     if (windows.isEmpty()) {
-        qWarning("full layer failed, no layer that may be resized is selected.");
+        ecWarning(lcKeys, "full layer failed, no layer that may be resized is selected.");
         return;
     }
     if (!hasResourcesFor(screen, windows)) {
-        qWarning("Layer resource out, failed to full screen layer.");
+        ecWarning(lcKeys, "Layer resource out, failed to full screen layer.");
         showStatusBarMsg(StatusBarMsgType::Warning, Translate::tr(Translate::TR_THE_LAYER_NO_RESOURCES));
         return;
     }
     for (const auto& [layer, window] : qAsConst(windows)) {
         const auto control = ModelControl::Screen::layerModelControl(layer->layerType(), device);
         if (!control || !control->updateWindow(layer, window))
-            qWarning("Send command to device failed, failed to expand layers.");
+            ecWarning(lcModel, "Send command to device failed, failed to expand layers.");
     }
 }
 

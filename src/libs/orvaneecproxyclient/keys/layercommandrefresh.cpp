@@ -1,6 +1,7 @@
 // What the console shows of the active screen's preview: pages, labels, and what the model announces.
 #include "layercommand_p.h"
 
+#include "log_p.h"
 #include "modelaccess_p.h"
 
 #include "bizmodel/device.h"
@@ -90,12 +91,12 @@ void LayerCommandPrivate::turnToActivedDevice()
 void LayerCommandPrivate::initLayerCapacity()
 {
     if (!m_pCommand->ecCommandConfig()) {
-        qWarning("Button config error");
+        ecWarning(lcPaint, "Button config error");
         return;
     }
     const auto buttons = functionButtons(LayerCallbackType::eChangeNewLayerDefaultCapacityCB);
     if (buttons.isEmpty())
-        qWarning("%s command has invalid page button", qUtf8Printable(m_pCommand->name()));
+        ecWarning(lcPaint, "%s command has invalid page button", qUtf8Printable(m_pCommand->name()));
     for (const auto& button : buttons)
         showCapacity(button->ECKey);
 }
@@ -119,8 +120,8 @@ void LayerCommandPrivate::showCapacity(const quint32& ecKey)
             m_pCommand->updateECOledText(
                 oled->OrvaneECKey, oled->ECKey, Translate::tr(capacityLabel(m_currentLayerTemplate)));
         else
-            qWarning(
-                "%s command has invalid page button, button has no oled config",
+            ecWarning(
+                lcPaint, "%s command has invalid page button, button has no oled config",
                 qUtf8Printable(m_pCommand->name()));
     });
 }
@@ -242,8 +243,8 @@ void LayerCommandPrivate::unbindRemovedLayer(
     const BizModel::Device& device, const BizModel::Screen& screen, const LayerPtr& layer)
 {
     const auto item = m_items.release(device.ipMacSn(), screen, *layer);
-    qInfo(
-        "layer is removed ...  ECKey: %d layerId :%u nScreenId :%u layer name:%s", freedKey(item),
+    ecInfo(
+        lcPaint, "layer is removed ...  ECKey: %d layerId :%u nScreenId :%u layer name:%s", freedKey(item),
         layer->layerId(), screen.screenId(), qUtf8Printable(layer->name()));
 }
 
@@ -282,7 +283,7 @@ void LayerCommandPrivate::rememberUpdate(const QList<std::weak_ptr<BizModel::Scr
 
 void LayerCommandPrivate::updateAfterTake()
 {
-    qInfo("Start updating the layer interface button color");
+    ecInfo(lcPaint, "Start updating the layer interface button color");
     QList<std::weak_ptr<BizModel::Screen>> screens;
     {
         const std::lock_guard<std::mutex> lock(m_notificationMtx);

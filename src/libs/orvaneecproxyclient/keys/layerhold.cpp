@@ -1,5 +1,6 @@
 #include "layerhold_p.h"
 
+#include "log_p.h"
 #include "modelaccess_p.h"
 
 #include "bizmodel/device.h"
@@ -72,7 +73,7 @@ std::optional<LayerTarget> LayerHold::release()
     const LayerTarget pressed = target();
     if (pressed.isActived())
         return pressed;
-    qWarning("%s ended: another screen is active than when the key was pressed.", m_strName);
+    ecWarning(lcKeys, "%s ended: another screen is active than when the key was pressed.", m_strName);
     return std::nullopt;
 }
 
@@ -80,23 +81,23 @@ void LayerHold::endUnlessActived()
 {
     if (!m_timer.isRunning() || target().isActived() || !m_timer.stop())
         return;
-    qWarning("%s ended: another screen is active than when the key was pressed.", m_strName);
+    ecWarning(lcKeys, "%s ended: another screen is active than when the key was pressed.", m_strName);
     m_refuse();
 }
 
 void LayerHold::cancel(const char* reason)
 {
     if (m_timer.stop() && reason)
-        qWarning("%s ended: %s", m_strName, reason);
+        ecWarning(lcKeys, "%s ended: %s", m_strName, reason);
 }
 
 void LayerHold::timeout()
 {
     const LayerTarget pressed = target();
     if (isUpgrading())
-        qWarning("%s ended: the device is being upgraded.", m_strName);
+        ecWarning(lcKeys, "%s ended: the device is being upgraded.", m_strName);
     else if (!pressed.isActived())
-        qWarning("%s ended: another screen is active than when the key was pressed.", m_strName);
+        ecWarning(lcKeys, "%s ended: another screen is active than when the key was pressed.", m_strName);
     else
         return m_act(pressed);
     m_refuse();

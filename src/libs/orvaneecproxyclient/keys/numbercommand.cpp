@@ -3,9 +3,9 @@
 #include "hoststate_p.h"
 #include "keygroup_p.h"
 #include "keytable_p.h"
+#include "log_p.h"
 
 #include <QApplication>
-#include <QLoggingCategory>
 #include <QWidget>
 
 #include <vector>
@@ -22,7 +22,7 @@ void logObject(const char* format, const QObject* object, const QString& suffix 
 {
     const QString line = QString::fromLatin1(format).arg(
         object->objectName(), QLatin1String(object->metaObject()->className()));
-    qDebug("%s", qUtf8Printable(line + suffix));
+    ecDebug(lcKeys, "%s", qUtf8Printable(line + suffix));
 }
 
 void logWidget(const char* format, const QWidget* widget)
@@ -33,9 +33,9 @@ void logWidget(const char* format, const QWidget* widget)
     const QWidget* child = widget->childAt(widget->pos());
     if (!child)
         return;
-    qDebug("Object name:%s", qUtf8Printable(child->objectName()));
+    ecDebug(lcKeys, "Object name:%s", qUtf8Printable(child->objectName()));
     if (const QObject* parent = child->parent())
-        qDebug("Parent name:%s", qUtf8Printable(parent->objectName()));
+        ecDebug(lcKeys, "Parent name:%s", qUtf8Printable(parent->objectName()));
 }
 
 /// Logs which widget gets the key. On the GUI thread only.
@@ -54,7 +54,7 @@ void logReceivers()
 void printDebugLog()
 {
     QCoreApplication* app = QCoreApplication::instance();
-    if (!qobject_cast<QGuiApplication*>(app) || !QLoggingCategory::defaultCategory()->isDebugEnabled())
+    if (!qobject_cast<QGuiApplication*>(app) || !lcKeys().isDebugEnabled())
         return;
     if (HostState::isGuiThread())
         logReceivers();
@@ -174,7 +174,7 @@ Qt::Key NumberCommand::getRealKeyValue(const quint32& ecKey) const
 {
     const uint orderIndex = uint(findECButtonOrderIndex(ecKey));
     if (orderIndex > Internal::LastDigit) {
-        qWarning("key order index was not found. ->%u", orderIndex);
+        ecWarning(lcKeys, "key order index was not found. ->%u", orderIndex);
         return Qt::Key_unknown;
     }
     return Qt::Key(Qt::Key_0 + int(orderIndex));

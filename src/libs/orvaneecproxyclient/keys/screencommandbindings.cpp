@@ -1,13 +1,13 @@
 #include "screencommandbindings_p.h"
 
 #include "ecconsolemanager.h"
+#include "log_p.h"
 
 #include "bizmodel/device.h"
 #include "bizmodel/screen.h"
 
 #include <QMap>
 #include <QStringList>
-#include <QtDebug>
 
 #include <algorithm>
 #include <utility>
@@ -172,7 +172,8 @@ void ScreenBindings::rebuild(const std::shared_ptr<BizModel::Device>& device)
         return names;
     });
     for (const QString& name : homeless)
-        qWarning(" Binding screen data error... No key is left for the screen %s.", qUtf8Printable(name));
+        ecWarning(
+            lcPaint, " Binding screen data error... No key is left for the screen %s.", qUtf8Printable(name));
 }
 
 std::shared_ptr<BizModel::Screen> ScreenBindings::find(

@@ -1,5 +1,6 @@
 #include "screencommand_p.h"
 
+#include "log_p.h"
 #include "modelaccess_p.h"
 
 #include "bizmodel/device.h"
@@ -86,13 +87,13 @@ bool ScreenCommandPrivate::selectScreenPressed(const quint32& ecKey)
 {
     const auto device = activedDevice();
     if (!device) {
-        qWarning("Actived device is nullptr");
+        ecWarning(lcKeys, "Actived device is nullptr");
         return false;
     }
     const int buttonIndex = m_pCommand->findECButtonIndex(ecKey);
     auto screen = m_pBindings->find(device, buttonIndex);
     if (isAnyScreenTaking(*device)) {
-        qWarning("Find a screen state is not normal, Screen key pressed operation failed.");
+        ecWarning(lcKeys, "Find a screen state is not normal, Screen key pressed operation failed.");
         showStatusBarMsg(
             BizModel::StatusBarMsgType::Warning,
             BizModel::Translate::tr(BizModel::Translate::TR_THE_TAKE_WAIT));
@@ -109,7 +110,7 @@ bool ScreenCommandPrivate::selectScreenPressed(const quint32& ecKey)
         showStatusBarMsg(
             BizModel::StatusBarMsgType::Warning,
             BizModel::Translate::tr(BizModel::Translate::TR_THE_SCREEN_SCREENLIMIT));
-        qWarning("The number of screens exceeds the limit!");
+        ecWarning(lcKeys, "The number of screens exceeds the limit!");
         return false;
     }
 
@@ -122,19 +123,19 @@ bool ScreenCommandPrivate::toggleSelection(
     const auto controller = ModelControl::Device::screenModelControl(RegularScreen, device);
     const auto deviceController = ModelControl::Device::create(device);
     if (!controller || !deviceController) {
-        qWarning("Screen key pressed operation failed: the device has no controller.");
+        ecWarning(lcModel, "Screen key pressed operation failed: the device has no controller.");
         return false;
     }
     if (device->isScreenSelected(screen)) {
         if (controller->cancelSelected({screen}, true))
             return true;
-        qWarning("Screen key pressed operation failed: the model refused to deselect the screen.");
+        ecWarning(lcModel, "Screen key pressed operation failed: the model refused to deselect the screen.");
         return false;
     }
     const auto mode =
         device->isMultiScreens() ? BizModel::SelectedType::Append : BizModel::SelectedType::Cover;
     if (!controller->setSelected({screen}, mode, true, true)) {
-        qWarning("Screen key pressed operation failed: the model refused to select the screen.");
+        ecWarning(lcModel, "Screen key pressed operation failed: the model refused to select the screen.");
         return false;
     }
     deviceController->setActivedScreen(screen);
@@ -145,11 +146,11 @@ bool ScreenCommandPrivate::createScreen(const quint32& ecKey)
 {
     const auto device = activedDevice();
     if (!device) {
-        qWarning("Actived device is nullptr");
+        ecWarning(lcKeys, "Actived device is nullptr");
         return false;
     }
     if (m_isCreatingScreen->exchange(true)) {
-        qWarning(" Screen is creating ...");
+        ecWarning(lcKeys, " Screen is creating ...");
         return false;
     }
     const auto giveUp = [this] {
@@ -161,14 +162,14 @@ bool ScreenCommandPrivate::createScreen(const quint32& ecKey)
         showWaitingDialog(BizModel::Translate::tr(BizModel::Translate::TR_THE_ADDSCREEN_WAIT));
     const auto screen = device->createDefaultScreen(RegularScreen);
     if (!screen) {
-        qWarning("Create default screen is nullptr");
+        ecWarning(lcModel, "Create default screen is nullptr");
         return giveUp();
     }
     const auto output = device->firstUnsedOutput();
     if (!output.expired())
         screen->addOutput(output);
     if (!reserveKey(ecKey, device, screen)) {
-        qWarning(" Binding screen data error... Key %u cannot take a new screen.", ecKey);
+        ecWarning(lcKeys, " Binding screen data error... Key %u cannot take a new screen.", ecKey);
         return giveUp();
     }
     const Completion created = screenCreated(device, screen);
@@ -206,10 +207,10 @@ Completion ScreenCommandPrivate::screenCreated(
             if (const auto controller = ModelControl::Device::create(device))
                 controller->setActivedScreen(screen);
         } else {
-            qWarning("Crate reguler screen has failed. %s", qUtf8Printable(text));
+            ecWarning(lcModel, "Crate reguler screen has failed. %s", qUtf8Printable(text));
             if (!bindings->unbindReserved()) {
                 const QString line = QStringLiteral("Failed to unbind，Device:%1,pRegulerScreen:%2");
-                qWarning("%s", qUtf8Printable(line.arg(ip).arg(screen->screenId())));
+                ecWarning(lcModel, "%s", qUtf8Printable(line.arg(ip).arg(screen->screenId())));
             }
         }
         hideWaitingDialog();
@@ -221,7 +222,7 @@ bool ScreenCommandPrivate::hasConfig() const
 {
     if (m_pCommand->ecCommandConfig())
         return true;
-    qWarning("The command is null");
+    ecWarning(lcKeys, "The command is null");
     return false;
 }
 

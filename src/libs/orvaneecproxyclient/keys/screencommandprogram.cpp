@@ -1,5 +1,6 @@
 #include "screencommand_p.h"
 
+#include "log_p.h"
 #include "modelaccess_p.h"
 #include "painter_p.h"
 
@@ -49,7 +50,7 @@ bool startParallelRequest(
 {
     if (auto* const manager = ParallelControl::ParallelManager::instance())
         return manager->startParallelRequest(device, factory, waitForResult, error, callback);
-    qWarning("No manager of parallel requests is installed.");
+    ecWarning(lcModel, "No manager of parallel requests is installed.");
     return false;
 }
 
@@ -59,7 +60,7 @@ bool startParallelRequest(
 bool ScreenCommandPrivate::refuse(const quint32& ecKey, const char* text)
 {
     m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Off);
-    qWarning("%s", text);
+    ecWarning(lcKeys, "%s", text);
     return false;
 }
 
@@ -68,7 +69,7 @@ bool ScreenCommandPrivate::refuse(const quint32& ecKey, const char* text)
 bool ScreenCommandPrivate::takeToPGMPressed(const quint32& ecKey)
 {
     m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green);
-    qDebug("Take operator begin to take.");
+    ecDebug(lcKeys, "Take operator begin to take.");
     const auto device = activedDevice();
     if (!device)
         return refuse(ecKey, "Take operator error: active device is nullptr.");
@@ -83,12 +84,12 @@ bool ScreenCommandPrivate::takeToPGMPressed(const quint32& ecKey)
         return ParallelControl::ParallelTakeScreen{
             each, RegularAndAUXScreens, [](bool ok, const QString& text) {
                 if (!ok)
-                    qWarning("Take operator error: Take failed. %s", qUtf8Printable(text));
+                    ecWarning(lcModel, "Take operator error: Take failed. %s", qUtf8Printable(text));
             }};
     };
     const bool isHandedOver = startParallelRequest(device, task, false);
     if (!isHandedOver)
-        qWarning("Take operator error: the model did not start the take.");
+        ecWarning(lcModel, "Take operator error: the model did not start the take.");
     hideWaitingdialog();
     m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Off);
     return isHandedOver;
@@ -115,7 +116,7 @@ void ScreenCommandPrivate::hideWaitingdialog()
 bool ScreenCommandPrivate::cutToPGMPressed(const quint32& ecKey)
 {
     m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green);
-    qDebug("Take operator begin to CUT.");
+    ecDebug(lcKeys, "Take operator begin to CUT.");
     const auto device = activedDevice();
     if (!device)
         return refuse(ecKey, "Take operator error: active device is nullptr.");
@@ -126,7 +127,7 @@ bool ScreenCommandPrivate::cutToPGMPressed(const quint32& ecKey)
         return ParallelControl::ParallelCutScreen{
             each, RegularAndAUXScreens, [](bool ok, const QString& text) {
                 if (!ok)
-                    qWarning("Cut operator error: Cut failed. %s", qUtf8Printable(text));
+                    ecWarning(lcModel, "Cut operator error: Cut failed. %s", qUtf8Printable(text));
             }};
     };
     if (!startParallelRequest(device, task, true))
@@ -137,7 +138,7 @@ bool ScreenCommandPrivate::cutToPGMPressed(const quint32& ecKey)
 
 bool ScreenCommandPrivate::matchPGMPressed(const quint32& ecKey)
 {
-    qDebug("matchPGM operator begin to match PGM.");
+    ecDebug(lcKeys, "matchPGM operator begin to match PGM.");
     const int press = ++m_nMatchPress;
     m_nMatchLit = press;
     showMatchKey(ecKey);
@@ -152,7 +153,7 @@ bool ScreenCommandPrivate::matchPGMPressed(const quint32& ecKey)
     QString error;
     if (startParallelRequest(device, task, false, &error, matchEnded(ecKey, press)))
         return true;
-    qWarning("matchPGM operator error: Match PGM failed. %s", qUtf8Printable(error));
+    ecWarning(lcModel, "matchPGM operator error: Match PGM failed. %s", qUtf8Printable(error));
     return !matchPGMRelease(ecKey);
 }
 
@@ -163,7 +164,7 @@ Completion ScreenCommandPrivate::matchEnded(const quint32& ecKey, int press)
     return [self = QPointer<ScreenCommandPrivate>(this), ecKey, press](bool ok, const QString& text) {
         if (ok)
             return;
-        qWarning("matchPGM operator error: Match PGM failed. %s", qUtf8Printable(text));
+        ecWarning(lcModel, "matchPGM operator error: Match PGM failed. %s", qUtf8Printable(text));
         auto* const app = QCoreApplication::instance();
         if (!app)
             return;
@@ -240,14 +241,14 @@ bool ScreenCommandPrivate::toggle(const Toggle& what)
 {
     const auto device = activedDevice();
     if (!device) {
-        qWarning("%s failed:The device is null.", what.name);
+        ecWarning(lcKeys, "%s failed:The device is null.", what.name);
         return false;
     }
     const auto asked = what.request->askOpposite(device, what.isOn);
     const auto ended = [asked, name = what.name](bool ok, const QString& error) {
         asked->isEnded = true;
         if (!ok)
-            qWarning("%s failed:The request was refused. %s", name, qUtf8Printable(error));
+            ecWarning(lcModel, "%s failed:The request was refused. %s", name, qUtf8Printable(error));
         return ok;
     };
     const auto task = [make = what.task, on = asked->on](const WeakDevice& each) { return make(each, on); };
@@ -288,7 +289,8 @@ bool ScreenCommandPrivate::setPGMEditPressed(const quint32&)
     const auto device = activedDevice();
     const auto controller = device ? screenController(device) : nullptr;
     if (!controller) {
-        qWarning("PGM edit failed:%s", device ? "The device has no controller." : "The device is null.");
+        ecWarning(
+            lcKeys, "PGM edit failed:%s", device ? "The device has no controller." : "The device is null.");
         return false;
     }
     const auto screens = device->selectedScreen(RegularScreen);
@@ -299,7 +301,7 @@ bool ScreenCommandPrivate::setPGMEditPressed(const quint32&)
     // With no screen selected there is nothing to change, and whether the model takes the request says
     // nothing.
     if (!controller->updatePGMEditStatus(screens, edit) && !screens.isEmpty()) {
-        qWarning("PGM edit failed:The model refused to turn it %s.", edit ? "on" : "off");
+        ecWarning(lcModel, "PGM edit failed:The model refused to turn it %s.", edit ? "on" : "off");
         return false;
     }
     m_pCommand->painter().sendAtOnce(
@@ -318,7 +320,7 @@ bool ScreenCommandPrivate::setTransitionMixTypePressed(const quint32& ecKey)
     const auto controller = screen ? screenController(device) : nullptr;
     if (controller && controller->updateEffectType({{screen, BizModel::EffectType::fade}}))
         return true;
-    qWarning("Mix type error: %s", screen ? "The model refused to set it." : "No active screen!");
+    ecWarning(lcKeys, "Mix type error: %s", screen ? "The model refused to set it." : "No active screen!");
     updateMixType(); // dark without a device
     return false;
 }
@@ -339,12 +341,12 @@ bool ScreenCommandPrivate::updateTransitionTime(bool reduce)
 {
     const auto device = activedDevice();
     if (!device) {
-        qWarning("Effect time error: No active device!");
+        ecWarning(lcKeys, "Effect time error: No active device!");
         return false;
     }
     const auto screen = device->activedScreen().lock();
     if (!screen) {
-        qWarning("Effect time error: No active screen!");
+        ecWarning(lcKeys, "Effect time error: No active screen!");
         return false;
     }
     m_transitionTime.press(reduce, screen->switchEffectTime());
@@ -364,8 +366,8 @@ bool ScreenCommandPrivate::setTransitionTimeRelease(const quint32& ecKey)
     const auto controller = isRegular ? screenController(device) : nullptr;
     if (controller && controller->updateEffectSpeed({{screen, *seconds}}))
         return true;
-    qWarning(
-        "Effect time error: The time was not changed. %s",
+    ecWarning(
+        lcKeys, "Effect time error: The time was not changed. %s",
         !screen           ? "No active screen!"
             : !isRegular  ? "The active screen is not a regular one."
             : !controller ? "The device has no controller."

@@ -1,6 +1,7 @@
 #include "screencommand_p.h"
 
 #include "consumetime_p.h"
+#include "log_p.h"
 #include "modelaccess_p.h"
 #include "painter_p.h"
 
@@ -187,7 +188,7 @@ void ScreenCommandPrivate::updateECButtonColor(bool on, ScreenCallbackType type,
     if (const auto button = m_pCommand->findFunctionButton(quint16(type)))
         m_pCommand->setEcButtonLedColor(button->OrvaneECKey, button->ECKey, on, color);
     else
-        qWarning(" command has invalid page button . ScreenCallbackType: %d", int(type));
+        ecWarning(lcPaint, " command has invalid page button . ScreenCallbackType: %d", int(type));
 }
 
 void ScreenCommandPrivate::updateFunctionOled(ScreenCallbackType type, const QString& text)

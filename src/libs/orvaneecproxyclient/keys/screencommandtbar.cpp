@@ -2,6 +2,7 @@
 
 #include "consolerequests_p.h"
 #include "hoststate_p.h"
+#include "log_p.h"
 #include "modelaccess_p.h"
 
 #include "modelcontrol/device.h"
@@ -69,7 +70,8 @@ void ScreenCommandPrivate::tbarTake(const ECTBarValue& value)
         percent = 1 - percent;
         prePercent = 1 - prePercent;
     }
-    qDebug(
+    ecDebug(
+        lcTBar,
         "receive T-Bar value pre Value:%u Cur value:%u pre Percent:%f Cur Percent:%f T-Bar locked:%s "
         "Panel locked:%s T-Bar Started:%s",
         m_iPreValue, position, prePercent, percent, boolText(m_bLockTbar), boolText(m_bLockPanel),
@@ -80,7 +82,7 @@ void ScreenCommandPrivate::tbarTake(const ECTBarValue& value)
     if (m_bLockPanel || m_bLockTbar) {
         const QString line =
             QStringLiteral("T-Bar Error: : T-Bar is started %1, T-Bar is locked %2, Panel is locked %3.");
-        qWarning("%s", qUtf8Printable(line.arg(m_tbarStart).arg(m_bLockTbar).arg(m_bLockPanel)));
+        ecWarning(lcLock, "%s", qUtf8Printable(line.arg(m_tbarStart).arg(m_bLockTbar).arg(m_bLockPanel)));
         m_iPreValue = position;
         return;
     }
@@ -99,17 +101,18 @@ void ScreenCommandPrivate::tbarTake(const ECTBarValue& value)
 bool ScreenCommandPrivate::isPositionAccepted(quint32 position)
 {
     if (position > HighestPosition || position == m_iPreValue) {
-        qWarning(
-            "T-Bar Error: T-Bar value out of range, cur value is %u Pre Value is %u", position, m_iPreValue);
+        ecWarning(
+            lcTBar, "T-Bar Error: T-Bar value out of range, cur value is %u Pre Value is %u", position,
+            m_iPreValue);
         return false;
     }
     if (m_bLockTbarEnable)
         return true;
     if (!isEnd(position)) {
-        qWarning("T-Bar Error: Current T-Bar available status is %s", boolText(m_bLockTbarEnable));
+        ecWarning(lcTBar, "T-Bar Error: Current T-Bar available status is %s", boolText(m_bLockTbarEnable));
         return false;
     }
-    qWarning("(value == 1 || value == 64) && !m_bLockTbarEnable)%s", boolText(m_bLockTbarEnable));
+    ecWarning(lcTBar, "(value == 1 || value == 64) && !m_bLockTbarEnable)%s", boolText(m_bLockTbarEnable));
     m_iPreValue = position;
     m_bLockTbarEnable = true;
     return false;
@@ -118,25 +121,25 @@ bool ScreenCommandPrivate::isPositionAccepted(quint32 position)
 void ScreenCommandPrivate::tbarStart()
 {
     if (const auto window = HostState::modalWindow()) {
-        qWarning(
-            "T-Bar Error: There is a active widget, can not start T-Bar.%s",
+        ecWarning(
+            lcTBar, "T-Bar Error: There is a active widget, can not start T-Bar.%s",
             qUtf8Printable(window->objectName));
         return;
     }
     if (m_tbarStart) {
-        qWarning("T-Bar Error: There is no need to restart T-Bar, as T-Bar is already started.");
+        ecWarning(lcTBar, "T-Bar Error: There is no need to restart T-Bar, as T-Bar is already started.");
         return;
     }
     const auto device = activedDevice();
     if (!device) {
-        qWarning("T-Bar Error: current actived device is nullptr.");
+        ecWarning(lcTBar, "T-Bar Error: current actived device is nullptr.");
         return;
     }
     if (!hasTakeScreens(device)) {
-        qWarning("T-Bar Error: there is no screens can execute T-Bar task.");
+        ecWarning(lcTBar, "T-Bar Error: there is no screens can execute T-Bar task.");
         return;
     }
-    qDebug("T-Bar status: started.");
+    ecDebug(lcTBar, "T-Bar status: started.");
     m_tbarStart = true;
 }
 
@@ -144,33 +147,33 @@ void ScreenCommandPrivate::takeTBarProcess(qreal percent)
 {
     const auto device = activedDevice();
     if (!device) {
-        qWarning("T-Bar Error: Device is nullptr.");
+        ecWarning(lcTBar, "T-Bar Error: Device is nullptr.");
         return;
     }
     if (device->isTaking()) {
-        qWarning("T-Bar Error: Please wait for last take finished.");
+        ecWarning(lcTBar, "T-Bar Error: Please wait for last take finished.");
         return;
     }
     const auto sampling = std::make_shared<TaskSampling::s_TBarSampling>(
         TaskSampling::s_TBarSampling{TBarScreens, percent, device});
-    qDebug("T-Bar: set progress.%f", percent);
+    ecDebug(lcTBar, "T-Bar: set progress.%f", percent);
     auto* const thread = TaskSampling::SamplingThread::instance();
     if (thread && thread->setSamplingType(TaskSampling::TBar))
         thread->appendData(sampling);
     else
-        qWarning("T-Bar Error: sampling failed.");
+        ecWarning(lcTBar, "T-Bar Error: sampling failed.");
 }
 
 void ScreenCommandPrivate::tbarStop(qreal)
 {
     if (m_bLockPanel) {
-        qDebug("The panel is lock.");
+        ecDebug(lcLock, "The panel is lock.");
         return;
     }
-    qDebug("T-Bar status: stopped.");
+    ecDebug(lcTBar, "T-Bar status: stopped.");
     const auto device = activedDevice();
     if (device && !hasTakeScreens(device))
-        qWarning("T-Bar Error: there is no screens can stop T-Bar task.");
+        ecWarning(lcTBar, "T-Bar Error: there is no screens can stop T-Bar task.");
     m_tbarStart = false;
     m_offTbarLed = true;
 }

@@ -2,6 +2,7 @@
 
 #include "consolerequests_p.h"
 #include "hoststate_p.h"
+#include "log_p.h"
 
 #include <thread>
 #include <utility>
@@ -114,26 +115,26 @@ void SecondaryScreen::make(Change change, std::unique_lock<std::mutex>& lock)
 void SecondaryScreen::exchangeSource()
 {
     if (m_bSignalLost) {
-        qWarning("[locate key no response] MVR key: the signal of DVI input 0 was lost meanwhile.");
+        ecWarning(lcKeys, "[locate key no response] MVR key: the signal of DVI input 0 was lost meanwhile.");
         return;
     }
     switch (currentSource()) {
     case ApplicationSource:
-        qDebug("mvr pressed: switch source dvi1");
+        ecDebug(lcKeys, "mvr pressed: switch source dvi1");
         switchSource(InputSource);
         waitForSource();
         setLight(ECLEDColor::Green);
         showPropertyPopup(false);
         // The source that it was switched away from.
-        qDebug("functionkeyboard MVR key clicked end. current is arm_left");
+        ecDebug(lcKeys, "functionkeyboard MVR key clicked end. current is arm_left");
         break;
     case InputSource:
-        qDebug("mvr pressed: switch source arm_left");
+        ecDebug(lcKeys, "mvr pressed: switch source arm_left");
         setLight(ECLEDColor::Yellow);
         showPropertyPopup(true);
         waitForSource();
         switchSource(ApplicationSource);
-        qDebug("functionkeyboard MVR key clicked end. current is dvi1");
+        ecDebug(lcKeys, "functionkeyboard MVR key clicked end. current is dvi1");
         break;
     }
 }

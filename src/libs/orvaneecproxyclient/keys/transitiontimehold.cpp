@@ -1,6 +1,6 @@
 #include "transitiontimehold_p.h"
 
-#include <QtDebug>
+#include "log_p.h"
 
 #include <algorithm>
 #include <cmath>
@@ -110,9 +110,9 @@ void TransitionTimeHold::step(int hold)
         seconds = m_effectSpeed = stepped(m_effectSpeed, reduce);
     }
     const double shown = inTenths(seconds);
-    qDebug("IncreaseEffectTime m_effectSpeed= :%f", seconds);
-    qDebug("IncreaseEffectTime speed= :%f", shown);
-    qDebug("IncreaseEffectTime speedStr= :%s", qUtf8Printable(transitionTimeText(shown)));
+    ecDebug(lcKeys, "IncreaseEffectTime m_effectSpeed= :%f", seconds);
+    ecDebug(lcKeys, "IncreaseEffectTime speed= :%f", shown);
+    ecDebug(lcKeys, "IncreaseEffectTime speedStr= :%s", qUtf8Printable(transitionTimeText(shown)));
     m_showStep(reduce, shown);
     if (!armNextStep(hold))
         m_stepShownTooLate();

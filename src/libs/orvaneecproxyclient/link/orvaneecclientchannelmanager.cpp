@@ -1,6 +1,6 @@
 #include "orvaneecclientchannelmanager.h"
 
-#include "eclinklog_p.h"
+#include "log_p.h"
 #include "orvaneecclientdecoder.h"
 #include "orvaneecclientreceiver.h"
 #include "orvaneecclientsender.h"
@@ -80,7 +80,6 @@ std::vector<std::shared_ptr<const ChannelThreads>> ECClientChannelManagerPrivate
 } // namespace Internal
 
 using Locker = Internal::ECClientChannelManagerPrivate::Locker;
-using Internal::lcECLink;
 
 ECClientChannelManager::ECClientChannelManager(QObject* parent)
     : QObject(parent)
@@ -97,7 +96,7 @@ bool ECClientChannelManager::openChannel(const QString& address)
 {
     const QHostAddress target(address);
     if (target.isNull())
-        qCWarning(lcECLink, "Orvane ec client channel has no such address: %s", qUtf8Printable(address));
+        ecWarning(lcLink, "Orvane ec client channel has no such address: %s", qUtf8Printable(address));
 
     std::shared_ptr<ECClientReceiver> receiver;
     std::shared_ptr<ECClientSender> sender;
@@ -144,7 +143,7 @@ bool ECClientChannelManager::sendDownTLVRequest(const QByteArray& bytes)
         d->m_bLoggedClosed = !sender;
     }
     if (logClosed)
-        qCWarning(lcECLink, "Orvane ec client channel sends nothing, it is not open.");
+        ecWarning(lcLink, "Orvane ec client channel sends nothing, it is not open.");
     return sender && sender->appendDatagram(bytes, target, ECServicePort);
 }
 

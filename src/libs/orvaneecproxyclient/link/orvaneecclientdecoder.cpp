@@ -1,7 +1,7 @@
 #include "orvaneecclientdecoder.h"
 #include "orvaneecclientdecoder_p.h"
 
-#include "eclinklog_p.h"
+#include "log_p.h"
 #include "uptlv_p.h"
 
 #include <QNetworkDatagram>
@@ -18,17 +18,17 @@ void decode(DatagramQueue::Datagram datagram, const UpTLVDecodeFinishedCallbackT
 {
     const UpReport report = parseUpDatagram(datagram.bytes, datagram.size);
     if (report.kind == UpReport::InvalidHead) {
-        qCWarning(lcECLink, "Orvane ec up decoder receive invalid package. The head is %u", report.head);
+        ecWarning(lcCodec, "Orvane ec up decoder receive invalid package. The head is %u", report.head);
         return;
     }
     if (report.kind == UpReport::Nothing)
         return;
     if (!callback) {
-        qCWarning(lcECLink, "[locate key no response] up tlv decoder callback is null.");
+        ecWarning(lcCodec, "[locate key no response] up tlv decoder callback is null.");
         return;
     }
-    qCDebug(
-        lcECLink, "[locate key no response] tag: %u body's size: %u", unsigned(report.tag),
+    ecDebug(
+        lcCodec, "[locate key no response] tag: %u body's size: %u", unsigned(report.tag),
         unsigned(report.valueSize));
     (*callback)(report.tag, QByteArray(report.value, report.valueSize));
 }
@@ -58,7 +58,7 @@ void ECClientDecoderPrivate::stop()
 
 void ECClientDecoderPrivate::decodeUntilStopped()
 {
-    qCInfo(lcECLink, "Orvane ec client decoder thread start");
+    ecInfo(lcLink, "Orvane ec client decoder thread start");
     DatagramQueue batch;
     std::unique_lock<std::mutex> lock(m_mtxDecode);
     while (!m_bStopDecode) {
@@ -68,13 +68,13 @@ void ECClientDecoderPrivate::decodeUntilStopped()
         }
         m_datagramQueue.swap(batch);
         lock.unlock();
-        qCInfo(lcECLink, "[locate key no response] received key command,parsing tlv.");
+        ecInfo(lcCodec, "[locate key no response] received key command,parsing tlv.");
         decode(batch);
         batch.clear();
         lock.lock();
     }
     lock.unlock();
-    qCInfo(lcECLink, "Orvane ec client decoder thread stop");
+    ecInfo(lcLink, "Orvane ec client decoder thread stop");
     m_lifecycle.leave();
 }
 

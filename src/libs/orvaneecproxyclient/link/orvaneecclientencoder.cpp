@@ -1,6 +1,6 @@
 #include "orvaneecclientencoder.h"
 
-#include "eclinklog_p.h"
+#include "log_p.h"
 
 #include <atomic>
 #include <limits>
@@ -95,8 +95,8 @@ public:
     {
         if (!record) {
             nextSequence();
-            qCWarning(
-                lcECLink, "Orvane ec client encoder builds no request %u without its record.", unsigned(Tag));
+            ecWarning(
+                lcCodec, "Orvane ec client encoder builds no request %u without its record.", unsigned(Tag));
             return false;
         }
         return buildRecord<Tag>(*record, out);
@@ -127,8 +127,8 @@ public:
     {
         const qint64 contentLength = FilePack::DataPackOverhead + qint64(headerSize) + chunk.size();
         if (contentLength > std::numeric_limits<int>::max() / 2) {
-            qCWarning(
-                lcECLink, "Orvane ec client encoder builds no file pack of %lld bytes: too long.",
+            ecWarning(
+                lcCodec, "Orvane ec client encoder builds no file pack of %lld bytes: too long.",
                 static_cast<long long>(contentLength));
             return nullptr;
         }
@@ -256,8 +256,7 @@ bool ECClientEncoder::getFileOperateFirstPackRequest(
     const quint16 sequence = d->nextSequence();
     const Internal::PackTag tag = Internal::packTag(fileType);
     if (tag == Internal::PackTag::None) {
-        qCWarning(
-            Internal::lcECLink, "Orvane ec client encoder builds no first pack for file type %u.", fileType);
+        ecWarning(lcCodec, "Orvane ec client encoder builds no first pack for file type %u.", fileType);
         return false;
     }
     constexpr int fixedHeaderSize = FilePack::NameOffset - FilePack::DataOffset;
@@ -281,8 +280,7 @@ bool ECClientEncoder::getFileOperateRequest(
     const quint16 sequence = d->nextSequence();
     const Internal::PackTag tag = Internal::packTag(operation);
     if (tag == Internal::PackTag::None) {
-        qCWarning(
-            Internal::lcECLink, "Orvane ec client encoder builds no pack for file operation %u.", operation);
+        ecWarning(lcCodec, "Orvane ec client encoder builds no pack for file operation %u.", operation);
         return false;
     }
     d->beginFilePack(tag, packIndex, packCount, 0, chunk, sequence, out);

@@ -1,6 +1,6 @@
 #include "orvaneecclientreceiver.h"
 
-#include "eclinklog_p.h"
+#include "log_p.h"
 #include "orvaneecclientdecoder.h"
 #include "orvaneecclientdecoder_p.h"
 #include "threadlifecycle_p.h"
@@ -92,8 +92,8 @@ public:
         if (m_lastLogged.isValid() && !m_lastLogged.hasExpired(logInterval.count()))
             return;
         m_lastLogged.start();
-        qCWarning(
-            lcECLink,
+        ecWarning(
+            lcLink,
             "Orvane ec client receiver: %llu datagrams dropped, the last from %s, which is neither loopback "
             "nor the service's address.",
             std::exchange(m_refused, 0), qUtf8Printable(QHostAddress(sender).toString()));
@@ -157,13 +157,13 @@ void ECClientReceiverPrivate::openSocket()
     m_pSocket = std::make_unique<QUdpSocket>();
     if (!m_pSocket->bind(
             QHostAddress::AnyIPv4, ECClientPort, QUdpSocket::ShareAddress | QUdpSocket::ReuseAddressHint)) {
-        qCWarning(
-            lcECLink, "Orvane ec client receiver bind has filed : %s",
+        ecWarning(
+            lcLink, "Orvane ec client receiver bind has filed : %s",
             qUtf8Printable(m_pSocket->errorString()));
     }
     if (!m_pSocket->open(QIODevice::ReadOnly)) {
-        qCWarning(
-            lcECLink, "Orvane ec client receiver open has filed : %s",
+        ecWarning(
+            lcLink, "Orvane ec client receiver open has filed : %s",
             qUtf8Printable(m_pSocket->errorString()));
     }
     m_pSocket->setSocketOption(QAbstractSocket::ReceiveBufferSizeSocketOption, ReceiveBufferSize);
@@ -190,7 +190,7 @@ void ECClientReceiverPrivate::setReceiveBuffer(int descriptor)
     socklen_t size = sizeof(given);
     getsockopt(descriptor, SOL_SOCKET, SO_RCVBUF, &given, &size);
     given /= 2; // the kernel doubles what it is asked for, for its own book-keeping
-    qCInfo(lcECLink, "Orvane ec client receiver buffer: %d bytes of %d", given, ReceiveBufferSize);
+    ecInfo(lcLink, "Orvane ec client receiver buffer: %d bytes of %d", given, ReceiveBufferSize);
 }
 
 void ECClientReceiverPrivate::closeSocket()
@@ -246,8 +246,8 @@ void ECClientReceiverPrivate::receiveUntilStopped()
             failing = false;
         } else if (errno != EAGAIN && errno != EINTR) {
             if (!failing)
-                qCWarning(
-                    lcECLink, "Orvane ec client receiver read has failed : %s",
+                ecWarning(
+                    lcLink, "Orvane ec client receiver read has failed : %s",
                     qUtf8Printable(qt_error_string()));
             failing = true;
             waitWithoutSocket();
@@ -300,11 +300,11 @@ std::shared_ptr<ECClientDecoder> ECClientReceiver::ecClientDecoder() const
 
 void ECClientReceiver::run()
 {
-    qCInfo(Internal::lcECLink, "Orvane ec client receiver start receive");
+    ecInfo(lcLink, "Orvane ec client receiver start receive");
     d->openSocket();
     d->receiveUntilStopped();
     d->closeSocket();
-    qCInfo(Internal::lcECLink, "Orvane ec server receiver stop receive");
+    ecInfo(lcLink, "Orvane ec server receiver stop receive");
     d->m_lifecycle.leave();
 }
 

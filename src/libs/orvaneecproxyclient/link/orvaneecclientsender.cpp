@@ -1,8 +1,8 @@
 #include "orvaneecclientsender.h"
 
 #include "datagramqueue_p.h"
-#include "eclinklog_p.h"
 #include "ecprotocol.h"
+#include "log_p.h"
 #include "threadlifecycle_p.h"
 
 #include <QHostAddress>
@@ -118,14 +118,12 @@ void ECClientSenderPrivate::openSocket()
 {
     m_pSocket = std::make_unique<QUdpSocket>();
     if (!m_pSocket->bind(ECServicePort, QUdpSocket::ShareAddress | QUdpSocket::ReuseAddressHint)) {
-        qCWarning(
-            lcECLink, "Orvane ec client sender bind has filed : %s",
-            qUtf8Printable(m_pSocket->errorString()));
+        ecWarning(
+            lcLink, "Orvane ec client sender bind has filed : %s", qUtf8Printable(m_pSocket->errorString()));
     }
     if (!m_pSocket->open(QIODevice::WriteOnly)) {
-        qCWarning(
-            lcECLink, "Orvane ec client sender open has filed : %s",
-            qUtf8Printable(m_pSocket->errorString()));
+        ecWarning(
+            lcLink, "Orvane ec client sender open has filed : %s", qUtf8Printable(m_pSocket->errorString()));
     }
     socklen_t size = sizeof(m_nFamily);
     getsockopt(int(m_pSocket->socketDescriptor()), SOL_SOCKET, SO_DOMAIN, &m_nFamily, &size);
@@ -160,7 +158,7 @@ void ECClientSenderPrivate::write(const DownQueue& batch)
         };
         const ssize_t written = m_nFamily == AF_INET ? sendTo(target.toIPv4()) : sendTo(target.address);
         if (written <= 0)
-            qCWarning(lcECLink, "Orvane ec client sender send data has failed.");
+            ecWarning(lcLink, "Orvane ec client sender send data has failed.");
     });
 }
 
@@ -209,11 +207,11 @@ bool ECClientSender::appendDatagram(const QByteArray& bytes, const QHostAddress&
 
 void ECClientSender::run()
 {
-    qCInfo(Internal::lcECLink, "Orvane ec client sender start send");
+    ecInfo(lcLink, "Orvane ec client sender start send");
     d->openSocket();
     d->sendUntilStopped();
     d->m_pSocket.reset();
-    qCInfo(Internal::lcECLink, "Orvane ec client sender stop send");
+    ecInfo(lcLink, "Orvane ec client sender stop send");
     d->m_lifecycle.leave();
 }
 

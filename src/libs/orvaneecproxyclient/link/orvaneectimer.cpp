@@ -1,7 +1,7 @@
 #include "orvaneectimer.h"
 #include "orvaneectimer_p.h"
 
-#include "eclinklog_p.h"
+#include "log_p.h"
 #include "threadlifecycle_p.h"
 
 #include <algorithm>
@@ -86,14 +86,14 @@ void OrvaneECTimerPrivate::run()
         const Generation own = m_nInForce;
         const int interval = m_imsec;
         lock.unlock();
-        qCInfo(lcECLink, "EC timer start %d", interval);
+        ecInfo(lcLink, "EC timer start %d", interval);
         lock.lock();
         const bool finished = fireWhileInForce(lock, own);
         lock.unlock();
         if (finished)
-            qCInfo(lcECLink, "EC timer finished");
+            ecInfo(lcLink, "EC timer finished");
         else
-            qCInfo(lcECLink, "EC timer terminate");
+            ecInfo(lcLink, "EC timer terminate");
         lock.lock();
     }
     m_bThreadAtWork = false;
@@ -130,7 +130,6 @@ void OrvaneECTimerPrivate::fire(std::unique_lock<std::mutex>& lock, Generation o
 
 } // namespace Internal
 
-using Internal::lcECLink;
 using Internal::OrvaneECTimerPrivate;
 
 namespace {
@@ -168,7 +167,7 @@ OrvaneECTimer::~OrvaneECTimer()
     if (wait(static_cast<unsigned long>(limit)))
         return;
     // Destroying a thread that still runs would end the process.
-    qCWarning(lcECLink, "EC timer: its callback has not returned within %d ms, waiting for it.", limit);
+    ecWarning(lcLink, "EC timer: its callback has not returned within %d ms, waiting for it.", limit);
     wait();
 }
 
@@ -199,7 +198,7 @@ void OrvaneECTimer::start(int msec, Start start)
     case Started::Yes:
         return;
     case Started::Refused:
-        qCWarning(lcECLink, "EC timer: cannot be started from its own thread while that thread ends.");
+        ecWarning(lcLink, "EC timer: cannot be started from its own thread while that thread ends.");
         return;
     case Started::NeedsThread:
         break;
@@ -208,7 +207,7 @@ void OrvaneECTimer::start(int msec, Start start)
     wait();
     QThread::start(QThread::InheritPriority);
     if (!isRunning() && !isFinished()) {
-        qCWarning(lcECLink, "EC timer: cannot start its thread.");
+        ecWarning(lcLink, "EC timer: cannot start its thread.");
         d->startFailed();
     }
 }

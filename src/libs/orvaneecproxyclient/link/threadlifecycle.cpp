@@ -1,6 +1,6 @@
 #include "threadlifecycle_p.h"
 
-#include "eclinklog_p.h"
+#include "log_p.h"
 
 #include <system_error>
 #include <thread>
@@ -20,8 +20,8 @@ bool ThreadLifecycle::start()
 {
     if (QThread::currentThread() == &m_thread) {
         if (m_bStop)
-            qCWarning(
-                lcECLink, "%s cannot be started from its own thread while it stops.",
+            ecWarning(
+                lcLink, "%s cannot be started from its own thread while it stops.",
                 qUtf8Printable(m_thread.objectName()));
         return !m_bStop;
     }
@@ -74,8 +74,8 @@ void deleteThreadObject(QThread* thread)
     try {
         std::thread([thread] { delete thread; }).detach();
     } catch (const std::system_error& error) {
-        qCWarning(
-            lcECLink, "%s is not deleted: cannot start a thread for that: %s",
+        ecWarning(
+            lcLink, "%s is not deleted: cannot start a thread for that: %s",
             qUtf8Printable(thread->objectName()), error.what());
     }
 }

@@ -7,6 +7,7 @@
 #include "hoststate_p.h"
 #include "inputcommand.h"
 #include "layercommand.h"
+#include "log_p.h"
 #include "modelaccess_p.h"
 #include "numbercommand.h"
 #include "presetcommand.h"
@@ -222,7 +223,7 @@ CommandManager::CommandManager(QObject* parent)
     if (BizModel::DeviceList* devices = BizModel::DeviceList::instance())
         d->connectModel(devices);
     else
-        qWarning("There is no device list: the console will not follow the application's model.");
+        ecWarning(lcModel, "There is no device list: the console will not follow the application's model.");
     if (const auto console = Internal::ConsoleRequests::installed()) {
         console->followLocks(
             this, [this](bool locked) { slotTbarLocked(locked); },
@@ -248,19 +249,19 @@ void CommandManager::registerCommand(const std::shared_ptr<EC::s_ECKeyboardConfi
     for (const auto& action : furtherActions)
         action();
     if (!config) {
-        qWarning("The ec keyboard config is empty.");
+        ecWarning(lcKeys, "The ec keyboard config is empty.");
         return;
     }
     for (const auto& entry : qAsConst(config->m_commands)) {
         if (!entry) {
-            qWarning("A group of the keyboard configuration is refused: its entry is empty.");
+            ecWarning(lcKeys, "A group of the keyboard configuration is refused: its entry is empty.");
             continue;
         }
         if (const auto command = d->findCommandByName(entry->Name))
             command->setCommandConfig(entry);
         else
-            qWarning(
-                "Unkown event controller keyboard command.The command name is %s",
+            ecWarning(
+                lcKeys, "Unkown event controller keyboard command.The command name is %s",
                 qUtf8Printable(entry->Name));
     }
     // A device may have been active before the keyboard was known.
@@ -272,7 +273,7 @@ quint32 CommandManager::getECKeyByOrvaneECKey(const quint32& orvaneECKey) const
     const auto owner = d->findCommandIf(
         [&](const Command& command) { return command.containsECKeyByOrvaneECKey(orvaneECKey); });
     if (!owner) {
-        qWarning(" Can not find operate ECKey . OrvaneKey :%u", orvaneECKey);
+        ecWarning(lcKeys, " Can not find operate ECKey . OrvaneKey :%u", orvaneECKey);
         return Constants::InvalidECKey;
     }
     return owner->getECKeyByOrvaneECKey(orvaneECKey);
@@ -351,21 +352,21 @@ void CommandManager::setIsVirtualConsoleMode(bool isVirtual)
 void CommandManager::slotECButtonPressed(const quint32& key)
 {
     if (Internal::isUpgrading()) {
-        qDebug("Device is upgrading... Ignore key pressed event.");
+        ecDebug(lcKeys, "Device is upgrading... Ignore key pressed event.");
         return;
     }
     quint32 ecKey = 0;
     const auto owner = d->findOwner(key, ecKey);
     if (!owner) {
-        qWarning("[locate key no response] couldn't find command binding to key: %u", key);
+        ecWarning(lcKeys, "[locate key no response] couldn't find command binding to key: %u", key);
         return;
     }
     if (!owner->isAllowedKeyPressed(quint16(ecKey)) && Internal::HostState::isInputBlocked()) {
-        qWarning("[locate key no response] now there is an modal window.");
+        ecWarning(lcKeys, "[locate key no response] now there is an modal window.");
         return;
     }
     if (isKeypadLocked() && !owner->isLockKeyPadKey(quint16(key))) {
-        qWarning("[locate key no response] now the keypad is locked.");
+        ecWarning(lcLock, "[locate key no response] now the keypad is locked.");
         return;
     }
     if (ecKey == key)
@@ -381,7 +382,7 @@ void CommandManager::slotECButtonPressed(const quint32& key)
 void CommandManager::slotECButtonRelease(const quint32& key)
 {
     if (Internal::isUpgrading()) {
-        qDebug("Device is upgrading... Ignore key release event.");
+        ecDebug(lcKeys, "Device is upgrading... Ignore key release event.");
         d->m_unreleasedKeys.releaseDropped(d->findKey(key));
         return;
     }
@@ -400,25 +401,25 @@ void CommandManager::slotECButtonRelease(const quint32& key)
 void CommandManager::slotECTBarChanged(const ECTBarValue& value)
 {
     if (Internal::isUpgrading()) {
-        qDebug("Device is upgrading... Ignore key pressed event.");
+        ecDebug(lcTBar, "Device is upgrading... Ignore key pressed event.");
         return;
     }
     if (const auto window = Internal::HostState::modalWindow()) {
-        qWarning(
-            "T-Bar ignored :Console Event has waiting window, pos:(%d,%d),obiject name:%s", window->pos.x(),
-            window->pos.y(), qUtf8Printable(window->objectName));
+        ecWarning(
+            lcTBar, "T-Bar ignored :Console Event has waiting window, pos:(%d,%d),obiject name:%s",
+            window->pos.x(), window->pos.y(), qUtf8Printable(window->objectName));
         if (window->childName)
-            qDebug("Object name:%s", qUtf8Printable(*window->childName));
+            ecDebug(lcTBar, "Object name:%s", qUtf8Printable(*window->childName));
         if (window->childParentName)
-            qDebug("Parent name:%s", qUtf8Printable(*window->childParentName));
+            ecDebug(lcTBar, "Parent name:%s", qUtf8Printable(*window->childParentName));
         return;
     }
     if (Internal::HostState::isQuenor()) {
-        qWarning("T-Bar ignored: property Quenor is true");
+        ecWarning(lcTBar, "T-Bar ignored: property Quenor is true");
         return;
     }
     if (isKeypadLocked()) {
-        qWarning("T-Bar ignored :Console Event screen locked...");
+        ecWarning(lcLock, "T-Bar ignored :Console Event screen locked...");
         return;
     }
     d->forEachCommand(&Command::slotECTBarChanged, value);
@@ -434,7 +435,7 @@ void CommandManager::slotDeviceIPChanged(std::weak_ptr<BizModel::Device> weakDev
 {
     const auto device = weakDevice.lock();
     if (!device) {
-        qWarning(" Device is nullptr, can not change ec command items.");
+        ecWarning(lcModel, " Device is nullptr, can not change ec command items.");
         return;
     }
     ECConsoleManager::instance()->updateECCommandItems(device->preIPMacSn(), device->ipMacSn());

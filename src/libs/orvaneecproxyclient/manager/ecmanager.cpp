@@ -4,6 +4,7 @@
 #include "command.h"
 #include "commandmanager.h"
 #include "ecmanager_p.h"
+#include "log_p.h"
 #include "modelaccess_p.h"
 #include "modelparts.h"
 #include "orvaneecclientdecoder.h"
@@ -48,7 +49,7 @@ void ECManagerPrivate::send(const QByteArray& datagram) const
 bool ECManagerPrivate::onButtonPressed(const QByteArray& value)
 {
     if (value.size() != int(sizeof(ECButtonOperState))) {
-        qWarning("[locate key no response] tlv's length mismatches");
+        ecWarning(lcCodec, "[locate key no response] tlv's length mismatches");
         return false;
     }
     const auto commands = commandManager();
@@ -98,8 +99,9 @@ bool ECManagerPrivate::onDVIInSignal(const QByteArray& value)
 {
     constexpr int recordSize = sizeof(DVIInSignal);
     if (value.size() % recordSize != 0) {
-        qWarning(
-            "recv DVI signal data error. DVIInSignalLength: %d  tlBody size :%d", recordSize, value.size());
+        ecWarning(
+            lcCodec, "recv DVI signal data error. DVIInSignalLength: %d  tlBody size :%d", recordSize,
+            value.size());
         return false;
     }
     QMap<int, bool> signalOfInput;
@@ -150,8 +152,8 @@ quint8 percentOf(const QSettings& settings, const char* key, int defaultValue = 
     const int value = setting.toInt(&isNumber);
     const int percent = std::clamp(value, 0, highest);
     if (!isNumber || percent != value)
-        qWarning(
-            "Console lights: \"%s\" is %s in the settings, not 0 to %d: %d is taken.", key,
+        ecWarning(
+            lcPaint, "Console lights: \"%s\" is %s in the settings, not 0 to %d: %d is taken.", key,
             qUtf8Printable(setting.toString()), highest, percent);
     return quint8(percent);
 }
@@ -234,7 +236,7 @@ void ECManager::addSendDownTLVRequstCB(const SendDownTLVRequestCallbackType& cal
 int ECManager::addSendRoute(const SendDownTLVRequestCallbackType& callback)
 {
     if (!callback) {
-        qWarning("An empty send route was refused.");
+        ecWarning(lcLink, "An empty send route was refused.");
         return 0;
     }
     std::shared_ptr<const ECManagerPrivate::Routes> former; // destroyed after the lock is released

@@ -1,5 +1,7 @@
 #include "ecmanager_p.h"
 
+#include "log_p.h"
+
 #include <QFile>
 #include <QFileInfo>
 
@@ -22,17 +24,17 @@ bool readFile(const QString& path, QByteArray& bytes, QString& name)
 {
     QFile file(path);
     if (!file.exists()) {
-        qWarning("File path does not exist.");
+        ecWarning(lcLink, "File path does not exist.");
         return false;
     }
     if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
-        qWarning("File can not open.");
+        ecWarning(lcLink, "File can not open.");
         return false;
     }
     bytes = file.readAll();
     // The console would take a part of the file for the whole.
     if (file.error() != QFileDevice::NoError || bytes.size() < file.size()) {
-        qWarning("File can not be read whole: %s", qUtf8Printable(file.errorString()));
+        ecWarning(lcLink, "File can not be read whole: %s", qUtf8Printable(file.errorString()));
         return false;
     }
     name = QFileInfo(path).fileName();
@@ -171,7 +173,7 @@ void ECManager::switchSource(DVISource source)
 bool ECManager::dviInSignal(const int& index)
 {
     if (index < 0 || index > std::numeric_limits<quint8>::max()) {
-        qWarning("DVI input %d refused: the inputs are numbered 0 to 255.", index);
+        ecWarning(lcCodec, "DVI input %d refused: the inputs are numbered 0 to 255.", index);
         return false;
     }
     if (!d->request(&ECClientEncoder::getDVIInSignalRequest, index))

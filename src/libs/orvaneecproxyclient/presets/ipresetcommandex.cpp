@@ -1,6 +1,7 @@
 #include "ipresetcommandex.h"
 
 #include "ipresetcommandex_p.h"
+#include "log_p.h"
 
 namespace Orvane::ECProxy::Client {
 
@@ -84,7 +85,7 @@ void IPresetCommandEx::updatePageIndex()
     if (d->m_toldPage)
         updateCurrentPageIndex(*d->m_toldPage);
     else
-        qWarning("Find preset command data error.");
+        ecWarning(lcPaint, "Find preset command data error.");
 }
 
 bool IPresetCommandEx::isAllowedKeyPressed(const quint16&)

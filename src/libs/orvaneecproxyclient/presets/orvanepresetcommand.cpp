@@ -1,5 +1,6 @@
 #include "orvanepresetcommand.h"
 
+#include "log_p.h"
 #include "modelaccess_p.h"
 #include "orvanepresetcommand_p.h"
 #include "presetgroup_p.h"
@@ -77,12 +78,12 @@ void OrvanePresetCommandPrivate::updateECCommandItems()
 {
     const int pageSize = m_presetKeys.ecCommandConfig() ? m_presetKeys.pageSize() : 0;
     if (pageSize <= 0) {
-        qWarning("ECCommandItem config is not exist.");
+        ecWarning(lcPaint, "ECCommandItem config is not exist.");
         return;
     }
     const auto device = activedDevice();
     if (!device) {
-        qCritical("No actived device");
+        ecCritical(lcPaint, "No actived device");
         return;
     }
     const QString ip = device->ipMacSn();
@@ -226,7 +227,7 @@ bool OrvanePresetCommand::selectPresetPressed(const quint32& ecKey)
 
 bool OrvanePresetCommand::selectPresetPressed(const quint32& ecKey, bool bound)
 {
-    qDebug("press preset key:%u", ecKey);
+    ecDebug(lcKeys, "press preset key:%u", ecKey);
     const PresetOptMode mode = d->m_modes.mode();
     switch (mode) {
     case PresetOptMode::Clear:
@@ -240,7 +241,7 @@ bool OrvanePresetCommand::selectPresetPressed(const quint32& ecKey, bool bound)
         break;
     case PresetOptMode::Noting:
     case PresetOptMode::ClearAll:
-        qWarning("preset key [%u] refused: there is nothing to do in mode %d.", ecKey, int(mode));
+        ecWarning(lcKeys, "preset key [%u] refused: there is nothing to do in mode %d.", ecKey, int(mode));
         break;
     }
     return true;
@@ -253,7 +254,7 @@ void OrvanePresetCommand::updatePageIndex()
 
 bool OrvanePresetCommand::clearPresetsPressed()
 {
-    qDebug("Clear all presets pressed.");
+    ecDebug(lcKeys, "Clear all presets pressed.");
     d->clearAllPresets();
     return true;
 }

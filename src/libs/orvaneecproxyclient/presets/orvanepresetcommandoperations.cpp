@@ -2,6 +2,7 @@
 #include "orvanepresetcommand_p.h"
 
 #include "consumetime_p.h"
+#include "log_p.h"
 #include "modelaccess_p.h"
 #include "presetgroup_p.h"
 
@@ -41,7 +42,7 @@ s_KeypadInfo keypadInfoAfter(
     s_KeypadInfo after;
     if (presets.createKeypadInfo(preset, screens, after))
         return after;
-    qWarning("create keypadInfo failed");
+    ecWarning(lcModel, "create keypadInfo failed");
     return present;
 }
 
@@ -49,12 +50,12 @@ s_KeypadInfo keypadInfoAfter(
 bool sampleLoad(const TaskSampling::s_LoadPresetSampling& sampling)
 {
     logConsumeTime("preset consume time:SamplingThread appendData start.");
-    qDebug("***************************************5.22");
+    ecDebug(lcModel, "***************************************5.22");
     auto* const thread = TaskSampling::SamplingThread::instance();
     if (thread && thread->setSamplingType(TaskSampling::LoadPreset)
         && thread->appendData(std::make_shared<TaskSampling::s_LoadPresetSampling>(sampling)))
         return true;
-    qWarning("Load preset failed: sampling failed.");
+    ecWarning(lcModel, "Load preset failed: sampling failed.");
     return false;
 }
 
@@ -81,35 +82,35 @@ bool OrvanePresetCommandPrivate::storePreset(const std::shared_ptr<BizModel::Dev
         const auto presets = ModelControl::Preset::create(device);
         if (presets && presets->coverPreset(present, FileType::PresetPVW, error))
             return true;
-        qWarning("Failed to cover the PVW preset! errMsg :%s", qUtf8Printable(error));
+        ecWarning(lcModel, "Failed to cover the PVW preset! errMsg :%s", qUtf8Printable(error));
         return false;
     }
     const auto files = ModelControl::Device::create(device);
     if (files && files->createPresetFile(FileType::PresetPVW, fileId, error))
         return true;
-    qWarning("Failed to create the PVW preset! %s", qUtf8Printable(error));
+    ecWarning(lcModel, "Failed to create the PVW preset! %s", qUtf8Printable(error));
     return false;
 }
 
 bool OrvanePresetCommandPrivate::savePreset(const quint32& ecKey)
 {
-    qDebug("preset key [%u] pressed to create preset.", ecKey);
+    ecDebug(lcKeys, "preset key [%u] pressed to create preset.", ecKey);
     const auto device = activedDevice();
     if (!device) {
-        qWarning("Create preset failed: device is nullptr.");
+        ecWarning(lcKeys, "Create preset failed: device is nullptr.");
         return false;
     }
     QString error;
     if (!device->editPresetValidityCheck(Translate::tr(Translate::TR_THE_FUNCTION_CREATEPRESET), error)) {
-        qWarning("Create preset refused: %s", qUtf8Printable(error));
+        ecWarning(lcKeys, "Create preset refused: %s", qUtf8Printable(error));
         showFramelessMessageBox(FramelessMessageBoxMsgType::Information, error);
         m_modes.end(PresetOptMode::Save);
         return false;
     }
     const int slot = m_presetKeys.findECButtonIndex(ecKey);
     if (slot < 0 || slot >= device->maxPresetCount()) {
-        qWarning(
-            "Create preset refused: the device has %d presets, this key's would be %d.",
+        ecWarning(
+            lcKeys, "Create preset refused: the device has %d presets, this key's would be %d.",
             int(device->maxPresetCount()), slot + 1);
         m_modes.end(PresetOptMode::Save);
         return false;
@@ -121,7 +122,7 @@ bool OrvanePresetCommandPrivate::savePreset(const quint32& ecKey)
     if (const auto preset = presetOf(*device, fileId))
         device->setActivedPreset(preset, fileId);
     else
-        qWarning("Create preset: preset %u is gone before it could become the active one.", fileId);
+        ecWarning(lcModel, "Create preset: preset %u is gone before it could become the active one.", fileId);
     m_modes.end(PresetOptMode::Save);
     return true;
 }
@@ -132,39 +133,39 @@ bool OrvanePresetCommandPrivate::loadPreset(const quint32& ecKey, bool)
 {
     const auto* const parallel = ParallelControl::ParallelManager::instance();
     if (parallel && parallel->currentTaskCount() != 0) {
-        qWarning("Load preset refused: a request such as a take is still running.");
+        ecWarning(lcKeys, "Load preset refused: a request such as a take is still running.");
         return false;
     }
     logConsumeTime("preset consume time:OrvanePresetCommand loadPreset start.");
-    qDebug("preset key [%u] pressed to load preset.", ecKey);
+    ecDebug(lcKeys, "preset key [%u] pressed to load preset.", ecKey);
     const auto device = activedDevice();
     if (!device) {
-        qWarning("Load preset failed: device is nullptr.");
+        ecWarning(lcKeys, "Load preset failed: device is nullptr.");
         return false;
     }
     const auto preset = findPresetByEckey(ecKey);
     if (!preset) {
-        qWarning("Actived preset is null");
+        ecWarning(lcKeys, "Actived preset is null");
         return false;
     }
     if (preset->fileId() > std::numeric_limits<quint8>::max()) {
-        qWarning("Load preset failed: file id %u is beyond what a load can name.", preset->fileId());
+        ecWarning(lcKeys, "Load preset failed: file id %u is beyond what a load can name.", preset->fileId());
         return false; // cut to its low byte it would be another preset's
     }
     const auto presets = ModelControl::Preset::create(device);
     if (!presets) {
-        qWarning("Load preset failed: the application offers no preset control.");
+        ecWarning(lcKeys, "Load preset failed: the application offers no preset control.");
         return false;
     }
     QString error;
     if (!presets->checkPresetData(preset, error)) {
-        qWarning("Load preset refused: %s", qUtf8Printable(error));
+        ecWarning(lcKeys, "Load preset refused: %s", qUtf8Printable(error));
         showFramelessMessageBox(FramelessMessageBoxMsgType::Warning, error);
         return false;
     }
     ModelControl::Preset::Screens screens;
     if (!preset->presetSelectedScreens(screens, preset->fileType(), error))
-        qWarning("Load preset: its screens are not known. %s", qUtf8Printable(error));
+        ecWarning(lcModel, "Load preset: its screens are not known. %s", qUtf8Printable(error));
 
     const s_KeypadInfo lastKeypadInfo = keypadInfoOf(*device);
     const s_KeypadInfo keypadInfo = keypadInfoAfter(*presets, preset, screens, lastKeypadInfo);
@@ -183,17 +184,17 @@ void OrvanePresetCommandPrivate::updatePresetModel(
 {
     const auto device = weakDevice.lock();
     if (!device) {
-        qWarning("Load preset failed: device is nullptr.");
+        ecWarning(lcModel, "Load preset failed: device is nullptr.");
         return;
     }
     if (preset.expired()) {
-        qWarning("Load preset failed: preset is nullptr.");
+        ecWarning(lcModel, "Load preset failed: preset is nullptr.");
         return;
     }
     QString error;
     const auto presets = ModelControl::Preset::create(device);
     if (!presets || !presets->updatePresetModelData(preset, screens, error))
-        qWarning("Load preset: the model was not updated. %s", qUtf8Printable(error));
+        ecWarning(lcModel, "Load preset: the model was not updated. %s", qUtf8Printable(error));
     device->addKeypadFile(std::make_shared<BizModel::Keypad>(keypadInfo));
 }
 
@@ -201,15 +202,15 @@ void OrvanePresetCommandPrivate::updatePresetModel(
 
 bool OrvanePresetCommandPrivate::clearPreset(const quint32& ecKey)
 {
-    qDebug("preset key [%u] pressed to clear preset.", ecKey);
+    ecDebug(lcKeys, "preset key [%u] pressed to clear preset.", ecKey);
     const auto device = activedDevice();
     if (!device) {
-        qWarning("Clear preset failed: device is nullptr.");
+        ecWarning(lcKeys, "Clear preset failed: device is nullptr.");
         return false;
     }
     const auto preset = findPresetByEckey(ecKey);
     if (!preset) {
-        qWarning("clear preset is null");
+        ecWarning(lcKeys, "clear preset is null");
         return false;
     }
     if (device->onlineFlag()) {
@@ -219,9 +220,9 @@ bool OrvanePresetCommandPrivate::clearPreset(const quint32& ecKey)
         const bool removed = files && files->removeFile({preset}, error);
         hideWaitingDialog();
         if (!removed)
-            qWarning("Remove preset has failed! %s", qUtf8Printable(error));
+            ecWarning(lcModel, "Remove preset has failed! %s", qUtf8Printable(error));
     } else {
-        qWarning("Remove preset refused: the device is offline.");
+        ecWarning(lcKeys, "Remove preset refused: the device is offline.");
     }
     m_modes.setClearStatus(true);
     return true;
@@ -231,19 +232,20 @@ bool OrvanePresetCommandPrivate::clearAllPresets()
 {
     const auto device = activedDevice();
     if (!device) {
-        qWarning("Clear all presets failed: device is nullptr.");
+        ecWarning(lcKeys, "Clear all presets failed: device is nullptr.");
         return false;
     }
     if (!device->onlineFlag()) {
-        qWarning("Clear all presets refused: the device is offline.");
+        ecWarning(lcKeys, "Clear all presets refused: the device is offline.");
         return true;
     }
     showWaitingDialog(Translate::tr(Translate::TR_THE_PRESET_CLEAR_WAIT));
     // May run when the command is gone: uses nothing of it.
     const auto completion = [](bool ok, const QString& reason) {
         if (!ok)
-            qWarning(
-                "Remove preset file has failed! PresetPVW & PresetPVW file type. %s", qUtf8Printable(reason));
+            ecWarning(
+                lcModel, "Remove preset file has failed! PresetPVW & PresetPVW file type. %s",
+                qUtf8Printable(reason));
         hideWaitingDialog();
     };
     if (auto* requests = ModelControl::AsyncManager::instance())

@@ -3,6 +3,7 @@
 #include "consumetime_p.h"
 #include "eccommanditem.h"
 #include "ecconsolemanager.h"
+#include "log_p.h"
 #include "modelaccess_p.h"
 #include "presetcommand_p.h"
 #include "presetgroup_p.h"
@@ -67,7 +68,7 @@ void PresetCommand::updateSelectModeButtonConfig()
     const auto config = ecCommandConfig();
     d->m_keys.collect(config);
     if (!config) {
-        qWarning("Find preset command config error.");
+        ecWarning(lcPaint, "Find preset command config error.");
         return;
     }
     makeCommandCfg(d->m_pOrvanePresetCmd.get());
@@ -92,7 +93,7 @@ std::shared_ptr<EC::s_ECButtonConfig> PresetCommand::findSelectModeButtonByIndex
 void PresetCommand::updateKeyboard()
 {
     if (!ecCommandConfig()) {
-        qWarning("Find preset command config error.");
+        ecWarning(lcPaint, "Find preset command config error.");
         return;
     }
     d->makeMissingItems();
@@ -118,7 +119,7 @@ void PresetCommand::cutKeyPressed(const quint32& ecKey)
 bool PresetCommand::isAllowedKeyReleased(const quint16& ecKey)
 {
     if (!ecCommandConfig()) {
-        qWarning("Find preset command data error.");
+        ecWarning(lcKeys, "Find preset command data error.");
         return false;
     }
     return Command::isAllowedKeyReleased(ecKey);
@@ -142,12 +143,12 @@ void PresetCommand::setClearStatus(bool armed)
 bool PresetCommand::makeCommandCfg(Command* command)
 {
     if (!command) {
-        qWarning("Find preset command data error.");
+        ecWarning(lcPaint, "Find preset command data error.");
         return false;
     }
     const auto config = ecCommandConfig();
     if (!config) {
-        qWarning("Find preset command config error.");
+        ecWarning(lcPaint, "Find preset command config error.");
         return false;
     }
     command->setCommandConfig(config);
@@ -157,7 +158,7 @@ bool PresetCommand::makeCommandCfg(Command* command)
 void PresetCommand::registerPresetCommand(IPresetCommandEx* command)
 {
     if (!command) {
-        qWarning("pPresetCmd is null");
+        ecWarning(lcKeys, "pPresetCmd is null");
         return;
     }
     d->m_extensions.add(command);

@@ -5,6 +5,7 @@
 #include "consumetime_p.h"
 #include "eccommanditem.h"
 #include "ecconsolemanager.h"
+#include "log_p.h"
 #include "modelaccess_p.h"
 #include "presetgroup_p.h"
 #include "presetkeycolors_p.h"
@@ -151,7 +152,7 @@ void PresetCommandPrivate::showSaveKey(const quint32& ecKey)
 
 bool PresetCommandPrivate::clearPresetsPressed(const quint32& ecKey)
 {
-    qDebug("Clear all presets pressed.");
+    ecDebug(lcKeys, "Clear all presets pressed.");
     {
         const std::weak_ptr<BizModel::Device> device = activedDevice();
         const std::lock_guard<std::mutex> lock(m_mutex);
@@ -187,7 +188,8 @@ void PresetCommandPrivate::endHeldClear()
 {
     if (!m_pClearAllTimer.stop())
         return;
-    qWarning("Clear all presets refused: the key went dark, or its release was dropped, during the hold.");
+    ecWarning(
+        lcKeys, "Clear all presets refused: the key went dark, or its release was dropped, during the hold.");
     m_modes.endClearAll();
 }
 
@@ -204,7 +206,8 @@ bool PresetCommandPrivate::clearEverywhere()
         asked = m_clearAllDevice;
     }
     if (asked.lock() != activedDevice()) {
-        qWarning("Clear all presets refused: the device is no longer the one whose presets were meant.");
+        ecWarning(
+            lcKeys, "Clear all presets refused: the device is no longer the one whose presets were meant.");
         return false;
     }
     m_extensions.clearPresetsPressed();
@@ -216,7 +219,8 @@ void PresetCommandPrivate::slotClearAllTimeOut()
 {
     // The key's release may have been dropped meanwhile, so a hold does not act under a guard that drops it.
     if (isUpgrading() || isKeypadLocked()) {
-        qWarning(
+        ecWarning(
+            lcKeys,
             "Clear all presets refused: the keypad was locked or an upgrade began while the key was held.");
         m_modes.end(PresetOptMode::ClearAll);
         return;
@@ -256,14 +260,14 @@ void PresetCommandPrivate::messageBoxClosed(QMessageBox::StandardButton button)
 
 bool PresetCommandPrivate::loadToPGMPresetPressed(const quint32&)
 {
-    qDebug("loadToPGMPresetPressed.");
+    ecDebug(lcKeys, "loadToPGMPresetPressed.");
     const auto device = activedDevice();
     if (!device) {
-        qWarning("Load target refused: there is no active device.");
+        ecWarning(lcKeys, "Load target refused: there is no active device.");
         return false;
     }
     if (!device->deviceConfig().loadToPGMEnabled) {
-        qWarning("Load target refused: the device does not allow loading to PGM.");
+        ecWarning(lcKeys, "Load target refused: the device does not allow loading to PGM.");
         return false;
     }
     if (isLoadToPGMStateEnable()) {
@@ -294,7 +298,7 @@ void PresetCommandPrivate::setLoadToPGMState(LoadToPGMStatus status)
 {
     const auto device = activedDevice();
     if (!device) {
-        qWarning("Load target refused: there is no active device.");
+        ecWarning(lcKeys, "Load target refused: there is no active device.");
         return;
     }
     const auto factory = [status](std::weak_ptr<BizModel::Device> member) {
@@ -302,7 +306,7 @@ void PresetCommandPrivate::setLoadToPGMState(LoadToPGMStatus status)
     };
     const auto completion = [](bool ok, const QString& error) {
         if (!ok)
-            qWarning("swap set failed. %s", qUtf8Printable(error));
+            ecWarning(lcModel, "swap set failed. %s", qUtf8Printable(error));
     };
     auto* const parallel = ParallelControl::ParallelManager::instance();
     if (!parallel || !parallel->startParallelRequest(device, factory, completion))
@@ -340,7 +344,7 @@ void PresetCommandPrivate::sendLoadTarget(quint32 ecKey)
     if (button && button->pECOledCfg)
         m_pCommand->updateECOledText(button->pECOledCfg->OrvaneECKey, button->pECOledCfg->ECKey, text);
     else
-        qWarning(" Button oled config is nullptr");
+        ecWarning(lcPaint, " Button oled config is nullptr");
     m_pCommand->updateECButtonColor(ecKey, isOn ? ECLEDColor::Red : ECLEDColor::Off);
 }
 
@@ -394,8 +398,9 @@ QList<std::shared_ptr<ECCommandItem>> PresetCommandPrivate::commandItems() const
     const auto items = m_pOrvanePresetCmd->commandItems();
     const int pageSize = m_keys.pageSize();
     if (items.isEmpty() || pageSize <= 0 || items.size() % pageSize != 0)
-        qWarning(
-            "ECCommandItem config error...Preset config size:%d Max pageSize :%d", items.size(), pageSize);
+        ecWarning(
+            lcPaint, "ECCommandItem config error...Preset config size:%d Max pageSize :%d", items.size(),
+            pageSize);
     const auto device = activedDevice();
     if (const auto keypad = device ? keypadFile(*device) : nullptr)
         applyKeypadColors(items, *keypad);

@@ -1,6 +1,7 @@
 #include "presetextensions_p.h"
 
 #include "ipresetcommandex_p.h"
+#include "log_p.h"
 
 #include <QCoreApplication>
 #include <QEvent>
@@ -33,7 +34,9 @@ void PresetExtensions::add(IPresetCommandEx* extension)
     if (isNew)
         startQueuedCalls();
     else
-        qWarning("Preset extension %s refused: it is registered already.", qUtf8Printable(extension->name()));
+        ecWarning(
+            lcKeys, "Preset extension %s refused: it is registered already.",
+            qUtf8Printable(extension->name()));
 }
 
 void PresetExtensions::tellPage()

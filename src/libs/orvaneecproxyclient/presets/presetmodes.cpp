@@ -1,5 +1,7 @@
 #include "presetmodes_p.h"
 
+#include "log_p.h"
+
 #include "bizmodel/devicelist.h"
 #include "ec/eckeyboardconfig.h"
 
@@ -183,13 +185,13 @@ void PresetModes::sendOff(PresetCallbackType type)
 {
     const auto config = m_presetKeys.ecCommandConfig();
     if (!config) {
-        qWarning("Find preset command config error.");
+        ecWarning(lcPaint, "Find preset command config error.");
         return;
     }
     if (const auto button = config->findECButtonConfigByOrvaneKey(quint16(type)))
         updateECButtonColorPri(button->ECKey, ECLEDColor::Off);
     else
-        qWarning("the ecbutton is invalid");
+        ecWarning(lcPaint, "the ecbutton is invalid");
 }
 
 void PresetModes::updateECButtonColorPri(const quint32& ecKey, ECLEDColor color, int state)

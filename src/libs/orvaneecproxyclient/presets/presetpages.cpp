@@ -1,5 +1,6 @@
 #include "presetpages_p.h"
 
+#include "log_p.h"
 #include "presetcallbacktype.h"
 
 #include "bizmodel/devicelist.h"
@@ -83,9 +84,9 @@ void PresetPages::showPageLabel()
     const auto button =
         config ? config->findECButtonConfigByOrvaneKey(quint16(PresetCallbackType::ePageUp)) : nullptr;
     if (!button) {
-        qWarning("command has invalid page button");
+        ecWarning(lcPaint, "command has invalid page button");
     } else if (!button->pECOledCfg) {
-        qWarning(" command has invalid page oled");
+        ecWarning(lcPaint, " command has invalid page oled");
     } else {
         m_pageExtension.updatePageIndex(); // the page that is shown when this job runs
         m_presetKeys.updatePageOled(button->pECOledCfg->ECKey, quint32(m_pageExtension.page()));

@@ -1,6 +1,7 @@
 #include "ecconsolesession.h"
 
 #include "ecmanager.h"
+#include "log_p.h"
 #include "orvaneecclientchannelmanager.h"
 #include "udpportusers_p.h"
 
@@ -178,23 +179,25 @@ void ECConsoleSessionPrivate::setServiceState(ServiceState state)
     if (std::exchange(m_serviceState, state) == state)
         return;
     if (state == ServiceState::Absent)
-        qWarning("The console's service is absent: no process has opened UDP port %d.", int(ECServicePort));
+        ecWarning(
+            lcLink, "The console's service is absent: no process has opened UDP port %d.",
+            int(ECServicePort));
     else if (state == ServiceState::Present)
-        qInfo("The console's service is present.");
+        ecInfo(lcLink, "The console's service is present.");
     Q_EMIT m_pSession->serviceStateChanged(state);
 }
 
 bool ECConsoleSessionPrivate::refuse(const QString& reason)
 {
     m_strError = reason;
-    qWarning("The console session cannot start: %s", qUtf8Printable(reason));
+    ecWarning(lcLink, "The console session cannot start: %s", qUtf8Printable(reason));
     return false;
 }
 
 void ECConsoleSessionPrivate::report(const QString& text)
 {
     m_strError = text;
-    qWarning("%s", qUtf8Printable(text));
+    ecWarning(lcLink, "%s", qUtf8Printable(text));
     Q_EMIT m_pSession->errorOccurred(text);
 }
 
