@@ -103,6 +103,13 @@ public:
     void clearFaults() override { wire.faults() = {}; }
     void seedFaults(quint32 seed) override { wire.seed(seed); }
     void restartConsole() override { console.restart(); }
+    void startCapture(const QString& file) override { sent.append(QStringLiteral("capture ") + file); }
+    void stopCapture() override { sent.append(QStringLiteral("capture stop")); }
+    void noteDifferences(const QString& when, const std::vector<ConsoleDifference>& found) override
+    {
+        for (const ConsoleDifference& difference : found)
+            differences.append(when + QStringLiteral(": ") + difference.text());
+    }
     void takePicture(const QString& file) override { sent.append(file); }
     void showConsole() override { sent.append(QStringLiteral("show")); }
     void showHelp() override { sent.append(QStringLiteral("help")); }
@@ -113,6 +120,7 @@ public:
     QVector<QByteArray> datagrams;
     QStringList sent;
     QStringList outcomes;
+    QStringList differences;
     CommandRunner runner;
 };
 

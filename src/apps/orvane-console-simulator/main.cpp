@@ -61,6 +61,13 @@ std::optional<std::vector<ScriptCommand>> readScript(const QString& path)
     return isFaulty ? std::nullopt : std::optional(std::move(commands));
 }
 
+/// What `--replay` asks for, as a script.
+std::vector<ScriptCommand> replayScript(const SimulatorOptions& options)
+{
+    const PlayCapture play{options.replayFile, options.replaySpeed, options.replaySteps};
+    return {{play, QStringLiteral("replay ") + options.replayFile, {}}};
+}
+
 int run(const SimulatorOptions& options)
 {
     const auto layout = readLayout(options.keyboardFile);
@@ -88,16 +95,24 @@ int run(const SimulatorOptions& options)
             qApp, &QGuiApplication::lastWindowClosed, window.get(), [&simulator] { simulator.end(); });
     }
     std::unique_ptr<LineReader> typed;
+    if (!options.replayFile.isEmpty())
+        script = replayScript(options);
     if (script) {
         // From inside the event loop, so that the script can end it.
         QTimer::singleShot(0, QCoreApplication::instance(), [&] {
             for (const ScriptCommand& command : *script)
                 simulator.add(command);
-            simulator.endOfCommands();
+            if (!options.replaySteps)
+                simulator.endOfCommands();
         });
-    } else {
+    }
+    if (!script || options.replaySteps) {
         typed = std::make_unique<LineReader>(
-            STDIN_FILENO, [&](const QByteArray& line) { simulator.addLine(QString::fromUtf8(line)); },
+            STDIN_FILENO,
+            [&](const QByteArray& line) {
+                const bool isStep = options.replaySteps && line.trimmed().isEmpty();
+                simulator.addLine(isStep ? QStringLiteral("step") : QString::fromUtf8(line));
+            },
             [&] { simulator.endOfCommands(); });
     }
     return QCoreApplication::exec();

@@ -33,10 +33,20 @@ Simulator::Simulator(const SimulatorOptions& options, ConsoleLayout layout)
     });
 }
 
+Simulator::~Simulator()
+{
+    m_link.setCapture(nullptr);
+}
+
 bool Simulator::open()
 {
-    if (!m_link.open())
+    // Before the link, so that the capture has the first datagram too.
+    if (!m_options.captureFile.isEmpty() && !beginCapture(m_options.captureFile))
         return false;
+    if (!m_link.open()) {
+        m_strError = m_link.errorText();
+        return false;
+    }
     m_output.setTime(m_clock.now());
     m_output.ready(QStringLiteral("127.0.0.1:%1").arg(Protocol::ECServicePort), m_link.receiveBufferSize());
     m_output.flush();
@@ -56,9 +66,8 @@ void Simulator::addLine(const QString& line)
     if (const auto* command = std::get_if<SimulatorCommand>(&parsed)) {
         add({*command, line.trimmed(), {}});
     } else if (const auto* fault = std::get_if<CommandFault>(&parsed)) {
-        ++m_nFaultyLines;
         m_output.setTime(m_clock.now());
-        m_output.problem(QStringLiteral("\"%1\": %2").arg(line.trimmed(), fault->reason));
+        refuse(QStringLiteral("\"%1\": %2").arg(line.trimmed(), fault->reason));
         settle();
     }
 }
@@ -169,13 +178,78 @@ void Simulator::restartConsole()
         m_pWatcher->consoleRestarted();
 }
 
+bool Simulator::beginCapture(const QString& file)
+{
+    auto capture = std::make_shared<CaptureWriter>();
+    if (!capture->open(file)) {
+        m_strError = QStringLiteral("%1: %2").arg(file, capture->errorText());
+        return false;
+    }
+    // From the writing thread to this one.
+    QObject::connect(
+        capture.get(), &CaptureWriter::signalFailed, &m_timers,
+        [this] {
+            endCapture();
+            settle();
+        },
+        Qt::QueuedConnection);
+    m_pCapture = std::move(capture);
+    m_link.setCapture(m_pCapture);
+    return true;
+}
+
+void Simulator::startCapture(const QString& file)
+{
+    if (m_pCapture)
+        refuse(QStringLiteral("%1 is being captured already").arg(m_pCapture->path()));
+    else if (!beginCapture(file))
+        refuse(m_strError);
+}
+
+void Simulator::stopCapture()
+{
+    if (!m_pCapture)
+        refuse(QStringLiteral("nothing is being captured"));
+    else
+        endCapture();
+}
+
+void Simulator::endCapture()
+{
+    if (!m_pCapture)
+        return;
+    m_link.setCapture(nullptr);
+    const QString path = m_pCapture->path();
+    const CaptureWriter::Summary summary = std::exchange(m_pCapture, nullptr)->close();
+    m_output.setTime(m_clock.now());
+    if (!summary.errorText.isEmpty() || summary.lost != 0)
+        refuse(QStringLiteral("%1 lacks %2 datagrams: %3")
+                   .arg(
+                       path, QString::number(summary.lost),
+                       summary.errorText.isEmpty() ? QStringLiteral("the disk is too slow")
+                                                   : summary.errorText));
+    m_output.captured(path, summary.datagrams);
+}
+
+void Simulator::noteDifferences(const QString& when, const std::vector<ConsoleDifference>& found)
+{
+    m_output.setTime(m_clock.now());
+    for (const ConsoleDifference& difference : found)
+        m_output.difference(when, difference);
+}
+
+void Simulator::refuse(const QString& problem)
+{
+    ++m_nFaultyLines;
+    m_output.problem(problem);
+}
+
 void Simulator::takePicture(const QString& file)
 {
     takeReceived();
     if (m_pWatcher && m_pWatcher->takePicture(file))
         return;
-    ++m_nFaultyLines;
-    m_output.problem(
+    refuse(
         m_pWatcher ? QStringLiteral("the picture cannot be written to ") + file
                    : QStringLiteral("there is no window to take a picture of"));
 }
@@ -218,6 +292,9 @@ void Simulator::settle()
     if (isDone && !m_bEnded) {
         m_bEnded = true;
         takeReceived();
+        endCapture();
+        if (m_runner.hasUnplayed())
+            refuse(QStringLiteral("the capture was not played to its end"));
         QString counters = counterText(m_console);
         if (m_link.dropped() != 0)
             counters += QStringLiteral(", %1 dropped here").arg(m_link.dropped());
@@ -229,6 +306,8 @@ void Simulator::settle()
 
 int Simulator::status() const
 {
+    if (m_runner.couldNotStart())
+        return ExitRefused;
     const bool hasFailed = m_runner.failures() != 0 || m_nFaultyLines != 0 || m_nRefusedSends != 0;
     const bool hasUnreadable = m_console.unreadable() != 0 || m_console.fileFaults() != 0;
     return hasFailed || (hasUnreadable && !m_options.tolerateUnreadable) ? ExitFailed : ExitOk;

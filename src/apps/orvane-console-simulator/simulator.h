@@ -35,10 +35,11 @@ public:
 class Simulator : private Orvane::ConsolePanel::RunnerSurroundings {
 public:
     Simulator(const SimulatorOptions& options, Orvane::ConsolePanel::ConsoleLayout layout);
+    ~Simulator() override;
 
-    /// False with `errorText` when the port cannot be had.
+    /// False with `errorText` when the port cannot be had, or the capture file that was asked for.
     bool open();
-    QString errorText() const { return m_link.errorText(); }
+    QString errorText() const { return m_strError; }
 
     void add(const ScriptCommand& command);
     /// Runs one line that was typed; a line that is wrong is a failure, and the run goes on.
@@ -68,10 +69,18 @@ private:
     void clearFaults() override { m_wire.faults() = {}; }
     void seedFaults(quint32 seed) override { m_wire.seed(seed); }
     void restartConsole() override;
+    void startCapture(const QString& file) override;
+    void stopCapture() override;
+    void noteDifferences(
+        const QString& when, const std::vector<Orvane::ConsolePanel::ConsoleDifference>& found) override;
     void takePicture(const QString& file) override;
     void showConsole() override;
     void showHelp() override;
 
+    bool beginCapture(const QString& file);
+    /// Says what became of it.
+    void endCapture();
+    void refuse(const QString& problem);
     void transmit(const QByteArray& datagram);
     void takeReceived();
     void take(const char* bytes, int size);
@@ -88,6 +97,8 @@ private:
     SimulatorOutput m_output;
     Orvane::ConsolePanel::CommandRunner m_runner;
     Orvane::ConsolePanel::ServiceLink m_link;
+    std::shared_ptr<Orvane::ConsolePanel::CaptureWriter> m_pCapture; ///< null: nothing is captured
+    QString m_strError;
     int m_nFaultyLines = 0;
     int m_nRefusedSends = 0;
     bool m_bNoMoreCommands = false;

@@ -1,11 +1,31 @@
 #include "simulatoroptions.h"
 
 #include "arguments.h"
+#include "simulatorcommand.h"
 #include "simulatorprogram.h"
 
 using namespace Orvane::CommandLine;
+using Orvane::ConsolePanel::PlayCapture;
 
 namespace {
+
+/// What is wrong with the options that play a capture; empty when nothing is.
+QString readReplay(const Arguments& arguments, SimulatorOptions& options)
+{
+    options.replayFile = arguments.value("replay");
+    options.replaySteps = arguments.isSet("step");
+    const QString speed = arguments.value("speed");
+    bool ok = false;
+    options.replaySpeed = speed.toDouble(&ok);
+    if (!ok || options.replaySpeed < PlayCapture::SlowestSpeed
+        || options.replaySpeed > PlayCapture::HighestSpeed)
+        return QStringLiteral("--speed must be from 0.01 to 1000, not \"%1\"").arg(speed);
+    if (options.replayFile.isEmpty() && (arguments.isSet("speed") || options.replaySteps))
+        return QStringLiteral("--speed and --step belong to --replay");
+    if (!options.replayFile.isEmpty() && !options.scriptFile.isEmpty())
+        return QStringLiteral("--replay and --script exclude each other");
+    return {};
+}
 
 bool readSize(const QString& text, QSize& size)
 {
@@ -33,6 +53,9 @@ std::variant<SimulatorOptions, ExitStatus> readOptions(int argc, char* argv[])
     SimulatorOptions options;
     options.keyboardFile = arguments.value("keyboard");
     options.scriptFile = arguments.value("script");
+    options.captureFile = arguments.value("capture");
+    if (const QString fault = readReplay(arguments, options); !fault.isEmpty())
+        return refuse(simulatorProgram(), fault);
     options.window = arguments.isSet("window");
     options.json = arguments.isSet("json");
     options.colour = !arguments.isSet("no-color");

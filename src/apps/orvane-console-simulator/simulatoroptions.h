@@ -11,6 +11,10 @@
 struct SimulatorOptions {
     QString keyboardFile; ///< empty: no layout
     QString scriptFile; ///< empty: commands come from standard input
+    QString captureFile; ///< every datagram is written there; empty: nowhere
+    QString replayFile; ///< capture to be played; empty: none
+    double replaySpeed = 1; ///< so many times as fast as it was recorded
+    bool replaySteps = false; ///< one report for each line of standard input
     int columns = 100;
     QSize windowSize{1280, 800};
     QString half; ///< of the display, for the window; empty: where the system puts it

@@ -73,6 +73,30 @@ void SimulatorOutput::up(const QString& what)
         textLine('>', what);
 }
 
+void SimulatorOutput::captured(const QString& path, quint64 datagrams)
+{
+    if (m_bQuiet)
+        return;
+    if (m_bJson)
+        jsonLine(
+            "captured", {{QStringLiteral("file"), path}, {QStringLiteral("datagrams"), qint64(datagrams)}});
+    else
+        textLine('=', QStringLiteral("captured %1 datagrams in %2").arg(datagrams).arg(path));
+}
+
+void SimulatorOutput::difference(const QString& when, const ConsoleDifference& difference)
+{
+    if (m_bJson)
+        jsonLine(
+            "difference",
+            {{QStringLiteral("when"), when},
+             {QStringLiteral("what"), difference.what},
+             {QStringLiteral("expected"), difference.expected},
+             {QStringLiteral("shown"), difference.shown}});
+    else
+        textLine('!', when + QStringLiteral(", ") + difference.text());
+}
+
 void SimulatorOutput::outcome(const CommandOutcome& outcome)
 {
     if (m_bQuiet && outcome.isOk)

@@ -26,6 +26,9 @@ public:
     void unreadable(const QString& reason, const char* bytes, int size);
     void file(const Orvane::ConsolePanel::FileReceiver::Outcome& outcome);
     void up(const QString& what);
+    /// A capture file that is closed.
+    void captured(const QString& path, quint64 datagrams);
+    void difference(const QString& when, const Orvane::ConsolePanel::ConsoleDifference& difference);
     void outcome(const Orvane::ConsolePanel::CommandOutcome& outcome);
     /// Something the user did or the system refused.
     void problem(const QString& text);

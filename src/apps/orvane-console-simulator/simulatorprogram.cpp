@@ -14,6 +14,10 @@ const Program& simulatorProgram()
          "does is printed on standard output."},
         {{"keyboard", "file", "Lay the picture out from this keyboard file."},
          {"script", "file", "Run the commands of this file, then end."},
+         {"capture", "file", "Write every datagram of both directions to this pcap file."},
+         {"replay", "file", "Report what this pcap file has, compare the console with it, then end."},
+         {"speed", "n", "Replay so many times as fast (1).", "1"},
+         {"step", nullptr, "Replay one report for each line of standard input."},
          {"json", nullptr, "Print one JSON object a line."},
          {"no-color", nullptr, "Draw the picture without colours."},
          {"width", "columns", "Draw the picture this many columns wide (100).", "100"},
@@ -25,9 +29,13 @@ const Program& simulatorProgram()
          {"half", "left|right", "Put the window on this half of the display."}},
         {},
         {{"0", "All went well."},
-         {"1", "An expectation failed, a line was no command, or an unreadable datagram came."},
+         {"1",
+          "An expectation failed, the console differs from a capture, a line was no command, or an "
+          "unreadable datagram came."},
          {"2", "It could not start. Standard error says why."}},
         {{"orvane-console-simulator --keyboard keyboard.json --window", "The console in a window."},
+         {"orvane-console-simulator --replay fault.pcap --speed 10",
+          "Does a host still do what was captured?"},
          {"orvane-console-simulator --script session --quiet", "A session that prints its failures only."}},
         {"orvane-console-host(1)"}};
     return program;

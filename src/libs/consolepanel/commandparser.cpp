@@ -1,5 +1,6 @@
 #include "commandparser.h"
 
+#include "capturefile.h"
 #include "faultywire.h"
 #include "networkaddress.h"
 #include "words.h"
@@ -106,7 +107,6 @@ SimulatorCommand parseConsoleIP(WordReader& in)
 
 SimulatorCommand parseSend(WordReader& in)
 {
-    constexpr int LargestDatagram = 65507;
     QString digits = in.text("HEX");
     while (!in.atEnd())
         digits += in.text("HEX");
@@ -146,6 +146,35 @@ SimulatorCommand parseFault(WordReader& in)
 SimulatorCommand parseMalformed(WordReader& in)
 {
     return SendRaw{malformedDatagram(in.choice("KIND", malformedKinds()))};
+}
+
+/// `capture start FILE`, `capture stop`
+SimulatorCommand parseCapture(WordReader& in)
+{
+    if (in.choice("WHAT", {QStringLiteral("start"), QStringLiteral("stop")}) == 1)
+        return StopCapture{};
+    return StartCapture{in.text("FILE")};
+}
+
+SimulatorCommand parseReplay(WordReader& in)
+{
+    PlayCapture play;
+    play.file = in.text("FILE");
+    play.isStepped = in.take("step");
+    if (in.take("speed"))
+        play.speed = in.decimal("SPEED", PlayCapture::SlowestSpeed, PlayCapture::HighestSpeed);
+    return play;
+}
+
+SimulatorCommand parseStep(WordReader& in)
+{
+    constexpr quint64 highestCount = 1000000;
+    StepCapture step;
+    if (!in.atEnd())
+        step.count = in.number("COUNT", highestCount);
+    if (step.count == 0)
+        in.fail(QStringLiteral("COUNT must not be 0"));
+    return step;
 }
 
 SimulatorCommand parseWait(WordReader& in)
@@ -248,6 +277,10 @@ constexpr CommandKind CommandKinds[] = {
      "lets so many per cent of the reports fail"},
     {"restart-console", parsePlain<RestartConsole>, "restart-console",
      "darkens every light, as a restart does"},
+    {"capture", parseCapture, "capture start FILE | stop", "writes every datagram to a pcap file"},
+    {"replay", parseReplay, "replay FILE [speed N | step]",
+     "reports what a capture has, and compares the console with it"},
+    {"step", parseStep, "step [N]", "plays the next report of the capture, or the next N"},
     {"wait", parseWait, "wait MS", "waits"},
     {"expect", parseExpect, "expect [no-]CONDITION [within MS | for MS]",
      "waits until the condition holds, or watches that it does"},

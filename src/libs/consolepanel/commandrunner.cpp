@@ -2,6 +2,17 @@
 
 namespace Orvane::ConsolePanel {
 
+namespace {
+
+/// Whether it is told how the command came out.
+bool canFail(const SimulatorCommand& command)
+{
+    return std::holds_alternative<Expect>(command) || std::holds_alternative<StormKeys>(command)
+        || std::holds_alternative<PlayCapture>(command) || std::holds_alternative<StepCapture>(command);
+}
+
+} // namespace
+
 CommandRunner::CommandRunner(
     const ConsoleRecorder& console, PanelClock& clock, RunnerSurroundings& surroundings)
     : m_console(console)
@@ -46,8 +57,14 @@ void CommandRunner::begin()
 {
     const bool isQuiet = std::holds_alternative<StormKeys>(m_current.command);
     m_action = RunnerAction::make(
-        m_current.command, m_console,
-        [this, isQuiet](const UpMessage& message) { sendReport(message, isQuiet); }, m_clock.now());
+        m_current.command,
+        {m_console, [this, isQuiet](const UpMessage& message) { sendReport(message, isQuiet); },
+         [this](const QByteArray& bytes) { sendRecorded(bytes); },
+         [this](const QString& when, const std::vector<ConsoleDifference>& found) {
+             m_surroundings.noteDifferences(when, found);
+         },
+         m_steppedReplay},
+        m_clock.now());
     if (m_action) {
         proceed();
         return;
@@ -57,12 +74,14 @@ void CommandRunner::begin()
             [this](const SendReport& report) { sendReport(report.message, false); },
             [this](const SendRaw& raw) {
                 m_surroundings.send(raw.bytes);
-                m_surroundings.noteSent(QStringLiteral("send ") + QLatin1String(raw.bytes.toHex()));
+                noteBytes(raw.bytes);
             },
             [this](const SetFault& fault) { m_surroundings.setFault(fault); },
             [this](const ClearFaults&) { m_surroundings.clearFaults(); },
             [this](const SeedFaults& seed) { m_surroundings.seedFaults(seed.seed); },
             [this](const RestartConsole&) { m_surroundings.restartConsole(); },
+            [this](const StartCapture& start) { m_surroundings.startCapture(start.file); },
+            [this](const StopCapture&) { m_surroundings.stopCapture(); },
             [this](const TakePicture& picture) { m_surroundings.takePicture(picture.file); },
             [this](const ShowConsole&) { m_surroundings.showConsole(); },
             [this](const ShowHelp&) { m_surroundings.showHelp(); },
@@ -91,13 +110,12 @@ void CommandRunner::finish(const RunnerAction::Progress& progress)
     m_alarm.reset();
     m_clock.clearAlarm();
     const bool isOk = progress.state == RunnerAction::Progress::Succeeded;
-    const bool canFail = std::holds_alternative<Expect>(m_current.command)
-        || std::holds_alternative<StormKeys>(m_current.command);
-    if (canFail)
+    if (canFail(m_current.command))
         m_surroundings.noteOutcome({m_current.text, m_current.place, isOk, progress.text});
     if (isOk)
         return;
     ++m_nFailures;
+    m_bCouldNotStart |= progress.state == RunnerAction::Progress::CouldNotStart;
     if (m_bStopsAtFailure)
         quit();
 }
@@ -113,6 +131,20 @@ void CommandRunner::sendReport(const UpMessage& message, bool isQuiet)
     m_surroundings.send(encodeUp(message, m_nSequence++));
     if (!isQuiet)
         m_surroundings.noteSent(describe(message));
+}
+
+void CommandRunner::sendRecorded(const QByteArray& bytes)
+{
+    m_surroundings.send(bytes);
+    if (const auto report = decodeUp(bytes))
+        m_surroundings.noteSent(describe(*report));
+    else
+        noteBytes(bytes);
+}
+
+void CommandRunner::noteBytes(const QByteArray& bytes)
+{
+    m_surroundings.noteSent(QStringLiteral("send ") + QLatin1String(bytes.toHex()));
 }
 
 } // namespace Orvane::ConsolePanel

@@ -29,6 +29,10 @@ public:
     virtual void clearFaults() = 0;
     virtual void seedFaults(quint32 seed) = 0;
     virtual void restartConsole() = 0;
+    virtual void startCapture(const QString& file) = 0;
+    virtual void stopCapture() = 0;
+    /// Told of what the console shows otherwise than was recorded.
+    virtual void noteDifferences(const QString& when, const std::vector<ConsoleDifference>& found) = 0;
     virtual void takePicture(const QString& file) = 0;
     virtual void showConsole() = 0;
     virtual void showHelp() = 0;
@@ -55,6 +59,10 @@ public:
     /// `quit` was run, or a failure ended the run; further commands are dropped.
     bool hasQuit() const { return m_bQuit; }
     int failures() const { return m_nFailures; }
+    /// A capture was opened to be stepped through, and reports are left.
+    bool hasUnplayed() const { return m_steppedReplay != nullptr; }
+    /// A capture could not be played: it was none, or there was no host.
+    bool couldNotStart() const { return m_bCouldNotStart; }
 
 private:
     struct Queued {
@@ -68,6 +76,8 @@ private:
     void finish(const RunnerAction::Progress& progress);
     void quit();
     void sendReport(const UpMessage& message, bool isQuiet);
+    void sendRecorded(const QByteArray& bytes);
+    void noteBytes(const QByteArray& bytes);
 
     const ConsoleRecorder& m_console;
     PanelClock& m_clock;
@@ -75,10 +85,12 @@ private:
     std::deque<Queued> m_commands;
     Queued m_current{Quit{}, {}, {}};
     std::unique_ptr<RunnerAction> m_action;
+    std::shared_ptr<Replay> m_steppedReplay; ///< the one that `step` goes on with
     std::optional<PanelClock::Duration> m_alarm;
     quint16 m_nSequence = 0;
     int m_nFailures = 0;
     bool m_bStopsAtFailure = false;
+    bool m_bCouldNotStart = false;
     bool m_bQuit = false;
 };
 

@@ -3,6 +3,7 @@
 #include "downdescription.h"
 #include "networkaddress.h"
 #include "printabletext.h"
+#include "statetext.h"
 #include "words.h"
 
 namespace Orvane::ConsolePanel {
@@ -18,39 +19,11 @@ Condition steady(Condition::Check check, Actual actual)
     return {[check = std::move(check)](const ConsoleRecorder&) { return check; }, std::move(actual)};
 }
 
-QString nothingYet()
-{
-    return QStringLiteral("nothing came");
-}
-
-QString onOffText(bool on)
-{
-    return on ? QStringLiteral("on") : QStringLiteral("off");
-}
-
-template <typename Map>
-const typename Map::mapped_type* find(const Map& map, const typename Map::key_type& key)
-{
-    const auto found = map.find(key);
-    return found == map.end() ? nullptr : &found->second;
-}
-
 // --- keys and labels ---
 
 Actual keyLook(quint16 number)
 {
-    return [number](const ConsoleRecorder& console) {
-        const KeyState* key = find(console.state().keys, number);
-        if (!key)
-            return nothingYet();
-        if (!key->isLit)
-            return QStringLiteral("dark");
-        return QStringLiteral("%1%2, brightness %3")
-            .arg(
-                colourText(key->colour),
-                key->buttonState == Flashing ? QStringLiteral(" flashing") : QString(),
-                QString::number(key->brightness));
-    };
+    return [number](const ConsoleRecorder& console) { return lookText(find(console.state().keys, number)); };
 }
 
 /// `led KEY`: any visible change since the beginning.
@@ -102,9 +75,7 @@ Condition parseOled(WordReader& in)
 {
     const auto number = quint16(in.number("LABEL", 0xFFFF));
     const Actual actual = [number](const ConsoleRecorder& console) {
-        const LabelState* label = find(console.state().labels, number);
-        return label ? QLatin1Char('"') + printable(QString::fromUtf8(label->text)) + QLatin1Char('"')
-                     : nothingYet();
+        return lookText(find(console.state().labels, number));
     };
     if (in.atEnd()) {
         const auto changes = [number](const ConsoleRecorder& console) {
@@ -145,9 +116,7 @@ Condition parseTBarLevel(WordReader& in)
         },
         [](const ConsoleRecorder& console) {
             const auto& shown = console.state().tbarLevel;
-            return shown
-                ? QStringLiteral("level %1 direction %2").arg(quint32(shown->Value)).arg(shown->IsBottomToTop)
-                : nothingYet();
+            return lookText(shown ? &*shown : nullptr);
         });
 }
 
@@ -180,11 +149,7 @@ Condition parseLight(WordReader& in)
             const LightState* light = find(console.state().lights, type);
             return light && light->isOn == on && (!brightness || light->brightness == *brightness);
         },
-        [type](const ConsoleRecorder& console) {
-            const LightState* light = find(console.state().lights, type);
-            return light ? QStringLiteral("%1 %2").arg(onOffText(light->isOn)).arg(light->brightness)
-                         : nothingYet();
-        });
+        [type](const ConsoleRecorder& console) { return lookText(find(console.state().lights, type)); });
 }
 
 // --- values that were sent once or never ---

@@ -1,5 +1,7 @@
 #include "runneraction.h"
 
+#include "replayaction.h"
+
 #include <algorithm>
 
 namespace Orvane::ConsolePanel {
@@ -212,21 +214,27 @@ private:
 } // namespace
 
 std::unique_ptr<RunnerAction> RunnerAction::make(
-    const SimulatorCommand& command, const ConsoleRecorder& console, Send send, Duration now)
+    const SimulatorCommand& command, Surroundings surroundings, Duration now)
 {
     using Made = std::unique_ptr<RunnerAction>;
+    const ConsoleRecorder& console = surroundings.console;
+    const Send& send = surroundings.send;
     return std::visit(
         Overloaded{
             [&](const Pause& pause) -> Made { return std::make_unique<PauseAction>(pause, now); },
-            [&](const TapKey& tap) -> Made { return std::make_unique<TapAction>(tap, std::move(send), now); },
-            [&](const SweepTBar& sweep) -> Made {
-                return std::make_unique<SweepAction>(sweep, std::move(send), now);
-            },
+            [&](const TapKey& tap) -> Made { return std::make_unique<TapAction>(tap, send, now); },
+            [&](const SweepTBar& sweep) -> Made { return std::make_unique<SweepAction>(sweep, send, now); },
             [&](const StormKeys& storm) -> Made {
-                return std::make_unique<StormAction>(storm, console, std::move(send), now);
+                return std::make_unique<StormAction>(storm, console, send, now);
             },
             [&](const Expect& expect) -> Made {
                 return std::make_unique<ExpectAction>(expect, console, now);
+            },
+            [&](const PlayCapture& play) -> Made {
+                return std::make_unique<PlayCaptureAction>(play, surroundings, loadCapture(play.file), now);
+            },
+            [&](const StepCapture& step) -> Made {
+                return std::make_unique<StepCaptureAction>(step, surroundings);
             },
             [](const auto&) -> Made { return nullptr; },
         },

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "consoledifference.h"
 #include "panelclock.h"
 #include "simulatorcommand.h"
 
@@ -8,11 +9,13 @@
 
 namespace Orvane::ConsolePanel {
 
+class Replay;
+
 /// A command that takes its time. It does what is due each time it is asked to proceed.
 class RunnerAction {
 public:
     struct Progress {
-        enum State { Goes, Succeeded, Failed } state = Goes;
+        enum State { Goes, Succeeded, Failed, CouldNotStart } state = Goes;
         PanelClock::Duration wakeAt{}; ///< while it goes: when it wants to proceed next
         QString text; ///< for the log when it has ended; may be empty
     };
@@ -23,10 +26,19 @@ public:
     virtual bool watchesConsole() const { return false; }
 
     using Send = std::function<void(const UpMessage&)>;
-    /// The action of a command that takes time, begun at `now`; empty for every other command. `send` and
-    /// `console` must live as long as the action.
+    /// What an action works on; all of it lives as long as the action.
+    struct Surroundings {
+        const ConsoleRecorder& console;
+        Send send;
+        std::function<void(const QByteArray&)> sendBytes;
+        /// Lists what a console shows that it should not.
+        std::function<void(const QString& when, const std::vector<ConsoleDifference>&)> tell;
+        /// The capture that is played by single reports; empty for none.
+        std::shared_ptr<Replay>& steppedReplay;
+    };
+    /// The action of a command that takes time, begun at `now`; empty for every other command.
     static std::unique_ptr<RunnerAction> make(
-        const SimulatorCommand& command, const ConsoleRecorder& console, Send send, PanelClock::Duration now);
+        const SimulatorCommand& command, Surroundings surroundings, PanelClock::Duration now);
 };
 
 } // namespace Orvane::ConsolePanel

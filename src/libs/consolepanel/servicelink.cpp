@@ -22,7 +22,7 @@ using namespace ECProxy::Client;
 namespace {
 
 constexpr int WantedReceiveBuffer = 32 * 1024 * 1024;
-constexpr int LargestDatagram = 65536;
+constexpr int ReceiveSize = 65536;
 constexpr int DatagramsAtOnce = 32;
 
 sockaddr_in loopback(quint16 port)
@@ -73,15 +73,18 @@ void noteDropped(msghdr& message, std::atomic<quint64>& dropped)
 
 /// Buffers of one recvmmsg call.
 struct ServiceLink::ReceiveBuffers {
-    std::vector<char> bytes = std::vector<char>(std::size_t(DatagramsAtOnce) * LargestDatagram);
+    std::vector<char> bytes = std::vector<char>(std::size_t(DatagramsAtOnce) * ReceiveSize);
     std::array<iovec, DatagramsAtOnce> vectors{};
     std::array<mmsghdr, DatagramsAtOnce> messages{};
     alignas(cmsghdr) std::array<std::array<char, CMSG_SPACE(sizeof(quint32))>, DatagramsAtOnce> controls{};
 
+    const char* begin(int i) const { return bytes.data() + std::size_t(i) * ReceiveSize; }
+    int size(int i) const { return int(messages[std::size_t(i)].msg_len); }
+
     void prepare()
     {
         for (std::size_t i = 0; i < messages.size(); ++i) {
-            vectors[i] = {bytes.data() + i * LargestDatagram, LargestDatagram};
+            vectors[i] = {bytes.data() + i * ReceiveSize, ReceiveSize};
             messages[i] = {};
             messages[i].msg_hdr.msg_iov = &vectors[i];
             messages[i].msg_hdr.msg_iovlen = 1;
@@ -142,10 +145,24 @@ bool ServiceLink::open()
 bool ServiceLink::send(const QByteArray& datagram)
 {
     const sockaddr_in address = loopback(ECClientPort);
+    if (const auto writer = capture())
+        writer->add(CapturedDatagram::Up, datagram.constData(), datagram.size());
     const auto written = ::sendto(
         m_nSocket, datagram.constData(), std::size_t(datagram.size()), 0,
         reinterpret_cast<const sockaddr*>(&address), sizeof(address));
     return written == datagram.size() || fail(QStringLiteral("cannot send %1 bytes").arg(datagram.size()));
+}
+
+void ServiceLink::setCapture(std::shared_ptr<CaptureWriter> capture)
+{
+    const std::lock_guard lock(m_mutex);
+    m_pCapture.swap(capture);
+}
+
+std::shared_ptr<CaptureWriter> ServiceLink::capture()
+{
+    const std::lock_guard lock(m_mutex);
+    return m_pCapture;
 }
 
 void ServiceLink::takeReceived(const std::function<void(const char*, int)>& take)
@@ -200,15 +217,17 @@ void ServiceLink::readBatch(ReceiveBuffers& buffers)
     if (count <= 0)
         return;
     noteDropped(buffers.messages[std::size_t(count - 1)].msg_hdr, m_nDropped);
+    if (const auto writer = capture())
+        for (int i = 0; i < count; ++i)
+            writer->add(CapturedDatagram::Down, buffers.begin(i), buffers.size(i));
     bool wasEmpty = false;
     {
         const std::lock_guard lock(m_mutex);
         wasEmpty = m_received.sizes.empty();
         for (int i = 0; i < count; ++i) {
-            const char* begin = buffers.bytes.data() + std::size_t(i) * LargestDatagram;
-            const auto size = buffers.messages[std::size_t(i)].msg_len;
-            m_received.bytes.insert(m_received.bytes.end(), begin, begin + size);
-            m_received.sizes.push_back(int(size));
+            const char* const begin = buffers.begin(i);
+            m_received.bytes.insert(m_received.bytes.end(), begin, begin + buffers.size(i));
+            m_received.sizes.push_back(buffers.size(i));
         }
     }
     if (wasEmpty)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "capturewriter.h"
+
 #include <QSocketNotifier>
 #include <QString>
 
@@ -35,6 +37,11 @@ public:
     /// False with `errorText` when the system refuses the datagram.
     bool send(const QByteArray& datagram);
 
+    /// Writes every datagram of both directions there from now on; null for no more. Those of the library
+    /// with the time at which the receive thread got them, reports right before they leave: no answer stands
+    /// before what it answers.
+    void setCapture(std::shared_ptr<CaptureWriter> capture);
+
     /// Hands over each datagram that has come, in order; the bytes are valid during the call.
     void takeReceived(const std::function<void(const char* bytes, int size)>& take);
 
@@ -54,6 +61,7 @@ private:
     void setReceiveBuffer();
     void receiveLoop();
     void readBatch(ReceiveBuffers& buffers);
+    std::shared_ptr<CaptureWriter> capture();
 
     std::function<void()> m_arrived;
     QString m_strError;
@@ -66,9 +74,10 @@ private:
     std::atomic<quint64> m_nDropped{0};
     Batch m_taken; ///< kept for its memory
 
-    /// Guards m_received.
+    /// Guards m_received and m_pCapture, which the receive thread uses too.
     std::mutex m_mutex;
     Batch m_received;
+    std::shared_ptr<CaptureWriter> m_pCapture;
 };
 
 } // namespace Orvane::ConsolePanel

@@ -67,6 +67,26 @@ struct SeedFaults {
 /// The console starts anew: all lights dark, all labels empty.
 struct RestartConsole { };
 
+/// Writes every datagram of both directions to a file from now on.
+struct StartCapture {
+    QString file;
+};
+struct StopCapture { };
+
+/// Plays the console's side of a capture and compares the console with what was recorded.
+struct PlayCapture {
+    static constexpr double SlowestSpeed = 0.01;
+    static constexpr double HighestSpeed = 1000;
+
+    QString file;
+    double speed = 1; ///< so many times as fast as it was recorded
+    bool isStepped = false; ///< opened only; `StepCapture` plays it
+};
+/// Plays the next reports of the capture that was opened for it.
+struct StepCapture {
+    quint64 count = 1;
+};
+
 /// Writes a picture of the window.
 struct TakePicture {
     QString file;
@@ -78,6 +98,7 @@ struct Quit { };
 
 using SimulatorCommand = std::variant<
     SendReport, SendRaw, TapKey, SweepTBar, StormKeys, Pause, Expect, SetFault, ClearFaults, SeedFaults,
-    RestartConsole, TakePicture, ShowConsole, ShowHelp, Quit>;
+    RestartConsole, StartCapture, StopCapture, PlayCapture, StepCapture, TakePicture, ShowConsole, ShowHelp,
+    Quit>;
 
 } // namespace Orvane::ConsolePanel

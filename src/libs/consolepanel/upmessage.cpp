@@ -1,6 +1,7 @@
 #include "upmessage.h"
 
 #include "networkaddress.h"
+#include "statetext.h"
 
 namespace Orvane::ConsolePanel {
 
@@ -26,11 +27,6 @@ template <typename Record> QByteArray recordFrame(eECUpMessageTag tag, quint16 s
     QByteArray datagram = frame(tag, sequence, sizeof(Record));
     Wire::write(record, datagram.data() + ECValueOffset);
     return datagram;
-}
-
-QString onOff(bool on)
-{
-    return on ? QStringLiteral("on") : QStringLiteral("off");
 }
 
 } // namespace
@@ -142,12 +138,12 @@ QString describe(const UpMessage& message)
                 return QStringLiteral("%1 lock %2")
                     .arg(
                         report.target == LockTarget::TBar ? QStringLiteral("tbar") : QStringLiteral("keypad"))
-                    .arg(onOff(report.locked));
+                    .arg(onOffText(report.locked));
             },
             [](const DviReport& report) {
                 QString text = QStringLiteral("dvi");
                 for (const DVIInSignal& state : report.signalStates)
-                    text += QStringLiteral(" %1:%2").arg(state.Index).arg(onOff(state.Signal != 0));
+                    text += QStringLiteral(" %1:%2").arg(state.Index).arg(onOffText(state.Signal != 0));
                 return text;
             },
             [](const ECDeviceIPData& record) {

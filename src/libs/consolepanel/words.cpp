@@ -80,6 +80,18 @@ quint64 WordReader::number(const char* what, quint64 highest)
     return value;
 }
 
+double WordReader::decimal(const char* what, double lowest, double highest)
+{
+    const QString word = text(what);
+    bool ok = false;
+    const double value = word.toDouble(&ok);
+    if (ok && value >= lowest && value <= highest)
+        return value;
+    fail(QStringLiteral("%1 must be a number from %2 to %3, not \"%4\"")
+             .arg(QLatin1String(what), QString::number(lowest), QString::number(highest), word));
+    return lowest;
+}
+
 std::chrono::milliseconds WordReader::milliseconds(const char* what)
 {
     return std::chrono::milliseconds(number(what, LongestMs));

@@ -28,6 +28,7 @@ public:
     QString text(const char* what);
     /// A decimal or 0x number up to `highest`.
     quint64 number(const char* what, quint64 highest = 0xFFFFFFFF);
+    double decimal(const char* what, double lowest, double highest);
     std::chrono::milliseconds milliseconds(const char* what);
     /// One of the choices, by its place among them.
     int choice(const char* what, const QStringList& choices);
