@@ -280,6 +280,7 @@ private Q_SLOTS:
                                << "--width must be from 10 to 1000, not \"wide\"";
         QTest::newRow("no script") << QStringList{"--script", "/nowhere"}
                                    << "/nowhere: No such file or directory";
+        QTest::newRow("nothing to describe") << QStringList{"--describe", keyboard} << "Name is 5";
         QTest::newRow("script's first fault")
             << QStringList{"--script", script} << "line 2: there is no command \"jump\"";
         QTest::newRow("script's second fault")
@@ -297,6 +298,60 @@ private Q_SLOTS:
         const QString said = QString::fromUtf8(m_program.readAllStandardError());
         QVERIFY2(said.contains(error), qPrintable(said));
         QVERIFY2(m_output.isEmpty(), m_output.constData());
+    }
+
+    void checkListsEveryProblemOfAKeyboardFile()
+    {
+        const QByteArray keyboard =
+            R"({"Name":"n","IconName":"i","ModelId":1,"m_commands":[{"Name":"InputCommand",
+            "m_buttons":[{"ECKey":1,"OrvaneECKey":1,"OrvaneKey":1,"OrderIndex":0},
+                         {"ECKey":2,"OrvaneECKey":1,"OrvaneKey":4,"OrderIndex":0},
+                         {"ECKey":3,"OrvaneECKey":1,"OrvaneKey":2,"OrderIndex":0}]}]})";
+        start({"--check", file("keyboard", keyboard)});
+        QCOMPARE(ended(), 1);
+        const QString group = QStringLiteral("group 1 \"InputCommand\"");
+        const QString all = QString::fromUtf8(m_output);
+        for (const QString& problem :
+             {"error: " + group + ", key 2 (ECKey 2): OrvaneKey is 4, expected a whole number from 0 to 3",
+              QStringLiteral(
+                  "warning: keyboard: no group \"LayerCommand\", so none of its functions has a key"),
+              "warning: " + group + ": 1 of 1 select keys have no label that shows the input's name: ECKey 1",
+              "warning: " + group + ", key 3 (ECKey 3): has no label that shows the page"})
+            QVERIFY2(all.contains(problem + '\n'), m_output.constData());
+        QVERIFY2(!all.contains("no key for"), "the key that could not be read may be the missing one");
+        QVERIFY(m_program.readAllStandardError().isEmpty());
+
+        m_output.clear();
+        start({"--check", file("list", "[1]"), "--json"});
+        QCOMPARE(ended(), 1);
+        const QJsonObject problem = QJsonDocument::fromJson(m_output).object();
+        QCOMPARE(problem.value("kind").toString(), QString("error"));
+        QCOMPARE(problem.value("place").toString(), QString("keyboard"));
+        QCOMPARE(problem.value("text").toString(), QString("is a list, expected an object"));
+    }
+
+    void checkPassesTheExampleAndRefusesWhatItCannotRead()
+    {
+        start({"--check", QStringLiteral(EXAMPLE_KEYBOARD)});
+        QVERIFY2(ended() == 0 && m_output.isEmpty(), m_output.constData());
+        const QList<QStringList> unreadable{
+            {"--check", "/nowhere"},
+            {"--check", QStringLiteral(EXAMPLE_KEYBOARD), "--translation", "/nowhere"}};
+        for (const QStringList& arguments : unreadable) {
+            start(arguments);
+            QCOMPARE(ended(), 2);
+            QVERIFY(m_program.readAllStandardError().contains("/nowhere: "));
+            QVERIFY2(m_output.isEmpty(), m_output.constData());
+        }
+    }
+
+    void operatorGuideIsThePageOfTheExample()
+    {
+        start({"--describe", QStringLiteral(EXAMPLE_KEYBOARD)});
+        QCOMPARE(ended(), 0);
+        QFile guide(QStringLiteral(OPERATOR_GUIDE));
+        QVERIFY(guide.open(QIODevice::ReadOnly));
+        QCOMPARE(m_output, guide.readAll());
     }
 
     void takenPortIsToldOnStandardError()

@@ -1,11 +1,10 @@
 #include "arguments.h"
+#include "keyboardpages.h"
 #include "linereader.h"
 #include "simulator.h"
 #include "simulatorprogram.h"
 #include "simulatorwindow.h"
 #include "windowplace.h"
-
-#include "ec/eckeyboardloader.h"
 
 #include <QApplication>
 #include <QFile>
@@ -21,19 +20,6 @@ namespace {
 void complain(const QString& text)
 {
     Orvane::CommandLine::complain(simulatorProgram(), text);
-}
-
-/// The layout of a keyboard file, or every problem of the file on standard error.
-std::optional<ConsoleLayout> readLayout(const QString& path)
-{
-    if (path.isEmpty())
-        return ConsoleLayout();
-    const Orvane::EC::KeyboardLoadResult result = Orvane::EC::loadKeyboardFile(path);
-    for (const Orvane::EC::KeyboardProblem& problem : result.problems) {
-        const bool namesFile = problem.place == path;
-        complain(namesFile ? problem.toString() : path + QStringLiteral(": ") + problem.toString());
-    }
-    return result ? std::optional(ConsoleLayout::fromConfig(*result.config)) : std::nullopt;
 }
 
 /// The commands of a script, or every faulty line of it on standard error.
@@ -70,16 +56,20 @@ std::vector<ScriptCommand> replayScript(const SimulatorOptions& options)
 
 int run(const SimulatorOptions& options)
 {
-    const auto layout = readLayout(options.keyboardFile);
-    if (!layout)
-        return ExitRefused;
+    ConsoleLayout layout;
+    if (!options.keyboardFile.isEmpty()) {
+        const auto keyboard = readKeyboard(options.keyboardFile);
+        if (!keyboard)
+            return ExitRefused;
+        layout = ConsoleLayout::fromConfig(*keyboard);
+    }
     std::optional<std::vector<ScriptCommand>> script;
     if (!options.scriptFile.isEmpty()) {
         script = readScript(options.scriptFile);
         if (!script)
             return ExitRefused;
     }
-    Simulator simulator(options, *layout);
+    Simulator simulator(options, layout);
     if (!simulator.open()) {
         complain(simulator.errorText());
         return ExitRefused;
@@ -133,5 +123,9 @@ int main(int argc, char* argv[])
     const std::unique_ptr<QCoreApplication> application(
         options.window ? new QApplication(argc, argv) : new QCoreApplication(argc, argv));
     QGuiApplication::setQuitOnLastWindowClosed(false); // the simulator tells how it ended first
+    if (!options.checkedFile.isEmpty())
+        return checkKeyboard(options);
+    if (!options.describedFile.isEmpty())
+        return describeKeyboard(options);
     return run(options);
 }

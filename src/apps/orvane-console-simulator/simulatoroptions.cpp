@@ -56,6 +56,9 @@ std::variant<SimulatorOptions, ExitStatus> readOptions(int argc, char* argv[])
     options.captureFile = arguments.value("capture");
     if (const QString fault = readReplay(arguments, options); !fault.isEmpty())
         return refuse(simulatorProgram(), fault);
+    options.checkedFile = arguments.value("check");
+    options.describedFile = arguments.value("describe");
+    options.translationFile = arguments.value("translation");
     options.window = arguments.isSet("window");
     options.json = arguments.isSet("json");
     options.colour = !arguments.isSet("no-color");

@@ -15,6 +15,9 @@ struct SimulatorOptions {
     QString replayFile; ///< capture to be played; empty: none
     double replaySpeed = 1; ///< so many times as fast as it was recorded
     bool replaySteps = false; ///< one report for each line of standard input
+    QString checkedFile; ///< list the problems of this keyboard, and end
+    QString describedFile; ///< print the operator's page of this keyboard, and end
+    QString translationFile; ///< a further language that the checked labels are shown in
     int columns = 100;
     QSize windowSize{1280, 800};
     QString half; ///< of the display, for the window; empty: where the system puts it

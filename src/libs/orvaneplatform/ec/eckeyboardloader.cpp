@@ -1,5 +1,6 @@
 #include "ec/eckeyboardloader.h"
 
+#include "ec/eckeyboardplace_p.h"
 #include "ec/eckeyfunctions.h"
 #include "ec/jsonduplicates_p.h"
 
@@ -21,53 +22,18 @@ namespace Orvane::EC {
 
 namespace {
 
+using Internal::quoted;
+using Place = Internal::KeyboardPlace;
+
 constexpr quint32 MaxU16 = std::numeric_limits<quint16>::max();
 constexpr quint32 MaxU32 = std::numeric_limits<quint32>::max();
-
-/// The function code of keys that stand for a screen, a layer, an input or a preset.
-constexpr quint16 SelectKeyCode = 1;
-
-/// What a command asks of its group.
-struct GroupRule {
-    QLatin1String name;
-    /// Its select keys are numbered 0, 1, 2 … by their order index.
-    bool numbersSelectKeys;
-};
-
-const GroupRule groupRules[] = {
-    {QLatin1String("ScreenCommand"), true},  {QLatin1String("LayerCommand"), true},
-    {QLatin1String("InputCommand"), true},   {QLatin1String("PresetCommand"), true},
-    {QLatin1String("NumberCommand"), false}, {QLatin1String("FunctionCommand"), false},
-};
-
-const GroupRule* findRule(const QString& name)
-{
-    const auto found = std::find_if(std::begin(groupRules), std::end(groupRules), [&](const GroupRule& rule) {
-        return name == rule.name;
-    });
-    return found == std::end(groupRules) ? nullptr : found;
-}
 
 QString groupNames()
 {
     QStringList names;
-    for (const GroupRule& rule : groupRules)
-        names += rule.name;
+    for (const KeyGroupInfo& group : keyGroups())
+        names += QLatin1String(group.name);
     return names.join(QStringLiteral(", "));
-}
-
-/// A text from the file as a message shows it: short, and harmless to a terminal.
-QString quoted(const QString& text)
-{
-    constexpr int shownCharacters = 40;
-    QString part = text.left(shownCharacters);
-    for (QChar& c : part) {
-        if (c.category() == QChar::Other_Control)
-            c = QChar::ReplacementCharacter;
-    }
-    if (text.size() > shownCharacters)
-        part += QChar(0x2026); // an ellipsis
-    return QLatin1Char('"') + part + QLatin1Char('"');
 }
 
 /// A value as a message shows it.
@@ -92,34 +58,9 @@ QString shown(const QJsonValue& value)
     return QStringLiteral("nothing");
 }
 
-/// A spot in the configuration; turned into words only when there is something to say about it.
-struct Place {
-    int group = 0;
-    QString groupName;
-    int key = 0;
-    std::optional<quint32> ecKey;
-    bool label = false;
-
-    QString toString() const
-    {
-        if (group == 0)
-            return QStringLiteral("keyboard");
-        QString text = QStringLiteral("group %1").arg(group);
-        if (!groupName.isEmpty())
-            text += QLatin1Char(' ') + quoted(groupName);
-        if (key > 0)
-            text += QStringLiteral(", key %1").arg(key);
-        if (ecKey)
-            text += QStringLiteral(" (ECKey %1)").arg(*ecKey);
-        if (label)
-            text += QStringLiteral(", label");
-        return text;
-    }
-};
-
 /// A group while it is read: what its keys must agree on.
 struct GroupState {
-    const GroupRule* rule = nullptr;
+    const KeyGroupInfo* info = nullptr;
     Place place;
     /// The first key with each number and with each place among the select keys.
     QHash<quint16, int> keyOfNumber;
@@ -140,7 +81,7 @@ private:
     std::shared_ptr<s_ECButtonConfig> readKey(const QJsonValue& value, int number, GroupState& group);
     std::shared_ptr<s_ECOledConfig> readLabel(const QJsonValue& value, const Place& place);
 
-    const GroupRule* checkGroupName(const QString& name, const Place& place);
+    const KeyGroupInfo* checkGroupName(const QString& name, const Place& place);
     void checkOrder(
         std::optional<quint32> code, std::optional<quint32> index, GroupState& group, const Place& place);
     void checkHoles(const GroupState& group);
@@ -156,6 +97,7 @@ private:
         const QJsonObject& json, const QString& field, const QString& expected, const Place& place);
 
     QList<KeyboardProblem> m_problems;
+    int m_nUnread = 0; ///< values that were none, or none of the right kind
     QHash<QString, int> m_groupOfName;
 };
 
@@ -193,7 +135,7 @@ std::shared_ptr<s_ECCommandConfig> KeyboardReader::readGroup(const QJsonValue& v
     if (const std::optional<QString> name = text(*json, QStringLiteral("Name"), place)) {
         config->Name = *name;
         place.groupName = *name;
-        group.rule = checkGroupName(*name, place);
+        group.info = checkGroupName(*name, place);
     }
     group.place = place;
     const QJsonArray keys = list(*json, QStringLiteral("m_buttons"), place);
@@ -203,10 +145,10 @@ std::shared_ptr<s_ECCommandConfig> KeyboardReader::readGroup(const QJsonValue& v
     return config;
 }
 
-const GroupRule* KeyboardReader::checkGroupName(const QString& name, const Place& place)
+const KeyGroupInfo* KeyboardReader::checkGroupName(const QString& name, const Place& place)
 {
-    const GroupRule* rule = findRule(name);
-    if (!rule) {
+    const KeyGroupInfo* info = findKeyGroup(name);
+    if (!info) {
         note(place, QStringLiteral("no command has this name, expected one of %1").arg(groupNames()));
         return nullptr;
     }
@@ -215,7 +157,7 @@ const GroupRule* KeyboardReader::checkGroupName(const QString& name, const Place
         m_groupOfName.insert(name, place.group);
     else
         note(place, QStringLiteral("group %1 has this name already, expected one group a name").arg(*first));
-    return rule;
+    return info;
 }
 
 std::shared_ptr<s_ECButtonConfig> KeyboardReader::readKey(
@@ -233,6 +175,7 @@ std::shared_ptr<s_ECButtonConfig> KeyboardReader::readKey(
     }
 
     auto key = std::make_shared<s_ECButtonConfig>();
+    const int unreadBefore = m_nUnread;
     if (const auto ecKey = number(*json, QStringLiteral("ECKey"), MaxU16, place)) {
         place.ecKey = ecKey;
         key->ECKey = static_cast<quint16>(*ecKey);
@@ -245,7 +188,7 @@ std::shared_ptr<s_ECButtonConfig> KeyboardReader::readKey(
                 QStringLiteral("key %1 has this ECKey already, expected one key a number").arg(*first));
     }
     key->OrvaneECKey = number(*json, QStringLiteral("OrvaneECKey"), MaxU32, place).value_or(0);
-    const quint32 highestCode = group.rule ? quint32(keyFunctionNames(group.rule->name).size() - 1) : MaxU16;
+    const quint32 highestCode = group.info ? quint32(group.info->functions.size() - 1) : MaxU16;
     const auto code = number(*json, QStringLiteral("OrvaneKey"), highestCode, place);
     key->OrvaneKey = static_cast<quint16>(code.value_or(0));
     const auto index = number(*json, QStringLiteral("OrderIndex"), MaxU16, place);
@@ -257,7 +200,7 @@ std::shared_ptr<s_ECButtonConfig> KeyboardReader::readKey(
         place.label = true;
         key->pECOledCfg = readLabel(label, place);
     }
-    return key;
+    return m_nUnread == unreadBefore ? key : nullptr;
 }
 
 std::shared_ptr<s_ECOledConfig> KeyboardReader::readLabel(const QJsonValue& value, const Place& place)
@@ -278,7 +221,7 @@ void KeyboardReader::checkOrder(
 {
     if (!code || (*code == SelectKeyCode && !index))
         group.indexesKnown = false;
-    if (!group.rule || !group.rule->numbersSelectKeys || code != SelectKeyCode || !index)
+    if (!group.info || group.info->order != KeyOrder::Page || code != SelectKeyCode || !index)
         return;
     const auto [first, isNew] = group.keyOfIndex.emplace(static_cast<quint16>(*index), place.key);
     if (!isNew)
@@ -314,6 +257,7 @@ std::optional<QJsonObject> KeyboardReader::object(
 {
     const auto expected = [&] { return fields.join(QStringLiteral(", ")); };
     if (!value.isObject()) {
+        ++m_nUnread;
         note(place, QStringLiteral("is %1, expected an object with %2").arg(shown(value), expected()));
         return std::nullopt;
     }
@@ -355,6 +299,7 @@ QJsonArray KeyboardReader::list(const QJsonObject& json, const QString& field, c
 void KeyboardReader::noteUnexpected(
     const QJsonObject& json, const QString& field, const QString& expected, const Place& place)
 {
+    ++m_nUnread;
     const QJsonValue value = json.value(field);
     if (value.isUndefined())
         note(place, QStringLiteral("missing field %1, expected %2").arg(quoted(field), expected));
@@ -367,11 +312,6 @@ QString toString(const Internal::TextPosition& position)
     return QStringLiteral("line %1, column %2").arg(position.line).arg(position.column);
 }
 
-KeyboardLoadResult refused(const QString& place, const QString& text)
-{
-    return {nullptr, {{place, text}}};
-}
-
 } // namespace
 
 QString KeyboardProblem::toString() const
@@ -379,38 +319,41 @@ QString KeyboardProblem::toString() const
     return place + QStringLiteral(": ") + text;
 }
 
-KeyboardLoadResult loadKeyboard(const QByteArray& json)
+KeyboardDraft draftKeyboard(const QByteArray& json)
 {
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(json, &error);
     if (error.error != QJsonParseError::NoError)
-        return refused(
-            toString(Internal::positionAt(json, error.offset)),
-            QStringLiteral("no valid JSON: %1").arg(error.errorString()));
+        return {
+            nullptr,
+            {{toString(Internal::positionAt(json, error.offset)),
+              QStringLiteral("no valid JSON: %1").arg(error.errorString())}}};
     if (!document.isObject())
-        return refused(QStringLiteral("keyboard"), QStringLiteral("is a list, expected an object"));
+        return {nullptr, {{Place().toString(), QStringLiteral("is a list, expected an object")}}};
 
-    KeyboardLoadResult result;
+    KeyboardDraft draft;
     const QList<Internal::DuplicateKey> duplicates = Internal::findDuplicateKeys(json);
     for (const Internal::DuplicateKey& duplicate : duplicates) {
-        result.problems.append(
+        draft.problems.append(
             {toString(duplicate.position),
              QStringLiteral("field %1 stands twice in its object, expected once")
                  .arg(quoted(duplicate.key))});
     }
     KeyboardReader reader;
-    std::shared_ptr<s_ECKeyboardConfig> keyboard = reader.readKeyboard(document.object());
-    result.problems += reader.problems();
-    if (result.problems.isEmpty())
-        result.config = std::move(keyboard);
-    return result;
+    draft.keyboard = reader.readKeyboard(document.object());
+    draft.problems += reader.problems();
+    return draft;
 }
 
-KeyboardLoadResult loadKeyboardFile(const QString& path)
+std::optional<QByteArray> readKeyboardFile(const QString& path, KeyboardProblem& problem)
 {
+    const auto refuse = [&](const QString& text) {
+        problem = {path, text};
+        return std::nullopt;
+    };
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
-        return refused(path, QStringLiteral("cannot be read: %1").arg(file.errorString()));
+        return refuse(QStringLiteral("cannot be read: %1").arg(file.errorString()));
     // In pieces, for special files do not tell their size.
     constexpr qint64 pieceBytes = 1024LL * 1024;
     QByteArray json;
@@ -421,12 +364,24 @@ KeyboardLoadResult loadKeyboardFile(const QString& path)
         json += piece;
     }
     if (file.error() != QFileDevice::NoError)
-        return refused(path, QStringLiteral("cannot be read: %1").arg(file.errorString()));
+        return refuse(QStringLiteral("cannot be read: %1").arg(file.errorString()));
     if (json.size() > MaxKeyboardFileBytes)
-        return refused(
-            path,
+        return refuse(
             QStringLiteral("is larger than %1 bytes, expected a keyboard file").arg(MaxKeyboardFileBytes));
-    return loadKeyboard(json);
+    return json;
+}
+
+KeyboardLoadResult loadKeyboard(const QByteArray& json)
+{
+    const KeyboardDraft draft = draftKeyboard(json);
+    return {draft.problems.isEmpty() ? draft.keyboard : nullptr, draft.problems};
+}
+
+KeyboardLoadResult loadKeyboardFile(const QString& path)
+{
+    KeyboardProblem problem;
+    const auto json = readKeyboardFile(path, problem);
+    return json ? loadKeyboard(*json) : KeyboardLoadResult{nullptr, {problem}};
 }
 
 } // namespace Orvane::EC

@@ -8,6 +8,7 @@
 #include <QString>
 
 #include <memory>
+#include <optional>
 
 namespace Orvane::EC {
 
@@ -37,6 +38,20 @@ ORVANEPLATFORM_EXPORT KeyboardLoadResult loadKeyboard(const QByteArray& json);
 
 /// Reads it from a file of at most `MaxKeyboardFileBytes`.
 ORVANEPLATFORM_EXPORT KeyboardLoadResult loadKeyboardFile(const QString& path);
+
+/// What could be read of a keyboard, whatever is wrong with it: for those who look for more problems.
+struct KeyboardDraft {
+    /// Groups and keys that could not be read are empty pointers. Empty when the text is no JSON object.
+    std::shared_ptr<s_ECKeyboardConfig> keyboard;
+    /// As `KeyboardLoadResult::problems`; empty for a keyboard that can be used.
+    QList<KeyboardProblem> problems;
+};
+
+ORVANEPLATFORM_EXPORT KeyboardDraft draftKeyboard(const QByteArray& json);
+
+/// The bytes of a file of at most `MaxKeyboardFileBytes`; empty with `problem` set when they cannot be had.
+ORVANEPLATFORM_EXPORT std::optional<QByteArray> readKeyboardFile(
+    const QString& path, KeyboardProblem& problem);
 
 /// Well above what six groups with every possible key need.
 constexpr qint64 MaxKeyboardFileBytes = 256LL * 1024 * 1024;
