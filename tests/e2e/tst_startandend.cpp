@@ -1,5 +1,6 @@
 #include "program.h"
 
+#include <QDir>
 #include <QHash>
 #include <QJsonArray>
 #include <QRegularExpression>
@@ -58,6 +59,26 @@ private Q_SLOTS:
         QCOMPARE(host.exitStatus(), 1);
         for (const char* fault : {"70000", "NoCommand"})
             QVERIFY2(host.log().contains(fault), host.log().constData());
+    }
+
+    void exampleIsFoundWhereItIsInstalled()
+    {
+        QTemporaryDir data;
+        const QString directory = data.filePath("orvaneecproxyclient");
+        QVERIFY(QDir().mkdir(directory));
+        QVERIFY(QFile::copy(EXAMPLE_KEYBOARD, directory + "/keyboard.json"));
+        const QByteArray before = qgetenv("XDG_DATA_DIRS");
+        qputenv("XDG_DATA_DIRS", data.path().toLocal8Bit());
+        Program without(HOST_BINARY);
+        without.start({"--headless", "--example"});
+        QCOMPARE(without.exitStatus(), 1);
+        QVERIFY2(without.log().contains("orvaneecproxyclient/show.json"), without.log().constData());
+
+        QVERIFY(QFile::copy(EXAMPLE_SHOW, directory + "/show.json"));
+        Program host(HOST_BINARY);
+        host.start({"--headless", "--example"});
+        QVERIFY(!host.next({{"event", "ready"}}).isEmpty());
+        qputenv("XDG_DATA_DIRS", before);
     }
 
     void portOfAnotherIsNotShared()

@@ -12,8 +12,9 @@ const CommandLine::Program& hostProgram()
          "is in memory only.",
          "Commands are JSON objects, one a line of standard input; each is answered on standard output. The "
          "command \"help\" lists them. The log goes to standard error."},
-        {{"keyboard", "file", "Which key of the console does what (JSON). Needed."},
+        {{"keyboard", "file", "Which key of the console does what (JSON). Needed, or --example."},
          {"show", "file", "The devices, screens and presets (JSON). Without it there is no device."},
+         {"example", nullptr, "Take the keyboard and the show that are installed with the host."},
          {"console", nullptr, "Show the on-screen console in a window of its own."},
          {"half", "left|right", "Put the window on this half of the display."},
          {"headless", nullptr, "Run without a window; no display is needed."},

@@ -23,6 +23,10 @@ std::variant<Options, ExitStatus> readOptions(int argc, char* argv[])
     options.events = arguments.isSet("events");
     options.quitAtEnd = arguments.isSet("quit-at-end");
     options.verbose = arguments.isSet("verbose");
+    if (arguments.isSet("example")) {
+        options.keyboardFile = CommandLine::installedFile(QStringLiteral("keyboard.json"));
+        options.showFile = CommandLine::installedFile(QStringLiteral("show.json"));
+    }
     if (options.keyboardFile.isEmpty())
         return CommandLine::refuse(hostProgram(), QStringLiteral("--keyboard is missing"));
     return options;

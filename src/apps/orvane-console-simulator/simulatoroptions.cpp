@@ -51,7 +51,8 @@ std::variant<SimulatorOptions, ExitStatus> readOptions(int argc, char* argv[])
     const auto& arguments = std::get<Arguments>(read);
 
     SimulatorOptions options;
-    options.keyboardFile = arguments.value("keyboard");
+    options.keyboardFile = arguments.isSet("example") ? installedFile(QStringLiteral("keyboard.json"))
+                                                      : arguments.value("keyboard");
     options.scriptFile = arguments.value("script");
     options.captureFile = arguments.value("capture");
     if (const QString fault = readReplay(arguments, options); !fault.isEmpty())

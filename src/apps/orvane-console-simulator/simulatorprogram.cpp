@@ -16,6 +16,7 @@ const Program& simulatorProgram()
          {"translation", "file", "Check the labels in the language of this .qm file too."},
          {"describe", "file", "Print a page for the operator of this keyboard file (Markdown), then end."},
          {"keyboard", "file", "Lay the picture out from this keyboard file."},
+         {"example", nullptr, "Lay the picture out from the keyboard that is installed with the simulator."},
          {"script", "file", "Run the commands of this file, then end."},
          {"capture", "file", "Write every datagram of both directions to this pcap file."},
          {"replay", "file", "Report what this pcap file has, compare the console with it, then end."},

@@ -2,6 +2,7 @@
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QStandardPaths>
 
 #include <cstdio>
 #include <memory>
@@ -142,6 +143,13 @@ ExitStatus refuse(const Program& program, const QString& problem)
     complain(program, problem);
     std::fprintf(stderr, "Try '%s --help'.\n", program.name);
     return ExitRefused;
+}
+
+QString installedFile(const QString& name)
+{
+    const QString file = QStringLiteral("orvaneecproxyclient/") + name;
+    const QString path = QStandardPaths::locate(QStandardPaths::GenericDataLocation, file);
+    return path.isEmpty() ? file : path;
 }
 
 QString helpText(const Program& program)

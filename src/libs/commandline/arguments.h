@@ -40,6 +40,9 @@ void complain(const Program& program, const QString& problem);
 /// Complains about the command line, and says where help is.
 ExitStatus refuse(const Program& program, const QString& problem);
 
+/// A file that is installed with the programs; its name alone when it is not there.
+QString installedFile(const QString& name);
+
 /// The text of `--help`.
 QString helpText(const Program& program);
 
