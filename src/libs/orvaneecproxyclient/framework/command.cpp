@@ -9,6 +9,8 @@
 #include "log_p.h"
 #include "painter_p.h"
 
+#include <QHash>
+
 #include <algorithm>
 #include <atomic>
 #include <cstring>
@@ -22,12 +24,14 @@ class CommandPrivate {
 public:
     using CallbackTable = QMap<quint32, Command::KeyCallback>;
 
-    // m_tableMutex guards m_mapKeyPressedCBs, m_mapKeyReleaseCBs and m_pECCommandCfg. Handlers are copied out
-    // before they are called.
+    // m_tableMutex guards m_mapKeyPressedCBs, m_mapKeyReleaseCBs, m_pECCommandCfg and m_buttons. Handlers are
+    // copied out before they are called.
     std::mutex m_tableMutex;
     CallbackTable m_mapKeyPressedCBs;
     CallbackTable m_mapKeyReleaseCBs;
     std::shared_ptr<EC::s_ECCommandConfig> m_pECCommandCfg;
+    /// The configuration's keys by their numbers: every press is looked up in every group until one has it.
+    QHash<quint32, std::shared_ptr<EC::s_ECButtonConfig>> m_buttons;
 
     KeyTable m_keys;
     std::atomic<int> m_nPageIndex{0};
@@ -294,9 +298,17 @@ void Command::slotFramelessMessageBoxClosed(QMessageBox::StandardButton) { }
 
 void Command::setCommandConfig(std::shared_ptr<EC::s_ECCommandConfig> config)
 {
+    decltype(d->m_buttons) buttons;
+    if (config) {
+        for (const auto& button : qAsConst(config->m_buttons)) {
+            if (button && !buttons.contains(button->ECKey))
+                buttons.insert(button->ECKey, button);
+        }
+    }
     {
         const std::lock_guard<std::mutex> lock(d->m_tableMutex);
         d->m_pECCommandCfg = std::move(config);
+        d->m_buttons.swap(buttons);
     }
     updateSelectModeButtonConfig();
 }
@@ -319,13 +331,14 @@ void Command::updateCurrentPageIndex(int pageIndex)
 
 std::shared_ptr<EC::s_ECButtonConfig> Command::findButton(const quint32& ecKey) const
 {
-    const auto config = ecCommandConfig();
-    return config ? config->findECButtonConfigByECKey(ecKey) : nullptr;
+    const std::lock_guard<std::mutex> lock(d->m_tableMutex);
+    return d->m_buttons.value(ecKey);
 }
 
 bool Command::containsECButton(const quint32& ecKey) const
 {
-    return findButton(ecKey) != nullptr;
+    const std::lock_guard<std::mutex> lock(d->m_tableMutex);
+    return d->m_buttons.contains(ecKey);
 }
 
 bool Command::containsSelectedECButton(const quint32& ecKey) const
@@ -510,15 +523,10 @@ void Command::updateECButton(
 
 void Command::updateECButtonColor(const quint32& ecKey, ECLEDColor color, const int& state)
 {
-    const auto config = ecCommandConfig();
-    if (!config)
-        return;
-    const auto button = config->findECButtonConfigByECKey(ecKey);
-    if (!button) {
+    if (const auto button = findButton(ecKey))
+        updateECButton(button->OrvaneECKey, ecKey, color, state);
+    else if (ecCommandConfig())
         ecWarning(lcPaint, "%u command has invalid button config", ecKey);
-        return;
-    }
-    updateECButton(button->OrvaneECKey, ecKey, color, state);
 }
 
 void Command::setEcButtonLedColor(const quint32& buttonKey, const quint32& ecKey, bool on, ECLEDColor color)

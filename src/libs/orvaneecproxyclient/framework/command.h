@@ -186,7 +186,8 @@ public:
 
     // Configuration and lookups.
 
-    /// Stores the entry, then calls `updateSelectModeButtonConfig()`.
+    /// Stores the entry, then calls `updateSelectModeButtonConfig()`. The keys of the entry are not changed
+    /// from then on.
     void setCommandConfig(std::shared_ptr<EC::s_ECCommandConfig> config);
     std::shared_ptr<EC::s_ECCommandConfig> ecCommandConfig() const;
     int currentPageIndex() const;

@@ -10,6 +10,7 @@
 #include "orvaneecclientdecoder.h"
 
 #include <QCoreApplication>
+#include <QMetaMethod>
 #include <QSettings>
 #include <QThread>
 
@@ -37,6 +38,16 @@ ECManagerPrivate::ECManagerPrivate(ECManager* manager)
         {ReportDVIInSignal, handle(&ECManagerPrivate::onDVIInSignal)},
         {ReportECDeviceIP, handle(&ECManagerPrivate::onDeviceIP)},
     };
+}
+
+/// Each click is queued to the GUI thread and wakes it, so that is done only once somebody listens. Called by
+/// `init()` and by whoever connects, in any order and on any thread.
+void ECManagerPrivate::forwardClicks() const
+{
+    if (const auto commands = commandManager())
+        QObject::connect(
+            commands.get(), &CommandManager::signalECKeyClicked, m_pECMgr, &ECManager::signalECKeyClicked,
+            Qt::UniqueConnection);
 }
 
 void ECManagerPrivate::send(const QByteArray& datagram) const
@@ -212,10 +223,15 @@ bool ECManager::init(const std::shared_ptr<Orvane::EC::s_ECKeyboardConfig>& conf
     }
     ModelParts::logSummary();
     commands->registerCommand(config);
-    connect(
-        commands.get(), &CommandManager::signalECKeyClicked, this, &ECManager::signalECKeyClicked,
-        Qt::UniqueConnection);
+    if (isSignalConnected(QMetaMethod::fromSignal(&ECManager::signalECKeyClicked)))
+        d->forwardClicks();
     return true;
+}
+
+void ECManager::connectNotify(const QMetaMethod& signal)
+{
+    if (signal == QMetaMethod::fromSignal(&ECManager::signalECKeyClicked))
+        d->forwardClicks();
 }
 
 bool ECManager::uninit()

@@ -248,6 +248,9 @@ Q_SIGNALS:
     /// A key of the physical console was pressed and let through the guards.
     void signalECKeyClicked(bool isAleadyBind, unsigned short nECKey);
 
+protected:
+    void connectNotify(const QMetaMethod& signal) override;
+
 private:
     ECManager();
 

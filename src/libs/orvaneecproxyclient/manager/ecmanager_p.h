@@ -37,6 +37,8 @@ public:
         return m_pCommandMgr;
     }
 
+    void forwardClicks() const;
+
     bool hasSendRoute() const { return !sendRoutes()->empty(); }
     void send(const QByteArray& datagram) const;
 
