@@ -140,9 +140,9 @@ Console::Console()
 {
 }
 
-bool Console::start()
+bool Console::start(const QStringList& more)
 {
-    Program::start({"--json"});
+    Program::start(QStringList("--json") + more);
     return !next({{"event", "ready"}}).isEmpty();
 }
 

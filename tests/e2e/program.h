@@ -71,7 +71,7 @@ class Console : public Program {
 public:
     Console();
     /// False when it does not get ready.
-    bool start();
+    bool start(const QStringList& more = {});
     /// False, with the console's own words in the log, when the expectation fails.
     bool expect(const QByteArray& condition);
 };

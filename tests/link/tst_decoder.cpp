@@ -271,6 +271,33 @@ private Q_SLOTS:
 
     // The way of such datagrams through the threads is fuzz_dispatch's; its queue packs them, so that a look
     // beyond one would go unseen there.
+    void anObserverSeesEveryDatagramBeforeItsCallback()
+    {
+        ECClientDecoder decoder;
+        std::mutex mutex;
+        QVector<QByteArray> seen; // what was appended, and "parsed" for each that reached the callback
+        const auto note = [&](const QByteArray& what) {
+            const std::lock_guard lock(mutex);
+            seen.append(what);
+        };
+        decoder.setDatagramObserver(note);
+        decoder.registerUpTLVDecodeFinishedCB([&](const eECUpMessageTag&, const QByteArray&) {
+            note("parsed");
+            return true;
+        });
+        const QByteArray press = QByteArray::fromHex("55ee55ee0100000100000900c90005000c00000000");
+        const QByteArray nonsense("nonsense");
+        decoder.appendDatagram(nonsense);
+        decoder.appendDatagram(QNetworkDatagram(press));
+        decoder.setDatagramObserver({});
+        decoder.appendDatagram(press);
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression("invalid package"));
+        decoder.startDecode();
+        QTRY_COMPARE((std::lock_guard(mutex), seen.size()), 4);
+        decoder.stopDecode();
+        QCOMPARE(seen, (QVector<QByteArray>{nonsense, press, "parsed", "parsed"}));
+    }
+
     void nothingIsReadBeyondRandomAndMutatedDatagrams()
     {
         QRandomGenerator random(20240506);

@@ -7,6 +7,7 @@
 #include "ecconsolesession.h"
 #include "ecmanager.h"
 #include "eventwriter.h"
+#include "hostcapture.h"
 #include "hostlog.h"
 #include "hostprogram.h"
 #include "hostwindow.h"
@@ -109,11 +110,20 @@ int runApplication(
     VirtualConsole console(*keyboard);
     console.setVisible(options.console);
 
+    // Before the session too, for what it paints first.
+    HostCapture capture(events);
+    if (!options.captureFile.isEmpty()) {
+        const QString problem = capture.start(options.captureFile);
+        if (!problem.isEmpty())
+            return fail({problem});
+    }
+
     DviSignals dviSignals;
     CommandTable commands(events);
     addApplicationCommands(
         commands, {events, *field, notices, dviSignals, console, options.headless ? nullptr : window.get()});
     addConsoleCommands(commands, *keyboard);
+    addCaptureCommands(commands, capture);
     addModelCommands(commands, model);
     addOperationCommands(commands, model);
     addShowCommands(commands, model);
@@ -127,6 +137,7 @@ int runApplication(
     ECConsoleSession session;
     if (!session.start(keyboard))
         return fail({session.errorString()});
+    capture.watchReports();
     dviSignals.watch();
     events.writeAnswer(
         QStringLiteral("ready"), {{QStringLiteral("service"), nameOf(session.serviceState())}});

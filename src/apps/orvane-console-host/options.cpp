@@ -17,6 +17,7 @@ std::variant<Options, ExitStatus> readOptions(int argc, char* argv[])
     Options options;
     options.keyboardFile = arguments.value("keyboard");
     options.showFile = arguments.value("show");
+    options.captureFile = arguments.value("capture");
     options.half = arguments.value("half");
     options.console = arguments.isSet("console");
     options.headless = arguments.isSet("headless");

@@ -12,6 +12,7 @@ namespace Orvane::ConsoleHost {
 struct Options {
     QString keyboardFile;
     QString showFile; ///< empty: no device
+    QString captureFile; ///< every datagram is written there; empty: nowhere
     QString half; ///< of the display, for the window; empty: where the system puts it
     bool console = false; ///< show the on-screen console
     bool headless = false; ///< no window on any display

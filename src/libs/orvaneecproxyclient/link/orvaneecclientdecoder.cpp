@@ -51,6 +51,27 @@ ECClientDecoderPrivate::SharedCallback ECClientDecoderPrivate::upCallback()
     return m_cbUpTLVDecodeFinished;
 }
 
+void ECClientDecoderPrivate::setObserver(ECClientDecoder::DatagramObserver&& observer)
+{
+    std::shared_ptr<const ECClientDecoder::DatagramObserver> other; // outlives the lock, as a callback does
+    if (observer)
+        other = std::make_shared<const ECClientDecoder::DatagramObserver>(std::move(observer));
+    const std::lock_guard<std::mutex> lock(m_mtxCallback);
+    m_bObserved.store(other != nullptr, std::memory_order_relaxed);
+    m_pObserver.swap(other);
+}
+
+void ECClientDecoderPrivate::observe(const QByteArray& datagram)
+{
+    std::shared_ptr<const ECClientDecoder::DatagramObserver> observer;
+    {
+        const std::lock_guard<std::mutex> lock(m_mtxCallback);
+        observer = m_pObserver;
+    }
+    if (observer)
+        (*observer)(datagram);
+}
+
 void ECClientDecoderPrivate::stop()
 {
     m_lifecycle.stop([this] { m_wcDecode.notify_one(); });
@@ -125,6 +146,8 @@ bool ECClientDecoder::appendDatagram(const QNetworkDatagram& datagram)
 
 bool ECClientDecoder::appendDatagram(const QByteArray& bytes)
 {
+    if (d->isObserved())
+        d->observe(bytes);
     d->append([&bytes](Internal::DatagramQueue& queue) {
         queue.append(bytes.constData(), std::size_t(bytes.size()));
     });
@@ -135,6 +158,11 @@ bool ECClientDecoder::registerUpTLVDecodeFinishedCB(UpTLVDecodeFinishedCallbackT
 {
     d->setCallback(d->m_cbUpTLVDecodeFinished, std::move(cb));
     return true;
+}
+
+void ECClientDecoder::setDatagramObserver(DatagramObserver observer)
+{
+    d->setObserver(std::move(observer));
 }
 
 bool ECClientDecoder::registerExDownTLVDecodeFinishedCB(UpTLVDecodeFinishedCallbackType cb)

@@ -6,6 +6,7 @@
 #include <QByteArray>
 #include <QThread>
 
+#include <functional>
 #include <memory>
 
 class QNetworkDatagram;
@@ -51,6 +52,14 @@ public:
     /// the value that it gets. A call to the one that was replaced may still be under way when this returns.
     /// @return true
     bool registerUpTLVDecodeFinishedCB(UpTLVDecodeFinishedCallbackType cb);
+    /// Called with each datagram that is appended, whatever its bytes are.
+    using DatagramObserver = std::function<void(const QByteArray& datagram)>;
+    /// Has an observer see every datagram right before it is queued, to record it for one; an empty one
+    /// removes it. It runs on the thread that appends (the receive thread for what comes from the service),
+    /// which waits for it, on several at once and without a lock held; it must not throw. A call to the one
+    /// that was replaced may still be under way when this returns.
+    void setDatagramObserver(DatagramObserver observer);
+
     /// Stores a second callback, for extended reports. It is never called.
     /// @return true
     bool registerExDownTLVDecodeFinishedCB(UpTLVDecodeFinishedCallbackType cb);

@@ -30,6 +30,10 @@ public:
         m_wcDecode.notify_one(); // unlocked, so that the woken thread does not block on the mutex
     }
 
+    bool isObserved() const { return m_bObserved.load(std::memory_order_relaxed); }
+    void observe(const QByteArray& datagram);
+    void setObserver(ECClientDecoder::DatagramObserver&& observer);
+
     /// A callback shared between threads: it stays alive until a call to it has returned, even if it is
     /// replaced meanwhile.
     using SharedCallback = std::shared_ptr<const UpTLVDecodeFinishedCallbackType>;
@@ -45,8 +49,11 @@ public:
     std::atomic<bool> m_bStopDecode{false};
     DatagramQueue m_datagramQueue;
 
-    /// Guards both callbacks.
+    /// Guards both callbacks and the observer.
     std::mutex m_mtxCallback;
+    std::shared_ptr<const ECClientDecoder::DatagramObserver> m_pObserver;
+    /// Whether there is an observer: nobody takes the mutex for none.
+    std::atomic<bool> m_bObserved{false};
     SharedCallback m_cbUpTLVDecodeFinished;
     SharedCallback m_cbTLVExDecodeFinished;
     /// Counts the changes of the callbacks: the thread takes the mutex only when there is a new one.

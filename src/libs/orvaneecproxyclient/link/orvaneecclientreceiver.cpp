@@ -56,17 +56,17 @@ public:
     /// The sender's IPv4 address, in the machine's byte order.
     quint32 sender(int index) const { return ntohl(m_senders[std::size_t(index)].sin_addr.s_addr); }
 
-    void copyTo(DatagramQueue& queue, int index) const
-    {
-        queue.append(
-            m_memory.get() + std::size_t(index) * SlotStride, m_messages[std::size_t(index)].msg_len);
-    }
+    void copyTo(DatagramQueue& queue, int index) const { queue.append(begin(index), size(index)); }
+    QByteArray datagram(int index) const { return QByteArray(begin(index), int(size(index))); }
 
 private:
     static constexpr std::size_t SlotCount = 64;
     static constexpr std::size_t SlotSize = 65536; ///< more than any UDP datagram carries
     /// A cache line more, so that the beginnings of the slots do not all compete for the same few lines.
     static constexpr std::size_t SlotStride = SlotSize + 64;
+
+    const char* begin(int index) const { return m_memory.get() + std::size_t(index) * SlotStride; }
+    std::size_t size(int index) const { return m_messages[std::size_t(index)].msg_len; }
 
     std::unique_ptr<char[]> m_memory;
     std::array<iovec, SlotCount> m_parts{};
@@ -220,9 +220,15 @@ void ECClientReceiverPrivate::handOver(const DatagramReader& reader, int count)
     }
     if (refused == count)
         return;
-    m_pECClientDecoder->d->append([&](DatagramQueue& queue) {
+    const auto isAccepted = [&](int i) { return refused == 0 || m_senderCheck.accepts(reader.sender(i)); };
+    ECClientDecoderPrivate& decoder = *m_pECClientDecoder->d;
+    for (int i = 0; i < count && decoder.isObserved(); ++i) {
+        if (isAccepted(i))
+            decoder.observe(reader.datagram(i));
+    }
+    decoder.append([&](DatagramQueue& queue) {
         for (int i = 0; i < count; ++i) {
-            if (refused == 0 || m_senderCheck.accepts(reader.sender(i)))
+            if (isAccepted(i))
                 reader.copyTo(queue, i);
         }
     });
