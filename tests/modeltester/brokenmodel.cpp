@@ -10,6 +10,7 @@
 #include "parallelcontrol/parallelmanager.h"
 
 #include <QCoreApplication>
+#include <QSemaphore>
 #include <QThread>
 #include <QTimer>
 
@@ -34,9 +35,11 @@ public:
     std::recursive_mutex mutex;
     Flaw flaw = Flaw::None;
 
-    /// Lets a query that should not wait for the GUI thread do so.
+    /// Lets a query that should not wait for the GUI thread do so, or never return.
     void query()
     {
+        if (flaw == Flaw::QueryNeverReturns && QThread::currentThread() != qApp->thread())
+            QSemaphore().acquire(); // nobody releases it
         if (flaw == Flaw::QueryWaitsForGui && QThread::currentThread() != qApp->thread())
             QMetaObject::invokeMethod(
                 qApp, [] {}, Qt::BlockingQueuedConnection);
@@ -211,12 +214,15 @@ private:
             const auto* const freeze = std::get_if<ParallelFreezeScreen>(&task);
             if (freeze && m_flaw != Flaw::SuccessWithoutEffect
                 && screen->m_bFreeze.exchange(freeze->freeze) != freeze->freeze
-                && m_flaw != Flaw::FreezeWithoutSignal)
-                emitSignal(
-                    &DeviceList::signalScreenPGMFreezeChanged, announced, std::weak_ptr<Screen>(screen));
+                && m_flaw != Flaw::FreezeWithoutSignal) {
+                const int times = m_flaw == Flaw::FreezeAnnouncedTwice ? 2 : 1;
+                for (int i = 0; i < times; ++i)
+                    emitSignal(
+                        &DeviceList::signalScreenPGMFreezeChanged, announced, std::weak_ptr<Screen>(screen));
+            }
         }
         const auto* const swap = std::get_if<ParallelSetSwapStatus>(&task);
-        if (swap && device().m_bSwap.exchange(swap->swap) != swap->swap)
+        if (swap && device().m_bSwap.exchange(swap->swap) != swap->swap && m_flaw != Flaw::SignalBeforeChange)
             emitSignal(&DeviceList::signalSwapStateChanged, announced);
         if (task.index() <= 2) // take, cut, match
             emitSignal(&DeviceList::signalDeviceScreenLayersChanged, changed, 0);
@@ -226,9 +232,12 @@ private:
         if (m_flaw == Flaw::StatesAfterReturn)
             begin(task);
         const int counted = m_flaw == Flaw::TaskCountAfterReturn ? 0 : 1;
-        if (std::holds_alternative<ParallelFTBScreen>(task)) { // not offered
+        const bool offered = !std::holds_alternative<ParallelFTBScreen>(task)
+            && !std::holds_alternative<ParallelSetLoadToPresetPGMStatus>(task);
+        if (!offered) {
             m_nTasks -= counted;
-            end.fail("There is no black.");
+            end.fail(
+                m_flaw == Flaw::FailureWithoutReason ? QString() : QStringLiteral("There is no such thing."));
             return;
         }
         if (m_flaw == Flaw::CompletionBeforeSignal && std::holds_alternative<ParallelSetSwapStatus>(task)) {
@@ -238,7 +247,14 @@ private:
             emitSignal(&DeviceList::signalSwapStateChanged, std::weak_ptr<Device>(m_list.m_pDevice));
             return;
         }
+        if (m_flaw == Flaw::SignalBeforeChange && std::holds_alternative<ParallelSetSwapStatus>(task))
+            emitSignal(&DeviceList::signalSwapStateChanged, std::weak_ptr<Device>(m_list.m_pDevice));
         change(task);
+        if (m_flaw == Flaw::FailureChanges && std::holds_alternative<ParallelSetSwapStatus>(task)) {
+            m_nTasks -= counted;
+            end.fail("It cannot swap.");
+            return;
+        }
         if (m_flaw == Flaw::TaskCountAfterCompletion) {
             end.succeed();
             m_nTasks -= counted;

@@ -24,6 +24,14 @@ enum class Flaw {
     CompletionTwice,
     /// The completion is called, then the signal emitted.
     CompletionBeforeSignal,
+    /// Freeze is announced twice for each screen.
+    FreezeAnnouncedTwice,
+    /// Swap is announced, then changed.
+    SignalBeforeChange,
+    /// What is not offered fails without a word.
+    FailureWithoutReason,
+    /// Swap changes, is announced, and fails.
+    FailureChanges,
     /// Freeze succeeds and does nothing.
     SuccessWithoutEffect,
     /// A selection is accepted and made later.
@@ -34,6 +42,8 @@ enum class Flaw {
     SlowRequest,
     /// Queries ask the GUI thread.
     QueryWaitsForGui,
+    /// A query never returns.
+    QueryNeverReturns,
     /// Signals are emitted under the lock that queries take.
     SignalUnderLock,
     /// A removed screen is kept.

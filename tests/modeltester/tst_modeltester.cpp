@@ -1,11 +1,13 @@
 #include "brokenmodel.h"
-#include "memorymodel.h"
+#include "flawedkit.h"
 #include "modelcheck.h"
 #include "parallelcontrol/parallelmanager.h"
 
+#include <QProcess>
 #include <QtTest>
 
 Q_DECLARE_METATYPE(Orvane::ModelTest::Test::Flaw)
+Q_DECLARE_METATYPE(Orvane::ModelTest::Test::KitFlaw)
 
 using namespace Orvane;
 using namespace Orvane::ModelTest;
@@ -25,29 +27,27 @@ ModelLimits shortLimits()
     return limits;
 }
 
-class MemoryFixture : public ModelFixture {
-public:
-    bool create(QString& error) override
-    {
-        m_pModel = std::make_unique<MemoryModel::MemoryModel>();
-        QStringList faults;
-        const bool ok = m_pModel->loadFile(EXAMPLE_SHOW, faults);
-        m_pModel->setShowFile({}); // a failing save must complete too
-        error = faults.join(QLatin1Char('\n'));
-        return ok;
-    }
-    void destroy() override { m_pModel.reset(); }
-
-private:
-    std::unique_ptr<MemoryModel::MemoryModel> m_pModel;
-};
-
 QString text(const QList<ModelFault>& faults)
 {
     QStringList lines;
     for (const ModelFault& fault : faults)
         lines += fault.rule + QStringLiteral(" | ") + fault.call + QStringLiteral(" | ") + fault.seen;
     return lines.join(QLatin1Char('\n'));
+}
+
+/// Whether the row's fault is among those that were found, and, if asked for, no other rule's.
+void checkNamed(const QList<ModelFault>& faults, bool alone)
+{
+    QFETCH(QString, rule);
+    QFETCH(QString, call);
+    const bool named = std::any_of(faults.cbegin(), faults.cend(), [&](const ModelFault& fault) {
+        return fault.rule == rule && fault.call == call && !fault.seen.isEmpty();
+    });
+    QVERIFY2(named, qPrintable(text(faults)));
+    for (const ModelFault& fault : faults)
+        QVERIFY2(
+            !alone || fault.rule == rule || fault.call.contains("freeze", Qt::CaseInsensitive),
+            qPrintable(text(faults)));
 }
 
 } // namespace
@@ -65,7 +65,7 @@ private Q_SLOTS:
 
     void theModelInMemoryKeepsTheRules()
     {
-        MemoryFixture model;
+        FlawedKit model;
         const auto faults = checkModel(model);
         QVERIFY2(faults.isEmpty(), qPrintable(text(faults)));
     }
@@ -95,6 +95,15 @@ private Q_SLOTS:
         QTest::newRow("a completion before its signal")
             << Flaw::CompletionBeforeSignal << "completion-after-signals"
             << "ParallelSetSwapStatus";
+        QTest::newRow("a freeze that is announced twice") << Flaw::FreezeAnnouncedTwice << "signal-once"
+                                                          << "ParallelFreezeScreen";
+        QTest::newRow("a signal before the change") << Flaw::SignalBeforeChange << "signal-after-change"
+                                                    << "device test swap";
+        QTest::newRow("a failure without a reason") << Flaw::FailureWithoutReason << "refusal-with-reason"
+                                                    << "ParallelFTBScreen";
+        QTest::newRow("a failure that has changed something")
+            << Flaw::FailureChanges << "refusal-without-change"
+            << "ParallelSetSwapStatus";
         QTest::newRow("a request that says true and does nothing")
             << Flaw::SuccessWithoutEffect << "success-with-effect"
             << "ParallelFreezeScreen";
@@ -115,21 +124,66 @@ private Q_SLOTS:
     void aBrokenRuleIsNamed()
     {
         QFETCH(Flaw, flaw);
-        QFETCH(QString, rule);
-        QFETCH(QString, call);
         BrokenModel model(flaw);
-        const auto faults = checkModel(model, shortLimits());
-        const bool named = std::any_of(faults.cbegin(), faults.cend(), [&](const ModelFault& fault) {
-            return fault.rule == rule && fault.call == call && !fault.seen.isEmpty();
-        });
-        QVERIFY2(named, qPrintable(text(faults)));
-        // One flaw is not taken for many; a query that hangs makes everything late.
-        if (flaw != Flaw::QueryWaitsForGui && flaw != Flaw::SignalUnderLock) {
-            for (const ModelFault& fault : faults)
-                QVERIFY2(
-                    fault.rule == rule || fault.call.contains("freeze", Qt::CaseInsensitive),
-                    qPrintable(text(faults)));
-        }
+        // A query that hangs makes everything late.
+        checkNamed(
+            checkModel(model, shortLimits()),
+            flaw != Flaw::QueryWaitsForGui && flaw != Flaw::SignalUnderLock);
+    }
+
+    void aBrokenRuleOfLayersAndPresetsIsNamed_data()
+    {
+        QTest::addColumn<KitFlaw>("flaw");
+        QTest::addColumn<QString>("rule");
+        QTest::addColumn<QString>("call");
+        const auto row = [](const char* name, KitFlaw flaw, const char* rule, const char* call) {
+            QTest::newRow(name) << flaw << QString(rule) << QString(call);
+        };
+        row("a new layer below the others", KitFlaw::LayerBelow, "success-with-effect", "addLayer");
+        row("a layer that is announced twice", KitFlaw::LayerAddedTwice, "signal-once", "signalLayerAdded");
+        row("a removed layer that stays", KitFlaw::LayerStays, "success-with-effect", "removeLayers");
+        row("a signal about what was removed", KitFlaw::RenamedAfterRemoval, "signals-in-order",
+            "signalLayerNameChanged");
+        row("an order that stays", KitFlaw::OrderKept, "success-with-effect", "topZOrder");
+        row("a refused order that is made", KitFlaw::RefusalReorders, "refusal-without-change", "topZOrder");
+        row("a selection that replaces nothing", KitFlaw::SelectionAppends, "success-with-effect",
+            "layer setSelected");
+        row("a window that stays", KitFlaw::WindowKept, "success-with-effect", "updateWindow");
+        row("a source for one of two layers", KitFlaw::OneLayerBound, "success-with-effect", "bindSource");
+        row("a preset that is not there", KitFlaw::NoPreset, "success-with-effect", "createPresetFile");
+        row("a preset refused without a reason", KitFlaw::NoPresetNoReason, "refusal-with-reason",
+            "createPresetFile");
+        row("a removed preset that stays", KitFlaw::PresetStays, "success-with-effect", "removeFile");
+        row("an overwritten preset that nobody hears of", KitFlaw::CoverUnannounced, "signal-after-change",
+            "coverPreset");
+        row("a load that nobody hears of", KitFlaw::LoadUnannounced, "signal-after-change",
+            "updatePresetModelData");
+        row("a load that does not come", KitFlaw::LoadDropped, "success-with-effect", "s_LoadPresetSampling");
+        row("a T-Bar without an end", KitFlaw::TBarDropped, "success-with-effect", "s_TBarSampling");
+        row("a clearing that completes first", KitFlaw::ClearCompletesFirst, "success-with-effect",
+            "AsyncRemoveLayer");
+        row("a copy that is missing", KitFlaw::CopyMissing, "success-with-effect", "AsyncAddCopyLayers");
+        row("a failure that makes a screen", KitFlaw::FailureCreates, "refusal-without-change",
+            "AsyncCreateScreen");
+        row("presets cleared one by one", KitFlaw::ClearedOneByOne, "signal-once", "AsyncRemoveFile");
+    }
+    void aBrokenRuleOfLayersAndPresetsIsNamed()
+    {
+        QFETCH(KitFlaw, flaw);
+        FlawedKit model(flaw);
+        checkNamed(checkModel(model, shortLimits()), true);
+    }
+
+    void aQueryThatNeverReturnsEndsTheCheck()
+    {
+        QProcess check;
+        check.start(HANGING_MODEL, QStringList());
+        QVERIFY(check.waitForFinished(60000));
+        QCOMPARE(check.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(check.exitCode(), 1);
+        const QByteArray output = check.readAllStandardOutput();
+        QVERIFY2(output.contains("query-in-time: queries of the active device"), output);
+        QVERIFY2(output.contains("call-returns: selecting a screen"), output);
     }
 
     void aTesterLeavesTheModelAsItFoundIt()

@@ -1,180 +1,26 @@
 #include "modelcheck.h"
 
 #include "bizmodel/device.h"
-#include "bizmodel/screen.h"
-#include "modelcontrol/asyncmanager.h"
-#include "modelcontrol/device.h"
-#include "modelcontrol/screen.h"
-#include "parallelcontrol/parallelmanager.h"
+#include "modeloperator_p.h"
 
 #include <QEventLoop>
 #include <QTimer>
 
-#include <atomic>
-#include <condition_variable>
 #include <cstdio>
+#include <cstdlib>
 #include <mutex>
 #include <thread>
 #include <utility>
 
 namespace Orvane::ModelTest {
 
-using namespace ParallelControl;
 using namespace std::chrono_literals;
+using Internal::ModelOperator;
+using Internal::OperatorProgress;
 
 namespace {
 
 constexpr auto RegularScreens = BizModel::Enum::Screen::RegularScreen;
-
-/// A completion that the checking thread can wait for.
-class Ending final {
-public:
-    Completion completion() const
-    {
-        return [state = m_pState](bool, const QString&) {
-            const std::lock_guard lock(state->mutex);
-            state->ended = true;
-            state->changed.notify_all();
-        };
-    }
-    void wait(std::chrono::milliseconds limit) const
-    {
-        std::unique_lock lock(m_pState->mutex);
-        m_pState->changed.wait_for(lock, limit, [this] { return m_pState->ended; });
-    }
-
-private:
-    struct State {
-        std::mutex mutex;
-        std::condition_variable changed;
-        bool ended = false;
-    };
-    const std::shared_ptr<State> m_pState = std::make_shared<State>();
-};
-
-/// What an operator does, one step after another.
-class Operator final {
-public:
-    explicit Operator(ModelLimits limits)
-        : m_limits(limits)
-    {
-    }
-
-    void work()
-    {
-        const auto device = BizModel::DeviceList::instance()->activedDevice().lock();
-        const auto screens =
-            device ? device->screens(RegularScreens) : QList<std::weak_ptr<BizModel::Screen>>();
-        if (screens.isEmpty())
-            return;
-        m_pDevice = device;
-        m_pScreen = screens.first();
-        select();
-        toggle();
-        transitions();
-        refusals();
-        save();
-    }
-
-private:
-    void select()
-    {
-        const auto control = ModelControl::Device::screenModelControl(RegularScreens, m_pDevice);
-        const auto device = ModelControl::Device::create(m_pDevice);
-        if (!control || !device)
-            return;
-        if (const auto screen = m_pScreen.lock(); screen && screen->selected())
-            control->cancelSelected({m_pScreen}, true);
-        control->setSelected({m_pScreen}, BizModel::SelectedType::Cover, true, true);
-        device->setActivedScreen(m_pScreen);
-    }
-
-    /// Each flag there and back.
-    void toggle()
-    {
-        const auto device = m_pDevice.lock();
-        const auto screen = m_pScreen.lock();
-        if (!device || !screen)
-            return;
-        for (int i = 0; i < 2; ++i) {
-            ParallelFreezeScreen freeze;
-            freeze.freeze = !screen->freeze();
-            run(freeze, true);
-            ParallelFTBScreen ftb;
-            ftb.fadeToBlack = !screen->FTBEnable();
-            run(ftb, false);
-            ParallelSetSwapStatus swap;
-            swap.swap = !device->swapEnable();
-            run(swap, false);
-        }
-    }
-
-    void transitions()
-    {
-        Ending first;
-        Ending second;
-        start(ParallelTakeScreen{}, false, first.completion()); // the second press comes at once
-        const auto control = ModelControl::Device::create(m_pDevice);
-        const bool again =
-            control && control->takeCutEnabled() && start(ParallelTakeScreen{}, false, second.completion());
-        const auto screen = m_pScreen.lock();
-        const auto limit = m_limits.completion
-            + std::chrono::milliseconds(screen ? qRound64(screen->switchEffectTime() * 1000) : 0);
-        first.wait(limit);
-        if (again)
-            second.wait(limit);
-        run(ParallelCutScreen{}, true);
-        run(ParallelMatchPGM{}, false);
-    }
-
-    /// What names nothing that is there must be refused.
-    void refusals()
-    {
-        const auto control = ModelControl::Device::screenModelControl(RegularScreens, m_pDevice);
-        if (control) {
-            control->setSelected({}, BizModel::SelectedType::Cover, true, true);
-            control->setSelected(
-                {std::weak_ptr<BizModel::Screen>()}, BizModel::SelectedType::Cover, true, true);
-            control->cancelSelected({std::weak_ptr<BizModel::Screen>()}, true);
-        }
-        m_pDevice.swap(m_pNone);
-        run(ParallelFreezeScreen{}, false);
-        m_pDevice.swap(m_pNone);
-    }
-
-    void save()
-    {
-        auto* const manager = ModelControl::AsyncManager::instance();
-        if (!manager)
-            return;
-        const Ending ending;
-        manager->startAsyncRequest(ModelControl::AsyncSaveDeviceData{m_pDevice, ending.completion()});
-        ending.wait(m_limits.completion);
-    }
-
-    template <typename Task> bool start(Task task, bool waits, const Completion& completion)
-    {
-        auto* const manager = ParallelManager::instance();
-        const auto factory = [task](const std::weak_ptr<BizModel::Device>& device) {
-            Task each = task;
-            each.device = device;
-            return each;
-        };
-        return manager && manager->startParallelRequest(m_pDevice, factory, waits, nullptr, completion);
-    }
-
-    template <typename Task> void run(const Task& task, bool waits)
-    {
-        const Ending ending;
-        if (start(task, waits, ending.completion()))
-            ending.wait(m_limits.completion);
-    }
-
-    const ModelLimits m_limits;
-    std::weak_ptr<BizModel::Device> m_pDevice;
-    std::weak_ptr<BizModel::Device> m_pNone;
-    std::weak_ptr<BizModel::Screen> m_pScreen;
-};
 
 /// Lets the event loop run until the condition holds or the time is over.
 template <typename Condition> void runUntil(Condition condition, std::chrono::milliseconds limit)
@@ -190,46 +36,104 @@ template <typename Condition> void runUntil(Condition condition, std::chrono::mi
     loop.exec();
 }
 
+/// What the operator has found by itself, on its thread.
+class OperatorFaults final {
+public:
+    void add(const ModelFault& fault)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_faults += fault;
+    }
+    QList<ModelFault> get() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_faults;
+    }
+
+private:
+    mutable std::mutex m_mutex; ///< guards m_faults
+    QList<ModelFault> m_faults;
+};
+
+struct Result {
+    QList<ModelFault> faults;
+    /// A call has not returned: a thread is still in the model.
+    bool isStuck = false;
+};
+
+/// Lets the operator work on a thread of its own while this thread's events go on. False when one of its
+/// calls does not return.
+bool runOperator(const ModelLimits& limits, const std::shared_ptr<OperatorFaults>& found)
+{
+    const auto progress = std::make_shared<OperatorProgress>();
+    std::thread console([limits, progress, found] {
+        ModelOperator(limits, progress, [found](const ModelFault& fault) { found->add(fault); }).work();
+    });
+    int steps = -1;
+    while (!progress->done && progress->steps != std::exchange(steps, progress->steps))
+        runUntil([&] { return progress->done || progress->steps != steps; }, limits.step);
+    if (progress->done) {
+        console.join();
+        return true;
+    }
+    console.detach();
+    found->add(
+        {QStringLiteral("call-returns"), QString::fromLatin1(progress->step),
+         QStringLiteral("A call of the model has not returned; the check ends here.")});
+    return false;
+}
+
+Result check(ModelFixture& fixture, const ModelLimits& limits)
+{
+    QString error;
+    BizModel::DeviceList* const list = fixture.create(error) ? BizModel::DeviceList::instance() : nullptr;
+    auto device = list ? list->activedDevice().lock() : nullptr;
+    if (!device || device->screens(RegularScreens).isEmpty())
+        return {
+            {{QStringLiteral("fixture"), QStringLiteral("create"),
+              error.isEmpty() ? QStringLiteral("There is no active device with a regular screen.") : error}},
+            false};
+    device.reset();
+    const auto found = std::make_shared<OperatorFaults>();
+    auto tester = std::make_unique<ModelTester>(*list, limits);
+    const bool ended = runOperator(limits, found);
+    tester->check();
+    runUntil([&] { return !tester->isWaiting(); }, limits.completion + limits.removal);
+    tester->check();
+    Result result{tester->faults() + found->get(), !tester->stop() || !ended};
+    if (result.isStuck) {
+        tester.release(); // the thread that is left works with it
+        return result;
+    }
+    tester.reset();
+    fixture.destroy();
+    return result;
+}
+
 } // namespace
 
 QList<ModelFault> checkModel(ModelFixture& fixture, ModelLimits limits)
 {
-    QString error;
-    BizModel::DeviceList* const list = fixture.create(error) ? BizModel::DeviceList::instance() : nullptr;
-    const auto device = list ? list->activedDevice().lock() : nullptr;
-    if (!device || device->screens(RegularScreens).isEmpty())
-        return {
-            {QStringLiteral("fixture"), QStringLiteral("create"),
-             error.isEmpty() ? QStringLiteral("There is no active device with a regular screen.") : error}};
-    QList<ModelFault> faults;
-    {
-        ModelTester tester(*list, limits);
-        std::atomic<bool> done{false};
-        std::thread console([&] {
-            Operator(limits).work();
-            done = true;
-        });
-        runUntil([&] { return done.load(); }, std::chrono::minutes(2));
-        console.join();
-        tester.check();
-        runUntil([&] { return !tester.isWaiting(); }, limits.completion + limits.removal);
-        tester.check();
-        faults = tester.faults();
-    }
-    fixture.destroy();
-    return faults;
+    return check(fixture, limits).faults;
 }
 
-int checkModelMain(ModelFixture& fixture)
+int checkModelMain(ModelFixture& fixture, ModelLimits limits)
 {
-    const QList<ModelFault> faults = checkModel(fixture);
+    const Result result = check(fixture, limits);
+    const QList<ModelFault>& faults = result.faults;
     for (const ModelFault& fault : faults)
         std::printf(
             "%s: %s: %s\n", qUtf8Printable(fault.rule), qUtf8Printable(fault.call),
             qUtf8Printable(fault.seen));
     if (faults.isEmpty())
         std::puts("The model keeps the rules.");
-    return faults.isEmpty() ? 0 : faults.first().rule == QLatin1String("fixture") ? 2 : 1;
+    const int code = faults.isEmpty() ? 0 : faults.first().rule == QLatin1String("fixture") ? 2 : 1;
+    if (result.isStuck) {
+        // Destroying the model would take it away from under the thread that is still in it.
+        std::fflush(stdout);
+        std::_Exit(code);
+    }
+    return code;
 }
 
 } // namespace Orvane::ModelTest

@@ -28,6 +28,8 @@ struct ModelLimits {
     std::chrono::milliseconds announcement{1000};
     /// From a removal to the end of the object.
     std::chrono::milliseconds removal{3000};
+    /// For one step of `checkModel`; a call that keeps it longer is taken for one that never returns.
+    std::chrono::milliseconds step{30000};
 };
 
 } // namespace Orvane::ModelTest

@@ -40,29 +40,53 @@ QString screenName(const Screen& screen)
     return QStringLiteral("screen %1:%2").arg(int(screen.screenType())).arg(screen.screenId());
 }
 
+QStringList idsOf(const QList<std::weak_ptr<Layer>>& layers)
+{
+    QStringList ids;
+    for (const std::weak_ptr<Layer>& each : layers) {
+        if (const std::shared_ptr<Layer> layer = each.lock())
+            ids += QString::number(layer->layerId());
+    }
+    return ids;
+}
+
 void addLayers(ModelSnapshot& snapshot, const Screen& screen, SceneType scene)
 {
-    const Writer writer(snapshot, screenName(screen));
-    QStringList ids;
+    const Writer writer(
+        snapshot,
+        screenName(screen) + (scene == SceneType::PGM ? QStringLiteral(" PGM") : QStringLiteral(" PVW")));
     QStringList sources;
+    QStringList windows;
     const auto layers = screen.layers(scene, LayerType::AllLayerType);
     for (const std::weak_ptr<Layer>& each : layers) {
-        if (const std::shared_ptr<Layer> layer = each.lock()) {
-            ids += QString::number(layer->layerId());
-            sources += QStringLiteral("%1=%2").arg(layer->layerId()).arg(layer->sourceId());
-        }
+        const std::shared_ptr<Layer> layer = each.lock();
+        if (!layer)
+            continue;
+        sources += QStringLiteral("%1=%2").arg(layer->layerId()).arg(layer->sourceId());
+        const QRect window = layer->windowRect();
+        windows += QStringLiteral("%1=%2,%3 %4x%5")
+                       .arg(layer->layerId())
+                       .arg(window.x())
+                       .arg(window.y())
+                       .arg(window.width())
+                       .arg(window.height());
     }
-    ids.sort();
-    sources.sort();
+    const QStringList order = idsOf(layers);
+    QStringList ids = order;
+    QStringList selected = idsOf(screen.selectedLayers(scene));
+    for (QStringList* list : {&ids, &sources, &windows, &selected})
+        list->sort();
     const QString whole = QStringLiteral("signalDeviceScreenLayersChanged");
-    const bool program = scene == SceneType::PGM;
+    const QString removed = QStringLiteral("signalLayerRemoved");
+    writer.add("layers", ids.join(QLatin1Char(' ')), {whole, QStringLiteral("signalLayerAdded"), removed});
     writer.add(
-        program ? "PGM layers" : "PVW layers", ids.join(QLatin1Char(' ')),
-        {whole, QStringLiteral("signalLayerAdded"), QStringLiteral("signalLayerRemoved")});
+        "sources", sources.join(QLatin1Char(' ')),
+        {whole, QStringLiteral("signalLayerSourceChanged"), QStringLiteral("signalLayerAdded"), removed});
     writer.add(
-        program ? "PGM sources" : "PVW sources", sources.join(QLatin1Char(' ')),
-        {whole, QStringLiteral("signalLayerSourceChanged"), QStringLiteral("signalLayerAdded"),
-         QStringLiteral("signalLayerRemoved")});
+        "selected layers", selected.join(QLatin1Char(' ')),
+        {whole, QStringLiteral("signalSelectedLayersChanged"), removed});
+    writer.add("order", order.join(QLatin1Char(' ')), {});
+    writer.add("windows", windows.join(QLatin1Char(' ')), {});
 }
 
 void addScreen(ModelSnapshot& snapshot, const Screen& screen)

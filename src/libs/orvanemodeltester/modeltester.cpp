@@ -54,4 +54,9 @@ bool ModelTester::isWaiting() const
     return d->m_watch.isWaiting();
 }
 
+bool ModelTester::stop()
+{
+    return d->m_watch.stop();
+}
+
 } // namespace Orvane::ModelTest

@@ -32,6 +32,11 @@ public:
     /// True while a request has no completion, or a change no signal, that may still come. Any thread.
     bool isWaiting() const;
 
+    /// Ends the comparisons, as the destructor does, and waits for a query that still runs, at most as long
+    /// as for a completion. False when it has not returned: its thread stays in the model, which must not be
+    /// destroyed then. On the GUI thread, whose queued calls are delivered meanwhile.
+    bool stop();
+
 Q_SIGNALS:
     /// On the thread on which the fault was seen.
     void faultFound(QString rule, QString call, QString seen);

@@ -1,12 +1,8 @@
 #include "modelwatch_p.h"
 
-#include <QMetaMethod>
 #include <QtDebug>
 
 #include <algorithm>
-#include <condition_variable>
-#include <mutex>
-#include <thread>
 #include <tuple>
 #include <utility>
 
@@ -14,47 +10,16 @@ namespace Orvane::ModelTest::Internal {
 
 using namespace std::chrono_literals;
 
-namespace {
-
-const QMetaObject& listMeta = BizModel::DeviceList::staticMetaObject;
-
-}
-
-/// A question to the model, shared by who asks and who waits for the answer.
-class ModelWatch::Question final {
-public:
-    void setAnswer(std::shared_ptr<ModelSnapshot> answer)
-    {
-        const std::lock_guard lock(m_mutex);
-        m_pAnswer = std::move(answer);
-        m_answered.notify_all();
-    }
-    /// Empty when there is none within the time.
-    std::shared_ptr<ModelSnapshot> wait(std::chrono::milliseconds limit)
-    {
-        std::unique_lock lock(m_mutex);
-        m_answered.wait_for(lock, limit, [this] { return m_pAnswer != nullptr; });
-        return m_pAnswer;
-    }
-
-private:
-    /// Guards m_pAnswer.
-    std::mutex m_mutex;
-    std::condition_variable m_answered;
-    std::shared_ptr<ModelSnapshot> m_pAnswer;
-};
-
 ModelWatch::ModelWatch(
     BizModel::DeviceList& model, ModelLimits limits, std::function<void(const ModelFault&)> found)
     : m_model(model)
     , m_limits(limits)
     , m_found(std::move(found))
+    , m_query(model)
+    , m_log(
+          model, [this](const QString& name) { signalled(name); },
+          [this](const ModelFault& fault) { report(fault.rule, fault.call, fault.seen); })
 {
-    // As a signal spy does it: a receiver whose every method, by its number, is the list's signal.
-    for (int index = QObject::staticMetaObject.methodCount(); index < listMeta.methodCount(); ++index) {
-        if (listMeta.method(index).methodType() == QMetaMethod::Signal)
-            QMetaObject::connect(&model, index, this, index, Qt::DirectConnection);
-    }
     watchRemovals();
     connect(&m_timer, &QTimer::timeout, this, &ModelWatch::check);
     m_timer.start(250ms);
@@ -63,9 +28,17 @@ ModelWatch::ModelWatch(
 
 ModelWatch::~ModelWatch()
 {
-    // The model goes next, and the question should be through by then.
-    if (m_pQuestion)
-        m_pQuestion->wait(m_limits.query);
+    stop();
+}
+
+bool ModelWatch::stop()
+{
+    m_timer.stop();
+    // The model goes next. A query that takes as long as a request may is taken for one that never returns.
+    const bool free = m_query.finish(m_limits.completion);
+    if (!free)
+        qWarning("Model tester: A query has not returned; its thread is left in the model.");
+    return free;
 }
 
 void ModelWatch::report(const QString& rule, const QString& call, const QString& seen)
@@ -84,37 +57,19 @@ void ModelWatch::report(const QString& rule, const QString& call, const QString&
 
 // ---- Signals --------------------------------------------------------------------------------------------
 
-int ModelWatch::qt_metacall(QMetaObject::Call call, int id, void** arguments)
-{
-    const int own = QObject::qt_metacall(call, id, arguments);
-    if (own >= 0 && call == QMetaObject::InvokeMetaMethod)
-        signalled(QString::fromLatin1(listMeta.method(id).name()));
-    return own;
-}
-
+/// Looks at the model while the signal is delivered: it must be as the signal says, for what changes later
+/// needs another one.
 void ModelWatch::signalled(const QString& name)
 {
-    {
-        const std::lock_guard lock(m_mutex);
-        m_lastSignals[name] = ++m_nSignals;
-    }
-    if (!ask())
+    const quint64 signalsNow = m_log.count();
+    const auto now = m_query.ask(m_limits.query);
+    if (now)
+        findChanges(*now, signalsNow);
+    else
         report(
             QStringLiteral("query-during-signal"), name,
             QStringLiteral("A query on another thread was not answered while the signal was delivered. Is it "
                            "emitted under a lock, or does the query wait for this thread?"));
-}
-
-quint64 ModelWatch::signalCount() const
-{
-    const std::lock_guard lock(m_mutex);
-    return m_nSignals;
-}
-
-bool ModelWatch::signalledSince(const QString& name, quint64 count) const
-{
-    const std::lock_guard lock(m_mutex);
-    return m_lastSignals.value(name) > count;
 }
 
 void ModelWatch::watchRemovals()
@@ -143,18 +98,21 @@ void ModelWatch::removed(const QString& call, const std::shared_ptr<const void>&
 
 // ---- Requests -------------------------------------------------------------------------------------------
 
-std::shared_ptr<TrackedRequest> ModelWatch::track(const QString& call, std::chrono::milliseconds extra)
+Tracked ModelWatch::track(const QString& call, std::chrono::milliseconds extra)
 {
     const auto request = std::make_shared<TrackedRequest>();
     request->call = call;
     request->due = Clock::now() + m_limits.completion + extra;
+    request->window = m_log.open();
     const std::lock_guard lock(m_mutex);
-    request->signalsBefore = m_nSignals;
+    request->alone = m_requests.isEmpty();
+    for (const Tracked& other : std::as_const(m_requests))
+        other->alone = false;
     m_requests += request;
     return request;
 }
 
-bool ModelWatch::completed(const std::shared_ptr<TrackedRequest>& request)
+bool ModelWatch::completed(const Tracked& request)
 {
     int completions = 0;
     {
@@ -169,10 +127,22 @@ bool ModelWatch::completed(const std::shared_ptr<TrackedRequest>& request)
     return completions == 1;
 }
 
-void ModelWatch::untrack(const std::shared_ptr<TrackedRequest>& request)
+void ModelWatch::untrack(const Tracked& request)
 {
     const std::lock_guard lock(m_mutex);
     m_requests.removeOne(request);
+}
+
+bool ModelWatch::isAlone(const Tracked& request) const
+{
+    const std::lock_guard lock(m_mutex);
+    return request->alone;
+}
+
+bool ModelWatch::isOpen(const Tracked& request) const
+{
+    const std::lock_guard lock(m_mutex);
+    return request->completions == 0;
 }
 
 int ModelWatch::openRequests() const
@@ -192,72 +162,85 @@ void ModelWatch::checkDuration(const QString& call, Clock::time_point start, std
                 .arg(limit.count()));
 }
 
-bool ModelWatch::refusable(const QString& call, const std::function<bool()>& request)
+void ModelWatch::checkReason(const QString& call, const QString& reason)
+{
+    if (reason.isEmpty())
+        report(
+            QStringLiteral("refusal-with-reason"), call,
+            QStringLiteral("It failed without a word for the user."));
+}
+
+bool ModelWatch::operate(const Operation& operation, const std::function<bool()>& request)
 {
     const ModelSnapshot before = takeSnapshot(m_model);
+    const Tracked tracked = track(operation.call, std::chrono::hours(1)); // it has no completion to come
+    const quint64 signalsBefore = m_log.count();
     const Clock::time_point start = Clock::now();
     const bool accepted = request();
-    checkDuration(call, start, m_limits.request);
-    if (accepted)
-        return true;
-    const QStringList changed = differences(before, takeSnapshot(m_model));
-    if (!changed.isEmpty())
-        report(
-            QStringLiteral("refusal-without-change"), call,
-            QStringLiteral("It was refused and changed: %1.").arg(changed.join(QStringLiteral(", "))));
-    return false;
+    if (!operation.mayTakeItsTime)
+        checkDuration(operation.call, start, m_limits.request);
+    untrack(tracked);
+    if (!accepted) {
+        if (operation.error)
+            checkReason(operation.call, *operation.error);
+        const QStringList changed = differences(before, takeSnapshot(m_model));
+        if (!changed.isEmpty() && isAlone(tracked))
+            report(
+                QStringLiteral("refusal-without-change"), operation.call,
+                QStringLiteral("It was refused and changed: %1.").arg(changed.join(QStringLiteral(", "))));
+        return false;
+    }
+    const QString wrong = operation.wrong && isAlone(tracked) ? operation.wrong() : QString();
+    if (!wrong.isEmpty())
+        report(QStringLiteral("success-with-effect"), operation.call, wrong);
+    if (!operation.signal.isEmpty()) {
+        const std::lock_guard lock(m_mutex);
+        m_changes.insert(
+            operation.call,
+            {{operation.signal},
+             signalsBefore,
+             Clock::now() + m_limits.announcement,
+             QStringLiteral("It was done")});
+    }
+    return true;
 }
 
 // ---- Regular comparison ---------------------------------------------------------------------------------
 
-std::shared_ptr<ModelSnapshot> ModelWatch::ask()
-{
-    const auto question = std::make_shared<Question>();
-    {
-        const std::lock_guard lock(m_mutex);
-        if (m_pQuestion && !m_pQuestion->wait(0ms))
-            return std::make_shared<ModelSnapshot>(); // one is open, and who asked it says what comes of it
-        m_pQuestion = question;
-    }
-    // Not joined: a model that never answers must not hold up who found that out.
-    std::thread([question, &model = m_model] {
-        question->setAnswer(std::make_shared<ModelSnapshot>(takeSnapshot(model)));
-    }).detach();
-    return question->wait(m_limits.query);
-}
-
 void ModelWatch::check()
 {
-    const quint64 signalsNow = signalCount();
-    const auto now = ask();
-    if (!now)
+    const quint64 signalsNow = m_log.count();
+    const auto now = m_query.ask(m_limits.query);
+    if (now)
+        findChanges(*now, signalsNow);
+    else
         report(
             QStringLiteral("query-in-time"), QStringLiteral("queries of the active device"),
             QStringLiteral("A query on another thread was not answered within %1 ms while the GUI thread was "
                            "busy.")
                 .arg(m_limits.query.count()));
-    else if (!now->values.isEmpty())
-        findChanges(*now, signalsNow);
     findOverdue();
 }
 
-/// Every value that differs from the last one needs a signal since then, or soon.
+/// Every value that differs from the last one needs a signal after those that had come before the last
+/// snapshot was begun.
 void ModelWatch::findChanges(const ModelSnapshot& now, quint64 signalsNow)
 {
     const std::lock_guard lock(m_mutex);
-    if (m_pLast) {
-        const QStringList names = differences(*m_pLast, now);
-        for (const QString& name : names) {
-            if (m_changes.contains(name))
-                continue;
-            const ModelSnapshot::Value& value = now.values[name];
-            m_changes.insert(
-                name,
-                {value.announcedBy, m_nSignalsAtLast, Clock::now() + m_limits.announcement,
-                 QStringLiteral("from \"%1\" to \"%2\"").arg(m_pLast->values[name].text, value.text)});
-        }
+    if (now.number <= m_last.number)
+        return; // no answer, or one that another thread has overtaken
+    const QStringList names = differences(m_last, now);
+    for (const QString& name : names) {
+        const ModelSnapshot::Value& value = now.values[name];
+        const auto earlier = m_changes.constFind(name);
+        if (value.announcedBy.isEmpty() || (earlier != m_changes.cend() && !isAnnounced(*earlier)))
+            continue;
+        m_changes.insert(
+            name,
+            {value.announcedBy, m_nSignalsAtLast, Clock::now() + m_limits.announcement,
+             QStringLiteral("It went from \"%1\" to \"%2\"").arg(m_last.values[name].text, value.text)});
     }
-    m_pLast = std::make_shared<ModelSnapshot>(now);
+    m_last = now;
     m_nSignalsAtLast = signalsNow;
 }
 
@@ -267,42 +250,66 @@ void ModelWatch::findOverdue()
     const Clock::time_point now = Clock::now();
     {
         const std::lock_guard lock(m_mutex);
-        for (auto change = m_changes.begin(); change != m_changes.end();) {
-            const bool announced = std::any_of(
-                change->announcedBy.cbegin(), change->announcedBy.cend(),
-                [&](const QString& name) { return m_lastSignals.value(name) > change->signalsBefore; });
-            if (!announced && change->due > now) {
-                ++change;
-                continue;
-            }
-            if (!announced)
-                found += ModelFault{
-                    QStringLiteral("signal-after-change"), change.key(),
-                    QStringLiteral("It went %1 without %2.")
-                        .arg(change->text, change->announcedBy.join(QStringLiteral(" or ")))};
-            change = m_changes.erase(change);
-        }
-        for (const std::shared_ptr<TrackedRequest>& request : std::as_const(m_requests)) {
-            if (request->due <= now && !std::exchange(request->overdue, true))
-                found += ModelFault{
-                    QStringLiteral("completion-comes"), request->call,
-                    QStringLiteral("The completion has not been called in time.")};
-        }
-        for (auto each = m_removed.begin(); each != m_removed.end();) {
-            const bool gone = each->object.expired();
-            if (!gone && each->due > now) {
-                ++each;
-                continue;
-            }
-            if (!gone)
-                found += ModelFault{
-                    QStringLiteral("removed-objects-expire"), each->call,
-                    QStringLiteral("Somebody still keeps the object.")};
-            each = m_removed.erase(each);
-        }
+        found = overdueChanges(now) + overdueCompletions(now) + overdueRemovals(now);
     }
     for (const ModelFault& fault : std::as_const(found))
         report(fault.rule, fault.call, fault.seen);
+}
+
+bool ModelWatch::isAnnounced(const OpenChange& change) const
+{
+    return std::any_of(change.announcedBy.cbegin(), change.announcedBy.cend(), [&](const QString& name) {
+        return m_log.cameSince(name, change.signalsBefore);
+    });
+}
+
+QList<ModelFault> ModelWatch::overdueChanges(Clock::time_point now)
+{
+    QList<ModelFault> found;
+    for (auto change = m_changes.begin(); change != m_changes.end();) {
+        const bool announced = isAnnounced(*change);
+        if (!announced && change->due > now) {
+            ++change;
+            continue;
+        }
+        if (!announced)
+            found += ModelFault{
+                QStringLiteral("signal-after-change"), change.key(),
+                QStringLiteral("%1, and %2 did not come after it.")
+                    .arg(change->text, change->announcedBy.join(QStringLiteral(" or ")))};
+        change = m_changes.erase(change);
+    }
+    return found;
+}
+
+QList<ModelFault> ModelWatch::overdueCompletions(Clock::time_point now)
+{
+    QList<ModelFault> found;
+    for (const Tracked& request : std::as_const(m_requests)) {
+        if (request->due <= now && !std::exchange(request->overdue, true))
+            found += ModelFault{
+                QStringLiteral("completion-comes"), request->call,
+                QStringLiteral("The completion has not been called in time.")};
+    }
+    return found;
+}
+
+QList<ModelFault> ModelWatch::overdueRemovals(Clock::time_point now)
+{
+    QList<ModelFault> found;
+    for (auto each = m_removed.begin(); each != m_removed.end();) {
+        const bool gone = each->object.expired();
+        if (!gone && each->due > now) {
+            ++each;
+            continue;
+        }
+        if (!gone)
+            found += ModelFault{
+                QStringLiteral("removed-objects-expire"), each->call,
+                QStringLiteral("Somebody still keeps the object.")};
+        each = m_removed.erase(each);
+    }
+    return found;
 }
 
 bool ModelWatch::isWaiting() const

@@ -1,9 +1,10 @@
 #pragma once
 
 #include "modelfault.h"
+#include "modelquery_p.h"
 #include "modelsnapshot_p.h"
+#include "signallog_p.h"
 
-#include <QElapsedTimer>
 #include <QHash>
 #include <QSet>
 #include <QTimer>
@@ -15,15 +16,19 @@ namespace Orvane::ModelTest::Internal {
 
 using Clock = std::chrono::steady_clock;
 
-/// A request that was accepted, until its completion has come.
+/// A request from its start to its completion, or an operation until it returns. Its members but the window
+/// are guarded by the watch.
 struct TrackedRequest {
     QString call;
     Clock::time_point due;
-    /// Signals that had been emitted when the request was made.
-    quint64 signalsBefore = 0;
+    /// The signals since the request was made.
+    std::shared_ptr<const SignalWindow> window;
     int completions = 0;
     bool overdue = false;
+    /// No other request ran at the same time.
+    bool alone = true;
 };
+using Tracked = std::shared_ptr<TrackedRequest>;
 
 /// Tracks a model's requests, signals and values, and finds what breaks a rule.
 class ModelWatch final : public QObject {
@@ -38,25 +43,40 @@ public:
     /// @{
     const ModelLimits& limits() const { return m_limits; }
     BizModel::DeviceList& model() const { return m_model; }
-    quint64 signalCount() const;
-    /// Whether the signal has come after so many.
-    bool signalledSince(const QString& name, quint64 count) const;
-    std::shared_ptr<TrackedRequest> track(const QString& call, std::chrono::milliseconds extra);
+    Tracked track(const QString& call, std::chrono::milliseconds extra);
     /// False when the completion is not the first.
-    bool completed(const std::shared_ptr<TrackedRequest>& request);
-    void untrack(const std::shared_ptr<TrackedRequest>& request);
+    bool completed(const Tracked& request);
+    void untrack(const Tracked& request);
+    bool isAlone(const Tracked& request) const;
+    bool isOpen(const Tracked& request) const;
     int openRequests() const;
     void checkDuration(const QString& call, Clock::time_point start, std::chrono::milliseconds limit);
-    /// Runs a request that may be refused; one that was must have changed nothing.
-    bool refusable(const QString& call, const std::function<bool()>& request);
+    /// A failure needs a reason in words for the user.
+    void checkReason(const QString& call, const QString& reason);
+
+    /// What is known of an operation that a controller carries out while the caller waits.
+    struct Operation {
+        QString call;
+        /// Says what is not as the operation sets it, after one that succeeded; empty when all is.
+        std::function<QString()> wrong;
+        /// Tells that it was done; empty when there is none.
+        QString signal;
+        /// Where the reason of a refusal is put; null when there is no such place.
+        const QString* error = nullptr;
+        bool mayTakeItsTime = false;
+    };
+    /// Runs the operation and looks at what came of it.
+    bool operate(const Operation& operation, const std::function<bool()>& request);
     /// @}
 
     void check();
+    /// Ends the comparisons. False when a query that never returns keeps a thread in the model.
+    bool stop();
     bool isWaiting() const;
     QList<ModelFault> faults() const;
 
 private:
-    class Question;
+    /// Something that must be announced.
     struct OpenChange {
         QStringList announcedBy;
         quint64 signalsBefore = 0;
@@ -69,34 +89,34 @@ private:
         Clock::time_point due;
     };
 
-    int qt_metacall(QMetaObject::Call call, int id, void** arguments) override;
     void signalled(const QString& name);
     void watchRemovals();
     void removed(const QString& call, const std::shared_ptr<const void>& object);
-    /// Asks the model on a thread of its own; empty when it does not answer in time.
-    std::shared_ptr<ModelSnapshot> ask();
     void findChanges(const ModelSnapshot& now, quint64 signalsNow);
+    bool isAnnounced(const OpenChange& change) const;
     void findOverdue();
+    /// The overdue ones of each kind, which they end. The mutex is held.
+    QList<ModelFault> overdueChanges(Clock::time_point now);
+    QList<ModelFault> overdueCompletions(Clock::time_point now);
+    QList<ModelFault> overdueRemovals(Clock::time_point now);
 
     BizModel::DeviceList& m_model;
     const ModelLimits m_limits;
     const std::function<void(const ModelFault&)> m_found;
+    ModelQuery m_query;
 
-    /// Guards all that follows but the timer.
+    /// Guards all that follows but the log and the timer.
     mutable std::mutex m_mutex;
     QList<ModelFault> m_faults;
     QSet<QString> m_reported;
-    quint64 m_nSignals = 0;
-    /// Number of the last signal of each name.
-    QHash<QString, quint64> m_lastSignals;
-    QList<std::shared_ptr<TrackedRequest>> m_requests;
+    QList<Tracked> m_requests;
     QHash<QString, OpenChange> m_changes;
     QList<Removed> m_removed;
-    std::shared_ptr<ModelSnapshot> m_pLast;
+    /// The newest, and how many signals had come before it was begun.
+    ModelSnapshot m_last;
     quint64 m_nSignalsAtLast = 0;
-    /// The last one; open while it has no answer.
-    std::shared_ptr<Question> m_pQuestion;
 
+    SignalLog m_log;
     QTimer m_timer;
 };
 

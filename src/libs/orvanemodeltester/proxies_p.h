@@ -74,4 +74,14 @@ private:
     ControllerFactory& m_inner;
 };
 
+/// @name What stands in front of one controller
+/// @{
+std::shared_ptr<ModelControl::Screen> watchedScreens(
+    ModelWatch& tester, std::shared_ptr<ModelControl::Screen> inner);
+std::shared_ptr<ModelControl::Layer> watchedLayers(
+    ModelWatch& tester, std::shared_ptr<ModelControl::Layer> inner);
+std::shared_ptr<ModelControl::Preset> watchedPresets(
+    ModelWatch& tester, std::shared_ptr<ModelControl::Preset> inner);
+/// @}
+
 } // namespace Orvane::ModelTest::Internal

@@ -1,7 +1,7 @@
 #include "bizmodel/device.h"
+#include "bizmodel/preset.h"
 #include "bizmodel/screen.h"
 #include "modelcontrol/device.h"
-#include "modelcontrol/screen.h"
 #include "proxies_p.h"
 
 #include <utility>
@@ -12,13 +12,6 @@ using namespace ModelControl;
 using BizModel::Enum::File::FileType;
 
 namespace {
-
-void reportNoEffect(ModelWatch& tester, const QString& call)
-{
-    tester.report(
-        QStringLiteral("success-with-effect"), call,
-        QStringLiteral("It returned and what it sets has not changed."));
-}
 
 class ProxyDevice final : public Device {
 public:
@@ -33,14 +26,17 @@ public:
     bool takeCutEnabled() const override { return m_pInner->takeCutEnabled(); }
     void setActivedScreen(const std::weak_ptr<BizModel::Screen>& screen) override
     {
-        const QString call = QStringLiteral("setActivedScreen");
-        const Clock::time_point begin = Clock::now();
-        m_pInner->setActivedScreen(screen);
-        m_tester.checkDuration(call, begin, m_tester.limits().request);
-        const auto wanted = screen.lock();
-        const auto own = device();
-        if (wanted && own && own->activedScreen().lock() != wanted)
-            reportNoEffect(m_tester, call);
+        const auto wrong = [&]() -> QString {
+            const auto wanted = screen.lock();
+            const auto own = device();
+            return wanted && own && own->activedScreen().lock() != wanted
+                ? QStringLiteral("Another screen is active when it returns.")
+                : QString();
+        };
+        m_tester.operate({QStringLiteral("setActivedScreen"), wrong, {}, nullptr, false}, [&] {
+            m_pInner->setActivedScreen(screen);
+            return true;
+        });
     }
     QList<std::weak_ptr<BizModel::Screen>> getTakeScreens(
         int screenTypeMask, const s_SwitchEffectBody& effect, bool onlySelected) const override
@@ -49,111 +45,47 @@ public:
     }
     bool createPresetFile(FileType type, quint16 fileId, QString& error) override
     {
-        return m_tester.refusable(QStringLiteral("createPresetFile"), [&] {
+        const auto wrong = [&] {
+            return has(type, fileId) ? QString() : QStringLiteral("There is no such preset when it returns.");
+        };
+        return m_tester.operate({QStringLiteral("createPresetFile"), wrong, {}, &error, false}, [&] {
             return m_pInner->createPresetFile(type, fileId, error);
         });
     }
     bool removeFile(const QList<std::weak_ptr<BizModel::File>>& files, QString& error) override
     {
-        return m_pInner->removeFile(files, error); // in part is allowed
+        QList<std::pair<FileType, quint16>> ids;
+        for (const std::weak_ptr<BizModel::File>& each : files) {
+            if (const std::shared_ptr<BizModel::File> file = each.lock())
+                ids += {file->fileType(), file->fileId()};
+        }
+        const auto wrong = [&] {
+            const bool left = std::any_of(
+                ids.cbegin(), ids.cend(), [this](const auto& id) { return has(id.first, id.second); });
+            return left ? QStringLiteral("A file is still there when it returns.") : QString();
+        };
+        const auto remove = [&] { return m_pInner->removeFile(files, error); };
+        if (ids.size() < 2)
+            return m_tester.operate({QStringLiteral("removeFile"), wrong, {}, &error, false}, remove);
+        const bool removed = remove(); // of several a part may go
+        if (!removed)
+            m_tester.checkReason(QStringLiteral("removeFile"), error);
+        return removed;
     }
 
 private:
-    ModelWatch& m_tester;
-    const std::shared_ptr<Device> m_pInner;
-};
-
-class ProxyScreen final : public Screen {
-public:
-    ProxyScreen(ModelWatch& tester, std::shared_ptr<Screen> inner)
-        : m_tester(tester)
-        , m_pInner(std::move(inner))
+    bool has(FileType type, quint16 fileId) const
     {
-    }
-
-    bool setSelected(
-        const Screens& screens, BizModel::SelectedType mode, bool notify, bool sendToDevice) override
-    {
-        return onScreens(
-            QStringLiteral("setSelected"), screens,
-            [&] { return m_pInner->setSelected(screens, mode, notify, sendToDevice); },
-            [](const BizModel::Screen& screen) { return screen.selected(); });
-    }
-    bool cancelSelected(const Screens& screens, bool notify) override
-    {
-        return onScreens(
-            QStringLiteral("cancelSelected"), screens,
-            [&] { return m_pInner->cancelSelected(screens, notify); },
-            [](const BizModel::Screen& screen) { return !screen.selected(); });
-    }
-    bool updateEffectSpeed(const QList<std::pair<std::weak_ptr<BizModel::Screen>, double>>& seconds) override
-    {
-        return m_pInner->updateEffectSpeed(seconds);
-    }
-    bool updateEffectType(const QList<std::pair<std::weak_ptr<BizModel::Screen>, int>>& types) override
-    {
-        return m_pInner->updateEffectType(types);
-    }
-    bool updatePGMEditStatus(const Screens& screens, bool enabled) override
-    {
-        return onScreens(
-            QStringLiteral("updatePGMEditStatus"), screens,
-            [&] { return m_pInner->updatePGMEditStatus(screens, enabled); },
-            [enabled](const BizModel::Screen& screen) { return screen.PGMEditEnable() == enabled; });
-    }
-    std::shared_ptr<BizModel::Layer> addLayer(
-        const std::weak_ptr<BizModel::Screen>& screen, BizModel::LayerType type, BizModel::SceneType scene,
-        int sourceId, int sourceType, const QRect& window) override
-    {
-        std::shared_ptr<BizModel::Layer> layer;
-        m_tester.refusable(QStringLiteral("addLayer"), [&] {
-            layer = m_pInner->addLayer(screen, type, scene, sourceId, sourceType, window);
-            return layer != nullptr;
+        const std::shared_ptr<BizModel::Device> own = device();
+        const auto files = own ? own->files(type) : QList<std::weak_ptr<BizModel::File>>();
+        return std::any_of(files.cbegin(), files.cend(), [fileId](const auto& each) {
+            const std::shared_ptr<BizModel::File> file = each.lock();
+            return file && file->fileId() == fileId;
         });
-        return layer;
-    }
-    bool removeLayers(
-        const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers,
-        QList<std::pair<BizModel::s_ScreenLayerId, QString>>& failed) override
-    {
-        return m_pInner->removeLayers(screen, layers, failed); // in part is allowed
-    }
-    bool topZOrder(const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers) override
-    {
-        return m_pInner->topZOrder(screen, layers);
-    }
-    bool incrZOrder(const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers) override
-    {
-        return m_pInner->incrZOrder(screen, layers);
-    }
-    bool bottomZOrder(const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers) override
-    {
-        return m_pInner->bottomZOrder(screen, layers);
-    }
-    bool decrZOrder(const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers) override
-    {
-        return m_pInner->decrZOrder(screen, layers);
-    }
-
-private:
-    /// Runs the request; one that was accepted is so on every screen when it returns.
-    bool onScreens(
-        const QString& call, const Screens& screens, const std::function<bool()>& request,
-        const std::function<bool(const BizModel::Screen&)>& isSo)
-    {
-        if (!m_tester.refusable(call, request))
-            return false;
-        const bool done = std::all_of(screens.cbegin(), screens.cend(), [&](const auto& each) {
-            const std::shared_ptr<BizModel::Screen> screen = each.lock();
-            return !screen || isSo(*screen);
-        });
-        if (!done)
-            reportNoEffect(m_tester, call);
-        return true;
     }
 
     ModelWatch& m_tester;
-    const std::shared_ptr<Screen> m_pInner;
+    const std::shared_ptr<Device> m_pInner;
 };
 
 } // namespace
@@ -174,18 +106,20 @@ std::shared_ptr<Screen> ProxyControllerFactory::createScreen(
     BizModel::Enum::Screen::ScreenType type, const std::weak_ptr<BizModel::Device>& device)
 {
     auto inner = m_inner.createScreen(type, device);
-    return inner ? std::make_shared<ProxyScreen>(m_tester, std::move(inner)) : nullptr;
+    return inner ? watchedScreens(m_tester, std::move(inner)) : nullptr;
 }
 
 std::shared_ptr<Layer> ProxyControllerFactory::createLayer(
     BizModel::LayerType type, const std::weak_ptr<BizModel::Device>& device)
 {
-    return m_inner.createLayer(type, device);
+    auto inner = m_inner.createLayer(type, device);
+    return inner ? watchedLayers(m_tester, std::move(inner)) : nullptr;
 }
 
 std::shared_ptr<Preset> ProxyControllerFactory::createPreset(const std::weak_ptr<BizModel::Device>& device)
 {
-    return m_inner.createPreset(device);
+    auto inner = m_inner.createPreset(device);
+    return inner ? watchedPresets(m_tester, std::move(inner)) : nullptr;
 }
 
 } // namespace Orvane::ModelTest::Internal

@@ -28,6 +28,11 @@ bool changesScenes(const ParallelTask& task)
         || std::holds_alternative<ParallelMatchPGM>(task);
 }
 
+bool setsFlag(const ParallelTask& task)
+{
+    return !changesScenes(task);
+}
+
 /// One device's task, and the screens it concerns as they were before it.
 struct Part {
     ParallelTask task;
@@ -123,7 +128,7 @@ public:
         return task;
     }
     void open() { m_pRequest = m_tester.track(name(), duration()); }
-    bool isOpen() const { return m_pRequest->completions == 0; }
+    bool isOpen() const { return m_tester.isOpen(m_pRequest); }
 
     /// What must be true as soon as the call has returned.
     void returned()
@@ -136,8 +141,7 @@ public:
                 && std::all_of(part.screens.cbegin(), part.screens.cend(), [](const auto& screen) {
                        return isIdle(*screen);
                    });
-            if (untouched && isOpen()
-                && !m_tester.signalledSince(signalOf(part.task), m_pRequest->signalsBefore))
+            if (untouched && isOpen() && m_pRequest->window->times(signalOf(part.task)) == 0)
                 m_tester.report(
                     QStringLiteral("states-before-return"), name(),
                     QStringLiteral("The selected screens are still idle after the call returned."));
@@ -151,10 +155,12 @@ public:
 
     void refused() { m_tester.untrack(m_pRequest); }
 
-    void ended(bool ok)
+    void ended(bool ok, const QString& text)
     {
-        if (!m_tester.completed(m_pRequest) || !ok)
+        if (!m_tester.completed(m_pRequest))
             return;
+        if (!ok)
+            return checkFailure(text);
         for (const Part& part : std::as_const(m_parts))
             checkEffect(part);
         const int count = m_inner.currentTaskCount();
@@ -178,23 +184,56 @@ private:
         return longest;
     }
 
+    /// One device's flags are as they were; of a group's devices some may have succeeded.
+    void checkFailure(const QString& text)
+    {
+        m_tester.checkReason(name(), text);
+        const bool changed = m_parts.size() == 1 && !m_parts.first().isAlreadySo
+            && setsFlag(m_parts.first().task) && hasTakenEffect(m_parts.first());
+        if (changed && m_tester.isAlone(m_pRequest))
+            m_tester.report(
+                QStringLiteral("refusal-without-change"), name(),
+                QStringLiteral("The request failed and what it sets has changed."));
+    }
+
     void checkEffect(const Part& part)
     {
-        const bool works = changesScenes(part.task) ? !part.screens.isEmpty() : !part.isAlreadySo;
-        if (!hasTakenEffect(part))
+        if (!hasTakenEffect(part)) {
             m_tester.report(
                 QStringLiteral("success-with-effect"), name(),
                 QStringLiteral("The request succeeded and what it sets has not changed."));
-        else if (works && !m_tester.signalledSince(signalOf(part.task), m_pRequest->signalsBefore))
+            return;
+        }
+        const QString signal = signalOf(part.task);
+        const bool works = changesScenes(part.task) ? !part.screens.isEmpty() : !part.isAlreadySo;
+        if (works && m_pRequest->window->times(signal) == 0)
             m_tester.report(
                 QStringLiteral("completion-after-signals"), name(),
-                QStringLiteral("The completion came, and %1 had not been emitted.").arg(signalOf(part.task)));
+                QStringLiteral("The completion came, and %1 had not been emitted.").arg(signal));
+        else if (setsFlag(part.task) && m_tester.isAlone(m_pRequest))
+            checkOnce(part, signal);
+    }
+
+    /// A flag is announced once for each screen or device whose flag has changed.
+    void checkOnce(const Part& part, const QString& signal)
+    {
+        QList<const void*> told;
+        for (const std::shared_ptr<BizModel::Screen>& screen : part.screens)
+            told += screen.get();
+        told += deviceOf(part.task).get();
+        for (const void* object : std::as_const(told)) {
+            const int times = m_pRequest->window->times(signal, object);
+            if (times > 1)
+                m_tester.report(
+                    QStringLiteral("signal-once"), name(),
+                    QStringLiteral("%1 came %2 times for one change.").arg(signal).arg(times));
+        }
     }
 
     ModelWatch& m_tester;
     const ParallelManager& m_inner;
     QList<Part> m_parts;
-    std::shared_ptr<TrackedRequest> m_pRequest;
+    Tracked m_pRequest;
 };
 
 ProxyParallelManager::ProxyParallelManager(ModelWatch& tester, ParallelManager& inner)
@@ -236,7 +275,7 @@ bool ProxyParallelManager::watch(
     const Completion end = [round, alive = std::weak_ptr<bool>(m_pAlive),
                             callback = std::move(callback)](bool ok, const QString& text) {
         if (alive.lock())
-            round->ended(ok);
+            round->ended(ok, text);
         if (callback)
             callback(ok, text);
     };

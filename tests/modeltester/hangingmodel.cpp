@@ -1,0 +1,18 @@
+// Checks a model whose queries never return, as a checking program of an integrator would.
+#include "brokenmodel.h"
+
+#include <QCoreApplication>
+
+using namespace std::chrono_literals;
+
+int main(int argc, char** argv)
+{
+    const QCoreApplication app(argc, argv);
+    Orvane::ModelTest::Test::BrokenModel model(Orvane::ModelTest::Test::Flaw::QueryNeverReturns);
+    Orvane::ModelTest::ModelLimits limits;
+    limits.query = 200ms;
+    limits.completion = 300ms;
+    limits.removal = 300ms;
+    limits.step = 1000ms;
+    return checkModelMain(model, limits);
+}
