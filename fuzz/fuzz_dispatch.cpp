@@ -11,6 +11,7 @@
 #include "memorydevicelist.h"
 #include "memorymodel.h"
 #include "orvaneecclientdecoder.h"
+#include "showclock_p.h"
 #include "uptlv_p.h"
 
 #include <QApplication>
@@ -31,6 +32,8 @@ namespace {
 enum Scene : std::uint8_t { Quenor = 1, LockedKeypad = 2, TurnsGuiOften = 4, VirtualConsole = 8 };
 
 constexpr std::uint8_t LongLength = 255;
+/// Handlers that wait do so on the console's thread, each time for longer than a hundred inputs take.
+constexpr int ShowRate = 1000;
 constexpr auto LongestBurst = std::chrono::seconds(60);
 
 std::vector<Bytes> datagramsOf(const Bytes& input)
@@ -259,6 +262,7 @@ void setUp(int& argc, char** argv)
             std::fprintf(stderr, "%s\n", qUtf8Printable(line));
     });
     QLoggingCategory::setFilterRules(QStringLiteral("default=true\norvane.*=true"));
+    ShowClock::setRate(ShowRate);
     s_pHost = std::make_unique<Host>(argc, argv);
     std::atexit([] { s_pHost.reset(); });
 }

@@ -1,5 +1,7 @@
 #include "control_p.h"
 
+#include "showclock_p.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -192,7 +194,7 @@ double Control::transitionProgress(const QString& device, ScreenKey screen) cons
         return state.tbarProgress;
     if (state.state != ScreenState::Taking || state.transitionTime.count() == 0)
         return 0.0;
-    const std::chrono::duration<double> elapsed = MemoryScreen::Clock::now() - state.transitionStart;
+    const std::chrono::duration<double> elapsed = ShowClock::now() - state.transitionStart;
     const std::chrono::duration<double> whole = state.transitionTime;
     return std::clamp(elapsed / whole, 0.0, 1.0);
 }

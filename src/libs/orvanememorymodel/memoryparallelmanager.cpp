@@ -1,6 +1,7 @@
 #include "memoryparallelmanager.h"
 
 #include "operationtext.h"
+#include "showclock_p.h"
 #include "transitions.h"
 
 #include <algorithm>
@@ -320,7 +321,7 @@ void MemoryParallelManager::begin(const std::deque<std::shared_ptr<Run>>& runs)
             if (!state.isIdle())
                 continue;
             state.state = busy;
-            state.transitionStart = MemoryScreen::Clock::now();
+            state.transitionStart = ShowClock::now();
             state.transitionTime = std::chrono::milliseconds(qRound64(state.effectSeconds * 1000));
             run->screens += screen;
             anyScreen = true;
@@ -357,7 +358,7 @@ void MemoryParallelManager::handOver(const std::shared_ptr<Run>& run)
 {
     std::map<std::chrono::milliseconds, MemoryDevice::Screens> parts;
     if (std::holds_alternative<ParallelTakeScreen>(run->task)) {
-        const Worker::Clock::time_point now = Worker::Clock::now();
+        const Worker::Clock::time_point now = ShowClock::now();
         Change change(*m_pHub);
         for (const std::shared_ptr<MemoryScreen>& screen : run->screens) {
             screen->data(change).transitionStart = now;

@@ -1,5 +1,7 @@
 #include "operations.h"
 
+#include "showclock_p.h"
+
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -188,7 +190,7 @@ bool Operations::sleepFor(std::chrono::milliseconds duration)
     std::unique_lock lock(m_mutex);
     if (duration.count() <= 0)
         return !m_bStopped;
-    return !m_stopping.wait_for(lock, duration, [this] { return m_bStopped; });
+    return !m_stopping.wait_for(lock, ShowClock::realTime(duration), [this] { return m_bStopped; });
 }
 
 void Operations::stop()

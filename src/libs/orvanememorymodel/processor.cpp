@@ -1,5 +1,7 @@
 #include "processor.h"
 
+#include "showclock_p.h"
+
 #include <utility>
 
 namespace Orvane::MemoryModel {
@@ -72,7 +74,7 @@ void Processor::succeedAfter(std::chrono::milliseconds duration, OpenRequest end
     const auto finish = [end](bool stopping) {
         end.finish(!stopping, stopping ? QStringLiteral("The model has stopped.") : QString());
     };
-    if (!m_timer.postAt(Worker::Clock::now() + duration, finish))
+    if (!m_timer.postAt(ShowClock::now() + duration, finish))
         finish(true);
 }
 

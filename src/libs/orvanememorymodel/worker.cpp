@@ -1,5 +1,7 @@
 #include "worker.h"
 
+#include "showclock_p.h"
+
 #include <utility>
 
 #include <pthread.h>
@@ -80,7 +82,7 @@ Worker::Job Worker::nextJob(bool& stopping)
         stopping = m_bStopping;
         const auto timed = m_timedJobs.begin();
         // Jobs whose time has come go first: they came earlier than those that wait in line.
-        if (timed != m_timedJobs.end() && (stopping || timed->first <= Clock::now())) {
+        if (timed != m_timedJobs.end() && (stopping || timed->first <= ShowClock::now())) {
             Job job = std::move(timed->second);
             m_timedJobs.erase(timed);
             return job;
@@ -93,8 +95,7 @@ Worker::Job Worker::nextJob(bool& stopping)
         if (stopping)
             return {};
         if (timed != m_timedJobs.end()) {
-            const Clock::time_point due = timed->first;
-            m_changed.wait_until(lock, due);
+            m_changed.wait_until(lock, ShowClock::realTime(timed->first));
         } else {
             m_changed.wait(lock);
         }

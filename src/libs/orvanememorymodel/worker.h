@@ -27,7 +27,8 @@ public:
     /// Runs the job after those that wait. False when the worker has stopped; the job is then not run. Any
     /// thread.
     bool post(Job job);
-    /// Runs the job as soon as the time has come and no other job runs. Otherwise as `post`.
+    /// Runs the job as soon as the show's clock has come to the time and no other job runs. Otherwise as
+    /// `post`.
     bool postAt(Clock::time_point time, Job job);
 
     /// Runs the jobs that still wait, telling them that the worker stops, and ends the thread. Not to be

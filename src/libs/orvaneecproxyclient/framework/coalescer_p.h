@@ -1,5 +1,7 @@
 #pragma once
 
+#include "showclock_p.h"
+
 #include <QCoreApplication>
 #include <QTimer>
 
@@ -15,7 +17,7 @@ public:
     Coalescer(std::chrono::milliseconds delay, std::function<void()> callback)
     {
         m_timer.setSingleShot(true);
-        m_timer.setInterval(delay);
+        m_timer.setInterval(std::chrono::ceil<std::chrono::milliseconds>(ShowClock::realTime(delay)));
         connect(&m_timer, &QTimer::timeout, this, std::move(callback));
         if (QCoreApplication* app = QCoreApplication::instance())
             moveToThread(app->thread());

@@ -3,6 +3,7 @@
 #include "consolerequests_p.h"
 #include "hoststate_p.h"
 #include "log_p.h"
+#include "showclock_p.h"
 
 #include <thread>
 #include <utility>
@@ -36,7 +37,7 @@ DVISource currentSource()
 
 void waitForSource()
 {
-    std::this_thread::sleep_for(SecondaryScreen::SwitchDuration);
+    std::this_thread::sleep_for(ShowClock::realTime(SecondaryScreen::SwitchDuration));
 }
 
 } // namespace

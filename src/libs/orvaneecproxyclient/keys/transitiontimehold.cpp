@@ -55,7 +55,7 @@ void TransitionTimeHold::press(bool reduce, double seconds)
         const std::lock_guard<std::mutex> lock(m_effectSpeedMutex);
         m_bEffectTimeReduce = reduce;
         m_takeMilliSecTime = FirstRepeatMs;
-        m_nextRepeat = Clock::now() + milliseconds(FirstRepeatMs);
+        m_nextRepeat = ShowClock::now() + milliseconds(FirstRepeatMs);
         m_bRelease = false;
         m_effectSpeed = seconds;
         hold = ++m_nHold;
@@ -91,7 +91,7 @@ void TransitionTimeHold::repeat()
     int hold = 0;
     {
         const std::lock_guard<std::mutex> lock(m_effectSpeedMutex);
-        if (Clock::now() < m_nextRepeat)
+        if (ShowClock::now() < m_nextRepeat)
             return; // a time-out of an earlier hold
         hold = m_nHold;
     }
@@ -126,7 +126,7 @@ bool TransitionTimeHold::armNextStep(int hold)
         return false;
     if (m_nHold == hold) {
         const milliseconds interval(m_takeMilliSecTime);
-        m_nextRepeat = Clock::now() + interval;
+        m_nextRepeat = ShowClock::now() + interval;
         (m_bEffectTimeReduce ? m_pEffectReduceTimer : m_pEffectTimer).restart(interval);
         m_takeMilliSecTime = std::max(m_takeMilliSecTime - RepeatSpeedUpMs, FastestRepeatMs);
     }

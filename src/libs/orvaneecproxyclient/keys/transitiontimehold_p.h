@@ -1,6 +1,7 @@
 #pragma once
 
 #include "holdtimer_p.h"
+#include "showclock_p.h"
 
 #include <QString>
 
@@ -35,8 +36,6 @@ public:
     void cancel(bool reduce);
 
 private:
-    using Clock = std::chrono::steady_clock;
-
     void end();
     void repeat();
     void step(int hold);
@@ -55,7 +54,7 @@ private:
     bool m_bEffectTimeReduce = true; ///< the held key counts down
     int m_takeMilliSecTime = 350; ///< from this step to the next
     /// No repeat comes before: a time-out of an earlier hold may still be on its way when the next begins.
-    Clock::time_point m_nextRepeat;
+    ShowClock::Clock::time_point m_nextRepeat;
 
     // Last, so that no time-out comes while the rest is destroyed.
     HoldTimer m_pEffectTimer{[this] { repeat(); }};

@@ -2,6 +2,7 @@
 #include "orvaneectimer_p.h"
 
 #include "log_p.h"
+#include "showclock_p.h"
 #include "threadlifecycle_p.h"
 
 #include <algorithm>
@@ -104,7 +105,7 @@ bool OrvaneECTimerPrivate::fireWhileInForce(std::unique_lock<std::mutex>& lock, 
 {
     while (m_nInForce == own) {
         const std::chrono::milliseconds interval(std::max(0, m_imsec));
-        if (m_timerCond.wait_for(lock, interval, [&] { return m_nInForce != own; }))
+        if (m_timerCond.wait_for(lock, ShowClock::realTime(interval), [&] { return m_nInForce != own; }))
             return false;
         fire(lock, own);
     }

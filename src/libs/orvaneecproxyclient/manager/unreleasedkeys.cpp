@@ -1,5 +1,7 @@
 #include "unreleasedkeys_p.h"
 
+#include "showclock_p.h"
+
 #include <QCoreApplication>
 #include <QMetaObject>
 
@@ -10,7 +12,7 @@ namespace Orvane::ECProxy::Client::Internal {
 UnreleasedKeys::UnreleasedKeys(PutToRest putToRest)
     : m_putToRest(std::move(putToRest))
 {
-    m_timer.setInterval(CheckIntervalMs);
+    m_timer.setInterval(std::chrono::ceil<std::chrono::milliseconds>(ShowClock::realTime(CheckInterval)));
     connect(&m_timer, &QTimer::timeout, this, [this] { check(); });
     if (QCoreApplication* app = QCoreApplication::instance())
         moveToThread(app->thread());

@@ -3,6 +3,7 @@
 #include <QObject>
 #include <QTimer>
 
+#include <chrono>
 #include <condition_variable>
 #include <functional>
 #include <mutex>
@@ -15,7 +16,7 @@ namespace Orvane::ECProxy::Client::Internal {
 /// when the guard has ended: otherwise it stays lit or goes on repeating until somebody presses it again.
 ///
 /// Not every guard announces its end (an upgrade does not), so while a key is remembered the guards are
-/// looked at every `CheckIntervalMs` on the GUI thread. Any thread may call any member. Make and destroy it
+/// looked at every `CheckInterval` on the GUI thread. Any thread may call any member. Make and destroy it
 /// on the GUI thread.
 class UnreleasedKeys : public QObject {
 public:
@@ -23,7 +24,7 @@ public:
     /// Called on the GUI thread, without a lock.
     using PutToRest = std::function<bool(quint32 ecKey)>;
 
-    static constexpr int CheckIntervalMs = 50;
+    static constexpr std::chrono::milliseconds CheckInterval{50};
 
     explicit UnreleasedKeys(PutToRest putToRest);
 
