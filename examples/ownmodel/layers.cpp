@@ -6,15 +6,10 @@
 int main(int argc, char** argv)
 {
     QApplication app(argc, argv);
-    const auto device = std::make_shared<Own::LayerDevice>();
-    device->all = {
-        std::make_shared<Own::LayerScreen>(1, "Left"), std::make_shared<Own::LayerScreen>(2, "Right")};
-    device->all.first()->isSelected = true;
-    device->active.set(device->all.first());
-    device->inputs = {std::make_shared<Own::Input>(1, "Camera"), std::make_shared<Own::Input>(2, "Slides")};
-    Own::DeviceList list;
-    list.device = device;
-    const Own::LayerControllerFactory factory;
-    const Own::ParallelManager manager(list);
+    const Orvane::Bridge::ItemDeviceList list(std::make_shared<Orvane::Bridge::DeviceItem>("wall"));
+    Own::addScreens(list.device());
+    Own::addInputs(list.device());
+    const Own::ControllerFactory controllers;
+    const Own::ParallelManager requests;
     return Own::run(app);
 }

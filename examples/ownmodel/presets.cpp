@@ -6,16 +6,12 @@
 int main(int argc, char** argv)
 {
     QApplication app(argc, argv);
-    const auto device = std::make_shared<Own::PresetDevice>();
-    device->all = {
-        std::make_shared<Own::LayerScreen>(1, "Left"), std::make_shared<Own::LayerScreen>(2, "Right")};
-    device->all.first()->isSelected = true;
-    device->active.set(device->all.first());
-    device->inputs = {std::make_shared<Own::Input>(1, "Camera"), std::make_shared<Own::Input>(2, "Slides")};
-    Own::DeviceList list;
-    list.device = device;
-    const Own::PresetControllerFactory factory;
-    const Own::ParallelManager manager(list);
-    const Own::SamplingThread sampling;
+    const Orvane::Bridge::ItemDeviceList list(std::make_shared<Orvane::Bridge::DeviceItem>("wall"));
+    Own::addScreens(list.device());
+    Own::addInputs(list.device());
+    list.device().setMaxPresetCount(20);
+    const Own::PresetControllerFactory controllers;
+    const Own::ParallelManager requests;
+    const Orvane::Bridge::ItemSamplingThread sampling;
     return Own::run(app);
 }

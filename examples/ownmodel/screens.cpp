@@ -6,11 +6,9 @@
 int main(int argc, char** argv)
 {
     QApplication app(argc, argv);
-    Own::DeviceList list;
-    list.device->all = {std::make_shared<Own::Screen>(1, "Left"), std::make_shared<Own::Screen>(2, "Right")};
-    list.device->all.first()->isSelected = true;
-    list.device->active.set(list.device->all.first());
-    const Own::ControllerFactory factory;
-    const Own::ParallelManager manager(list);
+    const Orvane::Bridge::ItemDeviceList list(std::make_shared<Orvane::Bridge::DeviceItem>("wall"));
+    Own::addScreens(list.device());
+    const Orvane::Bridge::ItemControllerFactory controllers;
+    const Own::ParallelManager requests;
     return Own::run(app);
 }

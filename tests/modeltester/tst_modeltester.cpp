@@ -1,6 +1,7 @@
 #include "brokenmodel.h"
 #include "flawedkit.h"
 #include "modelcheck.h"
+#include "ownmodel/presets.h"
 #include "parallelcontrol/parallelmanager.h"
 
 #include <QProcess>
@@ -26,6 +27,29 @@ ModelLimits shortLimits()
     limits.removal = 1000ms;
     return limits;
 }
+
+/// The example of a model of one's own, as its last step makes it.
+class OwnModel final : public ModelFixture {
+public:
+    bool create(QString&) override
+    {
+        m_p = std::make_unique<Parts>();
+        Own::addScreens(m_p->list.device());
+        Own::addInputs(m_p->list.device());
+        m_p->list.device().setMaxPresetCount(20);
+        return true;
+    }
+    void destroy() override { m_p.reset(); }
+
+private:
+    struct Parts {
+        Bridge::ItemDeviceList list{std::make_shared<Bridge::DeviceItem>("wall")};
+        Own::PresetControllerFactory controllers;
+        Own::ParallelManager requests;
+        Bridge::ItemSamplingThread sampling;
+    };
+    std::unique_ptr<Parts> m_p;
+};
 
 QString text(const QList<ModelFault>& faults)
 {
@@ -66,6 +90,13 @@ private Q_SLOTS:
     void theModelInMemoryKeepsTheRules()
     {
         FlawedKit model;
+        const auto faults = checkModel(model);
+        QVERIFY2(faults.isEmpty(), qPrintable(text(faults)));
+    }
+
+    void theExampleOfAModelOfOnesOwnKeepsTheRules()
+    {
+        OwnModel model;
         const auto faults = checkModel(model);
         QVERIFY2(faults.isEmpty(), qPrintable(text(faults)));
     }

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "bridge/deviceitem.h"
+#include "tasksampling/samplingthread.h"
+
+namespace Orvane::Bridge {
+
+/// What goes to the device itself, for a model that is made of items: a preset that it has taken becomes
+/// active. There is no T-Bar unless overridden.
+class ORVANEPLATFORM_EXPORT ItemSamplingThread : public TaskSampling::SamplingThread {
+public:
+    ItemSamplingThread();
+    ~ItemSamplingThread() override;
+
+    using SamplingThread::appendData;
+    bool setSamplingType(TaskSampling::SamplingType type) override;
+    bool appendData(const std::shared_ptr<TaskSampling::s_LoadPresetSampling>& sampling) override;
+
+protected:
+    /// Tells the device to load the preset, and returns at once; false refuses. On any thread. Unless
+    /// overridden nothing is told.
+    virtual bool sendLoad(DeviceItem& device, const PresetItem& preset);
+};
+
+} // namespace Orvane::Bridge
