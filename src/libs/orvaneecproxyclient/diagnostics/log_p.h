@@ -1,5 +1,7 @@
 #pragma once
 
+#include "keytracing_p.h"
+
 #include <QLoggingCategory>
 
 namespace Orvane::ECProxy::Client::Internal {
@@ -24,8 +26,18 @@ Q_DECLARE_LOGGING_CATEGORY(lcModel)
 } // namespace Orvane::ECProxy::Client::Internal
 
 // The library logs through these alone. They work like `qCDebug()` and its kin, from any of its namespaces.
+// While a key event is traced its lines are kept with it, those that no rule shows too; the arguments are
+// then evaluated twice.
 
-#define ecDebug(category, ...) qCDebug(::Orvane::ECProxy::Client::Internal::category, __VA_ARGS__)
-#define ecInfo(category, ...) qCInfo(::Orvane::ECProxy::Client::Internal::category, __VA_ARGS__)
-#define ecWarning(category, ...) qCWarning(::Orvane::ECProxy::Client::Internal::category, __VA_ARGS__)
-#define ecCritical(category, ...) qCCritical(::Orvane::ECProxy::Client::Internal::category, __VA_ARGS__)
+#define ecLog(level, category, ...)                                                                          \
+    do {                                                                                                     \
+        qC##level(::Orvane::ECProxy::Client::Internal::category, __VA_ARGS__);                               \
+        if (::Orvane::ECProxy::Client::Internal::KeyTracing::current())                                      \
+            ::Orvane::ECProxy::Client::Internal::KeyTracing::addLine(                                        \
+                ::Orvane::ECProxy::Client::Internal::category(), Qt##level##Msg, __VA_ARGS__);               \
+    } while (false)
+
+#define ecDebug(category, ...) ecLog(Debug, category, __VA_ARGS__)
+#define ecInfo(category, ...) ecLog(Info, category, __VA_ARGS__)
+#define ecWarning(category, ...) ecLog(Warning, category, __VA_ARGS__)
+#define ecCritical(category, ...) ecLog(Critical, category, __VA_ARGS__)

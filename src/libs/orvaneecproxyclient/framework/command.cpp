@@ -6,6 +6,7 @@
 #include "ec/eckeyboardconfig.h"
 #include "eccommanditem.h"
 #include "keytable_p.h"
+#include "keytracing_p.h"
 #include "log_p.h"
 #include "painter_p.h"
 
@@ -48,6 +49,8 @@ using Internal::CommandPrivate;
 using Internal::ConsoleRequests;
 using Internal::isKeypadLocked;
 
+namespace KeyTracing = Internal::KeyTracing;
+
 namespace {
 
 constexpr quint8 LedBrightnessPercent = 100;
@@ -77,6 +80,15 @@ Rgb rgbOf(int ledColor)
         break;
     }
     return {255, 255, 255};
+}
+
+void runHandler(const Command::KeyCallback& handler, const quint32& ecKey)
+{
+    if (!handler)
+        return;
+    const bool isHandled = handler(ecKey);
+    if (ECKeyTrace* const trace = KeyTracing::current())
+        trace->handled = isHandled;
 }
 
 /// Sends what one key shows of an item. Color and text are read in one step.
@@ -479,14 +491,12 @@ std::shared_ptr<EC::s_ECOledConfig> Command::findPageOled(quint16 pageUpOrvaneKe
 
 void Command::dispatchPressed(const quint32& ecKey)
 {
-    if (const KeyCallback handler = findECButtonPressedCBByECKey(ecKey))
-        handler(ecKey);
+    runHandler(findECButtonPressedCBByECKey(ecKey), ecKey);
 }
 
 void Command::dispatchReleased(const quint32& ecKey)
 {
-    if (const KeyCallback handler = findECButtonReleaseCBByECKey(ecKey))
-        handler(ecKey);
+    runHandler(findECButtonReleaseCBByECKey(ecKey), ecKey);
 }
 
 // ---- LEDs and labels ------------------------------------------------------------------------------------

@@ -72,7 +72,8 @@ private:
 
     bool holdPressed(const quint32& ecKey, LockKey& key);
     bool holdRelease(const quint32& ecKey, LockKey& key);
-    static void endHold(LockKey& key);
+    /// False when the hold has acted already, or none had begun.
+    static bool endHold(LockKey& key);
     void slotLockTBarTimeOut();
     void slotLockECKeyboardTimeOut();
     void lightLockKey(const LockKey& key);

@@ -217,7 +217,8 @@ bool FunctionCommandPrivate::holdPressed(const quint32& ecKey, LockKey& key)
 
 bool FunctionCommandPrivate::holdRelease(const quint32& ecKey, LockKey& key)
 {
-    endHold(key);
+    if (endHold(key))
+        KeyTracing::refuse(KeyTracing::ReleasedTooSoon);
     sendLight(key, [&] {
         if (key.locked)
             return;
@@ -227,10 +228,11 @@ bool FunctionCommandPrivate::holdRelease(const quint32& ecKey, LockKey& key)
     return true;
 }
 
-void FunctionCommandPrivate::endHold(LockKey& key)
+bool FunctionCommandPrivate::endHold(LockKey& key)
 {
-    key.timer.stop();
+    const bool isEarly = key.timer.stop();
     key.held = false;
+    return isEarly;
 }
 
 void FunctionCommandPrivate::slotLockTBarTimeOut()
@@ -289,6 +291,7 @@ void FunctionCommandPrivate::showLight(const LockKey& key)
 
 bool FunctionCommandPrivate::switchSecondaryScreenSignalPressed(const quint32&)
 {
+    KeyTracing::refuse("the key acts when it is released");
     return true;
 }
 

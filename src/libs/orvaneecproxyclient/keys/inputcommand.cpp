@@ -65,6 +65,7 @@ bool InputCommandPrivate::selectInputPressed(const quint32& ecKey)
     const auto input = m_items.findBindingInput(*device, m_pCommand->findECButtonIndex(ecKey));
     if (!input) {
         ecDebug(lcKeys, "unable to find input");
+        KeyTracing::refuse("unable to find input");
         return false;
     }
     const WeakLayers selected = screen->selectedLayers(BizModel::Enum::Scene::BothScenes);

@@ -87,8 +87,12 @@ void LayerHold::endUnlessActived()
 
 void LayerHold::cancel(const char* reason)
 {
-    if (m_timer.stop() && reason)
+    if (!m_timer.stop())
+        return;
+    if (reason)
         ecWarning(lcKeys, "%s ended: %s", m_strName, reason);
+    else
+        KeyTracing::refuse(KeyTracing::ReleasedTooSoon);
 }
 
 void LayerHold::timeout()

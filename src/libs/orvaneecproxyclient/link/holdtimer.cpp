@@ -21,7 +21,12 @@ HoldTimer::~HoldTimer()
 
 void HoldTimer::restart(std::chrono::milliseconds interval)
 {
-    madeTimer().start(int(interval.count()), OrvaneECTimer::Start::Anew);
+    OrvaneECTimer& timer = madeTimer();
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_pOrigin = KeyTracing::origin();
+    }
+    timer.start(int(interval.count()), OrvaneECTimer::Start::Anew);
 }
 
 bool HoldTimer::stop()
@@ -36,6 +41,17 @@ bool HoldTimer::isRunning() const
     return timer && timer->isRunning();
 }
 
+void HoldTimer::timeout()
+{
+    KeyTracing::OriginPtr origin;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        origin.swap(m_pOrigin);
+    }
+    const KeyTracing::Event event(origin);
+    m_callback();
+}
+
 OrvaneECTimer* HoldTimer::timer() const
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
@@ -46,7 +62,7 @@ OrvaneECTimer& HoldTimer::madeTimer()
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     if (!m_pTimer) {
-        m_pTimer = OrvaneECTimer::create(m_callback);
+        m_pTimer = OrvaneECTimer::create([this] { timeout(); });
         m_pTimer->setSingleShot(true);
     }
     return *m_pTimer;

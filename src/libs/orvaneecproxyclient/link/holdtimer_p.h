@@ -1,5 +1,7 @@
 #pragma once
 
+#include "keytracing_p.h"
+
 #include <chrono>
 #include <functional>
 #include <memory>
@@ -36,11 +38,14 @@ public:
 private:
     OrvaneECTimer* timer() const;
     OrvaneECTimer& madeTimer();
+    void timeout();
 
     const std::function<void()> m_callback;
-    /// Guards m_pTimer, which is made once and stays until the destructor.
+    /// Guards m_pTimer, which is made once and stays until the destructor, and m_pOrigin.
     mutable std::mutex m_mutex;
     std::shared_ptr<OrvaneECTimer> m_pTimer;
+    /// The traced key that started the timer last.
+    KeyTracing::OriginPtr m_pOrigin;
 };
 
 } // namespace Orvane::ECProxy::Client::Internal

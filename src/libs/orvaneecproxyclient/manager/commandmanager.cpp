@@ -6,6 +6,8 @@
 #include "functioncommand.h"
 #include "hoststate_p.h"
 #include "inputcommand.h"
+#include "keytable_p.h"
+#include "keytracing_p.h"
 #include "layercommand.h"
 #include "log_p.h"
 #include "modelaccess_p.h"
@@ -25,6 +27,8 @@
 namespace Orvane::ECProxy::Client {
 
 namespace Internal {
+
+using Guard = ECKeyTrace::Guard;
 
 class CommandManagerPrivate : public QObject {
 public:
@@ -113,11 +117,37 @@ public:
     UnreleasedKeys m_unreleasedKeys{[this](quint32 ecKey) { return putToRest(ecKey); }};
 };
 
-/// Whether a guard drops the release of that key now.
+/// The guard of open dialogs and of "Quenor". Of a traced key it notes which of them it is.
+bool passesDialog(bool isAllowedKey)
+{
+    if (KeyTracing::ask(Guard::Dialog, isAllowedKey || !HostState::isInputBlocked()))
+        return true;
+    if (!KeyTracing::current())
+        return false;
+    const auto window = HostState::modalWindow();
+    KeyTracing::refuse(
+        window ? qUtf8Printable(QStringLiteral("a dialog is open: \"%1\"").arg(window->objectName))
+               : "the property \"Quenor\" is set");
+    return false;
+}
+
+/// Whether a guard other than that of upgrades drops the release of the key now.
 bool isReleaseDropped(Command& owner, quint32 ecKey)
 {
-    return isUpgrading() || isKeypadLocked()
-        || (!owner.isAllowedKeyReleased(quint16(ecKey)) && HostState::isInputBlocked());
+    return !passesDialog(owner.isAllowedKeyReleased(quint16(ecKey)))
+        || !KeyTracing::ask(Guard::KeypadLock, !isKeypadLocked());
+}
+
+/// Notes of a traced key whose it is and what it is for.
+void noteOwner(const Command& owner, quint32 ecKey)
+{
+    ECKeyTrace* const trace = KeyTracing::current();
+    if (!trace)
+        return;
+    trace->owner = owner.name();
+    trace->functionCode = quint16(owner.findOrvaneKey(ecKey));
+    if (const auto* row = owner.keyTable().find(trace->functionCode))
+        trace->function = QString::fromUtf8(row->name);
 }
 
 /// The console's number of a received key value. Logs nothing and leaves the console mode alone.
@@ -135,10 +165,14 @@ quint32 CommandManagerPrivate::findKey(quint32 key) const
 bool CommandManagerPrivate::putToRest(quint32 ecKey) const
 {
     const auto owner = findCommand(ecKey);
-    if (owner && isReleaseDropped(*owner, ecKey))
+    if (owner && (isUpgrading() || isReleaseDropped(*owner, ecKey)))
         return false;
-    if (owner)
+    if (owner) {
+        const KeyTracing::Event event(ECKeyTrace::Event::Rested);
+        KeyTracing::Event::setKey(ecKey, ecKey);
+        noteOwner(*owner, ecKey);
         owner->putKeyToRest(ecKey);
+    }
     return true;
 }
 
@@ -146,7 +180,10 @@ std::shared_ptr<Command> CommandManagerPrivate::findOwner(quint32 key, quint32& 
 {
     bool isVirtual = false;
     ecKey = m_pCommandMgr->getOperateECKey(key, isVirtual);
+    KeyTracing::Event::setKey(key, ecKey);
     auto owner = findCommand(ecKey);
+    if (KeyTracing::ask(Guard::Owner, owner != nullptr))
+        noteOwner(*owner, ecKey);
     const auto console = ConsoleRequests::installed();
     if (owner && console)
         console->setVirtualConsoleMode(isVirtual);
@@ -213,7 +250,10 @@ void CommandManagerPrivate::connectModel(BizModel::DeviceList* devices)
 } // namespace Internal
 
 using Internal::CommandManagerPrivate;
+using Internal::Guard;
 using Internal::isKeypadLocked;
+
+namespace KeyTracing = Internal::KeyTracing;
 
 CommandManager::CommandManager(QObject* parent)
     : QObject(parent)
@@ -351,7 +391,9 @@ void CommandManager::setIsVirtualConsoleMode(bool isVirtual)
 
 void CommandManager::slotECButtonPressed(const quint32& key)
 {
-    if (Internal::isUpgrading()) {
+    const KeyTracing::Event event(ECKeyTrace::Event::Pressed);
+    if (!KeyTracing::ask(Guard::Upgrade, !Internal::isUpgrading())) {
+        KeyTracing::Event::setKey(key, d->findKey(key));
         ecDebug(lcKeys, "Device is upgrading... Ignore key pressed event.");
         return;
     }
@@ -361,11 +403,11 @@ void CommandManager::slotECButtonPressed(const quint32& key)
         ecWarning(lcKeys, "[locate key no response] couldn't find command binding to key: %u", key);
         return;
     }
-    if (!owner->isAllowedKeyPressed(quint16(ecKey)) && Internal::HostState::isInputBlocked()) {
+    if (!Internal::passesDialog(owner->isAllowedKeyPressed(quint16(ecKey)))) {
         ecWarning(lcKeys, "[locate key no response] now there is an modal window.");
         return;
     }
-    if (isKeypadLocked() && !owner->isLockKeyPadKey(quint16(key))) {
+    if (!KeyTracing::ask(Guard::KeypadLock, !isKeypadLocked() || owner->isLockKeyPadKey(quint16(key)))) {
         ecWarning(lcLock, "[locate key no response] now the keypad is locked.");
         return;
     }
@@ -381,9 +423,12 @@ void CommandManager::slotECButtonPressed(const quint32& key)
 
 void CommandManager::slotECButtonRelease(const quint32& key)
 {
-    if (Internal::isUpgrading()) {
+    const KeyTracing::Event event(ECKeyTrace::Event::Released);
+    if (!KeyTracing::ask(Guard::Upgrade, !Internal::isUpgrading())) {
+        const quint32 ecKey = d->findKey(key);
+        KeyTracing::Event::setKey(key, ecKey);
         ecDebug(lcKeys, "Device is upgrading... Ignore key release event.");
-        d->m_unreleasedKeys.releaseDropped(d->findKey(key));
+        d->m_unreleasedKeys.releaseDropped(ecKey);
         return;
     }
     quint32 ecKey = 0;

@@ -4,6 +4,7 @@
 #include "command.h"
 #include "commandmanager.h"
 #include "ecmanager_p.h"
+#include "keytracing_p.h"
 #include "log_p.h"
 #include "modelaccess_p.h"
 #include "modelparts.h"
@@ -22,6 +23,8 @@
 namespace Orvane::ECProxy::Client {
 
 namespace Internal {
+
+using Guard = ECKeyTrace::Guard;
 
 ECManagerPrivate::ECManagerPrivate(ECManager* manager)
     : m_pECMgr(manager)
@@ -53,18 +56,20 @@ void ECManagerPrivate::forwardClicks() const
 void ECManagerPrivate::send(const QByteArray& datagram) const
 {
     const std::shared_ptr<const Routes> routes = sendRoutes();
+    KeyTracing::addSent(datagram);
     for (const auto& route : *routes)
         route.send(datagram);
 }
 
 bool ECManagerPrivate::onButtonPressed(const QByteArray& value)
 {
-    if (value.size() != int(sizeof(ECButtonOperState))) {
+    const KeyTracing::Event event(ECKeyTrace::Event::Pressed, value);
+    if (!KeyTracing::ask(Guard::Report, value.size() == int(sizeof(ECButtonOperState)))) {
         ecWarning(lcCodec, "[locate key no response] tlv's length mismatches");
         return false;
     }
     const auto commands = commandManager();
-    if (!commands)
+    if (!KeyTracing::ask(Guard::Keyboard, commands != nullptr))
         return false;
     commands->slotECButtonPressed(Wire::readButtonOperState(value.constData()).ButtonKey);
     return true;
@@ -72,8 +77,10 @@ bool ECManagerPrivate::onButtonPressed(const QByteArray& value)
 
 bool ECManagerPrivate::onButtonRelease(const QByteArray& value)
 {
+    const KeyTracing::Event event(ECKeyTrace::Event::Released, value);
     const auto commands = commandManager();
-    if (value.size() != int(sizeof(ECButtonOperState)) || !commands)
+    if (!KeyTracing::ask(Guard::Report, value.size() == int(sizeof(ECButtonOperState)))
+        || !KeyTracing::ask(Guard::Keyboard, commands != nullptr))
         return false;
     commands->slotECButtonRelease(Wire::readButtonOperState(value.constData()).ButtonKey);
     return true;

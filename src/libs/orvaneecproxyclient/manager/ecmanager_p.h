@@ -2,6 +2,7 @@
 
 #include "consolerequests_p.h"
 #include "ecmanager.h"
+#include "keytracing_p.h"
 #include "orvaneecclientencoder.h"
 #include "requestedstate_p.h"
 
@@ -54,6 +55,7 @@ public:
         std::invoke(build, *m_pECClientEncoder, arguments..., datagram);
         if (datagram.isEmpty())
             return false;
+        KeyTracing::addSent(datagram);
         for (const auto& route : *routes)
             route.send(datagram);
         return true;

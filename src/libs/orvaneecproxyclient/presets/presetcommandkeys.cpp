@@ -171,7 +171,8 @@ bool PresetCommandPrivate::clearPresetsPressed(const quint32& ecKey)
 
 bool PresetCommandPrivate::clearPresetsRelease(const quint32& ecKey)
 {
-    m_pClearAllTimer.stop();
+    if (m_pClearAllTimer.stop())
+        KeyTracing::refuse(KeyTracing::ReleasedTooSoon);
     // Remove or Save may be armed: a dialog keeps the press from this key and lets the release through.
     m_modes.endAny();
     m_modes.offClearKey(ecKey);
