@@ -1,5 +1,6 @@
 #pragma once
 
+#include "enumwords_p.h"
 #include "eventwriter.h"
 
 #include <QJsonObject>
@@ -23,6 +24,11 @@ public:
     static Parameter numbers(const char* name);
     /// One of some words.
     static Parameter choice(const char* name, const QStringList& words);
+    /// One of the words of an enumeration.
+    template <typename Enum> static Parameter choice(const char* name)
+    {
+        return choice(name, Internal::wordsOf<Enum>());
+    }
 
     /// The same as an argument that may be left out.
     Parameter orElse(const QJsonValue& fallback) const;
@@ -64,6 +70,11 @@ public:
     QList<quint32> numbers(const char* name) const;
     /// A number that may be as large as an id can.
     quint32 id(const char* name) const { return quint32(number(name)); }
+    /// The value that a word of the enumeration stands for.
+    template <typename Enum> Enum choice(const char* name) const
+    {
+        return Internal::valueOf<Enum>(text(name));
+    }
     /// Place among the words that a choice has.
     int choice(const char* name, const QStringList& words) const { return words.indexOf(text(name)); }
 

@@ -6,6 +6,7 @@
 #include "ec/eckeyboardloader.h"
 #include "ecconsolesession.h"
 #include "ecmanager.h"
+#include "enumwords_p.h"
 #include "eventwriter.h"
 #include "hostcapture.h"
 #include "hostlog.h"
@@ -140,7 +141,7 @@ int runApplication(
     capture.watchReports();
     dviSignals.watch();
     events.writeAnswer(
-        QStringLiteral("ready"), {{QStringLiteral("service"), nameOf(session.serviceState())}});
+        QStringLiteral("ready"), {{QStringLiteral("service"), Internal::wordOf(session.serviceState())}});
     reportSession(session, events);
     const int status = QApplication::exec();
     model.stop(); // what still runs in it would hold up the end of the session

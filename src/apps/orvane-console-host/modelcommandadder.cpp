@@ -3,7 +3,6 @@
 #include "bizmodel/device.h"
 #include "memorydevicelist.h"
 #include "memorymodel.h"
-#include "modelpicture.h"
 
 namespace Orvane::ConsoleHost {
 
@@ -26,13 +25,44 @@ Answer answerOf(const MemoryModel::ControlResult& result)
     return result ? Answer::done() : Answer::refused(result.reason());
 }
 
+std::vector<Parameter> withWindow(std::vector<Parameter> parameters)
+{
+    constexpr qint64 farthest = 1000000;
+    for (const char* name : {"x", "y"})
+        parameters.push_back(Parameter::integer(name, -farthest, farthest));
+    for (const char* name : {"width", "height"})
+        parameters.push_back(Parameter::integer(name, 1, farthest));
+    return parameters;
+}
+
+QRect windowOf(const Arguments& arguments)
+{
+    return {
+        arguments.integer("x"), arguments.integer("y"), arguments.integer("width"),
+        arguments.integer("height")};
+}
+
+Parameter presetTypeParameter()
+{
+    return Parameter::choice("type", {QStringLiteral("PVW"), QStringLiteral("PGM")})
+        .orElse(QStringLiteral("PVW"));
+}
+
+QList<MemoryModel::ScreenKey> screensOf(const QStringList& names)
+{
+    QList<MemoryModel::ScreenKey> screens;
+    for (const QString& name : names)
+        screens.append(screenOfName(name));
+    return screens;
+}
+
 void ModelCommandAdder::device(
     const char* name, const char* purpose, std::vector<Parameter> parameters, DeviceAction action) const
 {
     parameters.push_back(deviceParameter());
     m_table.add(
         {QLatin1String(name), QLatin1String(purpose), std::move(parameters),
-         [action, model = &m_model](const Arguments& arguments) {
+         [action = std::move(action), model = &m_model](const Arguments& arguments) {
              return action(model->control(), deviceOf(arguments, *model), arguments);
          }});
 }
@@ -44,7 +74,7 @@ void ModelCommandAdder::screen(
     parameters.push_back(deviceParameter());
     m_table.add(
         {QLatin1String(name), QLatin1String(purpose), std::move(parameters),
-         [action, model = &m_model](const Arguments& arguments) {
+         [action = std::move(action), model = &m_model](const Arguments& arguments) {
              const QString named = arguments.text("screen");
              const ScreenKey screen = screenOfName(named);
              if (screen.id == 0)

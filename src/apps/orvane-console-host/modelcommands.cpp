@@ -13,7 +13,6 @@
 namespace Orvane::ConsoleHost {
 
 using MemoryModel::Control;
-using MemoryModel::Operation;
 using MemoryModel::ScreenKey;
 using Model = MemoryModel::MemoryModel;
 
@@ -22,125 +21,64 @@ namespace {
 constexpr qint64 MaxKeys = 0xFFFF;
 constexpr qint64 MaxDelayMs = 3600000; // an hour
 
-/// A change of one flag, which is called "on".
-template <MemoryModel::ControlResult (Control::*change)(const QString&, bool)>
-Answer switchDevice(Control& control, const QString& device, const Arguments& arguments)
-{
-    return answerOf((control.*change)(device, arguments.flag("on")));
-}
-
-template <MemoryModel::ControlResult (Control::*change)(const QString&, ScreenKey, bool)>
-Answer switchScreen(
-    Control& control, const QString& device, const ScreenKey& screen, const Arguments& arguments)
-{
-    return answerOf((control.*change)(device, screen, arguments.flag("on")));
-}
-
 void addDeviceCommands(const ModelCommandAdder& add)
 {
     const Parameter on = Parameter::flag("on");
-    add.device("setOnline", "connects or disconnects the device", {on}, &switchDevice<&Control::setOnline>);
+    add.device("setOnline", "connects or disconnects the device", {on}, &Control::setOnline);
+    add.device("setUpgrading", "begins or ends a firmware upgrade", {on}, &Control::setUpgrading);
     add.device(
-        "setUpgrading", "begins or ends a firmware upgrade", {on}, &switchDevice<&Control::setUpgrading>);
-    add.device(
-        "setMultiScreens", "lets several screens be selected at once", {on},
-        &switchDevice<&Control::setMultiScreens>);
-    add.device("setSwap", "lets a take exchange program and preview", {on}, &switchDevice<&Control::setSwap>);
-    add.device("setLoadToPGM", "lets presets load to program", {on}, &switchDevice<&Control::setLoadToPGM>);
+        "setMultiScreens", "lets several screens be selected at once", {on}, &Control::setMultiScreens);
+    add.device("setSwap", "lets a take exchange program and preview", {on}, &Control::setSwap);
+    add.device("setLoadToPGM", "lets presets load to program", {on}, &Control::setLoadToPGM);
     add.device(
         "setLoadToPGMEnabled", "configures whether presets may load to program", {on},
-        &switchDevice<&Control::setLoadToPGMEnabled>);
+        &Control::setLoadToPGMEnabled);
     add.device(
         "setConsolePlugin", "configures whether the console may show its plug-in display", {on},
-        &switchDevice<&Control::setConsolePlugin>);
+        &Control::setConsolePlugin);
     add.device(
         "setOutputOnline", "connects or disconnects an output", {Parameter::integer("output", 0, MaxId), on},
-        [](Control& control, const QString& device, const Arguments& arguments) {
-            return answerOf(control.setOutputOnline(device, arguments.id("output"), arguments.flag("on")));
-        });
+        &Control::setOutputOnline);
     add.device(
         "setGroup", "puts the device into a group, \"0\" into none", {Parameter::text("group")},
-        [](Control& control, const QString& device, const Arguments& arguments) {
-            return answerOf(control.setGroup(device, arguments.text("group")));
-        });
+        &Control::setGroup);
     add.device(
         "changeAddress", "gives the device another identity", {Parameter::text("to")},
-        [](Control& control, const QString& device, const Arguments& arguments) {
-            return answerOf(control.changeAddress(device, arguments.text("to")));
-        });
+        &Control::changeAddress);
     add.device(
-        "activateDevice", "makes the device the one that the console works on", {},
-        [](Control& control, const QString& device, const Arguments&) {
-            return answerOf(control.activateDevice(device));
-        });
-    add.device(
-        "removeDevice", "takes the device away", {},
-        [](Control& control, const QString& device, const Arguments&) {
-            return answerOf(control.removeDevice(device));
-        });
+        "activateDevice", "makes the device the one that the console works on", {}, &Control::activateDevice);
+    add.device("removeDevice", "takes the device away", {}, &Control::removeDevice);
 }
 
 void addScreenCommands(const ModelCommandAdder& add)
 {
     const Parameter on = Parameter::flag("on");
-    add.screen("setFreeze", "freezes the program", {on}, &switchScreen<&Control::setFreeze>);
-    add.screen("setFTB", "fades the program to black", {on}, &switchScreen<&Control::setFTB>);
-    add.screen("setPGMEdit", "opens the program for editing", {on}, &switchScreen<&Control::setPGMEdit>);
+    add.screen("setFreeze", "freezes the program", {on}, &Control::setFreeze);
+    add.screen("setFTB", "fades the program to black", {on}, &Control::setFTB);
+    add.screen("setPGMEdit", "opens the program for editing", {on}, &Control::setPGMEdit);
     add.screen(
         "activateScreen", "makes the screen the one that layer and input keys work on", {},
-        [](Control& control, const QString& device, const ScreenKey& screen, const Arguments&) {
-            return answerOf(control.activateScreen(device, screen));
-        });
-    add.screen(
-        "removeScreen", "removes the screen", {},
-        [](Control& control, const QString& device, const ScreenKey& screen, const Arguments&) {
-            return answerOf(control.removeScreen(device, screen));
-        });
-    add.screen(
-        "renameScreen", "renames the screen", {Parameter::text("name")},
-        [](Control& control, const QString& device, const ScreenKey& screen, const Arguments& arguments) {
-            return answerOf(control.renameScreen(device, screen, arguments.text("name")));
-        });
+        &Control::activateScreen);
+    add.screen("removeScreen", "removes the screen", {}, &Control::removeScreen);
+    add.screen("renameScreen", "renames the screen", {Parameter::text("name")}, &Control::renameScreen);
     add.screen(
         "moveScreen", "moves the screen to another one's place", {Parameter::text("target")},
-        [](Control& control, const QString& device, const ScreenKey& screen, const Arguments& arguments) {
-            return answerOf(control.moveScreen(device, screen, screenOfName(arguments.text("target"))));
-        });
+        &Control::moveScreen);
     add.screen(
         "setScreenIndex", "puts the screen on another key, -1 on none",
-        {Parameter::integer("index", -1, MaxKeys)},
-        [](Control& control, const QString& device, const ScreenKey& screen, const Arguments& arguments) {
-            return answerOf(control.setScreenIndex(device, screen, arguments.integer("index")));
-        });
+        {Parameter::integer("index", -1, MaxKeys)}, &Control::setScreenIndex);
     add.screen(
-        "setScreenState", "sets the screen's state", {Parameter::choice("state", stateNames())},
-        [](Control& control, const QString& device, const ScreenKey& screen, const Arguments& arguments) {
-            return answerOf(control.setScreenState(
-                device, screen, BizModel::Screen::State(arguments.choice("state", stateNames()))));
-        });
+        "setScreenState", "sets the screen's state", {Parameter::choice<BizModel::Screen::State>("state")},
+        &Control::setScreenState);
     add.screen(
         "setEffectTime", "sets the duration of a transition",
-        {Parameter::number("seconds", 0, MemoryModel::MaxEffectSeconds)},
-        [](Control& control, const QString& device, const ScreenKey& screen, const Arguments& arguments) {
-            return answerOf(control.setEffectTime(device, screen, arguments.number("seconds")));
-        });
+        {Parameter::number("seconds", 0, MemoryModel::MaxEffectSeconds)}, &Control::setEffectTime);
     add.screen(
-        "setEffectType", "sets how a transition mixes",
-        {Parameter::choice("type", {QStringLiteral("cut"), QStringLiteral("fade")})},
-        [](Control& control, const QString& device, const ScreenKey& screen, const Arguments& arguments) {
-            const bool isFade = arguments.text("type") == QLatin1String("fade");
-            return answerOf(control.setEffectType(
-                device, screen, isFade ? BizModel::EffectType::fade : BizModel::EffectType::cut));
-        });
+        "setEffectType", "sets how a transition mixes", {Parameter::choice<BizModel::EffectType>("type")},
+        &Control::setEffectType);
     add.device(
         "selectScreens", "selects these screens alone", {Parameter::texts("screens")},
-        [](Control& control, const QString& device, const Arguments& arguments) {
-            QList<ScreenKey> screens;
-            const QStringList names = arguments.texts("screens");
-            for (const QString& name : names)
-                screens.append(screenOfName(name));
-            return answerOf(control.selectScreens(device, screens));
-        });
+        &Control::selectScreens);
 }
 
 Answer addScreen(Model& model, const Arguments& arguments)

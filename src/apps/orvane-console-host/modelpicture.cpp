@@ -3,6 +3,7 @@
 #include "bizmodel/device.h"
 #include "bizmodel/input.h"
 #include "bizmodel/layer.h"
+#include "enumwords_p.h"
 #include "memorydevicelist.h"
 #include "memorymodel.h"
 
@@ -132,19 +133,20 @@ QJsonArray toJson(const QList<LayerPicture>& layers)
 
 QJsonObject toJson(const ScreenPicture& screen)
 {
-    return {{QStringLiteral("screen"), screenName(screen.key)},
-            {QStringLiteral("name"), screen.name},
-            {QStringLiteral("state"), stateName(screen.state)},
-            {QStringLiteral("active"), screen.isActive},
-            {QStringLiteral("selected"), screen.isSelected},
-            {QStringLiteral("freeze"), screen.isFrozen},
-            {QStringLiteral("ftb"), screen.isFadedToBlack},
-            {QStringLiteral("pgmEdit"), screen.isProgramEdited},
-            {QStringLiteral("effectSeconds"), screen.effectSeconds},
-            {QStringLiteral("progress"), screen.progress},
-            {QStringLiteral("outputs"), screen.outputs.size()},
-            {QStringLiteral("pgm"), toJson(screen.program)},
-            {QStringLiteral("pvw"), toJson(screen.preview)}};
+    return {
+        {QStringLiteral("screen"), screenName(screen.key)},
+        {QStringLiteral("name"), screen.name},
+        {QStringLiteral("state"), Internal::wordOf(screen.state)},
+        {QStringLiteral("active"), screen.isActive},
+        {QStringLiteral("selected"), screen.isSelected},
+        {QStringLiteral("freeze"), screen.isFrozen},
+        {QStringLiteral("ftb"), screen.isFadedToBlack},
+        {QStringLiteral("pgmEdit"), screen.isProgramEdited},
+        {QStringLiteral("effectSeconds"), screen.effectSeconds},
+        {QStringLiteral("progress"), screen.progress},
+        {QStringLiteral("outputs"), screen.outputs.size()},
+        {QStringLiteral("pgm"), toJson(screen.program)},
+        {QStringLiteral("pvw"), toJson(screen.preview)}};
 }
 
 } // namespace
@@ -192,17 +194,6 @@ ScreenKey screenOfName(const QString& name)
         return {};
     key.id = name.mid(colon + 1).toUInt();
     return key;
-}
-
-QStringList stateNames() // in the order of Screen::State
-{
-    return {QStringLiteral("normal"),     QStringLiteral("taking"), QStringLiteral("resourceOut"),
-            QStringLiteral("tbarTaking"), QStringLiteral("cut"),    QStringLiteral("matchingPGM")};
-}
-
-QString stateName(Screen::State state)
-{
-    return stateNames().value(state);
 }
 
 QStringList presetModeNames() // in the order of Preset::PresetOptMode

@@ -80,9 +80,6 @@ QString screenName(const MemoryModel::ScreenKey& key);
 /// The screen of that name; id 0 when it is no such name.
 MemoryModel::ScreenKey screenOfName(const QString& name);
 
-QString stateName(BizModel::Screen::State state);
-QStringList stateNames();
-
 /// Of `BizModel::Preset::PresetOptMode`, in its order.
 QStringList presetModeNames();
 

@@ -2,11 +2,10 @@
 
 #include "bizmodel/devicelist.h"
 #include "ecmanager.h"
+#include "enumwords_p.h"
 #include "eventwriter.h"
 #include "noticepresenter.h"
 #include "operations.h"
-
-#include <QMetaEnum>
 
 namespace Orvane::ConsoleHost {
 
@@ -32,32 +31,6 @@ template <typename Sender>
 void report(const Sender& sender, void (Sender::*signal)(), EventWriter& events, const char* event)
 {
     QObject::connect(&sender, signal, &events, [&events, event] { events.writeEvent(QLatin1String(event)); });
-}
-
-QString nameOf(BizModel::StatusBarMsgType type)
-{
-    switch (type) {
-    case BizModel::StatusBarMsgType::Information:
-        return QStringLiteral("information");
-    case BizModel::StatusBarMsgType::Warning:
-        return QStringLiteral("warning");
-    case BizModel::StatusBarMsgType::Error:
-        return QStringLiteral("error");
-    }
-    return QString::number(type);
-}
-
-QString nameOf(BizModel::FramelessMessageBoxMsgType type)
-{
-    switch (type) {
-    case BizModel::FramelessMessageBoxMsgType::Question:
-        return QStringLiteral("question");
-    case BizModel::FramelessMessageBoxMsgType::Warning:
-        return QStringLiteral("warning");
-    case BizModel::FramelessMessageBoxMsgType::Information:
-        return QStringLiteral("information");
-    }
-    return QString::number(type);
 }
 
 QString nameOf(MemoryModel::JournalEntry::Phase phase)
@@ -101,18 +74,13 @@ void reportManagerSignals(const ECManager& manager, EventWriter& events)
     report(manager, &ECManager::signalOpenPGMPrompt, events, "openPGMPrompt");
 }
 
-QString nameOf(ECConsoleSession::ServiceState state)
-{
-    const auto states = QMetaEnum::fromType<ECConsoleSession::ServiceState>();
-    return QString::fromLatin1(states.valueToKey(int(state))).toLower();
-}
-
 void reportSession(const ECConsoleSession& session, EventWriter& events)
 {
     QObject::connect(
         &session, &ECConsoleSession::serviceStateChanged, &events,
         [&events](ECConsoleSession::ServiceState state) {
-            events.writeEvent(QStringLiteral("serviceState"), {{QStringLiteral("state"), nameOf(state)}});
+            events.writeEvent(
+                QStringLiteral("serviceState"), {{QStringLiteral("state"), Internal::wordOf(state)}});
         });
     QObject::connect(&session, &ECConsoleSession::errorOccurred, &events, [&events](const QString& text) {
         events.writeEvent(QStringLiteral("sessionError"), {{QStringLiteral("text"), text}});
@@ -126,7 +94,7 @@ void reportNotices(const DeviceList& devices, EventWriter& events)
         [&events](BizModel::StatusBarMsgType type, const QString& text, int durationMs) {
             events.writeEvent(
                 QStringLiteral("statusBarMessage"),
-                {{QStringLiteral("type"), nameOf(type)},
+                {{QStringLiteral("type"), Internal::wordOf(type)},
                  {QStringLiteral("text"), text},
                  {QStringLiteral("ms"), durationMs}});
         });
@@ -148,7 +116,7 @@ void reportMessageBoxes(const NoticePresenter& notices, EventWriter& events)
         [&events](BizModel::FramelessMessageBoxMsgType type, const QString& text) {
             events.writeEvent(
                 QStringLiteral("messageBox"),
-                {{QStringLiteral("type"), nameOf(type)}, {QStringLiteral("text"), text}});
+                {{QStringLiteral("type"), Internal::wordOf(type)}, {QStringLiteral("text"), text}});
         });
 }
 

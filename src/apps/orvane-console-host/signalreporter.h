@@ -31,7 +31,6 @@ void reportManagerSignals(const ECProxy::Client::ECManager& manager, EventWriter
 void reportSession(const ECProxy::Client::ECConsoleSession& session, EventWriter& events);
 
 /// The state as events name it: "absent", "present", "unknown".
-QString nameOf(ECProxy::Client::ECConsoleSession::ServiceState state);
 
 /// Writes an event for every notice to the user but the message boxes.
 void reportNotices(const BizModel::DeviceList& devices, EventWriter& events);

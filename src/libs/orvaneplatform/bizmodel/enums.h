@@ -1,16 +1,22 @@
 #pragma once
 
+#include "orvaneplatform_global.h"
+
+#include <QObject>
+
 /// Enumerations of the model.
 ///
 /// They are unscoped with a fixed type, so that bit values combine to the `int` masks which the queries
 /// take (`RegularScreen | AUXScreen`). Each lives in a namespace of its own, so that equal enumerators
-/// (`Input`, `Warning`) do not meet; write them with their type: `SceneType::PVW`.
+/// (`Input`, `Warning`) do not meet; write them with their type: `SceneType::PVW`. Those that have words in
+/// files, commands or events are known to Qt by name.
 
 namespace Orvane::BizModel {
 
 namespace Enum {
 
 namespace Screen {
+Q_NAMESPACE_EXPORT(ORVANEPLATFORM_EXPORT)
 /// Kinds of screens; bit values.
 enum ScreenType : int {
     Invalid = 0,
@@ -25,11 +31,14 @@ constexpr int RegularAndAUXScreens = RegularScreen | AUXScreen;
 
 /// What a screen is doing.
 enum State : int { Normal = 0, Taking = 1, Resource_out = 2, Tbar_taking = 3, Cut = 4, MatchingPGM = 5 };
+Q_ENUM_NS(State)
 } // namespace Screen
 
 namespace Scene {
+Q_NAMESPACE_EXPORT(ORVANEPLATFORM_EXPORT)
 /// The scenes of a screen; bit values. Also what a screen's operations aim at.
 enum SceneType : int { PGM = 2, PVW = 4 };
+Q_ENUM_NS(SceneType)
 constexpr int BothScenes = PGM | PVW;
 } // namespace Scene
 
@@ -50,13 +59,17 @@ enum InterfaceType : int { Input = 2, Output = 4 };
 } // namespace Interface
 
 namespace Capacity {
+Q_NAMESPACE_EXPORT(ORVANEPLATFORM_EXPORT)
 /// Bandwidth that a layer, an input or a connector takes: single link, dual link, 4K.
 enum CapacityMode : int { _SL = 0, _DL = 1, _4K = 2 }; // NOLINT(bugprone-reserved-identifier)
+Q_ENUM_NS(CapacityMode)
 } // namespace Capacity
 
 namespace Effect {
+Q_NAMESPACE_EXPORT(ORVANEPLATFORM_EXPORT)
 /// How a transition mixes.
 enum EffectType : int { cut = 0, fade = 1 };
+Q_ENUM_NS(EffectType)
 } // namespace Effect
 
 namespace Selection {
@@ -80,12 +93,16 @@ enum LoadToPGMStatus : int { LoadToPVW = 0, LoadToPGM = 1 };
 } // namespace Device
 
 namespace StatusBar {
+Q_NAMESPACE_EXPORT(ORVANEPLATFORM_EXPORT)
 enum StatusBarMsgType : int { Information = 0, Warning = 1, Error = 2 };
+Q_ENUM_NS(StatusBarMsgType)
 } // namespace StatusBar
 
 namespace MessageBox {
+Q_NAMESPACE_EXPORT(ORVANEPLATFORM_EXPORT)
 /// Kinds of message boxes. A `Question` is answered by `DeviceList::signalFramelessMessageBoxClosed`.
 enum FramelessMessageBoxMsgType : int { Question = 0, Warning = 1, Information = 2 };
+Q_ENUM_NS(FramelessMessageBoxMsgType)
 } // namespace MessageBox
 
 } // namespace Enum
