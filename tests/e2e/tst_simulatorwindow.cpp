@@ -1,5 +1,6 @@
 #include "consolewidget.h"
 #include "ec/eckeyboardloader.h"
+#include "hand.h"
 #include "keycap.h"
 #include "lightbar.h"
 #include "program.h"
@@ -56,17 +57,17 @@ private Q_SLOTS:
 
     void digitIsTypedAndItsKeyIsLitWhileItIsHeld()
     {
-        QTest::mousePress(&key(FirstDigit), Qt::LeftButton);
+        m_hand.press(key(FirstDigit));
         QVERIFY(m_host->tells("field", {{"text", "0"}}));
         QTRY_COMPARE_WITH_TIMEOUT(key(FirstDigit).shownColor(), QColor(0, 255, 0), PatienceMs);
-        QTest::mouseRelease(&key(FirstDigit), Qt::LeftButton);
+        m_hand.release(key(FirstDigit));
         QTRY_VERIFY_WITH_TIMEOUT(key(FirstDigit).shownColor() != QColor(0, 255, 0), PatienceMs);
     }
 
     void pageTurnsAndBothKeysSayWhich()
     {
         QCOMPARE(key(ScreenPageDown).shownLabel(), "Page 1");
-        QTest::mouseClick(&key(ScreenPageDown), Qt::LeftButton);
+        m_hand.click(key(ScreenPageDown));
         QTRY_COMPARE_WITH_TIMEOUT(key(ScreenPageDown).shownLabel(), "Page 2", PatienceMs);
         QTRY_COMPARE_WITH_TIMEOUT(key(1).shownLabel().trimmed(), QString(), PatienceMs);
     }
@@ -76,32 +77,30 @@ private Q_SLOTS:
         auto* const lever = m_window->findChild<TBarLever*>();
         const QPoint bottom(lever->width() / 2, lever->height() - lever->width() / 4);
         const QPoint middle(lever->width() / 2, lever->height() / 2);
-        QTest::mousePress(lever, Qt::LeftButton, {}, bottom);
-        QTest::mouseMove(lever, middle);
-        QMouseEvent drag(QEvent::MouseMove, middle, Qt::NoButton, Qt::LeftButton, {});
-        QCoreApplication::sendEvent(lever, &drag);
+        m_hand.press(*lever, bottom);
+        m_hand.move(*lever, middle);
         QVERIFY(m_host->tells("operation", {{"operation", "TBarSampling"}, {"phase", "ended"}}));
         QTRY_VERIFY_WITH_TIMEOUT(m_window->findChild<LightBar*>()->level() >= 4, PatienceMs);
-        QTest::mouseRelease(lever, Qt::LeftButton, {}, middle);
+        m_hand.release(*lever, middle);
     }
 
     void questionIsAnsweredAndTheKeysWorkAgain()
     {
-        QTest::mouseClick(&key(LoadTarget), Qt::LeftButton);
+        m_hand.click(key(LoadTarget));
         const QJsonObject box = m_host->next({{"event", "messageBox"}});
         QVERIFY(!box.isEmpty());
         QVERIFY(m_host->hasDone(
             "answerMessageBox", {{"button", box.value("type") == "question" ? "yes" : "ok"}}));
-        QTest::mouseClick(&key(ScreenPageDown), Qt::LeftButton);
+        m_hand.click(key(ScreenPageDown));
         QTRY_COMPARE_WITH_TIMEOUT(key(ScreenPageDown).shownLabel(), "Page 2", PatienceMs);
     }
 
     void droppedReportsDoNothingAndARestartDarkensAll()
     {
         m_window->findChild<QSpinBox*>("dropRate")->setValue(100);
-        QTest::mouseClick(&key(FirstDigit), Qt::LeftButton);
+        m_hand.click(key(FirstDigit));
         m_window->findChild<QSpinBox*>("dropRate")->setValue(0);
-        QTest::mouseClick(&key(FirstDigit + 1), Qt::LeftButton);
+        m_hand.click(key(FirstDigit + 1));
         QVERIFY(m_host->tells("field", {{"text", "1"}})); // not 01
         m_simulator->restart();
         QTRY_VERIFY_WITH_TIMEOUT(!key(1).shownColor().isValid(), PatienceMs);
@@ -110,6 +109,7 @@ private Q_SLOTS:
 private:
     KeyCap& key(int number) { return *m_window->findChild<KeyCap*>(QStringLiteral("key%1").arg(number)); }
 
+    Hand m_hand;
     std::unique_ptr<Simulator> m_simulator;
     std::unique_ptr<SimulatorWindow> m_window;
     std::unique_ptr<Host> m_host;
