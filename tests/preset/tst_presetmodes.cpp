@@ -4,6 +4,8 @@
 #include <QDialog>
 #include <QElapsedTimer>
 
+#include <QtEndian>
+
 using namespace PresetScene;
 using BizModel::SceneType;
 using TestSupport::LogCapture;
@@ -371,6 +373,27 @@ private Q_SLOTS:
         QCOMPARE(announced.last(), 1);
         control.showPresetPage(3);
         QVERIFY(waitPage(4));
+    }
+
+    void bothConsolesTurningThePageAtOnceTurnItOnceEach()
+    {
+        const auto tapOnScreen = [](quint32 key) {
+            for (const auto tag : {ReportECButtonPressed, ReportECButtonRelease}) {
+                QByteArray value(sizeof(ECButtonOperState), '\0');
+                qToLittleEndian(Constants::VirtualKeyOffset + TestSupport::appNumber(key), value.data());
+                ECManager::instance()->upTLVDecodeFinished(tag, value);
+            }
+        };
+        constexpr int rounds = 100;
+        for (int round = 0; round < rounds; ++round) {
+            const bool down = round % 2 == 0;
+            for (int i = 0; i < 3; ++i) {
+                console().tap(down ? PageDown : PageUp);
+                tapOnScreen(down ? PageDown : PageUp);
+            }
+            QVERIFY(console().settle());
+            QCOMPARE(ECManager::instance()->page("PresetCommand"), down ? 6 : 0);
+        }
     }
 
     void anotherDeviceMayHaveFewerPages()

@@ -10,6 +10,15 @@
 
 namespace Orvane::ECProxy::Client::Internal {
 
+namespace {
+
+/// This thread is telling the application of a page that a key has turned to. A thread's own, because the
+/// keys of both consoles may turn at once: whether the model is connected or not would be a state that they
+/// share, and a turn of the one, coming back as the application's, would undo the other's.
+thread_local bool s_bAnnouncing = false;
+
+} // namespace
+
 PresetPages::PresetPages(
     Command& presetKeys, Painter& painter, OrvanePresetCommand& pageExtension, PresetExtensions& extensions)
     : m_presetKeys(presetKeys)
@@ -23,28 +32,28 @@ void PresetPages::connectModel()
 {
     if (const BizModel::DeviceList* devices = BizModel::DeviceList::instance())
         connect(
-            devices, &BizModel::DeviceList::signalPageChanged, this,
-            &PresetPages::slotPageModifySelectedItems, Qt::UniqueConnection);
-}
-
-void PresetPages::disconnectModel()
-{
-    if (const BizModel::DeviceList* devices = BizModel::DeviceList::instance())
-        disconnect(
-            devices, &BizModel::DeviceList::signalPageChanged, this,
-            &PresetPages::slotPageModifySelectedItems);
+            devices, &BizModel::DeviceList::signalPageChanged, this, &PresetPages::slotPageChanged,
+            Qt::ConnectionType(Qt::DirectConnection | Qt::UniqueConnection));
 }
 
 bool PresetPages::turn(Turn step, const quint32& ecKey)
 {
-    disconnectModel(); // our own announcement is not to come back
     const bool isTurned = (m_presetKeys.*step)(ecKey);
     updatePageIndex();
     updateAllKeyboard();
-    if (BizModel::DeviceList* devices = BizModel::DeviceList::instance())
+    if (BizModel::DeviceList* devices = BizModel::DeviceList::instance()) {
+        s_bAnnouncing = true;
         Q_EMIT devices->signalPageChanged(m_presetKeys.currentPageIndex());
-    connectModel();
+        s_bAnnouncing = false;
+    }
     return isTurned;
+}
+
+void PresetPages::slotPageChanged(int page)
+{
+    if (s_bAnnouncing)
+        return; // our own announcement is not to come back
+    QMetaObject::invokeMethod(this, [this, page] { slotPageModifySelectedItems(page); });
 }
 
 void PresetPages::slotPageModifySelectedItems(int page)

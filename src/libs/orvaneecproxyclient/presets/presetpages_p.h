@@ -30,7 +30,8 @@ public:
     void updateAllKeyboard();
 
 private:
-    void disconnectModel();
+    /// Called on the thread that announces a page.
+    void slotPageChanged(int page);
     /// The application shows another page of presets; the keys follow.
     void slotPageModifySelectedItems(int page);
     int clamped(int page) const;
