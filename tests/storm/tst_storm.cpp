@@ -1,3 +1,4 @@
+#include "dice.h"
 #include "stormconsole.h"
 
 #include "ecmanager.h"
@@ -50,27 +51,6 @@ constexpr int SettleMs = 20000;
 /// Reports that may be on their way to the console's thread, so that it does
 /// not fall behind.
 constexpr int ReportsAhead = 64;
-
-class Dice {
-public:
-    explicit Dice(quint32 seed)
-        : m_generator(seed)
-    {
-    }
-    int below(int end) { return int(m_generator.bounded(end)); }
-    bool chance(int percent) { return below(100) < percent; }
-    template <typename T> T oneOf(std::initializer_list<T> values)
-    {
-        return *(values.begin() + below(int(values.size())));
-    }
-    QString name(const char* kind)
-    {
-        return QStringLiteral("%1 %2").arg(QLatin1String(kind)).arg(below(1000));
-    }
-
-private:
-    QRandomGenerator m_generator;
-};
 
 } // namespace
 
@@ -148,7 +128,7 @@ void TestStorm::letTheGuiCatchUp()
 
 const EC::s_ECButtonConfig& TestStorm::someKey(Dice& dice)
 {
-    const char* const group = dice.oneOf(
+    const char* const group = dice.oneOf<const char*>(
         {ScreenGroup, LayerGroup, LayerGroup, InputGroup, PresetGroup, PresetGroup, NumberGroup,
          FunctionGroup});
     const auto& keys = m_keyboard.group(group).m_buttons;

@@ -119,12 +119,14 @@ bool ConsoleRig::settleWithoutEventLoop(int timeoutMs)
 bool ConsoleRig::settle(int timeoutMs)
 {
     sendMarker();
-    const bool handled = QTest::qWaitFor(
-        [&] {
-            const std::lock_guard<std::mutex> lock(d->m_mutex);
-            return d->m_nMarkerSeen == d->m_nMarkerSent;
-        },
-        timeoutMs);
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
+    bool handled = false;
+    do {
+        QCoreApplication::processEvents();
+        std::unique_lock<std::mutex> lock(d->m_mutex);
+        handled = d->m_markerSeen.wait_for(
+            lock, std::chrono::milliseconds(1), [this] { return d->m_nMarkerSeen == d->m_nMarkerSent; });
+    } while (!handled && std::chrono::steady_clock::now() < deadline);
     QCoreApplication::processEvents();
     return handled;
 }

@@ -1,0 +1,778 @@
+#include "operator.h"
+
+#include "ecmanager.h"
+#include "functioncommand.h"
+#include "layercommand.h"
+#include "memorydevicelist.h"
+#include "numbercommand.h"
+#include "presetcommand.h"
+#include "screencommand.h"
+#include "showclock_p.h"
+
+#include "bizmodel/input.h"
+#include "bizmodel/layer.h"
+#include "bizmodel/preset.h"
+#include "parallelcontrol/parallelmanager.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QElapsedTimer>
+#include <QTest>
+#include <QThreadPool>
+#include <QtEndian>
+
+namespace Storm {
+
+using namespace ECProxy::Client;
+using namespace std::chrono_literals;
+using BizModel::SceneType;
+using MemoryModel::ScreenKey;
+using MemoryModel::ScreenType;
+using PresetMode = BizModel::Enum::Preset::PresetOptMode;
+
+namespace {
+
+constexpr int RegularAndAUX = BizModel::Enum::Screen::RegularAndAUXScreens;
+constexpr auto FileType = MemoryModel::FileType::PresetPVW;
+constexpr int Remembered = 12;
+/// Real time; a machine under load needs it, and a fault costs it once.
+constexpr int SettleMs = 8000;
+constexpr auto LockHold = 2000ms;
+/// The keys are given anew half a second of the show after a transition.
+constexpr int AfterTransitionMs = 25;
+
+ScreenKey keyOf(const BizModel::Screen& screen)
+{
+    return {screen.screenType(), screen.screenId()};
+}
+
+} // namespace
+
+Operator::Operator(
+    TestSupport::ModelRig& rig, const Keyboard& keyboard, const QStringList& devices, quint32 seed)
+    : m_rig(rig)
+    , m_keyboard(keyboard)
+    , m_devices(devices)
+    , m_dice(seed)
+    , m_statement(keyboard, rig.model().deviceList())
+{
+    m_typing = QObject::connect(
+        ECManager::instance(), &ECManager::signalStandardKeyPressed, qApp, [this] { ++m_nTyped; });
+}
+
+Operator::~Operator()
+{
+    QObject::disconnect(m_typing);
+}
+
+std::shared_ptr<BizModel::Device> Operator::device() const
+{
+    return m_rig.model().deviceList().activedDevice().lock();
+}
+
+std::shared_ptr<BizModel::Screen> Operator::screen() const
+{
+    const auto active = device();
+    return active ? active->activedScreen().lock() : nullptr;
+}
+
+bool Operator::isAnySelected() const
+{
+    const auto active = device();
+    return active && !active->selectedScreen(RegularAndAUX).isEmpty();
+}
+
+// ---- One thing after another
+// -------------------------------------------------------------------------------
+
+QString Operator::step()
+{
+    if (m_nComparisons == 0) {
+        const QString wrong = compare();
+        if (!wrong.isEmpty())
+            return QStringLiteral("at the start: ") + wrong;
+    }
+    using Gesture = void (Operator::*)();
+    constexpr std::pair<int, Gesture> gestures[] = {
+        {46, &Operator::tapSomeKey},   {4, &Operator::holdSomeKey},    {2, &Operator::sweepTBar},
+        {6, &Operator::turnPages},     {3, &Operator::workUnderGuard}, {3, &Operator::changeDevice},
+        {12, &Operator::changeScreen}, {12, &Operator::changeLayer},   {8, &Operator::changeInput},
+        {6, &Operator::changePreset},  {2, &Operator::changeLocks},    {2, &Operator::changeSignal}};
+    m_doing.clear();
+    m_expectations.clear();
+    int at = m_dice.below(106);
+    for (const auto& [weight, gesture] : gestures) {
+        at -= weight;
+        if (at < 0) {
+            (this->*gesture)();
+            break;
+        }
+    }
+    m_done.append(m_doing);
+    if (m_done.size() > Remembered)
+        m_done.removeFirst();
+    QString wrong = compare();
+    for (const auto& expectation : m_expectations) {
+        if (wrong.isEmpty())
+            wrong = expectation();
+    }
+    return wrong.isEmpty() ? wrong
+                           : wrong + QStringLiteral("\nafter: ") + m_done.join(QStringLiteral("\n       "));
+}
+
+void Operator::quiet()
+{
+    const auto isQuiet = [this] {
+        if (ParallelControl::ParallelManager::instance()->currentTaskCount() != 0)
+            return false;
+        const auto devices = m_rig.model().deviceList().devices();
+        for (const auto& each : devices) {
+            const auto screens = each.lock()->screens(RegularAndAUX);
+            for (const auto& weakScreen : screens) {
+                const auto state = weakScreen.lock()->state();
+                if (state != BizModel::Screen::State::Normal && state != BizModel::Screen::State::Tbar_taking)
+                    return false;
+            }
+        }
+        return true;
+    };
+    m_rig.console().settle(SettleMs);
+    QThreadPool::globalInstance()->waitForDone();
+    (void)QTest::qWaitFor(isQuiet, SettleMs);
+    if (m_statement.isInTransition())
+        QTest::qWait(AfterTransitionMs);
+    m_rig.console().settle(SettleMs);
+}
+
+/// What the console shows may still be on its way, so the comparison is tried until it holds.
+QString Operator::compare()
+{
+    quiet();
+    QString wrong;
+    (void)QTest::qWaitFor(
+        [&] {
+            Statement statement = m_statement;
+            statement.observe();
+            wrong = statement.difference(m_rig.console().console());
+            if (wrong.isEmpty())
+                m_statement = statement;
+            return wrong.isEmpty();
+        },
+        SettleMs);
+    ++m_nComparisons;
+    return wrong;
+}
+
+template <typename Value>
+void Operator::expect(const char* what, std::function<Value()> value, Value expected)
+{
+    m_expectations.push_back([=] {
+        (void)QTest::qWaitFor([&] { return value() == expected; }, SettleMs);
+        return value() == expected ? QString() : QStringLiteral("the key was lost or doubled: ") + what;
+    });
+}
+
+// ---- Keys
+// ----------------------------------------------------------------------------------------------------
+
+void Operator::press(const Key& key)
+{
+    ++m_nPresses;
+    if (m_bOnScreen) {
+        QByteArray value(sizeof(ECButtonOperState), '\0');
+        qToLittleEndian(Constants::VirtualKeyOffset + key.OrvaneECKey, value.data());
+        ECManager::instance()->upTLVDecodeFinished(ReportECButtonPressed, value);
+    } else {
+        m_rig.console().press(key.ECKey);
+    }
+}
+
+void Operator::release(const Key& key)
+{
+    if (m_bOnScreen) {
+        QByteArray value(sizeof(ECButtonOperState), '\0');
+        qToLittleEndian(Constants::VirtualKeyOffset + key.OrvaneECKey, value.data());
+        ECManager::instance()->upTLVDecodeFinished(ReportECButtonRelease, value);
+    } else {
+        m_rig.console().release(key.ECKey);
+    }
+}
+
+void Operator::tapSomeKey()
+{
+    const char* const group = m_dice.oneOf<const char*>(
+        {ScreenGroup, ScreenGroup, LayerGroup, LayerGroup, InputGroup, PresetGroup, NumberGroup,
+         FunctionGroup});
+    const auto& keys = m_keyboard.group(group).m_buttons;
+    tap(group, *keys.at(m_dice.below(keys.size())));
+}
+
+void Operator::tap(const char* group, const Key& key)
+{
+    // On screen the clear keys ask instead.
+    const bool isClear = key.OrvaneKey == 5 && (group == LayerGroup || group == PresetGroup);
+    m_bOnScreen = !isClear && m_dice.chance(25);
+    say(QStringLiteral("%1 %2 code %3 (key %4)")
+            .arg(m_bOnScreen ? "tap on screen" : "tap", QLatin1String(group))
+            .arg(key.OrvaneKey)
+            .arg(key.ECKey));
+    if (group == ScreenGroup)
+        expectOfScreenKey(key);
+    else if (group == LayerGroup)
+        expectOfLayerKey(key);
+    else if (group == InputGroup && (key.OrvaneKey == 2 || key.OrvaneKey == 3))
+        m_statement.pageKeyReleased(InputGroup, key.OrvaneKey == 2);
+    else if (group == PresetGroup)
+        expectOfPresetKey(key);
+    else if (group == FunctionGroup)
+        expectOfFunctionKey(key);
+    else if (group == NumberGroup)
+        expectOfNumberKey();
+    QElapsedTimer timer;
+    timer.start();
+    press(key);
+    release(key);
+    m_bOnScreen = false;
+    if (group == FunctionGroup && isLock(key))
+        allowForHold(timer);
+}
+
+bool Operator::isLock(const Key& key)
+{
+    const auto type = FunctionCallbackType(key.OrvaneKey);
+    return type == FunctionCallbackType::eLockECTBarCB || type == FunctionCallbackType::eLockECKeyboardCB;
+}
+
+/// A slow machine makes a hold of what was to be a short press of a lock key.
+void Operator::allowForHold(const QElapsedTimer& timer)
+{
+    m_rig.console().settle(SettleMs);
+    if (timer.elapsed()
+        < std::chrono::floor<std::chrono::milliseconds>(ShowClock::realTime(LockHold)).count())
+        return;
+    ECManager* const manager = ECManager::instance();
+    m_statement.tbarLocked(manager->isLockedTBar());
+    if (manager->isLockedKeypad())
+        lockKeypad(false);
+}
+
+void Operator::expectOfScreenKey(const Key& key)
+{
+    using Type = ScreenCallbackType;
+    const auto active = device();
+    const auto activeScreen = screen();
+    const bool any = isAnySelected();
+    const auto shown = [this](Type type) {
+        const quint16 ecKey = m_keyboard.key(ScreenGroup, type).ECKey;
+        return std::function<bool()>(
+            [this, ecKey] { return !m_rig.console().shows(ecKey, ECLEDColor::Off); });
+    };
+    switch (Type(key.OrvaneKey)) {
+    case Type::eSelectScreenCB:
+        if (const auto bound = m_statement.screenAt(key.OrderIndex)) {
+            expect<bool>(
+                "selects or deselects its screen", [bound] { return bound->selected(); }, !bound->selected());
+        }
+        break;
+    case Type::ePageUp:
+    case Type::ePageDown:
+        m_statement.pageKeyReleased(ScreenGroup, key.OrvaneKey == int(Type::ePageUp));
+        break;
+    case Type::eMatchPGMCB:
+    case Type::eCutToPGMCB:
+    case Type::eTakeToPGMCB:
+        m_statement.transition();
+        break;
+    case Type::eFreezePGMCB:
+    case Type::eFTBPGMCB:
+        if (any)
+            expect<bool>("turns it on or off", shown(Type(key.OrvaneKey)), !shown(Type(key.OrvaneKey))());
+        break;
+    case Type::eSetSwapStatusCB:
+        if (active)
+            expect<bool>(
+                "turns swap on or off", [active] { return active->swapEnable(); }, !active->swapEnable());
+        break;
+    case Type::eSetTransitionTimeCB:
+    case Type::eSetTransitionTimeReduceCB:
+        if (activeScreen && activeScreen->screenType() == ScreenType::RegularScreen) {
+            // A slow machine makes a hold of a tap: then it is more than a step.
+            const double former = activeScreen->switchEffectTime();
+            expect<bool>(
+                "changes the time", [=] { return activeScreen->switchEffectTime() != former; }, true);
+        }
+        break;
+    default:
+        break;
+    }
+}
+
+void Operator::expectOfLayerKey(const Key& key)
+{
+    using Type = LayerCallbackType;
+    switch (Type(key.OrvaneKey)) {
+    case Type::eSelectLayerCB:
+        if (const auto bound = m_statement.layerAt(key.OrderIndex)) {
+            const auto owner = screen();
+            expect<bool>(
+                "selects its layer alone",
+                [owner, bound] {
+                    const auto selected = owner->selectedLayers();
+                    return selected.size() == 1 && selected[0].lock() == bound;
+                },
+                true);
+        } else {
+            m_statement.layerKeyPressed(
+                m_statement.page(LayerGroup) * m_statement.pageSize(LayerGroup) + key.OrderIndex);
+        }
+        break;
+    case Type::ePageUp:
+    case Type::ePageDown:
+        m_statement.pageKeyReleased(LayerGroup, key.OrvaneKey == int(Type::ePageUp));
+        break;
+    case Type::eChangeNewLayerDefaultCapacityCB:
+        m_statement.capacityPressed();
+        break;
+    default:
+        break;
+    }
+}
+
+void Operator::expectOfPresetKey(const Key& key)
+{
+    using Type = PresetCallbackType;
+    auto& list = m_rig.model().deviceList();
+    const auto mode = list.presetOperateMode();
+    const auto becomes = [&](PresetMode armed) {
+        expect<int>(
+            "arms or disarms", [&list] { return int(list.presetOperateMode()); },
+            int(mode == armed ? PresetMode::Noting : armed));
+    };
+    switch (Type(key.OrvaneKey)) {
+    case Type::eSelectPresetCB:
+        m_statement.transition();
+        break;
+    case Type::ePageUp:
+    case Type::ePageDown:
+        m_statement.pageKeyReleased(PresetGroup, key.OrvaneKey == int(Type::ePageUp));
+        break;
+    case Type::eRemoveSelectedPresetCB:
+        becomes(PresetMode::Clear);
+        break;
+    case Type::eSavePresetCB:
+        becomes(PresetMode::Save);
+        break;
+    default:
+        break;
+    }
+}
+
+void Operator::expectOfFunctionKey(const Key& key)
+{
+    if (FunctionCallbackType(key.OrvaneKey) != FunctionCallbackType::eSwitchSecondaryScreenSignalCB)
+        return;
+    if (!ECManager::instance()->dviInSignal(0))
+        return;
+    const auto source = [] { return int(ECManager::instance()->getCurrentSource()); };
+    expect<int>("changes the source", source, source() == arm_left ? dvi1 : arm_left);
+}
+
+void Operator::expectOfNumberKey()
+{
+    expect<quint64>(
+        "types once", [this] { return m_nTyped; }, m_nTyped + 1);
+}
+
+void Operator::holdSomeKey()
+{
+    const Key* const keys[] = {
+        &m_keyboard.key(LayerGroup, LayerCallbackType::eClearLayersCB),
+        &m_keyboard.key(LayerGroup, LayerCallbackType::eSetSelectedLayerTopZValueCB),
+        &m_keyboard.key(PresetGroup, PresetCallbackType::eClearPresetsCB),
+        &m_keyboard.key(FunctionGroup, FunctionCallbackType::eLockECTBarCB),
+        &m_keyboard.key(FunctionGroup, FunctionCallbackType::eLockECKeyboardCB),
+        &m_keyboard.key(NumberGroup, NumberCallbackType::eEnterKeyCB),
+        &m_keyboard.key(LayerGroup, LayerCallbackType::eSetSelectedLayerFullScreenCB),
+        &m_keyboard.key(FunctionGroup, FunctionCallbackType::eLayerCopy)};
+    const int which = m_dice.below(8);
+    const Key& key = *keys[which];
+    const bool isLong = which < 5 && m_dice.chance(50);
+    say(QStringLiteral("hold key %1 %2").arg(key.ECKey).arg(isLong ? "long" : "for a moment"));
+    QElapsedTimer timer;
+    timer.start();
+    press(key);
+    m_rig.console().settle();
+    // The comparison in between is of the shortest of holds only: the clock runs on.
+    if (which >= 5) {
+        m_statement.held(key.ECKey);
+        const QString wrong = compare();
+        m_statement.held(0);
+        if (!wrong.isEmpty())
+            m_expectations.push_back([wrong] { return QStringLiteral("while it is held: ") + wrong; });
+    }
+    if (isLong) {
+        constexpr auto longerThanAnyHold = 3300ms;
+        QTest::qWait(
+            int(std::chrono::ceil<std::chrono::milliseconds>(ShowClock::realTime(longerThanAnyHold)).count())
+            + 1);
+        m_rig.console().settle();
+        if (which == 3) {
+            const bool locked = !m_statement.isTBarLocked();
+            (void)QTest::qWaitFor([&] { return ECManager::instance()->isLockedTBar() == locked; }, SettleMs);
+            m_statement.tbarLocked(locked);
+        } else if (which == 4) {
+            (void)QTest::qWaitFor([] { return ECManager::instance()->isLockedKeypad(); }, SettleMs);
+            m_statement.keypadLocked(true);
+        } else if (which == 2) {
+            m_statement.pageMayTurn(PresetGroup);
+        }
+    }
+    release(key);
+    if (!isLong && (which == 3 || which == 4))
+        allowForHold(timer);
+    if (m_statement.isKeypadLocked()) {
+        // The console cannot be left in that state: nothing else could be tried.
+        const QString wrong = compare();
+        if (!wrong.isEmpty())
+            m_expectations.push_back([wrong] { return QStringLiteral("while locked: ") + wrong; });
+        lockKeypad(false);
+    }
+}
+
+/// As an application does it.
+void Operator::lockKeypad(bool lock)
+{
+    ECManager* const manager = ECManager::instance();
+    if (lock)
+        manager->lockKeypad();
+    else
+        manager->unlockKeypad();
+    Q_EMIT manager->signalKeyboardLocked(lock);
+    m_statement.keypadLocked(lock);
+}
+
+void Operator::sweepTBar()
+{
+    say(m_bUpwards ? "T-Bar up" : "T-Bar down");
+    m_statement.transition();
+    const quint8 direction = m_bUpwards ? quint8(BottomToTop) : quint8(TopToBottom);
+    for (const quint32 position : {2u, 20u, 41u, 63u, 64u}) {
+        m_rig.console().tbar(m_bUpwards ? position : 65 - position, direction);
+        m_rig.console().settle();
+    }
+    m_bUpwards = !m_bUpwards;
+    // A locked T-Bar leaves no screen half-way; one that is not has ended its transition.
+    const auto active = device();
+    (void)QTest::qWaitFor(
+        [&] {
+            if (!active)
+                return true;
+            const auto screens = active->screens(RegularAndAUX);
+            return std::none_of(screens.begin(), screens.end(), [](const auto& each) {
+                return each.lock()->state() == BizModel::Screen::State::Tbar_taking;
+            });
+        },
+        SettleMs);
+}
+
+/// Several pages on or back in one go, as somebody who looks for a key does.
+void Operator::turnPages()
+{
+    const char* const group = m_dice.oneOf<const char*>({ScreenGroup, LayerGroup, InputGroup, PresetGroup});
+    const bool up = m_dice.chance(50);
+    for (int i = 1 + m_dice.below(3); i > 0; --i)
+        tap(group, m_keyboard.key(group, up ? 2 : 3));
+}
+
+/// Keys under a dialog, the property "Quenor", an upgrade or a locked keypad: nothing changes.
+void Operator::workUnderGuard()
+{
+    auto& control = m_rig.control();
+    const int guard = m_dice.below(4);
+    say(QStringLiteral("under guard %1:").arg(guard));
+    QDialog dialog;
+    if (guard == 0)
+        dialog.open();
+    else if (guard == 1)
+        qApp->setProperty(Constants::QuenorProperty, true);
+    else if (guard == 2)
+        control.setCompatibleUpgrading(true);
+    else
+        lockKeypad(true);
+    m_rig.console().settle();
+    for (int i = 0; i < 4; ++i) {
+        const char* const group =
+            m_dice.oneOf<const char*>({ScreenGroup, LayerGroup, InputGroup, PresetGroup});
+        const auto& keys = m_keyboard.group(group).m_buttons;
+        const Key& key = *keys.at(m_dice.below(keys.size()));
+        say(QStringLiteral("%1 code %2").arg(QLatin1String(group)).arg(key.OrvaneKey));
+        press(key);
+        release(key);
+        // A dialog drops no release but of select keys and some preset keys, and it is the release that turns
+        // the page.
+        if (guard < 2 && group != PresetGroup && (key.OrvaneKey == 2 || key.OrvaneKey == 3))
+            m_statement.pageKeyReleased(group, key.OrvaneKey == 2);
+    }
+    const QString wrong = compare();
+    if (!wrong.isEmpty())
+        m_expectations.push_back([wrong] { return QStringLiteral("under the guard: ") + wrong; });
+    dialog.close();
+    qApp->setProperty(Constants::QuenorProperty, false);
+    control.setCompatibleUpgrading(false);
+    if (guard == 3)
+        lockKeypad(false);
+}
+
+// ---- What happens by itself
+// ----------------------------------------------------------------------------------
+
+void Operator::changeDevice()
+{
+    auto& control = m_rig.control();
+    const auto active = device();
+    switch (m_dice.below(active ? 8 : 3)) {
+    default: {
+        const QString next = m_dice.chance(10) ? QString()
+            : m_dice.chance(75)                ? m_devices[0]
+                                               : m_devices[m_dice.below(3)];
+        say("activate device " + next);
+        control.activateDevice(next);
+        break;
+    }
+    case 3: {
+        const bool on = m_dice.chance(50);
+        say(QStringLiteral("swap %1").arg(on));
+        control.setSwap(active->ipMacSn(), on);
+        break;
+    }
+    case 4: {
+        const bool on = m_dice.chance(50);
+        say(QStringLiteral("load to program %1").arg(on));
+        for (const QString& each : m_devices)
+            control.setLoadToPGM(each, on);
+        break;
+    }
+    case 5: {
+        const auto second = m_rig.device(m_devices[1]);
+        const QString former = second->groupId();
+        say("change the group of the second device");
+        control.setGroup(m_devices[1], m_dice.oneOf({QStringLiteral("0"), QStringLiteral("1")}));
+        if (second->groupId() != former) // a change of the groups shows the first page of the inputs
+            m_statement.pageShown(InputGroup, 0);
+        break;
+    }
+    }
+}
+
+void Operator::changeScreen()
+{
+    const auto active = device();
+    const auto screens = active ? active->screens(RegularAndAUX) : QList<std::weak_ptr<BizModel::Screen>>();
+    if (screens.isEmpty())
+        return say("no screen to change");
+    auto& control = m_rig.control();
+    const QString ip = active->ipMacSn();
+    const auto some = screens[m_dice.below(screens.size())].lock();
+    const ScreenKey key = keyOf(*some);
+    const QString name = some->name();
+    const bool on = m_dice.chance(50);
+    switch (m_dice.below(11)) {
+    case 0:
+        say("add a screen");
+        control.addScreen(ip, on ? ScreenType::RegularScreen : ScreenType::AUXScreen);
+        break;
+    case 1:
+        if (screens.size() < 3)
+            return say("keep the screens");
+        say("remove screen " + name);
+        control.removeScreen(ip, key);
+        break;
+    case 2:
+        say("rename screen " + name);
+        control.renameScreen(ip, key, QStringLiteral("Screen %1").arg(++m_nNames));
+        break;
+    case 3: {
+        const int index = m_dice.below(32);
+        if (!m_statement.isScreenKeyFree(index))
+            return say("no free key");
+        say(QStringLiteral("put screen %1 on key %2").arg(name).arg(index));
+        control.setScreenIndex(ip, key, index);
+        break;
+    }
+    case 4:
+        say("select screen " + name);
+        control.selectScreens(ip, {key});
+        break;
+    case 5:
+        say("activate screen " + name);
+        control.activateScreen(ip, key);
+        break;
+    case 6:
+        say("time of screen " + name);
+        control.setEffectTime(ip, key, (1 + m_dice.below(20)) * 0.1);
+        break;
+    case 7:
+        say(QStringLiteral("freeze %1 %2").arg(name).arg(on));
+        control.setFreeze(ip, key, on);
+        break;
+    case 8:
+        say(QStringLiteral("fade %1 to black %2").arg(name).arg(on));
+        control.setFTB(ip, key, on);
+        break;
+    case 9:
+        say(QStringLiteral("edit program of %1 %2").arg(name).arg(on));
+        control.setPGMEdit(ip, key, on);
+        break;
+    case 10:
+        say("select all screens");
+        control.selectScreens(ip, {key, keyOf(*screens[0].lock())});
+        break;
+    }
+}
+
+void Operator::changeLayer()
+{
+    const auto active = device();
+    const auto owner = screen();
+    if (!owner)
+        return say("no screen for layers");
+    auto& control = m_rig.control();
+    const QString ip = active->ipMacSn();
+    const ScreenKey key = keyOf(*owner);
+    const auto layers = owner->PVWLayers(BizModel::Enum::Layer::RegularAndAUXLayers);
+    const quint32 input = quint32(m_dice.below(14) + 1);
+    if (layers.isEmpty() || m_dice.chance(25)) {
+        say("add a layer");
+        const QRect window(m_dice.below(3000), m_dice.below(900), 480, 270);
+        control.addLayer(ip, key, SceneType::PVW, input, window);
+        return;
+    }
+    const auto layer = layers[m_dice.below(layers.size())].lock();
+    const quint32 id = layer->layerId();
+    switch (m_dice.below(5)) {
+    case 0:
+        say("remove layer " + layer->name());
+        control.removeLayer(ip, key, SceneType::PVW, id);
+        break;
+    case 1:
+        say("rename layer " + layer->name());
+        control.renameLayer(ip, key, SceneType::PVW, id, QStringLiteral("Layer %1").arg(++m_nNames));
+        break;
+    case 2:
+        say("select layer " + layer->name());
+        control.selectLayers(ip, key, SceneType::PVW, {id});
+        break;
+    case 3:
+        say("deselect the layers");
+        control.selectLayers(ip, key, SceneType::PVW, {});
+        break;
+    case 4:
+        say("change the source of layer " + layer->name());
+        control.setLayerSource(ip, key, SceneType::PVW, id, input);
+        break;
+    }
+}
+
+void Operator::changeInput()
+{
+    const auto active = device();
+    const auto inputs = active ? active->validInputs() : QList<std::weak_ptr<BizModel::Input>>();
+    if (inputs.isEmpty())
+        return say("no input to change");
+    auto& control = m_rig.control();
+    const QString ip = active->ipMacSn();
+    const quint32 id = inputs[m_dice.below(inputs.size())].lock()->interfaceId();
+    const bool on = m_dice.chance(70);
+    switch (m_dice.below(5)) {
+    case 0:
+        say(QStringLiteral("rename input %1").arg(id));
+        control.renameInput(ip, id, QStringLiteral("Input %1").arg(++m_nNames));
+        break;
+    case 1:
+    case 2:
+        say(QStringLiteral("signal of input %1: %2").arg(id).arg(on));
+        control.setSignal(ip, id, on);
+        break;
+    case 3:
+        say(QStringLiteral("overload of input %1: %2").arg(id).arg(!on));
+        control.setOverload(ip, id, !on);
+        break;
+    case 4:
+        if (inputs.size() < 10)
+            return say("keep the inputs");
+        say(QStringLiteral("remove input %1").arg(id));
+        control.removeInput(ip, id);
+        break;
+    }
+}
+
+void Operator::changePreset()
+{
+    const auto active = device();
+    if (!active)
+        return say("no device for presets");
+    auto& control = m_rig.control();
+    const QString ip = active->ipMacSn();
+    // Twenty has a preset for the program, too: the documents leave open which of the two names a label
+    // shows.
+    const quint16 preset = quint16(m_dice.below(19) + 1);
+    switch (m_dice.below(7)) {
+    case 0:
+    case 1:
+        say(QStringLiteral("store preset %1").arg(preset));
+        control.addPreset(m_dice.chance(80) ? ip : m_devices[1], FileType, preset);
+        break;
+    case 2:
+        say(QStringLiteral("cover preset %1").arg(preset));
+        control.coverPreset(ip, FileType, preset);
+        break;
+    case 3:
+        say(QStringLiteral("rename preset %1").arg(preset));
+        control.renamePreset(ip, FileType, preset, QStringLiteral("Preset %1").arg(++m_nNames));
+        break;
+    case 4:
+        say(QStringLiteral("remove preset %1").arg(preset));
+        control.removePreset(ip, FileType, preset);
+        break;
+    case 5:
+        say(QStringLiteral("activate preset %1").arg(preset));
+        control.activatePreset(ip, FileType, preset);
+        break;
+    case 6: {
+        const int page = m_dice.below(3);
+        say(QStringLiteral("show preset page %1").arg(page + 1));
+        control.showPresetPage(page);
+        m_statement.pageShown(PresetGroup, page);
+        break;
+    }
+    }
+}
+
+void Operator::changeLocks()
+{
+    ECManager* const manager = ECManager::instance();
+    const bool lock = !m_statement.isTBarLocked();
+    if (m_dice.chance(50)) {
+        say(QStringLiteral("the application locks the T-Bar: %1").arg(lock));
+        if (lock)
+            manager->lockTBar();
+        else
+            manager->unlockTBar();
+        Q_EMIT manager->signalTbarLocked(lock);
+    } else {
+        say(QStringLiteral("the console locks the T-Bar: %1").arg(lock));
+        m_rig.console().report(ConsolePanel::LockReport{ConsolePanel::LockTarget::TBar, lock});
+        m_rig.console().settle();
+    }
+    m_statement.tbarLocked(lock);
+}
+
+void Operator::changeSignal()
+{
+    const bool on = m_dice.chance(60);
+    say(QStringLiteral("signal at DVI input 0: %1").arg(on));
+    m_rig.console().report(ConsolePanel::DviReport{{{0, quint8(on)}}});
+    m_statement.signalAtDvi(on);
+}
+
+} // namespace Storm

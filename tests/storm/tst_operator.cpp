@@ -1,0 +1,80 @@
+#include "operator.h"
+#include "showclock_p.h"
+
+#include "showfile.h"
+
+#include <QElapsedTimer>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Storm;
+
+namespace {
+
+constexpr int DefaultSeconds = 20;
+/// Three seconds of holding a key are thirty milliseconds.
+constexpr int ShowRate = 100;
+
+} // namespace
+
+/// A random operator of all groups of keys; after each thing that he does every light and label of the
+/// console is compared with what the documents say.
+///
+/// ORVANE_OPERATOR_SEED repeats a run, ORVANE_OPERATOR_SECONDS says how long it is.
+class TestOperator : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void whateverIsDoneTheConsoleShowsWhatTheDocumentsSay()
+    {
+        ShowClock::setRate(ShowRate);
+        const Keyboard keyboard(QStringLiteral(EXAMPLE_KEYBOARD));
+        QVERIFY(keyboard.config());
+        QStringList faults;
+        const auto show = MemoryModel::loadShowFile(QStringLiteral(EXAMPLE_SHOW), faults);
+        QVERIFY2(show, qPrintable(faults.join(QLatin1Char('\n'))));
+        QStringList devices;
+        for (const auto& device : show->devices)
+            devices.append(device.ipMacSn);
+        QTemporaryDir directory;
+        QVERIFY(directory.isValid());
+
+        bool isSet = false;
+        const int fromEnvironment = qEnvironmentVariableIntValue("ORVANE_OPERATOR_SECONDS", &isSet);
+        const int seconds = isSet ? fromEnvironment : DefaultSeconds;
+        const quint32 given = quint32(qEnvironmentVariableIntValue("ORVANE_OPERATOR_SEED", &isSet));
+        const quint32 seed = isSet ? given : QRandomGenerator::global()->generate() >> 1;
+        qInfo("ORVANE_OPERATOR_SEED=%u", seed);
+        const auto former =
+            qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+
+        QString wrong;
+        quint64 comparisons = 0, presses = 0, unreadable = 0;
+        {
+            TestSupport::ModelRig rig(keyboard.config());
+            const bool isLoaded = rig.load(*show);
+            rig.model().setShowFile(directory.filePath(QStringLiteral("show.json")));
+            Operator person(rig, keyboard, devices, seed);
+            QElapsedTimer timer;
+            timer.start();
+            while (isLoaded && wrong.isEmpty() && timer.elapsed() < seconds * 1000) {
+                wrong = person.step();
+                rig.forget();
+            }
+            comparisons = person.comparisons();
+            presses = person.presses();
+            unreadable = rig.console().unreadableRequests();
+        }
+        qInstallMessageHandler(former);
+        qInfo(
+            "%llu comparisons, %llu key presses", static_cast<unsigned long long>(comparisons),
+            static_cast<unsigned long long>(presses));
+        QVERIFY2(wrong.isEmpty(), qPrintable(wrong));
+        QVERIFY(comparisons > 0);
+        QCOMPARE(unreadable, quint64(0));
+    }
+};
+
+QTEST_MAIN(TestOperator)
+#include "tst_operator.moc"
