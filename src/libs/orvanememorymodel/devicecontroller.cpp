@@ -83,21 +83,39 @@ bool DeviceController::removeFile(const QList<std::weak_ptr<BizModel::File>>& fi
         error = *failure;
         return false;
     }
-    Change change(*m_pHub);
-    const std::shared_ptr<MemoryDevice> device = m_list.own(change, m_pDevice);
-    if (!device) {
-        error = QStringLiteral("The device is gone.");
-        return false;
-    }
-    bool ok = true;
-    const MemoryDeviceList::Devices group = m_list.group(change, device);
-    for (const std::weak_ptr<BizModel::File>& file : files) {
-        const auto preset = ownObject<MemoryPreset>(file);
+    QList<std::pair<QString, std::shared_ptr<MemoryPreset>>> planned;
+    {
+        const Guard guard(*m_pHub);
+        const std::shared_ptr<MemoryDevice> device = m_list.own(guard, m_pDevice);
+        if (!device) {
+            error = QStringLiteral("The device is gone.");
+            return false;
+        }
+        const MemoryDeviceList::Devices group = m_list.group(guard, device);
         // A key shows the presets of the whole group, so one of another member may be meant.
-        ok &= preset && removePreset(change, group, preset);
+        for (const std::shared_ptr<MemoryDevice>& member : group) {
+            for (const std::weak_ptr<BizModel::File>& file : files) {
+                if (const auto own =
+                        member->own(guard, std::weak_ptr<BizModel::Preset>(ownObject<MemoryPreset>(file))))
+                    planned += {std::as_const(*member).data(guard).ipMacSn, own};
+            }
+        }
     }
-    if (!ok)
-        error = QStringLiteral("A file is gone.");
+    error = QStringLiteral("A file is gone.");
+    bool ok = planned.size() == files.size();
+    for (const auto& [owner, preset] : std::as_const(planned)) {
+        QString reason;
+        if (!m_processor.removePreset(owner, preset->fileType(), preset->fileId(), reason)) {
+            error = reason;
+            ok = false;
+            continue;
+        }
+        Change change(*m_pHub);
+        const std::shared_ptr<MemoryDevice> device = m_list.own(change, m_pDevice);
+        ok &= device && removePreset(change, m_list.group(change, device), preset);
+    }
+    if (ok)
+        error.clear();
     return ok;
 }
 

@@ -3,6 +3,8 @@
 #include "layers.h"
 #include "operationtext.h"
 
+#include <QtDebug>
+
 #include <utility>
 
 namespace Orvane::MemoryModel {
@@ -10,9 +12,11 @@ namespace Orvane::MemoryModel {
 using BizModel::SceneType;
 
 LayerController::LayerController(
-    std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, std::weak_ptr<BizModel::Device> device)
+    std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, Processor& processor,
+    std::weak_ptr<BizModel::Device> device)
     : m_pHub(std::move(hub))
     , m_list(list)
+    , m_processor(processor)
     , m_pDevice(std::move(device))
 {
 }
@@ -61,11 +65,31 @@ bool LayerController::updateWindow(const std::weak_ptr<BizModel::Layer>& layer, 
     const QString arguments = layersText({layer}) + QLatin1Char(' ') + windowText(window);
     if (!start(Operation::UpdateWindow, arguments))
         return false;
-    Change change(*m_pHub);
     const auto present = ownObject<MemoryLayer>(layer);
-    const std::shared_ptr<MemoryScreen> screen = screenOf(change, present);
+    const auto move = [&](Change& change) {
+        const std::shared_ptr<MemoryScreen> screen = screenOf(change, present);
+        QString error;
+        return screen && moveLayer(change, screen, present, window, error) ? screen : nullptr;
+    };
+    LayerJob job;
+    {
+        // Tried and undone, so that the processor hears only of what the model accepts.
+        Change trial(*m_pHub);
+        const QRect before = present ? present->data(trial).window : QRect();
+        const std::shared_ptr<MemoryScreen> screen = move(trial);
+        if (!screen)
+            return false;
+        job = jobOf(trial, *screen, *present);
+        present->data(trial).window = before;
+        trial.forgetAnnouncements();
+    }
     QString error;
-    return screen && moveLayer(change, screen, present, window, error);
+    if (!m_processor.moveLayer(job, error)) {
+        qWarning("The processor has refused a layer's window: %s", qUtf8Printable(error));
+        return false;
+    }
+    Change change(*m_pHub);
+    return move(change) != nullptr;
 }
 
 bool LayerController::bindSource(const Layers& layers, quint32 sourceId, int sourceType)
@@ -74,23 +98,38 @@ bool LayerController::bindSource(const Layers& layers, quint32 sourceId, int sou
         layersText(layers) + QStringLiteral(" source=%1:%2").arg(sourceType).arg(sourceId);
     if (!start(Operation::BindSource, arguments) || sourceType != BizModel::SourceType::Input)
         return false;
+    QList<std::pair<std::shared_ptr<MemoryLayer>, LayerJob>> planned;
+    {
+        Change trial(*m_pHub);
+        const std::shared_ptr<MemoryDevice> device = m_list.own(trial, m_pDevice);
+        const auto input = device ? device->data(trial).inputs.value(sourceId) : nullptr;
+        MemoryScreen::Layers editable;
+        for (const std::weak_ptr<BizModel::Layer>& each : layers) {
+            const auto layer = ownObject<MemoryLayer>(each);
+            const std::shared_ptr<MemoryScreen> screen = screenOf(trial, layer);
+            QString error;
+            if (!screen || !isSceneEditable(trial, *screen, layer->data(trial).scene, error))
+                continue;
+            editable += layer;
+            planned += {layer, jobOf(trial, *screen, *layer)};
+            planned.last().second.input = sourceId;
+        }
+        if (!input || !canBindLayers(trial, *device, editable, *input))
+            return false;
+    }
+    MemoryScreen::Layers bound;
+    for (const auto& [layer, job] : std::as_const(planned)) {
+        QString error;
+        if (m_processor.bindSource(job, error))
+            bound += layer;
+        else
+            qWarning("The processor has refused a layer's source: %s", qUtf8Printable(error));
+    }
     Change change(*m_pHub);
     const std::shared_ptr<MemoryDevice> device = m_list.own(change, m_pDevice);
     const auto input = device ? device->data(change).inputs.value(sourceId) : nullptr;
-    if (!input)
-        return false;
-    bool ok = !layers.isEmpty();
-    MemoryScreen::Layers bound;
-    for (const std::weak_ptr<BizModel::Layer>& each : layers) {
-        const auto layer = ownObject<MemoryLayer>(each);
-        const std::shared_ptr<MemoryScreen> screen = screenOf(change, layer);
-        QString error;
-        if (screen && isSceneEditable(change, *screen, layer->data(change).scene, error))
-            bound += layer;
-        else
-            ok = false;
-    }
-    return bindLayers(change, *device, bound, *input) && ok;
+    return input && bindLayers(change, *device, bound, *input) && !layers.isEmpty()
+        && bound.size() == layers.size();
 }
 
 /// Writes the operation into the journal; false when it has to fail.

@@ -2,6 +2,7 @@
 
 #include "memorydevicelist.h"
 #include "modelcontrol/layer.h"
+#include "processor.h"
 
 namespace Orvane::MemoryModel {
 
@@ -9,7 +10,8 @@ namespace Orvane::MemoryModel {
 class LayerController final : public ModelControl::Layer {
 public:
     LayerController(
-        std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, std::weak_ptr<BizModel::Device> device);
+        std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, Processor& processor,
+        std::weak_ptr<BizModel::Device> device);
 
     /// Refused as a whole when one of the layers is not on the screen. Replacing a selection reaches both
     /// scenes.
@@ -36,6 +38,7 @@ private:
 
     const std::shared_ptr<ModelHub> m_pHub;
     MemoryDeviceList& m_list;
+    Processor& m_processor;
     const std::weak_ptr<BizModel::Device> m_pDevice;
 };
 

@@ -180,7 +180,7 @@ bool moveLayer(
     return true;
 }
 
-bool bindLayers(
+bool canBindLayers(
     Change& change, const MemoryDevice& device, const MemoryScreen::Layers& layers, const MemoryInput& input)
 {
     QList<BizModel::CapacityMode> before;
@@ -192,13 +192,34 @@ bool bindLayers(
             || hasResources(
                 change, device, screen, {}, outputsOf(change, *screen), layer->data(change).scene);
     });
-    for (int i = 0; i < layers.size(); ++i) {
-        if (enough)
-            setSource(change, layers[i], input.interfaceId());
-        else
-            layers[i]->data(change).capacity = before[i];
-    }
+    for (int i = 0; i < layers.size(); ++i)
+        layers[i]->data(change).capacity = before[i];
     return enough;
+}
+
+bool bindLayers(
+    Change& change, const MemoryDevice& device, const MemoryScreen::Layers& layers, const MemoryInput& input)
+{
+    if (!canBindLayers(change, device, layers, input))
+        return false;
+    for (const std::shared_ptr<MemoryLayer>& layer : layers) {
+        layer->data(change).capacity = input.data(change).capacity;
+        setSource(change, layer, input.interfaceId());
+    }
+    return true;
+}
+
+LayerJob jobOf(const Guard& guard, const MemoryScreen& screen, const MemoryLayer& layer)
+{
+    const auto device = ownObject<MemoryDevice>(screen.device());
+    const MemoryLayer::State& state = layer.data(guard);
+    return {
+        device ? std::as_const(*device).data(guard).ipMacSn : QString(),
+        screen.key(),
+        state.scene,
+        layer.layerId(),
+        state.inputId,
+        state.window};
 }
 
 void setSource(Change& change, const std::shared_ptr<MemoryLayer>& layer, quint32 inputId)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "memorydevice.h"
+#include "processor.h"
 
 /// Changes of the layers of a scene, and what the hardware has room for.
 namespace Orvane::MemoryModel {
@@ -39,10 +40,17 @@ bool moveLayer(
     Change& change, const std::shared_ptr<MemoryScreen>& screen, const std::shared_ptr<MemoryLayer>& layer,
     const QRect& window, QString& error);
 
+/// Whether the hardware has the resources to show the input in the layers, which are on screens of the
+/// device. Only regular screens need them.
+bool canBindLayers(
+    Change& change, const MemoryDevice& device, const MemoryScreen::Layers& layers, const MemoryInput& input);
 /// Makes the layers, which are on screens of the device, show the input and take on its capacity. False, with
 /// nothing changed, when the hardware lacks the resources on a regular screen.
 bool bindLayers(
     Change& change, const MemoryDevice& device, const MemoryScreen::Layers& layers, const MemoryInput& input);
+
+/// The layer as the processor is told of it.
+LayerJob jobOf(const Guard& guard, const MemoryScreen& screen, const MemoryLayer& layer);
 
 /// Changes a layer's source and announces it; 0 for none.
 void setSource(Change& change, const std::shared_ptr<MemoryLayer>& layer, quint32 inputId);

@@ -30,7 +30,7 @@ std::shared_ptr<ModelControl::Screen> MemoryControllerFactory::createScreen(
 {
     if (!isPresent(device) || (type != ScreenType::RegularScreen && type != ScreenType::AUXScreen))
         return nullptr;
-    return std::make_shared<ScreenController>(m_pHub, m_list, type, device);
+    return std::make_shared<ScreenController>(m_pHub, m_list, m_processor, type, device);
 }
 
 std::shared_ptr<ModelControl::Layer> MemoryControllerFactory::createLayer(
@@ -38,7 +38,7 @@ std::shared_ptr<ModelControl::Layer> MemoryControllerFactory::createLayer(
 {
     if (!isPresent(device) || !(type & BizModel::Enum::Layer::RegularAndAUXLayers))
         return nullptr;
-    return std::make_shared<LayerController>(m_pHub, m_list, device);
+    return std::make_shared<LayerController>(m_pHub, m_list, m_processor, device);
 }
 
 std::shared_ptr<ModelControl::Preset> MemoryControllerFactory::createPreset(

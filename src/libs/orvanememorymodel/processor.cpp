@@ -64,6 +64,37 @@ bool Processor::createScreens(const ScreenJob&, QString&)
     return true;
 }
 
+bool Processor::removePreset(const QString&, FileType, quint16, QString&)
+{
+    return true;
+}
+
+bool Processor::addLayer(const LayerJob&, QString&)
+{
+    return true;
+}
+
+bool Processor::removeLayer(const LayerJob&, QString&)
+{
+    return true;
+}
+
+bool Processor::moveLayer(const LayerJob&, QString&)
+{
+    return true;
+}
+
+bool Processor::bindSource(const LayerJob&, QString&)
+{
+    return true;
+}
+
+bool Processor::orderLayers(
+    const QString&, const ScreenKey&, BizModel::SceneType, const QList<quint32>&, QString&)
+{
+    return true;
+}
+
 bool Processor::save(const QString&, QString& error)
 {
     return writeShowFile(error);

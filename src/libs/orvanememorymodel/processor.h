@@ -6,6 +6,7 @@
 #include "worker.h"
 
 #include <QList>
+#include <QRect>
 #include <QString>
 
 #include <chrono>
@@ -24,6 +25,19 @@ struct ScreenJob {
     std::chrono::milliseconds duration{0};
 };
 
+/// A layer of a screen of one device, as it is to be.
+struct LayerJob {
+    /// Identity of the device (`ipMacSn`).
+    QString device;
+    ScreenKey screen;
+    BizModel::SceneType scene = BizModel::SceneType::PVW;
+    quint32 layer = 0;
+    /// Interface id of its source; 0 for none.
+    quint32 input = 0;
+    /// In pixels of the mosaic.
+    QRect window;
+};
+
 /// What the processor behind the model does when the console or the application asks for something.
 ///
 /// The model keeps the items, their states, the tasks and their completions, and announces every change. A
@@ -31,7 +45,8 @@ struct ScreenJob {
 /// hardware has; the others simulate it.
 ///
 /// Hooks are called without a lock, on threads of the model, for several devices at once. They hold up the
-/// device's next job while they run, never a key.
+/// device's next job while they run, never a key; but the hooks of layers and of one preset, which run on the
+/// thread of the key that asks for it.
 class Processor {
 public:
     Processor();
@@ -70,8 +85,23 @@ public:
     /// Stores the present scenes as the preset, in the place of an earlier one.
     virtual bool storePreset(const QString& device, FileType type, quint16 fileId, QString& error);
     virtual bool createScreens(const ScreenJob& job, QString& error);
+    virtual bool removePreset(const QString& device, FileType type, quint16 fileId, QString& error);
     /// Keeps the device's state over a restart. The simulation writes the show file.
     virtual bool save(const QString& device, QString& error);
+    /// @}
+
+    /// @name Layers
+    /// Done when they return, as the jobs above. Called when a key asks for it and the model would accept it;
+    /// changes by `Control` are the application's own, and by takes and presets the device's.
+    /// @{
+    virtual bool addLayer(const LayerJob& job, QString& error);
+    virtual bool removeLayer(const LayerJob& job, QString& error);
+    virtual bool moveLayer(const LayerJob& job, QString& error);
+    virtual bool bindSource(const LayerJob& job, QString& error);
+    /// @p layers are the scene's ids in the new order, from the bottom to the top.
+    virtual bool orderLayers(
+        const QString& device, const ScreenKey& screen, BizModel::SceneType scene,
+        const QList<quint32>& layers, QString& error);
     /// @}
 
 protected:

@@ -147,34 +147,67 @@ bool RequestManager::perform(const AsyncCreateScreen& request, QString& error)
 
 bool RequestManager::perform(const AsyncRemoveLayer& request, QString& error)
 {
-    Change change(*m_pHub);
-    const std::shared_ptr<MemoryDevice> device = m_list.own(change, request.device);
-    const auto screen = device ? device->own(change, request.screen) : nullptr;
-    if (!screen) {
-        error = device ? screenGone : deviceGone;
-        return false;
+    QList<std::pair<std::shared_ptr<MemoryLayer>, LayerJob>> planned;
+    {
+        const Guard guard(*m_pHub);
+        const std::shared_ptr<MemoryScreen> screen = find(guard, request.device, request.screen, error);
+        if (!screen || !isSceneEditable(guard, *screen, request.scene, error))
+            return false;
+        for (const auto& layer : std::as_const(*screen).data(guard).layers(request.scene)) {
+            if (layer->layerType() & request.layerTypeMask)
+                planned += {layer, jobOf(guard, *screen, *layer)};
+        }
     }
-    if (!isSceneEditable(change, *screen, request.scene, error))
-        return false;
     MemoryScreen::Layers removed;
-    for (const std::shared_ptr<MemoryLayer>& layer : screen->data(change).layers(request.scene)) {
-        if (layer->layerType() & request.layerTypeMask)
+    for (const auto& [layer, job] : std::as_const(planned)) {
+        if (m_processor.removeLayer(job, error))
             removed += layer;
     }
-    removeLayers(change, screen, removed);
-    return true;
+    Change change(*m_pHub);
+    const std::shared_ptr<MemoryScreen> screen = find(change, request.device, request.screen, error);
+    if (screen)
+        removeLayers(change, screen, removed);
+    return screen && removed.size() == planned.size();
 }
 
 /// All of the copies are added, or none.
 bool RequestManager::perform(const AsyncAddCopyLayers& request, QString& error)
 {
-    Change change(*m_pHub);
-    const std::shared_ptr<MemoryDevice> device = m_list.own(change, request.device);
-    const auto screen = device ? device->own(change, request.screen) : nullptr;
-    if (!screen) {
-        error = device ? screenGone : deviceGone;
+    QList<LayerJob> told;
+    {
+        // Tried and undone, so that the processor hears only of what the model accepts.
+        Change trial(*m_pHub);
+        const MemoryScreen::Layers copies = copyLayers(trial, request, error);
+        const auto screen = find(trial, request.device, request.screen, error);
+        for (const std::shared_ptr<MemoryLayer>& copy : copies)
+            told += jobOf(trial, *screen, *copy);
+        if (screen)
+            removeLayers(trial, screen, copies);
+        trial.forgetAnnouncements();
+    }
+    if (!error.isEmpty())
+        return false;
+    for (int i = 0; i < told.size(); ++i) {
+        if (m_processor.addLayer(told[i], error))
+            continue;
+        QString ignored;
+        while (--i >= 0)
+            m_processor.removeLayer(told[i], ignored);
         return false;
     }
+    Change change(*m_pHub);
+    copyLayers(change, request, error);
+    return error.isEmpty();
+}
+
+/// The copies, on the screen; none, with the reason in @p error, when one is refused.
+MemoryScreen::Layers RequestManager::copyLayers(
+    Change& change, const AsyncAddCopyLayers& request, QString& error)
+{
+    const std::shared_ptr<MemoryScreen> screen = find(change, request.device, request.screen, error);
+    if (!screen)
+        return {};
+    const std::shared_ptr<MemoryDevice> device = m_list.own(change, request.device);
     const QRect mosaic = screen->mosaic(change);
     MemoryScreen::Layers copies;
     for (const std::weak_ptr<BizModel::Layer>& original : request.layers) {
@@ -195,10 +228,22 @@ bool RequestManager::perform(const AsyncAddCopyLayers& request, QString& error)
         copies += copy;
     }
     if (error.isEmpty())
-        return true;
+        return copies;
     removeLayers(change, screen, copies);
     change.forgetAnnouncements();
-    return false;
+    return {};
+}
+
+/// The screen, or the reason in @p error why it is not there.
+std::shared_ptr<MemoryScreen> RequestManager::find(
+    const Guard& guard, const std::weak_ptr<BizModel::Device>& device,
+    const std::weak_ptr<BizModel::Screen>& screen, QString& error) const
+{
+    const std::shared_ptr<MemoryDevice> owner = m_list.own(guard, device);
+    auto present = owner ? owner->own(guard, screen) : nullptr;
+    if (!present)
+        error = owner ? screenGone : deviceGone;
+    return present;
 }
 
 bool RequestManager::perform(const AsyncSaveDeviceData& request, QString& error)
@@ -211,6 +256,28 @@ bool RequestManager::perform(const AsyncSaveDeviceData& request, QString& error)
 
 bool RequestManager::perform(const AsyncRemoveFile& request, QString& error)
 {
+    struct Removal {
+        QString device;
+        FileType type;
+        quint16 id;
+    };
+    QList<Removal> told;
+    {
+        const Guard guard(*m_pHub);
+        const std::shared_ptr<MemoryDevice> device = m_list.own(guard, request.device);
+        const auto group = device ? m_list.group(guard, device) : MemoryDeviceList::Devices();
+        for (const std::shared_ptr<MemoryDevice>& member : group) {
+            const MemoryDevice::Data& state = std::as_const(*member).data(guard);
+            for (const std::shared_ptr<MemoryPreset>& preset : state.presets) {
+                if (request.fileTypes.contains(preset->fileType()))
+                    told += {state.ipMacSn, preset->fileType(), preset->fileId()};
+            }
+        }
+    }
+    for (const Removal& each : std::as_const(told)) {
+        if (!m_processor.removePreset(each.device, each.type, each.id, error))
+            return false;
+    }
     Change change(*m_pHub);
     const std::shared_ptr<MemoryDevice> device = m_list.own(change, request.device);
     if (!device) {

@@ -24,6 +24,12 @@ private:
     bool perform(const ModelControl::AsyncSaveDeviceData& request, QString& error);
     bool perform(const ModelControl::AsyncRemoveFile& request, QString& error);
 
+    MemoryScreen::Layers copyLayers(
+        Change& change, const ModelControl::AsyncAddCopyLayers& request, QString& error);
+    std::shared_ptr<MemoryScreen> find(
+        const Guard& guard, const std::weak_ptr<BizModel::Device>& device,
+        const std::weak_ptr<BizModel::Screen>& screen, QString& error) const;
+
     const std::shared_ptr<ModelHub> m_pHub;
     MemoryDeviceList& m_list;
     Processor& m_processor;

@@ -30,10 +30,11 @@ void announceEffect(Change& change, const std::shared_ptr<MemoryScreen>& screen)
 } // namespace
 
 ScreenController::ScreenController(
-    std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, ScreenType type,
+    std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, Processor& processor, ScreenType type,
     std::weak_ptr<BizModel::Device> device)
     : m_pHub(std::move(hub))
     , m_list(list)
+    , m_processor(processor)
     , m_type(type)
     , m_pDevice(std::move(device))
 {

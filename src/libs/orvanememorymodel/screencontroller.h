@@ -2,6 +2,7 @@
 
 #include "memorydevicelist.h"
 #include "modelcontrol/screen.h"
+#include "processor.h"
 
 namespace Orvane::MemoryModel {
 
@@ -9,7 +10,7 @@ namespace Orvane::MemoryModel {
 class ScreenController final : public ModelControl::Screen {
 public:
     ScreenController(
-        std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, ScreenType type,
+        std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, Processor& processor, ScreenType type,
         std::weak_ptr<BizModel::Device> device);
 
     /// Refused as a whole when one of the screens is not there or, on a device without multi-screen mode,
@@ -43,12 +44,20 @@ private:
         const Guard& guard, const std::weak_ptr<BizModel::Screen>& screen) const;
     /// All of the screens, or none when one is not there.
     MemoryDevice::Screens screens(const Guard& guard, const Screens& screens) const;
+    /// The layer that the record describes, on top of the scene; empty when it is refused.
+    std::shared_ptr<MemoryLayer> makeLayer(
+        Change& change, const std::weak_ptr<BizModel::Screen>& screen, BizModel::SceneType scene,
+        LayerRecord record) const;
+    /// The layers, all of which are on the screen and may be changed; none otherwise.
+    MemoryScreen::Layers editable(
+        const Guard& guard, const std::shared_ptr<MemoryScreen>& screen, const Layers& layers) const;
     bool reorder(
         Operation operation, const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers,
         Reorder order);
 
     const std::shared_ptr<ModelHub> m_pHub;
     MemoryDeviceList& m_list;
+    Processor& m_processor;
     const ScreenType m_type;
     const std::weak_ptr<BizModel::Device> m_pDevice;
 };

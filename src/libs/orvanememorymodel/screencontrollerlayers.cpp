@@ -3,7 +3,10 @@
 #include "layers.h"
 #include "operationtext.h"
 
+#include <QtDebug>
+
 #include <algorithm>
+#include <utility>
 
 namespace Orvane::MemoryModel {
 
@@ -21,22 +24,48 @@ std::shared_ptr<BizModel::Layer> ScreenController::addLayer(
                                   .arg(sourceType)
                                   .arg(sourceId)
                                   .arg(windowText(window));
-    if (!start(Operation::AddLayer, arguments))
-        return nullptr;
-    Change change(*m_pHub);
-    const std::shared_ptr<MemoryDevice> owner = device(change);
-    const std::shared_ptr<MemoryScreen> present = this->screen(change, screen);
     const LayerType fitting = m_type == ScreenType::AUXScreen ? LayerType::AUX : LayerType::Regular;
-    if (!present || present->screenType() != m_type || type != fitting
+    if (!start(Operation::AddLayer, arguments) || type != fitting
         || sourceType != BizModel::SourceType::Input)
-        return nullptr;
-    const std::shared_ptr<MemoryInput> input = owner->data(change).inputs.value(quint32(sourceId));
-    if (!input)
         return nullptr;
     LayerRecord record;
     record.type = type;
-    record.inputId = input->interfaceId();
+    record.inputId = quint32(sourceId);
     record.window = window;
+    LayerJob job;
+    {
+        // Tried and undone, so that the processor hears only of what the model accepts.
+        Change trial(*m_pHub);
+        const auto layer = makeLayer(trial, screen, scene, record);
+        if (!layer)
+            return nullptr;
+        const std::shared_ptr<MemoryScreen> present = this->screen(trial, screen);
+        job = jobOf(trial, *present, *layer);
+        MemoryModel::removeLayers(trial, present, {layer});
+        trial.forgetAnnouncements();
+    }
+    QString error;
+    if (!m_processor.addLayer(job, error)) {
+        qWarning("The processor has refused a new layer: %s", qUtf8Printable(error));
+        return nullptr;
+    }
+    const auto layer = [&] {
+        Change change(*m_pHub);
+        return makeLayer(change, screen, scene, record);
+    }();
+    if (!layer)
+        m_processor.removeLayer(job, error); // the model has changed meanwhile
+    return layer;
+}
+
+std::shared_ptr<MemoryLayer> ScreenController::makeLayer(
+    Change& change, const std::weak_ptr<BizModel::Screen>& screen, SceneType scene, LayerRecord record) const
+{
+    const std::shared_ptr<MemoryDevice> owner = device(change);
+    const std::shared_ptr<MemoryScreen> present = this->screen(change, screen);
+    const auto input = owner ? owner->data(change).inputs.value(record.inputId) : nullptr;
+    if (!present || present->screenType() != m_type || !input)
+        return nullptr;
     record.capacity = newLayerCapacity(change, *owner, *input);
     QString error;
     return MemoryModel::addLayer(change, *owner, present, scene, record, error);
@@ -49,26 +78,39 @@ bool ScreenController::removeLayers(
     const QString arguments = screenText(screen) + QLatin1Char(' ') + layersText(layers);
     const auto failure = m_pHub->operations.perform(
         Operation::RemoveLayers, deviceText(m_pDevice) + QLatin1Char(' ') + arguments);
-    Change change(*m_pHub);
-    const std::shared_ptr<MemoryScreen> present = this->screen(change, screen);
-    MemoryScreen::Layers removed;
+    QList<std::pair<std::shared_ptr<MemoryLayer>, LayerJob>> planned;
     bool ok = true;
-    for (const std::weak_ptr<BizModel::Layer>& each : layers) {
-        const auto layer = ownObject<MemoryLayer>(each);
-        if (!layer)
-            continue;
-        const SceneType scene = layer->data(change).scene;
-        QString error = failure.value_or(QString());
-        if (!failure && (!present || !present->data(change).layers(scene).contains(layer)))
-            error = QStringLiteral("The layer is gone.");
-        else if (!failure && isSceneEditable(change, *present, scene, error))
+    {
+        const Guard guard(*m_pHub);
+        const std::shared_ptr<const MemoryScreen> present = this->screen(guard, screen);
+        for (const std::weak_ptr<BizModel::Layer>& each : layers) {
+            const auto layer = ownObject<MemoryLayer>(each);
+            if (!layer)
+                continue;
+            const SceneType scene = std::as_const(*layer).data(guard).scene;
+            QString error = failure.value_or(QString());
+            if (!failure && (!present || !present->data(guard).layers(scene).contains(layer)))
+                error = QStringLiteral("The layer is gone.");
+            else if (!failure && isSceneEditable(guard, *present, scene, error))
+                planned += {layer, jobOf(guard, *present, *layer)};
+            if (error.isEmpty())
+                continue;
+            failed += {BizModel::s_ScreenLayerId{layer->screenId(), scene, layer->layerId()}, error};
+            ok = false;
+        }
+    }
+    MemoryScreen::Layers removed;
+    for (const auto& [layer, job] : std::as_const(planned)) {
+        QString error;
+        if (m_processor.removeLayer(job, error)) {
             removed += layer;
-        if (error.isEmpty())
             continue;
-        failed += {BizModel::s_ScreenLayerId{layer->screenId(), scene, layer->layerId()}, error};
+        }
+        failed += {BizModel::s_ScreenLayerId{job.screen.id, job.scene, job.layer}, error};
         ok = false;
     }
-    if (present)
+    Change change(*m_pHub);
+    if (const std::shared_ptr<MemoryScreen> present = this->screen(change, screen))
         MemoryModel::removeLayers(change, present, removed);
     return ok;
 }
@@ -114,23 +156,67 @@ bool ScreenController::reorder(
 {
     if (!start(operation, screenText(screen) + QLatin1Char(' ') + layersText(layers)))
         return false;
+    struct Scene {
+        SceneType type;
+        QList<quint32> order;
+    };
+    QList<Scene> changed;
+    MemoryScreen::Layers marked;
+    QString device;
+    ScreenKey key;
+    {
+        const Guard guard(*m_pHub);
+        const std::shared_ptr<MemoryScreen> present = this->screen(guard, screen);
+        marked = editable(guard, present, layers);
+        if (marked.isEmpty())
+            return false;
+        device = std::as_const(*this->device(guard)).data(guard).ipMacSn;
+        key = present->key();
+        for (const SceneType scene : {SceneType::PGM, SceneType::PVW}) {
+            const MemoryScreen::Layers& before = std::as_const(*present).data(guard).layers(scene);
+            MemoryScreen::Layers after = before;
+            order(after, marked);
+            if (after == before)
+                continue;
+            changed += {scene, {}};
+            for (const std::shared_ptr<MemoryLayer>& layer : std::as_const(after))
+                changed.last().order += layer->layerId();
+        }
+    }
+    for (const Scene& scene : std::as_const(changed)) {
+        QString error;
+        if (!m_processor.orderLayers(device, key, scene.type, scene.order, error)) {
+            qWarning("The processor has refused an order of layers: %s", qUtf8Printable(error));
+            return false;
+        }
+    }
     Change change(*m_pHub);
     const std::shared_ptr<MemoryScreen> present = this->screen(change, screen);
-    if (!present || layers.isEmpty())
+    if (!present)
         return false;
-    MemoryScreen::Layers marked;
-    for (const std::weak_ptr<BizModel::Layer>& each : layers) {
-        const auto layer = ownObject<MemoryLayer>(each);
-        QString error;
-        if (!layer || !present->data(change).layers(layer->data(change).scene).contains(layer)
-            || !isSceneEditable(change, *present, layer->data(change).scene, error))
-            return false;
-        marked += layer;
-    }
     order(present->data(change).pgm, marked);
     order(present->data(change).pvw, marked);
     change.markChanged();
     return true;
+}
+
+MemoryScreen::Layers ScreenController::editable(
+    const Guard& guard, const std::shared_ptr<MemoryScreen>& screen, const Layers& layers) const
+{
+    MemoryScreen::Layers found;
+    for (const std::weak_ptr<BizModel::Layer>& each : layers) {
+        const std::shared_ptr<const MemoryScreen> present = screen;
+        const auto layer = ownObject<MemoryLayer>(each);
+        if (!present || !layer)
+            return {};
+        const SceneType scene = std::as_const(*layer).data(guard).scene;
+        QString error;
+        if (!present->data(guard).layers(scene).contains(layer)
+            || !isSceneEditable(guard, *present, scene, error))
+            return {};
+        found += layer;
+    }
+    return found;
 }
 
 } // namespace Orvane::MemoryModel
