@@ -42,41 +42,6 @@ MemoryDevice::MemoryDevice(std::shared_ptr<ModelHub> hub, const DeviceRecord& re
     m_data = Guarded<Data>(std::move(data));
 }
 
-QString MemoryDevice::ipMacSn() const
-{
-    return data(Guard(*m_pHub)).ipMacSn;
-}
-
-QString MemoryDevice::preIPMacSn() const
-{
-    return data(Guard(*m_pHub)).preIPMacSn;
-}
-
-QString MemoryDevice::groupId() const
-{
-    return data(Guard(*m_pHub)).groupId;
-}
-
-bool MemoryDevice::onlineFlag() const
-{
-    return data(Guard(*m_pHub)).online;
-}
-
-bool MemoryDevice::isDeviceUpgrading() const
-{
-    return data(Guard(*m_pHub)).upgrading;
-}
-
-BizModel::s_DeviceConfig MemoryDevice::deviceConfig() const
-{
-    return data(Guard(*m_pHub)).config;
-}
-
-std::weak_ptr<BizModel::Screen> MemoryDevice::activedScreen() const
-{
-    return data(Guard(*m_pHub)).activeScreen;
-}
-
 QList<std::weak_ptr<BizModel::Screen>> MemoryDevice::screens(int screenTypeMask) const
 {
     const Guard guard(*m_pHub);
@@ -104,11 +69,6 @@ bool MemoryDevice::isScreenSelected(const std::weak_ptr<BizModel::Screen>& scree
     const Guard guard(*m_pHub);
     const std::shared_ptr<MemoryScreen> present = own(guard, screen);
     return present && present->data(guard).selected;
-}
-
-bool MemoryDevice::isMultiScreens() const
-{
-    return data(Guard(*m_pHub)).multiScreens;
 }
 
 bool MemoryDevice::isScreenLimited(ScreenType type) const
@@ -152,11 +112,6 @@ void MemoryDevice::appendViewingScreen(const std::weak_ptr<BizModel::Screen>& sc
         return;
     viewing += present;
     change.markChanged();
-}
-
-bool MemoryDevice::swapEnable() const
-{
-    return data(Guard(*m_pHub)).swap;
 }
 
 bool MemoryDevice::isLayerLimited(SceneType scene) const

@@ -58,24 +58,27 @@ public:
     /// A device with the hardware and the flags of the record; `populate` adds what is on it.
     MemoryDevice(std::shared_ptr<ModelHub> hub, const DeviceRecord& record);
 
-    QString ipMacSn() const override;
-    QString preIPMacSn() const override;
-    QString groupId() const override;
-    bool onlineFlag() const override;
-    bool isDeviceUpgrading() const override;
-    BizModel::s_DeviceConfig deviceConfig() const override;
+    QString ipMacSn() const override { return data(Guard(*m_pHub)).ipMacSn; }
+    QString preIPMacSn() const override { return data(Guard(*m_pHub)).preIPMacSn; }
+    QString groupId() const override { return data(Guard(*m_pHub)).groupId; }
+    bool onlineFlag() const override { return data(Guard(*m_pHub)).online; }
+    bool isDeviceUpgrading() const override { return data(Guard(*m_pHub)).upgrading; }
+    BizModel::s_DeviceConfig deviceConfig() const override { return data(Guard(*m_pHub)).config; }
 
-    std::weak_ptr<BizModel::Screen> activedScreen() const override;
+    std::weak_ptr<BizModel::Screen> activedScreen() const override
+    {
+        return data(Guard(*m_pHub)).activeScreen;
+    }
     QList<std::weak_ptr<BizModel::Screen>> screens(int screenTypeMask) const override;
     QList<std::weak_ptr<BizModel::Screen>> selectedScreen(int screenTypeMask) const override;
     bool isScreenSelected(const std::weak_ptr<BizModel::Screen>& screen) const override;
-    bool isMultiScreens() const override;
+    bool isMultiScreens() const override { return data(Guard(*m_pHub)).multiScreens; }
     bool isScreenLimited(ScreenType type) const override;
     std::shared_ptr<BizModel::Screen> createDefaultScreen(ScreenType type) override;
     std::weak_ptr<BizModel::Output> firstUnsedOutput() const override;
     void appendViewingScreen(const std::weak_ptr<BizModel::Screen>& screen) override;
 
-    bool swapEnable() const override;
+    bool swapEnable() const override { return data(Guard(*m_pHub)).swap; }
 
     bool isLayerLimited(BizModel::SceneType scene) const override;
     QList<std::weak_ptr<BizModel::Input>> validInputs() const override;
@@ -85,10 +88,13 @@ public:
 
     quint16 maxPresetCount() const override { return m_nMaxPresetCount; }
     QList<std::weak_ptr<BizModel::Preset>> presets() const override;
-    std::weak_ptr<BizModel::Preset> activedPreset() const override;
+    std::weak_ptr<BizModel::Preset> activedPreset() const override
+    {
+        return data(Guard(*m_pHub)).activePreset;
+    }
     void setActivedPreset(const std::weak_ptr<BizModel::Preset>& preset, quint16 fileId) override;
     bool editPresetValidityCheck(const QString& text, QString& error) const override;
-    bool loadToPGMEnable() const override;
+    bool loadToPGMEnable() const override { return data(Guard(*m_pHub)).loadToPGM; }
     QList<std::weak_ptr<BizModel::File>> files(FileType type) const override;
     void addKeypadFile(const std::shared_ptr<BizModel::Keypad>& keypad) override;
 

@@ -19,11 +19,6 @@ QList<std::weak_ptr<BizModel::Preset>> MemoryDevice::presets() const
     return list;
 }
 
-std::weak_ptr<BizModel::Preset> MemoryDevice::activedPreset() const
-{
-    return data(Guard(*m_pHub)).activePreset;
-}
-
 void MemoryDevice::setActivedPreset(const std::weak_ptr<BizModel::Preset>& preset, quint16 fileId)
 {
     const QString arguments = deviceText(weak_from_this()) + QStringLiteral(" preset=%1").arg(fileId);
@@ -53,11 +48,6 @@ bool MemoryDevice::editPresetValidityCheck(const QString& text, QString& error) 
             return screen->data(guard).isIdle();
         });
     return idle || refuse(QStringLiteral("a transition is running."));
-}
-
-bool MemoryDevice::loadToPGMEnable() const
-{
-    return data(Guard(*m_pHub)).loadToPGM;
 }
 
 QList<std::weak_ptr<BizModel::File>> MemoryDevice::files(FileType type) const

@@ -16,11 +16,6 @@ MemoryConnector::MemoryConnector(
 {
 }
 
-CapacityMode MemoryConnector::capacity() const
-{
-    return data(Guard(*m_pHub));
-}
-
 MemorySubcard::MemorySubcard(const std::shared_ptr<ModelHub>& hub, const SubcardRecord& record)
     : m_nId(record.id)
     , m_nLayerCapacity(record.layerCapacity)
@@ -46,26 +41,6 @@ MemoryInput::MemoryInput(std::shared_ptr<ModelHub> hub, const InputRecord& recor
 {
 }
 
-QString MemoryInput::name() const
-{
-    return data(Guard(*m_pHub)).name;
-}
-
-CapacityMode MemoryInput::capacity() const
-{
-    return data(Guard(*m_pHub)).capacity;
-}
-
-bool MemoryInput::isActive() const
-{
-    return data(Guard(*m_pHub)).signal;
-}
-
-bool MemoryInput::isOverLoad() const
-{
-    return data(Guard(*m_pHub)).overload;
-}
-
 InputRecord MemoryInput::record(const Guard& guard) const
 {
     const State& state = data(guard);
@@ -82,11 +57,6 @@ MemoryOutput::MemoryOutput(
     , m_size(record.size)
     , m_bOnline(record.online)
 {
-}
-
-bool MemoryOutput::isOnline() const
-{
-    return online(Guard(*m_pHub));
 }
 
 OutputRecord MemoryOutput::record(const Guard& guard) const

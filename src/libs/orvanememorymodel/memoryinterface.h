@@ -14,7 +14,7 @@ class MemoryConnector final : public BizModel::Connector {
 public:
     MemoryConnector(std::shared_ptr<ModelHub> hub, quint32 subcardId, const ConnectorRecord& record);
 
-    BizModel::CapacityMode capacity() const override;
+    BizModel::CapacityMode capacity() const override { return data(Guard(*m_pHub)); }
 
     quint32 connectorId() const { return m_nId; }
     quint32 subcardId() const { return m_nSubcardId; }
@@ -57,10 +57,10 @@ public:
 
     quint32 interfaceId() const override { return m_nId; }
     BizModel::s_InterfaceFullId interfaceFullId() const override { return {m_nSubcardId, m_nId}; }
-    QString name() const override;
-    BizModel::CapacityMode capacity() const override;
-    bool isActive() const override;
-    bool isOverLoad() const override;
+    QString name() const override { return data(Guard(*m_pHub)).name; }
+    BizModel::CapacityMode capacity() const override { return data(Guard(*m_pHub)).capacity; }
+    bool isActive() const override { return data(Guard(*m_pHub)).signal; }
+    bool isOverLoad() const override { return data(Guard(*m_pHub)).overload; }
 
     quint32 connectorId() const { return m_nConnectorId; }
     const State& data(const Guard& guard) const { return m_state.get(guard); }
@@ -87,7 +87,7 @@ public:
     quint32 subcardId() const { return m_nSubcardId; }
     const std::shared_ptr<MemorySubcard>& subcard() const { return m_pSubcard; }
     QSize size() const { return m_size; }
-    bool isOnline() const;
+    bool isOnline() const { return online(Guard(*m_pHub)); }
     const bool& online(const Guard& guard) const { return m_bOnline.get(guard); }
     bool& online(Change& change) { return m_bOnline.get(change); }
     OutputRecord record(const Guard& guard) const;

@@ -26,31 +26,6 @@ BizModel::s_ScreenLayerId MemoryLayer::screenLayerId() const
     return {m_nScreenId, sceneType(), m_nId};
 }
 
-QString MemoryLayer::name() const
-{
-    return data(Guard(*m_pHub)).name;
-}
-
-SceneType MemoryLayer::sceneType() const
-{
-    return data(Guard(*m_pHub)).scene;
-}
-
-quint32 MemoryLayer::sourceId() const
-{
-    return data(Guard(*m_pHub)).inputId;
-}
-
-QRect MemoryLayer::windowRect() const
-{
-    return data(Guard(*m_pHub)).window;
-}
-
-CapacityMode MemoryLayer::capacity() const
-{
-    return data(Guard(*m_pHub)).capacity;
-}
-
 void MemoryLayer::setCapacity(CapacityMode capacity)
 {
     Change change(*m_pHub);
@@ -61,11 +36,6 @@ QSize MemoryLayer::defulatSize(const std::weak_ptr<BizModel::Input>& input) cons
 {
     const std::shared_ptr<BizModel::Input> source = input.lock();
     return defaultLayerSize(source ? source->capacity() : CapacityMode::_SL);
-}
-
-bool MemoryLayer::getLayerOperationAllowed() const
-{
-    return operationAllowed(Guard(*m_pHub));
 }
 
 LayerRecord MemoryLayer::record(const Guard& guard) const

@@ -40,15 +40,15 @@ public:
 
     quint32 layerId() const override { return m_nId; }
     BizModel::s_ScreenLayerId screenLayerId() const override;
-    QString name() const override;
+    QString name() const override { return data(Guard(*m_pHub)).name; }
     BizModel::LayerType layerType() const override { return m_type; }
-    BizModel::SceneType sceneType() const override;
-    quint32 sourceId() const override;
-    QRect windowRect() const override;
-    BizModel::CapacityMode capacity() const override;
+    BizModel::SceneType sceneType() const override { return data(Guard(*m_pHub)).scene; }
+    quint32 sourceId() const override { return data(Guard(*m_pHub)).inputId; }
+    QRect windowRect() const override { return data(Guard(*m_pHub)).window; }
+    BizModel::CapacityMode capacity() const override { return data(Guard(*m_pHub)).capacity; }
     void setCapacity(BizModel::CapacityMode capacity) override;
     QSize defulatSize(const std::weak_ptr<BizModel::Input>& input) const override;
-    bool getLayerOperationAllowed() const override;
+    bool getLayerOperationAllowed() const override { return operationAllowed(Guard(*m_pHub)); }
 
     quint32 screenId() const { return m_nScreenId; }
     std::shared_ptr<const LayerOwner> owner() const { return m_pOwner.lock(); }

@@ -18,11 +18,6 @@ MemoryPreset::MemoryPreset(
 {
 }
 
-QString MemoryPreset::name() const
-{
-    return data(Guard(*m_pHub)).name;
-}
-
 bool MemoryPreset::presetSelectedScreens(
     QList<std::weak_ptr<BizModel::Screen>>& screens, FileType type, QString& error) const
 {

@@ -19,7 +19,7 @@ public:
 
     quint16 fileId() const override { return m_nId; }
     FileType fileType() const override { return m_type; }
-    QString name() const override;
+    QString name() const override { return data(Guard(*m_pHub)).name; }
     bool presetSelectedScreens(
         QList<std::weak_ptr<BizModel::Screen>>& screens, FileType type, QString& error) const override;
 

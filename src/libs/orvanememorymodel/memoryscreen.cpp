@@ -20,16 +20,6 @@ MemoryScreen::MemoryScreen(
 {
 }
 
-QString MemoryScreen::name() const
-{
-    return data(Guard(*m_pHub)).name;
-}
-
-MemoryScreen::State MemoryScreen::state() const
-{
-    return data(Guard(*m_pHub)).state;
-}
-
 void MemoryScreen::setState(State state)
 {
     const QString arguments = screenText(*this) + QStringLiteral(" state=%1").arg(state);
@@ -55,16 +45,6 @@ bool MemoryScreen::isComplete() const
     });
 }
 
-bool MemoryScreen::selected() const
-{
-    return data(Guard(*m_pHub)).selected;
-}
-
-int MemoryScreen::uiScreenIndex() const
-{
-    return data(Guard(*m_pHub)).uiScreenIndex;
-}
-
 void MemoryScreen::setUiScreenIndex(int index)
 {
     const QString arguments = screenText(*this) + QStringLiteral(" index=%1").arg(index);
@@ -88,26 +68,6 @@ bool MemoryScreen::setUiScreenIndex(Change& change, int index)
         });
     }
     return true;
-}
-
-double MemoryScreen::switchEffectTime() const
-{
-    return data(Guard(*m_pHub)).effectSeconds;
-}
-
-bool MemoryScreen::FTBEnable() const
-{
-    return data(Guard(*m_pHub)).fadeToBlack;
-}
-
-bool MemoryScreen::freeze() const
-{
-    return data(Guard(*m_pHub)).freeze;
-}
-
-bool MemoryScreen::PGMEditEnable() const
-{
-    return data(Guard(*m_pHub)).pgmEdit;
 }
 
 QList<std::weak_ptr<BizModel::Output>> MemoryScreen::outputs() const
@@ -146,11 +106,6 @@ QRectF MemoryScreen::mosaicRect(const std::weak_ptr<BizModel::Output>& output) c
             return place.rect;
     }
     return {};
-}
-
-QRect MemoryScreen::mosaicWindowRect() const
-{
-    return mosaic(Guard(*m_pHub));
 }
 
 bool MemoryScreen::shows(const Guard& guard, const std::shared_ptr<MemoryOutput>& output) const

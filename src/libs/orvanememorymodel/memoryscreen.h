@@ -59,21 +59,21 @@ public:
 
     quint32 screenId() const override { return m_key.id; }
     ScreenType screenType() const override { return m_key.type; }
-    QString name() const override;
-    State state() const override;
+    QString name() const override { return data(Guard(*m_pHub)).name; }
+    State state() const override { return data(Guard(*m_pHub)).state; }
     void setState(State state) override;
     bool isComplete() const override;
-    bool selected() const override;
-    int uiScreenIndex() const override;
+    bool selected() const override { return data(Guard(*m_pHub)).selected; }
+    int uiScreenIndex() const override { return data(Guard(*m_pHub)).uiScreenIndex; }
     void setUiScreenIndex(int index) override;
-    double switchEffectTime() const override;
-    bool FTBEnable() const override;
-    bool freeze() const override;
-    bool PGMEditEnable() const override;
+    double switchEffectTime() const override { return data(Guard(*m_pHub)).effectSeconds; }
+    bool FTBEnable() const override { return data(Guard(*m_pHub)).fadeToBlack; }
+    bool freeze() const override { return data(Guard(*m_pHub)).freeze; }
+    bool PGMEditEnable() const override { return data(Guard(*m_pHub)).pgmEdit; }
     QList<std::weak_ptr<BizModel::Output>> outputs() const override;
     void addOutput(const std::weak_ptr<BizModel::Output>& output) override;
     QRectF mosaicRect(const std::weak_ptr<BizModel::Output>& output) const override;
-    QRect mosaicWindowRect() const override;
+    QRect mosaicWindowRect() const override { return mosaic(Guard(*m_pHub)); }
     QList<std::weak_ptr<BizModel::Subcard>> subCards() const override;
     QList<std::weak_ptr<BizModel::Layer>> layers(BizModel::SceneType scene, int layerTypeMask) const override;
     QList<std::weak_ptr<BizModel::Layer>> selectedLayers(
