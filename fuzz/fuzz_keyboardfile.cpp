@@ -2,6 +2,8 @@
 
 #include "fuzztarget.h"
 #include "jsonmutator.h"
+#include "keyboardcheck.h"
+#include "operatorguide.h"
 
 #include "ec/eckeyboardloader.h"
 
@@ -38,7 +40,13 @@ void run(const Bytes& input)
     const QByteArray json(reinterpret_cast<const char*>(input.data()), int(input.size()));
     const EC::KeyboardLoadResult result = EC::loadKeyboard(json);
     check(bool(result) == result.problems.isEmpty(), "neither a keyboard nor a problem, or both");
-    for (const auto& problem : result.problems) {
+    QList<EC::KeyboardProblem> problems = result.problems;
+    const EC::KeyboardDraft draft = EC::draftKeyboard(json);
+    if (draft.keyboard)
+        problems += KeyboardTools::findOddities(*draft.keyboard, {{QStringLiteral("en"), nullptr}});
+    if (result)
+        check(!KeyboardTools::operatorGuide(*result.config).isEmpty(), "a keyboard has no page");
+    for (const auto& problem : qAsConst(problems)) {
         check(!problem.place.isEmpty() && !problem.text.isEmpty(), "a problem does not say what it is");
         check(!problem.toString().contains(QLatin1Char('\n')), "a problem has two lines");
     }
