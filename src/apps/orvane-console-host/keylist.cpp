@@ -19,9 +19,6 @@ using namespace ECProxy::Client;
 
 namespace {
 
-/// Function code of the keys that stand for something of the model, in every group that has any.
-constexpr quint16 SelectCode = 1;
-
 /// The items that the group's select keys have on a device; of layer keys those of its active screen.
 ECCommandItemList itemsOf(KeyboardType type, const BizModel::Device& device)
 {
@@ -108,7 +105,7 @@ QJsonArray keysToJson(const EC::s_ECKeyboardConfig& keyboard)
                 {QStringLiteral("function"), EC::keyFunctionName(group->Name, key->OrvaneKey)}};
             if (key->pECOledCfg)
                 members.insert(QStringLiteral("label"), key->pECOledCfg->ECKey);
-            if (key->OrvaneKey == SelectCode && bound.contains(key->OrderIndex))
+            if (key->OrvaneKey == EC::SelectKeyCode && bound.contains(key->OrderIndex))
                 members.insert(QStringLiteral("bound"), bound.value(key->OrderIndex));
             keys.append(members);
         }

@@ -26,8 +26,6 @@ namespace {
 constexpr std::chrono::milliseconds FlashTime(400);
 constexpr int KeysARow = 12;
 constexpr int PadKeysARow = 4;
-constexpr quint16 SelectCode = 1;
-constexpr quint16 DigitCode = 1;
 
 bool isPad(const QString& group)
 {
@@ -40,7 +38,7 @@ QPoint placeOf(const QString& group, const ConsoleLayout::Key& key, int index)
     if (group != QLatin1String("NumberCommand"))
         return isPad(group) ? QPoint(index % PadKeysARow, index / PadKeysARow)
                             : QPoint(index % KeysARow, index / KeysARow);
-    if (key.code == DigitCode && key.place <= 9)
+    if (key.code == EC::SelectKeyCode && key.place <= 9)
         return key.place == 0 ? QPoint(0, 3) : QPoint((key.place - 1) % 3, 2 - (key.place - 1) / 3);
     constexpr int enterCode = 2;
     return {3, key.code == enterCode ? 3 : key.code - 3};
@@ -48,9 +46,9 @@ QPoint placeOf(const QString& group, const ConsoleLayout::Key& key, int index)
 
 QString captionOf(const QString& group, const ConsoleLayout::Key& key)
 {
-    if (group == QLatin1String("NumberCommand") && key.code == DigitCode)
+    if (group == QLatin1String("NumberCommand") && key.code == EC::SelectKeyCode)
         return QString::number(key.place);
-    if (key.code == SelectCode && !isPad(group))
+    if (key.code == EC::SelectKeyCode && !isPad(group))
         return QString::number(key.place + 1);
     const QString function = EC::keyFunctionName(group, key.code);
     return function.isEmpty() ? QString::number(key.number) : function;

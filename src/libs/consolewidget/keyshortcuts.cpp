@@ -1,5 +1,7 @@
 #include "keyshortcuts.h"
 
+#include "ec/eckeyfunctions.h"
+
 #include <QKeyEvent>
 #include <QKeySequence>
 
@@ -7,9 +9,6 @@ namespace Orvane::ConsolePanel {
 
 namespace {
 
-/// Function codes as the groups count them.
-constexpr quint16 SelectCode = 1;
-constexpr quint16 DigitCode = 1;
 constexpr int MostFunctionKeys = 12;
 
 struct Letter {
@@ -38,9 +37,11 @@ KeyShortcuts::KeyShortcuts(const ConsoleLayout& layout)
 {
     for (const ConsoleLayout::Group& group : layout.groups) {
         for (const ConsoleLayout::Key& key : group.keys) {
-            if (group.name == QLatin1String("NumberCommand") && key.code == DigitCode && key.place <= 9)
+            if (group.name == QLatin1String("NumberCommand") && key.code == EC::SelectKeyCode
+                && key.place <= 9)
                 m_keys.emplace(Qt::Key_0 + key.place, key.number);
-            const bool selectsScreen = group.name == QLatin1String("ScreenCommand") && key.code == SelectCode;
+            const bool selectsScreen =
+                group.name == QLatin1String("ScreenCommand") && key.code == EC::SelectKeyCode;
             if (selectsScreen && key.place < MostFunctionKeys)
                 m_keys.emplace(Qt::Key_F1 + key.place, key.number);
             for (const Letter& letter : Letters)

@@ -1,5 +1,6 @@
 #include "memoryparallelmanager.h"
 
+#include "bridge/parallelround_p.h"
 #include "operationtext.h"
 #include "showclock_p.h"
 #include "transitions.h"
@@ -122,12 +123,11 @@ void tellProcessor(
 } // namespace
 
 /// What one call of `startParallelRequest` asked for.
-class MemoryParallelManager::Request {
+class MemoryParallelManager::Request : public Bridge::ParallelRound {
 public:
     Request(Completion callback, std::deque<std::shared_ptr<Run>> runs)
-        : m_callback(std::move(callback))
+        : ParallelRound(int(runs.size()), std::move(callback))
         , m_waiting(std::move(runs))
-        , m_nRemaining(m_waiting.size())
     {
     }
 
@@ -142,42 +142,9 @@ public:
         return run;
     }
 
-    void runEnded(bool ok, const QString& text)
-    {
-        {
-            const std::lock_guard lock(m_mutex);
-            if (!ok && std::exchange(m_bOk, false))
-                m_strError = text;
-            if (--m_nRemaining > 0)
-                return;
-        }
-        // The last task's thread alone comes here, and nobody writes the outcome any more.
-        if (m_callback)
-            m_callback(m_bOk, m_strError);
-        const std::lock_guard lock(m_mutex);
-        m_bEnded = true;
-        m_ended.notify_all();
-    }
-
-    bool wait(QString& error)
-    {
-        std::unique_lock lock(m_mutex);
-        m_ended.wait(lock, [this] { return m_bEnded; });
-        error = m_strError;
-        return m_bOk;
-    }
-
 private:
-    const Completion m_callback;
-
-    /// Guards all that follows.
-    std::mutex m_mutex;
-    std::condition_variable m_ended;
+    std::mutex m_mutex; ///< guards the runs, which are started on any device's worker
     std::deque<std::shared_ptr<Run>> m_waiting;
-    std::size_t m_nRemaining;
-    bool m_bOk = true;
-    bool m_bEnded = false;
-    QString m_strError;
 };
 
 /// One device's part in a request. After `begin` it is used on its device's worker alone.
@@ -506,7 +473,7 @@ void MemoryParallelManager::end(const std::shared_ptr<Run>& run, bool ok, const 
     tellDone(run->task, ok, text);
     if (const std::shared_ptr<Run> next = run->request->next())
         post(next);
-    run->request->runEnded(ok, text);
+    run->request->taskEnded(ok, text);
 }
 
 /// Empty once the manager has stopped.

@@ -1,66 +1,16 @@
 #include "bridge/guiparallelmanager.h"
 
 #include "bizmodel/devicelist.h"
+#include "bridge/parallelround_p.h"
 
 #include <QMetaObject>
 #include <QThread>
 
-#include <condition_variable>
-#include <mutex>
 #include <utility>
 
 namespace Orvane::Bridge {
 
 using namespace ParallelControl;
-
-namespace {
-
-/// What one call of `startParallelRequest` asked for: so many tasks, and one end.
-class ParallelRound final {
-public:
-    ParallelRound(int tasks, Completion callback)
-        : m_callback(std::move(callback))
-        , m_nRemaining(tasks)
-    {
-    }
-
-    void taskEnded(bool ok, const QString& text)
-    {
-        {
-            const std::lock_guard lock(m_mutex);
-            if (!ok && std::exchange(m_bOk, false))
-                m_strError = text;
-            if (--m_nRemaining > 0)
-                return;
-        }
-        // Only the last task's end comes here, and nobody writes the outcome any more.
-        if (m_callback)
-            m_callback(m_bOk, m_strError);
-        const std::lock_guard lock(m_mutex);
-        m_bEnded = true;
-        m_ended.notify_all();
-    }
-
-    bool wait(std::chrono::milliseconds limit, QString& error)
-    {
-        std::unique_lock lock(m_mutex);
-        const bool ended = m_ended.wait_for(lock, limit, [this] { return m_bEnded; });
-        error = ended ? m_strError : QStringLiteral("The request has not ended in time.");
-        return ended && m_bOk;
-    }
-
-private:
-    const Completion m_callback;
-    /// Guards all that follows.
-    std::mutex m_mutex;
-    std::condition_variable m_ended;
-    int m_nRemaining;
-    bool m_bOk = true;
-    bool m_bEnded = false;
-    QString m_strError;
-};
-
-} // namespace
 
 GuiParallelManager::GuiParallelManager(std::chrono::milliseconds waitLimit)
     : m_waitLimit(waitLimit)
@@ -100,7 +50,7 @@ bool GuiParallelManager::startParallelRequest(
             QMetaObject::invokeMethod(
                 &m_context, [this, task, end] { perform(task, end); }, Qt::QueuedConnection);
         }
-        ok = !waitForResult || round->wait(m_waitLimit, reason);
+        ok = !waitForResult || round->wait(reason, m_waitLimit);
     }
     if (error)
         *error = reason;
