@@ -22,6 +22,8 @@ QString readReplay(const Arguments& arguments, SimulatorOptions& options)
         return QStringLiteral("--speed must be from 0.01 to 1000, not \"%1\"").arg(speed);
     if (options.replayFile.isEmpty() && (arguments.isSet("speed") || options.replaySteps))
         return QStringLiteral("--speed and --step belong to --replay");
+    if (options.replaySteps && arguments.isSet("speed"))
+        return QStringLiteral("--speed and --step exclude each other");
     if (!options.replayFile.isEmpty() && !options.scriptFile.isEmpty())
         return QStringLiteral("--replay and --script exclude each other");
     return {};

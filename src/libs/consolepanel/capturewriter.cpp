@@ -38,6 +38,7 @@ bool CaptureWriter::open(const QString& path)
 
 void CaptureWriter::add(CapturedDatagram::Direction direction, const char* bytes, int size)
 {
+    bool wasEmpty = false;
     {
         const std::lock_guard lock(m_mutex);
         if (!m_bOpen) {
@@ -55,9 +56,10 @@ void CaptureWriter::add(CapturedDatagram::Direction direction, const char* bytes
             ++m_summary.lost;
             return;
         }
-        ++m_nPending;
+        wasEmpty = m_nPending++ == 0;
     }
-    m_wake.notify_one();
+    if (wasEmpty)
+        m_wake.notify_one();
 }
 
 CaptureWriter::Summary CaptureWriter::close()

@@ -161,7 +161,7 @@ SimulatorCommand parseReplay(WordReader& in)
     PlayCapture play;
     play.file = in.text("FILE");
     play.isStepped = in.take("step");
-    if (in.take("speed"))
+    if (!play.isStepped && in.take("speed"))
         play.speed = in.decimal("SPEED", PlayCapture::SlowestSpeed, PlayCapture::HighestSpeed);
     return play;
 }

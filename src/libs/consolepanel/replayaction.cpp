@@ -114,7 +114,7 @@ Progress PlayCaptureAction::proceed(Duration now)
     if (!m_strFault.isEmpty())
         return {Progress::CouldNotStart, {}, m_strFault};
     if (m_phase == WaitsForHost) {
-        const Progress progress = waitForHost(now);
+        Progress progress = waitForHost(now);
         if (m_phase == WaitsForHost)
             return progress;
     }
@@ -168,7 +168,7 @@ Progress PlayCaptureAction::play(Duration now)
     return waits();
 }
 
-StepCaptureAction::StepCaptureAction(const StepCapture& step, Surroundings surroundings)
+StepCaptureAction::StepCaptureAction(const StepCapture& step, const Surroundings& surroundings)
     : ReplayAction(surroundings, surroundings.steppedReplay)
     , m_nLeft(step.count)
 {

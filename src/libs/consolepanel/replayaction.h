@@ -76,7 +76,7 @@ private:
 /// Plays some reports of the capture that is open, each when the console has answered the one before.
 class StepCaptureAction : public ReplayAction {
 public:
-    StepCaptureAction(const StepCapture& step, Surroundings surroundings);
+    StepCaptureAction(const StepCapture& step, const Surroundings& surroundings);
     Progress proceed(Duration now) override;
 
 private:

@@ -214,7 +214,7 @@ private:
 } // namespace
 
 std::unique_ptr<RunnerAction> RunnerAction::make(
-    const SimulatorCommand& command, Surroundings surroundings, Duration now)
+    const SimulatorCommand& command, const Surroundings& surroundings, Duration now)
 {
     using Made = std::unique_ptr<RunnerAction>;
     const ConsoleRecorder& console = surroundings.console;

@@ -38,7 +38,7 @@ public:
     };
     /// The action of a command that takes time, begun at `now`; empty for every other command.
     static std::unique_ptr<RunnerAction> make(
-        const SimulatorCommand& command, Surroundings surroundings, PanelClock::Duration now);
+        const SimulatorCommand& command, const Surroundings& surroundings, PanelClock::Duration now);
 };
 
 } // namespace Orvane::ConsolePanel
