@@ -1,11 +1,10 @@
 // The least that a host of the console is: a model, a window, a session. The model is the one in memory, with
 // the application's own hardware behind it; here its takes last 800 ms and all else is simulated.
-#include "bizmodel/device.h"
-#include "bizmodel/screen.h"
-#include "ec/eckeyboardloader.h"
-#include "ecconsolesession.h"
-#include "memorydevicelist.h"
-#include "memorymodel.h"
+#include <orvaneecproxyclient/ecconsolesession.h>
+#include <orvanememorymodel/memorymodel.h>
+#include <orvaneplatform/bizmodel/device.h>
+#include <orvaneplatform/bizmodel/screen.h>
+#include <orvaneplatform/ec/eckeyboardloader.h>
 
 #include <QApplication>
 #include <QLabel>
@@ -43,7 +42,7 @@ int main(int argc, char** argv)
     QLabel window;
     const auto showScreens = [&] { window.setText(screensText(model.deviceList())); };
     QObject::connect(
-        &model.deviceList(), &MemoryModel::MemoryDeviceList::signalModelChanged, &window, showScreens);
+        &model.deviceList(), &MemoryModel::ModelSignals::signalModelChanged, &window, showScreens);
     showScreens();
     window.show();
 

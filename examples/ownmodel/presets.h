@@ -3,7 +3,7 @@
 
 #include "layers.h"
 
-#include "bridge/itemsamplingthread.h"
+#include <orvaneplatform/bridge/itemsamplingthread.h>
 
 #include <map>
 

@@ -1,8 +1,8 @@
 // The part of main that is the same for each step: the session.
 #pragma once
 
-#include "ec/eckeyboardloader.h"
-#include "ecconsolesession.h"
+#include <orvaneecproxyclient/ecconsolesession.h>
+#include <orvaneplatform/ec/eckeyboardloader.h>
 
 #include <QApplication>
 

@@ -2,9 +2,9 @@
 // is like and announce what changes; the manager is told what the keys ask for.
 #pragma once
 
-#include "bridge/itemcontrollerfactory.h"
-#include "bridge/itemdevicelist.h"
-#include "bridge/itemparallelmanager.h"
+#include <orvaneplatform/bridge/itemcontrollerfactory.h>
+#include <orvaneplatform/bridge/itemdevicelist.h>
+#include <orvaneplatform/bridge/itemparallelmanager.h>
 
 #include <QTimer>
 

@@ -1,7 +1,7 @@
 #include "cuelog.h"
 
-#include "ecmanager.h"
-#include "presetcommand.h"
+#include <orvaneecproxyclient/ecmanager.h>
+#include <orvaneecproxyclient/presetcommand.h>
 
 using namespace Orvane::ECProxy::Client;
 

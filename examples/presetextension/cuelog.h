@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ipresetcommandex.h"
+#include <orvaneecproxyclient/ipresetcommandex.h>
 
 #include <QStringList>
 

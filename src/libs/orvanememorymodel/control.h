@@ -1,7 +1,7 @@
 #pragma once
 
-#include "bizmodel/screen.h"
 #include "controlresult.h"
+#include "orvaneplatform/bizmodel/screen.h"
 #include "records.h"
 
 #include <QMessageBox>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "memorydevicelist.h"
-#include "modelcontrol/device.h"
+#include "orvaneplatform/modelcontrol/device.h"
 #include "processor.h"
 
 namespace Orvane::MemoryModel {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "memorydevicelist.h"
-#include "modelcontrol/layer.h"
+#include "orvaneplatform/modelcontrol/layer.h"
 #include "processor.h"
 
 namespace Orvane::MemoryModel {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "memorydevicelist.h"
-#include "modelcontrol/controllerfactory.h"
+#include "orvaneplatform/modelcontrol/controllerfactory.h"
 #include "processor.h"
 
 namespace Orvane::MemoryModel {

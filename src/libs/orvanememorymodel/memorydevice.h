@@ -1,11 +1,11 @@
 #pragma once
 
-#include "bizmodel/device.h"
-#include "bizmodel/keypad.h"
 #include "memoryinterface.h"
 #include "memorypreset.h"
 #include "memoryscreen.h"
 #include "modelhub.h"
+#include "orvaneplatform/bizmodel/device.h"
+#include "orvaneplatform/bizmodel/keypad.h"
 #include "records.h"
 
 #include <QMap>

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "bizmodel/connector.h"
-#include "bizmodel/input.h"
-#include "bizmodel/output.h"
-#include "bizmodel/subcard.h"
 #include "modelhub.h"
+#include "orvaneplatform/bizmodel/connector.h"
+#include "orvaneplatform/bizmodel/input.h"
+#include "orvaneplatform/bizmodel/output.h"
+#include "orvaneplatform/bizmodel/subcard.h"
 #include "records.h"
 
 /// The hardware of a device.

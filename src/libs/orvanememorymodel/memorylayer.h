@@ -1,7 +1,7 @@
 #pragma once
 
-#include "bizmodel/layer.h"
 #include "modelhub.h"
+#include "orvaneplatform/bizmodel/layer.h"
 #include "records.h"
 
 namespace Orvane::MemoryModel {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "memorydevicelist.h"
-#include "parallelcontrol/parallelmanager.h"
+#include "orvaneplatform/parallelcontrol/parallelmanager.h"
 #include "processor.h"
 #include "worker.h"
 

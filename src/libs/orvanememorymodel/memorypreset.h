@@ -1,7 +1,7 @@
 #pragma once
 
-#include "bizmodel/preset.h"
 #include "modelhub.h"
+#include "orvaneplatform/bizmodel/preset.h"
 #include "records.h"
 
 namespace Orvane::MemoryModel {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "bizmodel/resourcecheck.h"
 #include "memorydevicelist.h"
+#include "orvaneplatform/bizmodel/resourcecheck.h"
 
 namespace Orvane::MemoryModel {
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "bizmodel/screen.h"
 #include "memoryinterface.h"
 #include "memorylayer.h"
 #include "modelhub.h"
+#include "orvaneplatform/bizmodel/screen.h"
 #include "records.h"
 
 #include <chrono>

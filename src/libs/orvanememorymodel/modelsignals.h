@@ -1,6 +1,6 @@
 #pragma once
 
-#include "bizmodel/devicelist.h"
+#include "orvaneplatform/bizmodel/devicelist.h"
 
 namespace Orvane::MemoryModel {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "bizmodel/fwd.h"
+#include "orvaneplatform/bizmodel/fwd.h"
 
 #include <QList>
 #include <QRect>

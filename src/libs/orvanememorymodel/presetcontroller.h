@@ -1,7 +1,7 @@
 #pragma once
 
 #include "memorydevicelist.h"
-#include "modelcontrol/preset.h"
+#include "orvaneplatform/modelcontrol/preset.h"
 #include "processor.h"
 
 namespace Orvane::MemoryModel {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "bizmodel/enums.h"
-#include "openrequest.h"
+#include "orvaneplatform/bizmodel/enums.h"
+#include "orvaneplatform/openrequest.h"
 #include "records.h"
 #include "worker.h"
 

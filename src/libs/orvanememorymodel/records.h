@@ -1,8 +1,8 @@
 #pragma once
 
-#include "bizmodel/enums.h"
-#include "bizmodel/ids.h"
-#include "protomodel/file.h"
+#include "orvaneplatform/bizmodel/enums.h"
+#include "orvaneplatform/bizmodel/ids.h"
+#include "orvaneplatform/protomodel/file.h"
 
 #include <QHash>
 #include <QList>

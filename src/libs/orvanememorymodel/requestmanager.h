@@ -1,7 +1,7 @@
 #pragma once
 
 #include "memorydevicelist.h"
-#include "modelcontrol/asyncmanager.h"
+#include "orvaneplatform/modelcontrol/asyncmanager.h"
 #include "processor.h"
 #include "worker.h"
 

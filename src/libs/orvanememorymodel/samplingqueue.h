@@ -1,8 +1,8 @@
 #pragma once
 
 #include "memorydevicelist.h"
+#include "orvaneplatform/tasksampling/samplingthread.h"
 #include "processor.h"
-#include "tasksampling/samplingthread.h"
 #include "worker.h"
 
 #include <deque>

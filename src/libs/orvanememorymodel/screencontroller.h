@@ -1,7 +1,7 @@
 #pragma once
 
 #include "memorydevicelist.h"
-#include "modelcontrol/screen.h"
+#include "orvaneplatform/modelcontrol/screen.h"
 #include "processor.h"
 
 namespace Orvane::MemoryModel {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "bizmodel/devicelist.h"
 #include "modelfault.h"
+#include "orvaneplatform/bizmodel/devicelist.h"
 
 #include <QList>
 #include <QObject>

@@ -75,7 +75,7 @@ QPalette paletteOf(StatusBarMsgType type)
 
 } // namespace
 
-class NoticePresenter::Private {
+class Q_DECL_HIDDEN NoticePresenter::Private {
 public:
     struct Message {
         FramelessMessageBoxMsgType type = FramelessMessageBoxMsgType::Information;

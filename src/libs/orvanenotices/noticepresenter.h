@@ -2,7 +2,7 @@
 
 #include "orvanenotices_global.h"
 
-#include "bizmodel/enums.h"
+#include "orvaneplatform/bizmodel/enums.h"
 
 #include <QMessageBox>
 #include <QObject>

@@ -4,8 +4,8 @@
 #include "ecprotocol.h"
 #include "orvaneecproxyclient_global.h"
 
-#include "bizmodel/enums.h"
-#include "bizmodel/fwd.h"
+#include "orvaneplatform/bizmodel/enums.h"
+#include "orvaneplatform/bizmodel/fwd.h"
 
 #include <QList>
 #include <QMap>

@@ -3,7 +3,7 @@
 #include "ecprotocol.h"
 #include "orvaneecproxyclient_global.h"
 
-#include "bizmodel/fwd.h"
+#include "orvaneplatform/bizmodel/fwd.h"
 
 #include <QList>
 #include <QMap>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "bizmodel/enums.h"
-#include "orvaneplatform_global.h"
+#include "orvaneplatform/bizmodel/enums.h"
+#include "orvaneplatform/orvaneplatform_global.h"
 
 #include <QtGlobal>
 

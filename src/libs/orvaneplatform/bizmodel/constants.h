@@ -1,8 +1,8 @@
 #pragma once
 
-#include "bizmodel/device.h"
-#include "bizmodel/file.h"
-#include "protomodel/constants.h"
+#include "orvaneplatform/bizmodel/device.h"
+#include "orvaneplatform/bizmodel/file.h"
+#include "orvaneplatform/protomodel/constants.h"
 
 /// All named constants of the model in one include; the classes' own stand in the classes.
 namespace Orvane::BizModel {

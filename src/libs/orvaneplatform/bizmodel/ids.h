@@ -1,6 +1,6 @@
 #pragma once
 
-#include "bizmodel/enums.h"
+#include "orvaneplatform/bizmodel/enums.h"
 
 #include <QtGlobal>
 

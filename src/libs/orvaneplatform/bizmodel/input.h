@@ -1,6 +1,6 @@
 #pragma once
 
-#include "bizmodel/interface.h"
+#include "orvaneplatform/bizmodel/interface.h"
 
 namespace Orvane::BizModel {
 

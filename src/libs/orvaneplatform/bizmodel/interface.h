@@ -1,8 +1,8 @@
 #pragma once
 
-#include "bizmodel/enums.h"
-#include "bizmodel/ids.h"
-#include "orvaneplatform_global.h"
+#include "orvaneplatform/bizmodel/enums.h"
+#include "orvaneplatform/bizmodel/ids.h"
+#include "orvaneplatform/orvaneplatform_global.h"
 
 #include <QString>
 #include <QtGlobal>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "bizmodel/file.h"
-#include "protomodel/file.h"
+#include "orvaneplatform/bizmodel/file.h"
+#include "orvaneplatform/protomodel/file.h"
 
 #include <optional>
 

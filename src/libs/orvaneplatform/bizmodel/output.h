@@ -1,6 +1,6 @@
 #pragma once
 
-#include "orvaneplatform_global.h"
+#include "orvaneplatform/orvaneplatform_global.h"
 
 #include <QtGlobal>
 

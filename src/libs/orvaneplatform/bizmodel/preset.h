@@ -1,7 +1,7 @@
 #pragma once
 
-#include "bizmodel/file.h"
-#include "bizmodel/fwd.h"
+#include "orvaneplatform/bizmodel/file.h"
+#include "orvaneplatform/bizmodel/fwd.h"
 
 #include <QList>
 

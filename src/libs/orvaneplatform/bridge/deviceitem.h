@@ -1,9 +1,9 @@
 #pragma once
 
-#include "bizmodel/device.h"
-#include "bridge/inputitem.h"
-#include "bridge/presetitem.h"
-#include "bridge/screenitem.h"
+#include "orvaneplatform/bizmodel/device.h"
+#include "orvaneplatform/bridge/inputitem.h"
+#include "orvaneplatform/bridge/presetitem.h"
+#include "orvaneplatform/bridge/screenitem.h"
 
 #include <atomic>
 #include <memory>

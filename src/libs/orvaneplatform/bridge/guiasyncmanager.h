@@ -1,8 +1,8 @@
 #pragma once
 
-#include "modelcontrol/asyncmanager.h"
-#include "openrequest.h"
-#include "orvaneplatform_global.h"
+#include "orvaneplatform/modelcontrol/asyncmanager.h"
+#include "orvaneplatform/openrequest.h"
+#include "orvaneplatform/orvaneplatform_global.h"
 
 #include <QObject>
 

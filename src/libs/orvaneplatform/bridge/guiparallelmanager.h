@@ -1,8 +1,8 @@
 #pragma once
 
-#include "openrequest.h"
-#include "orvaneplatform_global.h"
-#include "parallelcontrol/parallelmanager.h"
+#include "orvaneplatform/openrequest.h"
+#include "orvaneplatform/orvaneplatform_global.h"
+#include "orvaneplatform/parallelcontrol/parallelmanager.h"
 
 #include <QObject>
 

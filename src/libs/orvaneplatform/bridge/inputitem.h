@@ -1,8 +1,8 @@
 #pragma once
 
-#include "bizmodel/fwd.h"
-#include "bizmodel/input.h"
-#include "bridge/sharedvalue.h"
+#include "orvaneplatform/bizmodel/fwd.h"
+#include "orvaneplatform/bizmodel/input.h"
+#include "orvaneplatform/bridge/sharedvalue.h"
 
 #include <atomic>
 #include <memory>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "bridge/deviceitem.h"
-#include "modelcontrol/controllerfactory.h"
+#include "orvaneplatform/bridge/deviceitem.h"
+#include "orvaneplatform/modelcontrol/controllerfactory.h"
 
 namespace Orvane::Bridge {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "bizmodel/devicelist.h"
-#include "bridge/deviceitem.h"
+#include "orvaneplatform/bizmodel/devicelist.h"
+#include "orvaneplatform/bridge/deviceitem.h"
 
 namespace Orvane::Bridge {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "bridge/deviceitem.h"
-#include "bridge/guiparallelmanager.h"
+#include "orvaneplatform/bridge/deviceitem.h"
+#include "orvaneplatform/bridge/guiparallelmanager.h"
 
 #include <list>
 #include <mutex>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "bridge/deviceitem.h"
-#include "tasksampling/samplingthread.h"
+#include "orvaneplatform/bridge/deviceitem.h"
+#include "orvaneplatform/tasksampling/samplingthread.h"
 
 namespace Orvane::Bridge {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "bizmodel/layer.h"
-#include "bridge/sharedvalue.h"
+#include "orvaneplatform/bizmodel/layer.h"
+#include "orvaneplatform/bridge/sharedvalue.h"
 
 #include <atomic>
 #include <memory>

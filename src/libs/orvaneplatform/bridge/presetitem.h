@@ -1,7 +1,7 @@
 #pragma once
 
-#include "bizmodel/preset.h"
-#include "bridge/sharedvalue.h"
+#include "orvaneplatform/bizmodel/preset.h"
+#include "orvaneplatform/bridge/sharedvalue.h"
 
 namespace Orvane::Bridge {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "bizmodel/screen.h"
-#include "bridge/layeritem.h"
-#include "bridge/sharedvalue.h"
+#include "orvaneplatform/bizmodel/screen.h"
+#include "orvaneplatform/bridge/layeritem.h"
+#include "orvaneplatform/bridge/sharedvalue.h"
 
 #include <atomic>
 #include <functional>

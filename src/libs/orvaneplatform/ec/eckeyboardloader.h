@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ec/eckeyboardconfig.h"
-#include "orvaneplatform_global.h"
+#include "orvaneplatform/ec/eckeyboardconfig.h"
+#include "orvaneplatform/orvaneplatform_global.h"
 
 #include <QByteArray>
 #include <QList>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "modelcontrol/asyncrequests.h"
-#include "orvaneplatform_global.h"
+#include "orvaneplatform/modelcontrol/asyncrequests.h"
+#include "orvaneplatform/orvaneplatform_global.h"
 
 #include <QtGlobal>
 

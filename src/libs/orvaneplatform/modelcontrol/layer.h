@@ -1,8 +1,8 @@
 #pragma once
 
-#include "bizmodel/enums.h"
-#include "bizmodel/fwd.h"
-#include "orvaneplatform_global.h"
+#include "orvaneplatform/bizmodel/enums.h"
+#include "orvaneplatform/bizmodel/fwd.h"
+#include "orvaneplatform/orvaneplatform_global.h"
 
 #include <QList>
 #include <QRect>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "bizmodel/enums.h"
-#include "bizmodel/fwd.h"
-#include "orvaneplatform_global.h"
-#include "protomodel/file.h"
+#include "orvaneplatform/bizmodel/enums.h"
+#include "orvaneplatform/bizmodel/fwd.h"
+#include "orvaneplatform/orvaneplatform_global.h"
+#include "orvaneplatform/protomodel/file.h"
 
 #include <QList>
 #include <QString>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "orvaneplatform_global.h"
-#include "parallelcontrol/paralleltasks.h"
+#include "orvaneplatform/orvaneplatform_global.h"
+#include "orvaneplatform/parallelcontrol/paralleltasks.h"
 
 #include <QString>
 #include <QtGlobal>

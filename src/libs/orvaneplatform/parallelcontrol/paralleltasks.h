@@ -1,9 +1,9 @@
 #pragma once
 
-#include "bizmodel/enums.h"
-#include "bizmodel/fwd.h"
-#include "completion.h"
-#include "orvaneplatform_global.h"
+#include "orvaneplatform/bizmodel/enums.h"
+#include "orvaneplatform/bizmodel/fwd.h"
+#include "orvaneplatform/completion.h"
+#include "orvaneplatform/orvaneplatform_global.h"
 
 #include <QString>
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "bizmodel/enums.h"
-#include "bizmodel/fwd.h"
-#include "protomodel/file.h"
+#include "orvaneplatform/bizmodel/enums.h"
+#include "orvaneplatform/bizmodel/fwd.h"
+#include "orvaneplatform/protomodel/file.h"
 
 #include <QtGlobal>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "orvaneplatform_global.h"
-#include "tasksampling/samplings.h"
+#include "orvaneplatform/orvaneplatform_global.h"
+#include "orvaneplatform/tasksampling/samplings.h"
 
 #include <QtGlobal>
 
