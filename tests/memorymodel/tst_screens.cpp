@@ -143,7 +143,7 @@ private Q_SLOTS:
     {
         Model m;
         Control& control = m.control();
-        const MemoryDeviceList& list = m.model.deviceList();
+        const BizModel::DeviceList& list = m.model.deviceList();
         QVERIFY(control.activateDevice(B) && control.activateDevice(B));
         QVERIFY(control.changeAddress(B, "C"));
         QCOMPARE(list.activedDevice().lock()->ipMacSn(), "C");

@@ -8,7 +8,7 @@
 
 namespace Orvane::ConsoleHost {
 
-using MemoryModel::MemoryDeviceList;
+using MemoryModel::ModelSignals;
 
 namespace {
 constexpr std::chrono::milliseconds RefreshInterval(40);
@@ -21,7 +21,7 @@ ModelWatcher::ModelWatcher(MemoryModel::MemoryModel& model, QObject* parent)
     m_timer.setSingleShot(true);
     m_timer.setInterval(RefreshInterval);
     connect(&m_timer, &QTimer::timeout, this, &ModelWatcher::refresh);
-    connect(&model.deviceList(), &MemoryDeviceList::signalModelChanged, this, &ModelWatcher::refreshSoon);
+    connect(&model.deviceList(), &ModelSignals::signalModelChanged, this, &ModelWatcher::refreshSoon);
 }
 
 void ModelWatcher::refreshSoon()

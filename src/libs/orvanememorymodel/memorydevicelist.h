@@ -30,8 +30,7 @@ public:
     BizModel::Enum::Preset::PresetOptMode presetOperateMode() const override;
     void setPresetOperateMode(BizModel::Enum::Preset::PresetOptMode mode) override;
 
-    /// All devices, in the order of the show. Any thread.
-    QList<std::weak_ptr<BizModel::Device>> devices() const;
+    QList<std::weak_ptr<BizModel::Device>> devices() const override;
 
     const Data& data(const Guard& guard) const { return m_data.get(guard); }
     Data& data(Change& change) { return m_data.get(change); }

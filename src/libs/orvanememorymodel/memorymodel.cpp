@@ -7,6 +7,7 @@
 #include "requestmanager.h"
 #include "samplingqueue.h"
 #include "showfile.h"
+#include "worker.h"
 
 #include <utility>
 
@@ -48,7 +49,7 @@ void MemoryModel::stop()
     m_p->hub->operations.stop();
     m_p->requests.stop();
     m_p->sampling.stop();
-    m_p->processor->m_timer.stop();
+    m_p->processor->m_pTimer->stop();
     m_p->parallel.stop();
 }
 
@@ -86,7 +87,7 @@ void MemoryModel::setShowFile(const QString& path)
     m_p->showFile.get(change) = path;
 }
 
-MemoryDeviceList& MemoryModel::deviceList()
+ModelSignals& MemoryModel::deviceList()
 {
     return m_p->list;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "control.h"
+#include "modelsignals.h"
 #include "operations.h"
 #include "processor.h"
 
@@ -12,7 +13,6 @@
 
 namespace Orvane::MemoryModel {
 
-class MemoryDeviceList;
 struct ShowRecord;
 
 /// A complete model for the console, in memory: it stands in for the device list, the controllers, the
@@ -34,6 +34,7 @@ public:
 
     /// @name Shows
     /// @{
+
     /// Replaces everything by the show. False when it has a fault; nothing has changed then, and @p faults
     /// names every one with its place.
     bool load(const QByteArray& json, QStringList& faults);
@@ -48,7 +49,7 @@ public:
     /// @}
 
     /// All devices, and `signalModelChanged` for every change whatever its kind.
-    MemoryDeviceList& deviceList();
+    ModelSignals& deviceList();
     /// The journal, and orders to fail or to take longer.
     Operations& operations();
     /// Changes that a user makes at the device or in the application. Any thread.

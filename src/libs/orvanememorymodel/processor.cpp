@@ -1,12 +1,17 @@
 #include "processor.h"
 
 #include "showclock_p.h"
+#include "worker.h"
 
 #include <utility>
 
 namespace Orvane::MemoryModel {
 
-Processor::Processor() = default;
+Processor::Processor()
+    : m_pTimer(std::make_unique<Worker>(QStringLiteral("model-processor")))
+{
+}
+
 Processor::~Processor() = default;
 
 void Processor::take(const ScreenJob& job, OpenRequest end)
@@ -105,7 +110,7 @@ void Processor::succeedAfter(std::chrono::milliseconds duration, OpenRequest end
     const auto finish = [end](bool stopping) {
         end.finish(!stopping, stopping ? QStringLiteral("The model has stopped.") : QString());
     };
-    if (!m_timer.postAt(ShowClock::now() + duration, finish))
+    if (!m_pTimer->postAt(ShowClock::now() + duration, finish))
         finish(true);
 }
 

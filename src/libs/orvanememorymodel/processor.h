@@ -3,7 +3,6 @@
 #include "orvaneplatform/bizmodel/enums.h"
 #include "orvaneplatform/openrequest.h"
 #include "records.h"
-#include "worker.h"
 
 #include <QList>
 #include <QRect>
@@ -16,10 +15,13 @@
 
 namespace Orvane::MemoryModel {
 
+class Worker;
+
 /// Screens of one device that something is to be done with.
 struct ScreenJob {
     /// Identity of the device (`ipMacSn`).
     QString device;
+    /// Which of its screens, each once.
     QList<ScreenKey> screens;
     /// How long a take lasts; 0 for other jobs.
     std::chrono::milliseconds duration{0};
@@ -49,6 +51,7 @@ struct LayerJob {
 /// thread of the key that asks for it.
 class Processor {
 public:
+    /// Ready for jobs.
     Processor();
     /// Whoever overrides hooks must see to it that none runs any more: destroy the model first.
     virtual ~Processor();
@@ -62,13 +65,17 @@ public:
     /// Runs the transition of the screens to program. Screens whose transitions last differently come in
     /// jobs of their own. The simulation ends when the job's duration is over.
     virtual void take(const ScreenJob& job, OpenRequest end);
+    /// Takes the screens to program at once.
     virtual void cut(const ScreenJob& job, OpenRequest end);
     /// Copies the screens' program to their preview.
     virtual void match(const ScreenJob& job, OpenRequest end);
+    /// Freezes the screens' program, or lets it go on.
     virtual void freeze(const ScreenJob& job, bool frozen, OpenRequest end);
+    /// Fades the screens' program to black, or back.
     virtual void fadeToBlack(const ScreenJob& job, bool black, OpenRequest end);
     /// Whether takes exchange program and preview.
     virtual void setSwap(const QString& device, bool swap, OpenRequest end);
+    /// Which scene presets are loaded to.
     virtual void setLoadTarget(
         const QString& device, BizModel::Enum::Device::LoadToPGMStatus target, OpenRequest end);
     /// @}
@@ -81,9 +88,11 @@ public:
     /// Moves the screens' transition to @p progress, from 0.0 to 1.0. Positions that come meanwhile are
     /// merged into one. A position that fails is passed over.
     virtual bool moveTBar(const ScreenJob& job, double progress, QString& error);
+    /// Shows the stored scenes on their screens.
     virtual bool loadPreset(const QString& device, quint16 fileId, QString& error);
     /// Stores the present scenes as the preset, in the place of an earlier one.
     virtual bool storePreset(const QString& device, FileType type, quint16 fileId, QString& error);
+    /// Adds screens, which the model has made already.
     virtual bool createScreens(const ScreenJob& job, QString& error);
     virtual bool removePreset(const QString& device, FileType type, quint16 fileId, QString& error);
     /// Keeps the device's state over a restart. The simulation writes the show file.
@@ -116,7 +125,8 @@ private:
 
     /// Set before the first job and not changed after it.
     std::function<bool(QString& error)> m_writeShowFile;
-    Worker m_timer{QStringLiteral("model-processor")};
+    /// Ends the simulated jobs when their time is over.
+    const std::unique_ptr<Worker> m_pTimer;
 };
 
 } // namespace Orvane::MemoryModel
