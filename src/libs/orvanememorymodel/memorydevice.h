@@ -141,6 +141,7 @@ public:
     void setActivePreset(Change& change, const std::shared_ptr<MemoryPreset>& preset);
     /// @name The halves of a preset's load
     /// @{
+
     /// A new load begins: the refusal of an earlier one no longer counts.
     void beginLoad(Change& change, quint16 fileId);
     /// The device was told: the preset becomes active. False when the model has refused the load.

@@ -66,13 +66,16 @@ enum class Operation {
     SampleLoadPreset
 };
 
+/// The enumerator, as it is written.
 QString operationName(Operation operation);
 /// None when no operation has the name; names are case-sensitive.
 std::optional<Operation> findOperation(const QString& name);
+/// All names, in the order of the enumerators.
 QStringList operationNames();
 
 /// One line of the model's journal.
 struct JournalEntry {
+    /// How far the operation has come.
     enum class Phase {
         /// Asked for; it is carried out on another thread.
         Requested,
@@ -82,15 +85,20 @@ struct JournalEntry {
         Ended
     };
 
+    /// Name of the operation.
     QString operation;
     /// `name=value` pairs with blanks between them.
     QString arguments;
+    /// How far it has come.
     Phase phase = Phase::Started;
     /// Why it failed; only of an entry that tells an end, and empty when all went well.
     std::optional<QString> failure;
     /// The system's name and number of the thread.
+    /// @{
     QString threadName;
     qint64 threadId = 0;
+    /// @}
+    /// When it was written.
     std::chrono::steady_clock::time_point time;
 };
 
@@ -104,10 +112,12 @@ enum class Times { Once, Always };
 /// may call any member.
 class Operations final {
 public:
+    /// Replaces the one who hears of every entry; empty for nobody.
     void setListener(JournalListener listener);
 
     /// @name Orders
     /// @{
+
     /// The operation fails with @p text. An order for once comes before one for always, and orders for once
     /// add up.
     void fail(Operation operation, const QString& text, Times times);
@@ -115,12 +125,15 @@ public:
     void delay(Operation operation, std::chrono::milliseconds duration, Times times);
     /// Forgets the orders for the operation.
     void clearOrders(Operation operation);
+    /// Forgets all orders.
     void clearAllOrders();
     /// @}
 
     /// What was ordered for a run of an operation.
     struct Verdict {
+        /// How much longer it takes.
         std::chrono::milliseconds delay{0};
+        /// Why it fails; empty when it does not.
         std::optional<QString> failure;
     };
 
@@ -139,6 +152,7 @@ public:
     bool sleepFor(std::chrono::milliseconds duration);
     /// Ends all waits, present and future.
     void stop();
+    /// True once `stop` was called.
     bool stopped() const;
 
 private:

@@ -21,6 +21,7 @@ namespace Orvane::ModelTest {
 class ModelTester final : public QObject {
     Q_OBJECT
 public:
+    /// Watches from now on. @p model outlives the tester.
     explicit ModelTester(BizModel::DeviceList& model, ModelLimits limits = {}, QObject* parent = nullptr);
     ~ModelTester() override;
 

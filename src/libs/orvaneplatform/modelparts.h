@@ -8,10 +8,11 @@
 /// Which parts of its model the application has installed.
 namespace Orvane::ModelParts {
 
+/// A part of the model.
 struct Part {
     QString name; ///< of the class, such as "ParallelManager"
     QString consequence; ///< what does not work without it: "take, cut, ... do nothing"
-    bool isInstalled = false;
+    bool isInstalled = false; ///< an implementation lives now
 };
 
 /// Every part that the library asks for, by name. Any thread.

@@ -23,9 +23,12 @@ public:
     /// Ends the request. @p text is the reason of a failure, in words for the user. False, with a warning,
     /// when it has ended already; the first result stands.
     bool finish(bool ok, const QString& text = {}) const;
+    /// Ends the request as succeeded.
     bool succeed() const { return finish(true); }
+    /// Ends it as failed, with the reason in words for the user.
     bool fail(const QString& text) const { return finish(false, text); }
 
+    /// True until it has ended.
     bool isOpen() const;
 
 private:

@@ -53,11 +53,13 @@ public:
     /// Handles one key; the argument is its `ECKey`, the result says whether it was handled.
     using KeyCallback = std::function<bool(const quint32&)>;
 
+    /// Without keys until `setCommandConfig()`.
     explicit Command(QObject* parent = nullptr);
     ~Command() override;
 
-    // What a subclass is and how many pages of keys it has. Called on any thread; an override holds no lock
-    // while it calls out.
+    /// @name What a subclass is and how many pages of keys it has
+    /// Called on any thread; an override holds no lock while it calls out.
+    /// @{
 
     /// The name of the configuration's group that this command serves. Always the same.
     virtual QString name() const = 0;
@@ -72,6 +74,7 @@ public:
     /// Writes the page label; false without it. Page keys call it in a paint job. An override also shows the
     /// keys of the page.
     virtual bool updatePageOled(const quint32& oledECKey, const quint32& pageIndex);
+    /// The same for a label at hand; false when it is gone.
     virtual bool updatePageOled(std::weak_ptr<EC::s_ECOledConfig> oled, const quint32& pageIndex);
     /// Called when the configuration entry was set: collects the select keys and makes their items anew.
     virtual void updateSelectModeButtonConfig();
@@ -81,9 +84,12 @@ public:
     virtual std::shared_ptr<EC::s_ECButtonConfig> findSelectModeButtonByIndex(const int& index) const;
     /// Shows every key of the group as it is now.
     virtual void updateKeyboard();
+    /// @}
 
-    // How the routing guards treat this command's keys. Called for each press or release, on its thread, so
-    // an override only looks the key up. The base reads the key's row.
+    /// @name How the routing guards treat this command's keys
+    /// Called for each press or release, on its thread, so an override only looks the key up. The base reads
+    /// the key's row.
+    /// @{
 
     /// Whether something is bound to the key; the host learns it with a press on the physical console.
     virtual bool isAlreadyBind(const quint16& ecKey);
@@ -91,10 +97,13 @@ public:
     virtual bool isLockKeyPadKey(const quint16& ecKey);
     /// Whether the key's press passes an open dialog.
     virtual bool isAllowedKeyPressed(const quint16& ecKey);
-    /// Whether the press, once handled, is passed to every command's `takeKeyPressed()` (`cutKeyPressed()`).
+    /// Whether the press, once handled, is passed to every command's `takeKeyPressed()`.
     virtual bool isTakeKeyPressed(const quint32& ecKey);
+    /// The same for `cutKeyPressed()`.
     virtual bool isCutKeyPressed(const quint32& ecKey);
+    /// A take key was pressed and handled, in whatever group. The base does nothing.
     virtual void takeKeyPressed(const quint32& ecKey);
+    /// The same of a cut key.
     virtual void cutKeyPressed(const quint32& ecKey);
     /// Whether the key's release passes an open dialog.
     virtual bool isAllowedKeyReleased(const quint16& ecKey);
@@ -104,10 +113,13 @@ public:
     virtual bool containsSelectedECButtonConfigByECKey(const quint32& ecKey) const;
     /// The host has changed whether presets load to program.
     virtual void setLoadToPGMStateChanged(const bool& loadToPGM);
+    /// @}
 
 public Q_SLOTS:
-    // The model's and the console's notifications. The base does nothing at any of them.
-
+    /// The model's and the console's notifications, forwarded by the command manager: the model's on the GUI
+    /// thread, those of keys and T-Bar on the thread that brings the report. The base does nothing at any of
+    /// them.
+    /// @{
     virtual void slotActivedDeviceChanged();
     virtual void slotDeviceRemoved(std::shared_ptr<BizModel::Device> device);
     virtual void slotActivedScreenChanged(
@@ -180,8 +192,10 @@ public Q_SLOTS:
     virtual void slotECButtonPressed(const quint32& ecKey);
     virtual void slotECButtonRelease(const quint32& ecKey);
     virtual void slotFramelessMessageBoxClosed(QMessageBox::StandardButton button);
+    /// @}
 
 public:
+    /// Adds an extension of the preset keys; only the preset command has any.
     virtual void registerPresetCommand(IPresetCommandEx* command);
 
     // Configuration and lookups.
@@ -189,18 +203,24 @@ public:
     /// Stores the entry, then calls `updateSelectModeButtonConfig()`. The keys of the entry are not changed
     /// from then on.
     void setCommandConfig(std::shared_ptr<EC::s_ECCommandConfig> config);
+    /// The entry; empty until it is set.
     std::shared_ptr<EC::s_ECCommandConfig> ecCommandConfig() const;
+    /// The page that the keys show, from 0.
     int currentPageIndex() const;
-    /// No bound is checked.
+    /// Sets it, without a repaint. No bound is checked.
     void updateCurrentPageIndex(int pageIndex);
+    /// Whether the group has the key with that number.
     bool containsECButton(const quint32& ecKey) const;
+    /// Whether that key is a select key.
     bool containsSelectedECButton(const quint32& ecKey) const;
+    /// Whether the group has a key with that application number.
     bool containsECKeyByOrvaneECKey(const quint32& orvaneECKey) const;
     /// Whether a key of the group has a label with that number; labels are numbered apart from keys.
     bool containsECOled(const quint32& ecKey) const;
-    /// 0 without an entry; otherwise the entry's result for the number cut to 16 bits.
+    /// The console's number of a key: 0 without an entry; otherwise the entry's result for the number cut to
+    /// 16 bits.
     quint32 getECKeyByOrvaneECKey(const quint32& orvaneECKey) const;
-    /// 0xFFFFFFFF without an entry.
+    /// The console's number of the key at that place; 0xFFFFFFFF without an entry.
     quint32 getECKeyByOrderIndex(const quint16& orderIndex) const;
     /// The key's function code; 0 when there is none.
     int findOrvaneKey(const quint32& ecKey) const;
@@ -209,33 +229,50 @@ public:
     /// The key's index in the whole list, on the current page; -1 when there is none.
     int findECButtonIndex(const quint32& ecKey) const;
     /// Handlers by function code. Empty for an unknown code, which leaves an empty entry in the table.
+    /// @{
     KeyCallback findECButtonPressedCBByOrvaneKey(const quint16& orvaneKey);
     KeyCallback findECButtonReleaseCBByOrvaneKey(const quint16& orvaneKey);
+    /// @}
     /// Handlers by key; empty when the key has no function.
+    /// @{
     KeyCallback findECButtonPressedCBByECKey(const quint32& ecKey);
     KeyCallback findECButtonReleaseCBByECKey(const quint32& ecKey);
+    /// @}
 
-    // LEDs and labels. A label takes 32 bytes of UTF-8 and is cut there.
+    /// @name LEDs and labels
+    /// Sent on the caller's thread. A label takes 32 bytes of UTF-8 and is cut there.
+    /// @{
 
+    /// Gives the record the color's red, green and blue. `ledColor` is an `ECLEDColor`.
     void fillButtonColor(std::shared_ptr<ECButtonColor> color, const int& ledColor) const;
+    /// Gives the record the text, cut where the label ends.
     void fillOledText(std::shared_ptr<ECOLEDText> oled, const QString& text) const;
+    /// Lights a key. `state` is an `eButtonState`.
     void updateECButton(const quint32& buttonKey, const quint32& ecKey, ECLEDColor color, const int& state);
-    /// Warns when no button has that number.
+    /// Lights the key with that number; warns when there is none.
     void updateECButtonColor(const quint32& ecKey, ECLEDColor color, const int& state = 0);
+    /// Lights a key in the color, or turns it off.
     void setEcButtonLedColor(const quint32& buttonKey, const quint32& ecKey, bool on, ECLEDColor color);
     /// Turns off the keys for whose function code `isMeant` returns true.
     void darkenKeys(const std::function<bool(quint16)>& isMeant);
+    /// Writes a label.
     void updateECOledText(const quint32& oledKey, const quint32& ecKey, const QString& text);
     /// Writes the label of the key with that number.
     void updateECOledTextByBtnECKey(const quint32& ecKey, const QString& text);
+    /// Sets the level of the LED bar beside the T-Bar.
     void updateTBarValue(const ECTBarValue& value);
+    /// @}
 
     // Paging.
 
+    /// Handlers of the page keys: a press turns the page, as far as there is one, and lights the key; its
+    /// release darkens it. True when the group has the key.
+    /// @{
     bool pageUpPressed(const quint32& ecKey);
     bool pageUpRelease(const quint32& ecKey);
     bool pageDownPressed(const quint32& ecKey);
     bool pageDownRelease(const quint32& ecKey);
+    /// @}
     /// Sends the items of the current page to the console. While another thread paints this command's keys,
     /// the call returns at once and that thread sends them next.
     void updateCommandKeypad(Enum::UpdateConsoleType type);
@@ -245,14 +282,19 @@ public:
     // Steps that several commands share.
 
     /// True for the screens that keys work on: regular and AUX.
+    /// @{
     static bool checkScreenType(BizModel::Enum::Screen::ScreenType type);
     static bool checkScreenType(std::weak_ptr<BizModel::Screen> screen);
+    /// @}
     /// Locks or unlocks the console's keypad, then has the manager emit `signalKeyboardLocked`.
     void lockedKeyPad(bool locked);
     /// Locks or unlocks the T-Bar, then has the manager emit `signalTbarLocked`.
     void lockedTBar(bool locked);
+    /// The manager's flag: the last key that a command knew was pressed on the on-screen console.
+    /// @{
     bool getVirtualConsoleMode() const;
     void setIsVirtualConsoleMode(bool isVirtual);
+    /// @}
     /// Has the manager emit its signal of that name.
     void signalStandardKeyPressed(quint32 key, QString text);
 
@@ -269,8 +311,10 @@ protected:
     /// Binds a function code to its handlers, for a command without a table; an empty handler is not bound.
     void bindKey(quint32 orvaneKey, KeyCallback pressed, KeyCallback released);
     /// Runs the handler bound to a key, if there is one.
+    /// @{
     void dispatchPressed(const quint32& ecKey);
     void dispatchReleased(const quint32& ecKey);
+    /// @}
 
     /// Paints the lights and labels of this command's keys.
     Internal::Painter& painter() const;

@@ -34,20 +34,29 @@ public:
     ECCommandItem(const ECCommandItem& other);
     /// Copies every field; the item stays in the set in which it is.
     ECCommandItem& operator=(const ECCommandItem& other);
+    /// The objects that it was bound to are not touched.
     virtual ~ECCommandItem();
 
     /// Page times page size plus order, or -1 while the key is bound to nothing.
+    /// @{
     void setECButtonIndex(qint32 index);
     qint32 ecButtonIndex() const;
+    /// @}
 
     /// Position among the group's selectable keys of one page, from 0.
+    /// @{
     void setECButtonOrderIndex(qint16 index);
     qint16 ecButtonOrderIndex() const;
+    /// @}
 
     /// Page that the item is shown on, from 0; -1 until it is set.
+    /// @{
     void setECButtonPageIndex(qint16 index);
     qint16 ecButtonPageIndex() const;
+    /// @}
 
+    /// What the key shows: whether its LED flashes, its color, its label.
+    /// @{
     void setIsLedBlink(bool blink);
     bool isLedBlink() const;
 
@@ -56,14 +65,19 @@ public:
 
     void setECOledText(const QString& text);
     QString ecOledText() const;
+    /// @}
 
     /// The console's number of the key, -1 until it is set.
+    /// @{
     void setECButtonKey(qint32 key);
     qint32 ecButtonKey() const;
+    /// @}
 
     /// The console's number of the key's label, -1 for a key without one.
+    /// @{
     void setECOledKey(qint32 key);
     qint32 ecOledKey() const;
+    /// @}
 
     /// True while the button index is not -1.
     bool isBindKeyPad() const;
@@ -74,17 +88,24 @@ public:
     void appendObjectData(const ECObjectId& id);
     /// True when an object with the same server id and the same index is bound.
     bool isContainsObjectId(const ECObjectId& id) const;
+    /// Unbinds the object with the same server id and the same index.
     void removeObjectId(const ECObjectId& id);
+    /// The bound objects, in the order in which they were bound.
     ECObjectIdList getObjectIdList() const;
+    /// Unbinds all objects.
     void clearObjectIdSet();
 
     /// Inserts a name before position `index`, or behind the last one for -1. Does nothing for an index
     /// below -1 or beyond the end.
     void appendBindedName(const QString& name, int index);
-    /// Does nothing unless 0 <= `index` < number of names; the same goes for `updateBindedName`.
+    /// Removes or replaces a name. Does nothing unless 0 <= `index` < number of names.
+    /// @{
     void removeBindedName(int index);
     void updateBindedName(const QString& name, int index);
+    /// @}
+    /// The names in order.
     QList<QString> objectNameList() const;
+    /// Removes all names.
     void clearObjectNameSet();
     /// The names in order with "/" between them.
     QString joinObjectName() const;
@@ -103,7 +124,10 @@ private:
     const std::unique_ptr<Internal::ECCommandItemPrivate> d;
 };
 
+/// An item and a list of items, as the store hands them out.
+/// @{
 using ECCommandItemPtr = std::shared_ptr<ECCommandItem>;
 using ECCommandItemList = QList<ECCommandItemPtr>;
+/// @}
 
 } // namespace Orvane::ECProxy::Client

@@ -44,18 +44,20 @@ public:
     /// The device called `previousIp` is called `currentIp` from now on; its set replaces any that was
     /// begun under the new name. A device without a set changes nothing and is logged.
     void updateECCommandItems(const QString& previousIp, const QString& currentIp);
+    /// Drops the set of a device that is gone.
     void removeDeviceEcCommandItems(const QString& ip);
 
-    // The items of one type in the order of their registration, which is by page and by order within the
-    // page. A device without a set gives fresh unbound copies of the registered items, so that its keys can
-    // be painted dark.
-
+    /// The items of one type in the order of their registration, which is by page and by order within the
+    /// page. A device without a set gives fresh unbound copies of the registered items, so that its keys can
+    /// be painted dark.
+    /// @{
     ECCommandItemList screenECCommandItems(const QString& ip) const;
     ECCommandItemList inputECCommandItems(const QString& ip) const;
     ECCommandItemList presetECCommandItems(const QString& ip) const;
     /// Puts the layer items of one screen into `items`: none for a screen without `initLayerECCommand`.
     void layerECCommandItems(const QString& ip, quint32 screenId, ECCommandItemList& items) const;
     ECCommandItemList presetECCommandExItems() const;
+    /// @}
 
     /// The first item on that page with that order index.
     std::shared_ptr<ECCommandItem> findEcCommandItem(
@@ -75,12 +77,14 @@ public:
     ECObjectIdList findBindingObject(const QString& ip, KeyboardType type, int index, quint64 serverId) const;
     /// The button index of the first item bound to the object; -1 when there is none.
     int findBindingButtonIndex(const QString& ip, KeyboardType type, const ECObjectId& id) const;
+    /// The first item bound to the object; empty when there is none.
     std::shared_ptr<ECCommandItem> findBindingECItem(
         const QString& ip, KeyboardType type, const ECObjectId& id) const;
 
     /// Binds the item that `findEcCommandItem` gives for these arguments and returns it. A `Layer` item ends
     /// bound to the last id alone, any other keeps the objects that it was bound to. The longer forms set
     /// the key's looks too.
+    /// @{
     std::shared_ptr<ECCommandItem> updateECButtonData(
         const QString& ip, KeyboardType type, int orderIndex, int buttonIndex, int pageIndex,
         const ECObjectIdList& ids);
@@ -90,6 +94,7 @@ public:
     std::shared_ptr<ECCommandItem> updateECButtonData(
         const QString& ip, KeyboardType type, int orderIndex, int buttonIndex, int pageIndex,
         const ECObjectIdList& ids, ECLEDColor color, const QString& text, bool blink);
+    /// @}
     /// Unbinds the first item bound to the object, leaves it in `color` and returns it.
     std::shared_ptr<ECCommandItem> resetECButtonData(
         const QString& ip, KeyboardType type, const ECObjectId& id, ECLEDColor color = ECLEDColor::Off);
@@ -122,14 +127,17 @@ public:
     std::shared_ptr<ECCommandItem> removeECButtonData(
         KeyboardType type, int orderIndex, int pageIndex, const ECObjectId& id);
     /// Unbinds all keys, the key at one place, or the keys bound to an object with that server id.
+    /// @{
     void resetPresetExItems(KeyboardType type);
     void resetPresetExItems(KeyboardType type, int pageIndex, int orderIndex);
     void resetPresetExItems(KeyboardType type, quint64 serverId);
+    /// @}
     /// Takes the objects of one server, with their names, from all keys and renews every label; keys that
     /// are left without an object go dark. False only for another type.
     bool resetPresetExDataByServerId(KeyboardType type, quint64 serverId);
-    /// False when there is no key at that place.
+    /// Writes the label of a key; false when there is no key at that place.
     bool updatePresetExItemText(int pageIndex, int orderIndex, const QString& text);
+    /// Whether a key is bound to the object.
     bool isBindingPresetExObject(const ECObjectId& id) const;
 
 private:

@@ -18,6 +18,7 @@ enum class KeyboardType { Screen = 0, Layer = 1, Input = 2, Preset = 3, PresetEx
 /// (screen id, layer id, or `Constants::UnboundLayerIndex` while the key is free); input: (interface id, 0);
 /// preset: (file id, file type).
 using ECObjectId = QPair<quint64, quint32>;
+/// Objects in the order in which they were bound.
 using ECObjectIdList = QList<ECObjectId>;
 
 namespace Enum {
@@ -27,11 +28,14 @@ enum class UpdateConsoleType { All = 0, Key = 1, OLED = 2 };
 
 namespace Constants {
 
+/// Names of the groups of keys, as keyboard files have them.
+/// @{
 inline const QString SCREENCOMMANDNAME = QStringLiteral("ScreenCommand");
 inline const QString LAYERCOMMANDNAME = QStringLiteral("LayerCommand");
 inline const QString INPUTCOMMANSDNAME = QStringLiteral("InputCommand");
 inline const QString PRESETCOMMANDNAME = QStringLiteral("PresetCommand");
 inline const QString IPRESETCOMMANDEXNAME = QStringLiteral("IPresetCommandEX");
+/// @}
 
 /// Name of the application object's dynamic property that makes the console ignore most keys.
 constexpr char QuenorProperty[] = "Quenor";

@@ -34,6 +34,7 @@ class ORVANEECPROXYCLIENT_EXPORT FunctionCommand : public Command {
     Q_OBJECT
 
 public:
+    /// Made by the command manager, on the GUI thread.
     explicit FunctionCommand(QObject* parent = nullptr);
     ~FunctionCommand() override;
 
@@ -47,6 +48,9 @@ public:
     void showLights();
 
 public Q_SLOTS:
+    /// The notifications that concern these keys; see `Command`.
+    /// @{
+
     /// Where the T-Bar's lock differs from what the lock key knows, the key follows: its next hold toggles
     /// what is so, its light shows it, and a hold that had begun ends without acting.
     void slotTbarLocked(bool locked) override;
@@ -55,6 +59,7 @@ public Q_SLOTS:
     void slotDVISignalChanged(QMap<int, bool> signalOfInput) override;
     void slotECButtonPressed(const quint32& ecKey) override;
     void slotECButtonRelease(const quint32& ecKey) override;
+    /// @}
 
 private:
     const std::unique_ptr<Internal::FunctionCommandPrivate> d;

@@ -30,6 +30,7 @@ class ORVANEECPROXYCLIENT_EXPORT InputCommand : public Command {
     Q_OBJECT
 
 public:
+    /// Made by the command manager, on the GUI thread.
     explicit InputCommand(QObject* parent = nullptr);
     ~InputCommand() override;
 
@@ -53,6 +54,8 @@ public:
     void udpateECPageOled();
 
 public Q_SLOTS:
+    /// The notifications that concern these keys; see `Command`.
+    /// @{
     void slotActivedDeviceChanged() override;
     void slotDeviceRemoved(std::shared_ptr<BizModel::Device> device) override;
     void slotActivedScreenChanged(
@@ -82,6 +85,7 @@ public Q_SLOTS:
         std::weak_ptr<BizModel::Layer> layer) override;
     void slotECButtonPressed(const quint32& ecKey) override;
     void slotECButtonRelease(const quint32& ecKey) override;
+    /// @}
 
 private:
     friend class Internal::InputCommandPrivate;

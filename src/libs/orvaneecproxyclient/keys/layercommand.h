@@ -41,6 +41,7 @@ class ORVANEECPROXYCLIENT_EXPORT LayerCommand : public Command {
     Q_OBJECT
 
 public:
+    /// Made by the command manager, on the GUI thread.
     explicit LayerCommand(QObject* parent = nullptr);
     ~LayerCommand() override;
 
@@ -69,6 +70,8 @@ public:
     void updateLayerECButtonAfterTake();
 
 public Q_SLOTS:
+    /// The notifications that concern these keys; see `Command`.
+    /// @{
     void slotActivedDeviceChanged() override;
     void slotDeviceRemoved(std::shared_ptr<BizModel::Device> device) override;
     void slotActivedScreenChanged(
@@ -95,6 +98,7 @@ public Q_SLOTS:
     void slotFramelessMessageBoxClosed(QMessageBox::StandardButton button) override;
     /// The end of a burst of layer notifications.
     void slotUpdateTakeScreenTimeout();
+    /// @}
 
 private:
     friend class Internal::LayerCommandPrivate;

@@ -29,6 +29,7 @@ class ORVANEECPROXYCLIENT_EXPORT NumberCommand : public Command {
     Q_OBJECT
 
 public:
+    /// Made by the command manager, on the GUI thread.
     explicit NumberCommand(QObject* parent = nullptr);
     ~NumberCommand() override;
 
@@ -47,8 +48,11 @@ public:
     void signalStandardKeyPressed(quint32 key, QString text);
 
 public Q_SLOTS:
+    /// The notifications that concern these keys; see `Command`.
+    /// @{
     void slotECButtonPressed(const quint32& ecKey) override;
     void slotECButtonRelease(const quint32& ecKey) override;
+    /// @}
 
 private:
     const std::unique_ptr<Internal::NumberCommandPrivate> d;

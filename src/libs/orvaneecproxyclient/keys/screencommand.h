@@ -47,6 +47,7 @@ class ORVANEECPROXYCLIENT_EXPORT ScreenCommand : public Command {
     Q_OBJECT
 
 public:
+    /// Made by the command manager, on the GUI thread.
     explicit ScreenCommand(QObject* parent = nullptr);
     ~ScreenCommand() override;
 
@@ -80,6 +81,8 @@ public:
     void setIsJump(bool isJump);
 
 public Q_SLOTS:
+    /// The notifications that concern these keys; see `Command`.
+    /// @{
     void slotActivedDeviceChanged() override;
     void slotDeviceRemoved(std::shared_ptr<BizModel::Device> device) override;
     void slotActivedScreenChanged(
@@ -110,6 +113,7 @@ public Q_SLOTS:
     void slotECTBarChanged(const ECTBarValue& value) override;
     void slotECButtonPressed(const quint32& ecKey) override;
     void slotECButtonRelease(const quint32& ecKey) override;
+    /// @}
 
 private:
     friend class Internal::ScreenCommandPrivate;

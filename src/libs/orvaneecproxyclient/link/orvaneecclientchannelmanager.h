@@ -27,6 +27,7 @@ class ORVANEECPROXYCLIENT_EXPORT ECClientChannelManager : public QObject {
     Q_OBJECT
 
 public:
+    /// Closed at first.
     explicit ECClientChannelManager(QObject* parent = nullptr);
     /// Closes first.
     ~ECClientChannelManager() override;

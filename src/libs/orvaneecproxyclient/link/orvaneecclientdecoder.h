@@ -31,6 +31,7 @@ class ORVANEECPROXYCLIENT_EXPORT ECClientDecoder : public QThread {
     Q_OBJECT
 
 public:
+    /// Stopped at first.
     explicit ECClientDecoder(QObject* parent = nullptr);
     /// Stops first.
     ~ECClientDecoder() override;
@@ -65,6 +66,7 @@ public:
     bool registerExDownTLVDecodeFinishedCB(UpTLVDecodeFinishedCallbackType cb);
 
 protected:
+    /// Parses batch after batch until it is stopped.
     void run() override;
 
 private:

@@ -42,6 +42,7 @@ class ORVANEECPROXYCLIENT_EXPORT CommandManager : public QObject {
     Q_OBJECT
 
 public:
+    /// On the GUI thread, with the device list in place.
     explicit CommandManager(QObject* parent = nullptr);
     ~CommandManager() override;
 
@@ -57,27 +58,43 @@ public:
     /// Resolves a received key value and says whether it came from the on-screen console.
     quint32 getOperateECKey(const quint32& key, bool& isVirtual) const;
 
+    /// Whether something is bound to the named command's key.
     bool isAlreadyBind(const QString& name, const quint16& key) const;
     /// The first of the named commands that has `key` among its selectable keys; empty when none has.
     QString isCommandsContainsKey(const QList<QString>& names, const quint16& key) const;
+    /// The preset command; empty before `registerCommand()`.
     std::weak_ptr<Command> presetCommand() const;
+    /// The page that the named command's keys show, from 0; 0 when there is none.
     int page(const std::string& name) const;
+    /// Tells the commands that presets load to program from now on, or no longer.
     void setLoadToPGMStateChanged(const bool& loadToPGM);
+    /// Writes the labels that are words once more.
     void retranslateUi();
+    /// Repaints every key but the function keys.
     void updateKeyboard();
     /// Sends the lights again that `updateKeyboard()` leaves out.
     void showFunctionKeyLights();
+    /// Whether the last key that a command knew was pressed on the on-screen console.
+    /// @{
     bool getVirtualConsoleMode() const;
     void setIsVirtualConsoleMode(bool isVirtual);
+    /// @}
 
 public Q_SLOTS:
+    /// Takes a press, a release or a position of the T-Bar through the guards to the command that serves it,
+    /// on the caller's thread.
+    /// @{
     void slotECButtonPressed(const quint32& key);
     void slotECButtonRelease(const quint32& key);
     void slotECTBarChanged(const Orvane::ECProxy::Client::ECTBarValue& value);
 
-    void slotActivedDeviceChanged();
+    /// @}
     /// Moves the items of a device to its new address; the commands are not notified.
     void slotDeviceIPChanged(std::weak_ptr<BizModel::Device> device);
+
+    /// The model's notifications, on the GUI thread: each goes to every command's slot of the same name.
+    /// @{
+    void slotActivedDeviceChanged();
     void slotDeviceRemoved(std::shared_ptr<BizModel::Device> device);
     void slotSelectedScreensChanged(std::weak_ptr<BizModel::Device> device);
     void slotDeviceScreenIndexChanged(
@@ -144,6 +161,7 @@ public Q_SLOTS:
     void slotKeypadChanged(std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::File> file);
     void slotFramelessMessageBoxClosed(QMessageBox::StandardButton button);
     void slotDVISignalChanged(QMap<int, bool> signalOfInput);
+    /// @}
 
 Q_SIGNALS:
     /// A key of the physical console passed the guards; emitted before its handler runs.

@@ -46,6 +46,7 @@ class ORVANEECPROXYCLIENT_EXPORT ECManager : public QObject {
     Q_OBJECT
 
 public:
+    /// A way to the console: gets a datagram, returns whether it was taken.
     using SendDownTLVRequestCallbackType = std::function<bool(const QByteArray&)>;
 
     /// The manager, created on the first call. Null after `deleteInstance()`: it is created once a process.
@@ -84,10 +85,12 @@ public:
 
     /// The channel's decoder, for those who inject reports or watch it; only stored here.
     void setECClientDecoder(const std::weak_ptr<ECClientDecoder>& decoder);
+    /// The decoder that was set; empty when its channel was closed.
     std::weak_ptr<ECClientDecoder> ecClientDecoder() const;
 
     /// Where the host keeps its device configuration; only stored here.
     void setDeviceConfigFilePath(const QString& path);
+    /// The path that was set.
     QString getDeviceConfigFilePath() const;
 
     /// Takes one report of the console. Called on the decoder's thread, where the key's handler then runs.
@@ -98,11 +101,13 @@ public:
 
     /// Whether the last key that a command knew was pressed on the on-screen console.
     bool getVirtualConsoleMode() const;
+    /// Sets that flag.
     void setIsVirtualConsoleMode(bool isVirtual);
     /// Whether a screen is bound to that command's key; only the screen command's select keys have one.
     bool isAlreadyBind(const QString& commandName, const unsigned short& ecKey) const;
     /// Current page, from 0, of the command with that name; 0 when there is none.
     int page(const std::string& commandName) const;
+    /// The preset command, for registering extensions; empty before `init()`.
     std::weak_ptr<Command> presetCommand() const;
     /// Rewrites the translated labels after a change of language.
     void retranslateUi();
@@ -145,21 +150,24 @@ public:
 
     // Requests to the console.
 
+    /// Lights one key.
     void updateECButtonColor(const std::shared_ptr<ECButtonColor>& color);
+    /// Writes one label.
     void updateECOledText(const std::shared_ptr<ECOLEDText>& text);
     /// Two datagrams: first the colour, then the text.
     void updateECButtonColor(
         const std::shared_ptr<ECButtonColor>& color, const std::shared_ptr<ECOLEDText>& text);
     /// The level of the LED bar beside the T-Bar, 0 to 12, and its direction.
     void updateTBarValue(const std::shared_ptr<ECTBarValue>& value);
-    // These change what `isLockedTBar()` and `isLockedKeypad()` return, and emit nothing. The keys' lights
-    // and the host's own displays follow the signals: whoever locks or unlocks emits `signalTbarLocked` or
-    // `signalKeyboardLocked` afterwards. Called on two threads at once, the state is the one sent last.
-
+    /// These change what `isLockedTBar()` and `isLockedKeypad()` return, and emit nothing. The keys' lights
+    /// and the host's own displays follow the signals: whoever locks or unlocks emits `signalTbarLocked` or
+    /// `signalKeyboardLocked` afterwards. Called on two threads at once, the state is the one sent last.
+    /// @{
     void lockTBar();
     void unlockTBar();
     void lockKeypad();
     void unlockKeypad();
+    /// @}
     /// Sends once more what was asked for last of each lock, for a console that was away: a request of that
     /// time is lost, an unlock, too. Changes and emits nothing.
     void repeatLocks();
@@ -194,6 +202,7 @@ public:
     void restartEventController(unsigned char value);
     /// Has the console report keyboard and mouse events, until the request to stop.
     void startKeyboardMouseEventListen();
+    /// Has the console stop reporting keyboard and mouse events.
     void stopKeyboardMouseEventListen();
     /// Sends an input's signal back to the console, as every report of it is.
     void updateDVISignalStatus(DVIInSignal signal);

@@ -26,22 +26,36 @@ class ORVANEECPROXYCLIENT_EXPORT IPresetCommandEx : public Command {
     Q_OBJECT
 
 public:
+    /// On the GUI thread, and without a parent.
     explicit IPresetCommandEx(QObject* parent = nullptr);
     ~IPresetCommandEx() override;
 
+    /// A preset key went down.
     virtual bool selectPresetPressed(const quint32& ecKey);
+    /// It came up.
     virtual bool selectPresetRelease(const quint32& ecKey);
+    /// For the extension's own use; not called.
+    /// @{
     virtual bool removeSelectedPresetPressed(const quint32& ecKey);
     virtual bool removeSelectedPresetRelease(const quint32& ecKey);
+    /// @}
     /// All presets are to be removed: the clear key was held, or the question was answered with yes.
     virtual bool clearPresetsPressed();
+    /// For the extension's own use; not called.
+    /// @{
     virtual bool clearPresetsRelease(const quint32& ecKey);
     virtual bool savePresetPressed(const quint32& ecKey);
     virtual bool savePresetRelease(const quint32& ecKey);
+    /// @}
+    /// The screen group's cut key was pressed and served.
     virtual bool cutPressed(const quint32& ecKey);
+    /// The screen group's take key was pressed and served.
     virtual bool takePressed(const quint32& ecKey);
+    /// For the extension's own use; not called.
+    /// @{
     virtual bool cutRelease(const quint32& ecKey);
     virtual bool takeRelease(const quint32& ecKey);
+    /// @}
     /// The T-Bar left an end while neither it nor the keypad was locked.
     virtual void ecTBarChanged(const ECTBarValue& value);
     /// Whether the extension has bound a program of its own to the key.
@@ -56,8 +70,11 @@ public:
     void updateSelectModeButtonConfig() override;
 
 public Q_SLOTS:
+    /// The notifications that concern these keys; see `Command`.
+    /// @{
     void slotECButtonPressed(const quint32& ecKey) override;
     void slotECButtonRelease(const quint32& ecKey) override;
+    /// @}
 
 private:
     friend class Internal::PresetExtensions; // tells the page

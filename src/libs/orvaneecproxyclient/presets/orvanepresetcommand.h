@@ -56,6 +56,8 @@ public:
     QMap<quint32, quint32> presetKeyMap() const;
 
 public Q_SLOTS:
+    /// The notifications that concern these keys; see `Command`.
+    /// @{
     void slotDeviceRemoved(std::shared_ptr<BizModel::Device> device) override;
     void slotDevicePresetAdded(
         std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Preset> preset) override;
@@ -67,6 +69,7 @@ public Q_SLOTS:
     void slotDevicePresetSelectChanged(std::weak_ptr<BizModel::Device> device) override;
     void slotDevicePresetCovered(
         std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Preset> preset) override;
+    /// @}
 
 private:
     const std::unique_ptr<Internal::OrvanePresetCommandPrivate> d;

@@ -43,14 +43,18 @@ public:
     bool containsSelectedECButtonConfigByECKey(const quint32& ecKey) const override;
 
     /// A preset was removed by key: the press that did it ends the remove mode.
+    /// @{
     bool clearStatus() const;
     void setClearStatus(bool armed);
+    /// @}
 
     /// Gives a further command, such as a registered extension, this group's entry of the configuration, so
     /// that it can light the group's keys. False, with a warning, when either is missing.
     bool makeCommandCfg(Command* command);
 
 public Q_SLOTS:
+    /// The notifications that concern these keys; see `Command`.
+    /// @{
     void slotActivedDeviceChanged() override;
     void slotDeviceRemoved(std::shared_ptr<BizModel::Device> device) override;
     void slotDeviceLoadToPGMStateChanged(std::weak_ptr<BizModel::Device> device) override;
@@ -69,6 +73,7 @@ public Q_SLOTS:
     void slotECButtonPressed(const quint32& ecKey) override;
     void slotECButtonRelease(const quint32& ecKey) override;
     void slotFramelessMessageBoxClosed(QMessageBox::StandardButton button) override;
+    /// @}
 
 public:
     /// Adds an extension, which from then on belongs to the application's thread and stays the caller's

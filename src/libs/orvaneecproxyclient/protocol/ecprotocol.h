@@ -26,7 +26,9 @@ constexpr quint16 ECClientPort = 35556;
 constexpr quint32 ECDownMagic = 0x55EE55EE;
 /// First four bytes of a datagram from the service: 55 EE 55 EE, mirrored on purpose.
 constexpr quint32 ECUpMagic = 0xEE55EE55;
+/// The packet type of every datagram to the service.
 constexpr quint16 ECDownPacketType = 1;
+/// The version that every datagram to the service names.
 constexpr quint16 ECProtocolVersionNumber = 0x0100;
 
 /// Messages to the service.
@@ -75,8 +77,10 @@ enum eECUpMessageTag : quint16 {
 /// brightness 100 is what the key commands send.
 enum eButtonState : quint8 { LightUp = 0, Flashing = 1, CloseAllLight = 2, ClosedNormalLight = 255 };
 
+/// What a key report says happened; the tag already says so.
 enum eButtonOperState : quint8 { Pressed = 0, Release = 1, ButtonOperStateCnt = 2 };
 
+/// The panel's lights. The library sends the first three.
 enum eY2LightType : quint8 { Gooseneck = 0, Front = 1, Logo = 2, Other = 255 };
 
 /// Direction flag of a T-Bar position.
@@ -85,24 +89,29 @@ enum TbarDirection : quint8 { BottomToTop = 1, TopToBottom = 64 };
 /// Source shown on the monitor.
 enum DVISource : quint8 { dvi1 = 0, arm_left = 1 };
 
+/// The direction of a file transfer, seen from the console.
 enum eFlieOperType : quint8 { OpeReadFile = 0, OpeWriteFile = 1 };
 
+/// Which image a file is for: both, the microcontroller, the FPGA.
 enum eFlieType : quint8 { ALL = 0, MCU = 1, FPGA = 2 };
 
 #pragma pack(push, 1)
 
+/// The first 12 bytes of a datagram.
 struct ECProtocolHead {
-    quint32 Head = ECDownMagic;
-    quint16 PacketType = ECDownPacketType;
-    quint16 ProtocolVersion = ECProtocolVersionNumber;
+    quint32 Head = ECDownMagic; ///< the magic of the direction
+    quint16 PacketType = ECDownPacketType; ///< not read in reports
+    quint16 ProtocolVersion = ECProtocolVersionNumber; ///< not read in reports
     quint16 Sequence = 0; ///< 0 to 65534; 65535 is never sent
     quint16 ContentLength = 0; ///< bytes after the head; see `DownMessageShape` for the exceptions
 };
 static_assert(sizeof(ECProtocolHead) == 12);
 
+/// The tag and length after the head.
 struct ECProtocolTL {
-    quint16 Tag = 0;
-    quint16 Length = 0;
+    quint16 Tag = 0; ///< eECDownMessageTag or eECUpMessageTag
+    quint16 Length =
+        0; ///< bytes of the value; not read in reports, see `DownMessageShape` for the exceptions
 };
 static_assert(sizeof(ECProtocolTL) == 4);
 
@@ -111,31 +120,31 @@ struct ECButtonColor {
     quint32 ButtonKey = 0; ///< the application's number of the key (`OrvaneECKey`)
     quint16 ECKey = 0; ///< the console's number of the key
     quint8 ButtonState = 0; ///< eButtonState
-    quint8 R = 0;
-    quint8 G = 0;
-    quint8 B = 0;
+    quint8 R = 0; ///< red
+    quint8 G = 0; ///< green
+    quint8 B = 0; ///< blue
     quint8 brightness = 0; ///< per cent
 };
 static_assert(sizeof(ECButtonColor) == 11);
 
 /// Writes one OLED label.
 struct ECOLEDText {
-    quint32 OledKey = 0;
-    quint16 ECKey = 0;
+    quint32 OledKey = 0; ///< the application's number of the label
+    quint16 ECKey = 0; ///< the console's number of the label
     char OledText[32] = {}; ///< UTF-8, zero-padded; not terminated when all 32 bytes are used
 };
 static_assert(sizeof(ECOLEDText) == 38);
 
 /// A T-Bar position (up, 1 to 64) or the level of the LED bar beside it (down, 0 to 12).
 struct ECTBarValue {
-    quint32 Value = 0;
+    quint32 Value = 0; ///< position or level
     quint8 IsBottomToTop = 0; ///< TbarDirection
 };
 static_assert(sizeof(ECTBarValue) == 5);
 
 /// A key report.
 struct ECButtonOperState {
-    quint32 ButtonKey = 0;
+    quint32 ButtonKey = 0; ///< the console's number of the key (`ECKey`)
     quint8 ButtonPressed = 0; ///< eButtonOperState; the tag already says which
 };
 static_assert(sizeof(ECButtonOperState) == 5);
@@ -148,6 +157,7 @@ struct LightControl {
 };
 static_assert(sizeof(LightControl) == 3);
 
+/// Sets the luminance of the console's own screens.
 struct ScreenLuminance {
     quint8 Brightness = 0; ///< per cent
 };
@@ -162,34 +172,40 @@ struct PeripheralControl {
 };
 static_assert(sizeof(PeripheralControl) == 66);
 
+/// Tells whether the application's plug-in is visible.
 struct PeripheralControlVisibleState {
-    quint8 visible = 0;
+    quint8 visible = 0; ///< 1: visible, 0: not
 };
 static_assert(sizeof(PeripheralControlVisibleState) == 1);
 
+/// The signal at one DVI input.
 struct DVIInSignal {
-    quint8 Index = 0;
+    quint8 Index = 0; ///< the input, from 0
     quint8 Signal = 0; ///< non-zero: signal present
 };
 static_assert(sizeof(DVIInSignal) == 2);
 
+/// Asks for the signal at one DVI input.
 struct DVIInSignalRead {
-    quint8 Index = 0;
+    quint8 Index = 0; ///< the input, from 0
 };
 static_assert(sizeof(DVIInSignalRead) == 1);
 
+/// Switches the source of the secondary screen.
 struct MVRSignalControl {
     quint8 SignalIndex = 0; ///< DVISource
 };
 static_assert(sizeof(MVRSignalControl) == 1);
 
+/// The T-Bar's lock, as the console reports it.
 struct TBarLocked {
-    quint8 Locked = 0;
+    quint8 Locked = 0; ///< non-zero: locked
 };
 static_assert(sizeof(TBarLocked) == 1);
 
+/// The keypad's lock, as the console reports it.
 struct KeyboardLocked {
-    quint8 Locked = 0;
+    quint8 Locked = 0; ///< non-zero: locked
 };
 static_assert(sizeof(KeyboardLocked) == 1);
 
@@ -198,34 +214,40 @@ static_assert(sizeof(KeyboardLocked) == 1);
 struct ECDeviceIPData {
     quint8 Index = 0; ///< which of the console's network devices
     quint8 Status = 0; ///< as the service defines it
-    quint32 IP = 0;
-    quint32 Mask = 0;
-    quint32 Gateway = 0;
+    quint32 IP = 0; ///< IPv4 address
+    quint32 Mask = 0; ///< its network mask
+    quint32 Gateway = 0; ///< IPv4 address
 };
 static_assert(sizeof(ECDeviceIPData) == 14);
 
+/// Sets how one of the console's network devices gets its address.
 struct ECDeviceIPModeData {
-    quint8 Index = 0;
-    quint8 Mode = 0;
+    quint8 Index = 0; ///< which of the console's network devices
+    quint8 Mode = 0; ///< as the service defines it
 };
 static_assert(sizeof(ECDeviceIPModeData) == 2);
 
 #pragma pack(pop)
 
+/// Bytes of the head.
 constexpr int ECHeadSize = sizeof(ECProtocolHead);
+/// Bytes of the tag and length.
 constexpr int ECTLSize = sizeof(ECProtocolTL);
 /// Where the value of a datagram starts (not in file packs, which have a layout of their own).
 constexpr int ECValueOffset = ECHeadSize + ECTLSize;
 
 /// Length rules of one kind of message to the service.
 struct DownMessageShape {
+    /// Which message.
     eECDownMessageTag tag;
     /// Bytes of the value; -1: as many as the sender gives (text, raw records, file packs).
     int valueSize;
     /// What the length field of the tag says. It is 0 for two requests that do carry a byte.
-    enum LengthField { IsValueSize, IsZero } length;
+    enum LengthField { IsValueSize, IsZero };
     /// What `ContentLength` says. Two requests that carry raw records count the tag and length only.
-    enum ContentField { CountsValue, CountsTLOnly } content;
+    enum ContentField { CountsValue, CountsTLOnly };
+    LengthField length; ///< of this message
+    ContentField content; ///< of this message
 };
 
 /// Every message to the service, ordered by tag. The irregular lengths are what the service expects.
@@ -262,6 +284,7 @@ constexpr DownMessageShape DownMessageShapes[] = {
     {ControlPeripheralState, sizeof(PeripheralControlVisibleState), DownMessageShape::IsValueSize,
      DownMessageShape::CountsValue},
 };
+/// How many kinds of messages to the service there are.
 constexpr int DownMessageCount = sizeof(DownMessageShapes) / sizeof(DownMessageShapes[0]);
 static_assert(DownMessageCount == ControlPeripheralState - UpdateECButtonColor + 1);
 
@@ -276,19 +299,26 @@ static_assert(downMessageShape(ControlPeripheralState).tag == ControlPeripheralS
 /// File packs begin with four bytes of pack numbering; the head follows with its sequence and content
 /// length at 12 and 14, the tag and a zero length at 16 and 18.
 namespace FilePack {
+/// Bytes of the numbering, and where in a pack the parts after it begin.
+/// @{
 constexpr int NumberingSize = 4;
 constexpr int HeadOffset = NumberingSize;
 constexpr int TLOffset = HeadOffset + ECHeadSize;
 constexpr int DataOffset = TLOffset + ECTLSize;
+/// @}
 /// In the first pack the file's own header stands before its name: type, size, reserved, name length.
+/// @{
 constexpr int FileTypeOffset = DataOffset;
 constexpr int FileSizeOffset = FileTypeOffset + 1;
 constexpr int ReservedOffset = FileSizeOffset + 4;
 constexpr int NameLengthOffset = ReservedOffset + 4;
 constexpr int NameOffset = NameLengthOffset + 2;
+/// @}
 /// What a content length counts beside the chunk (and, in the first pack, the name).
+/// @{
 constexpr int FirstPackOverhead = 19;
 constexpr int DataPackOverhead = 8;
+/// @}
 static_assert(TLOffset == 16 && DataOffset == 20 && NameOffset == 31);
 static_assert(NameOffset - ECHeadSize == FirstPackOverhead && DataOffset - ECHeadSize == DataPackOverhead);
 } // namespace FilePack
@@ -304,29 +334,35 @@ template <typename Number>
 constexpr bool IsFieldType =
     std::is_same_v<Number, quint8> || std::is_same_v<Number, quint16> || std::is_same_v<Number, quint32>;
 
+/// A number from its bytes on the wire.
 template <typename Number> inline Number load(const void* bytes)
 {
     static_assert(IsFieldType<Number>);
     return qFromLittleEndian<Number>(bytes);
 }
 
+/// A number's bytes as they lie on the wire.
 template <typename Number> inline void store(Number number, void* bytes)
 {
     static_assert(IsFieldType<Number>);
     qToLittleEndian<Number>(number, bytes);
 }
 
+/// Writes fields one after another.
 class Writer {
 public:
+    /// From @p out on, which has room for all that is written.
     explicit Writer(char* out)
         : m_out(out)
     {
     }
+    /// The next field.
     template <typename Number> void operator()(Number number)
     {
         store(number, m_out);
         m_out += sizeof(Number);
     }
+    /// @p size bytes as they are.
     void raw(const void* bytes, std::size_t size)
     {
         std::memcpy(m_out, bytes, size);
@@ -337,12 +373,15 @@ private:
     char* m_out;
 };
 
+/// Reads fields one after another.
 class Reader {
 public:
+    /// From @p in on, which holds all that is read.
     explicit Reader(const char* in)
         : m_in(in)
     {
     }
+    /// The next field.
     template <typename Number> Number next()
     {
         const Number number = load<Number>(m_in);
@@ -354,6 +393,8 @@ private:
     const char* m_in;
 };
 
+/// Writes the record to @p out, which has room for as many bytes as the record has.
+/// @{
 inline void write(const ECProtocolHead& head, char* out)
 {
     Writer put(out);
@@ -463,6 +504,8 @@ inline void write(const ECDeviceIPModeData& record, char* out)
     put(record.Index);
     put(record.Mode);
 }
+
+/// @}
 
 /// Reads a key report from exactly sizeof(ECButtonOperState) bytes.
 inline ECButtonOperState readButtonOperState(const char* in)

@@ -37,13 +37,15 @@ class ORVANEECPROXYCLIENT_EXPORT ECConsoleSession : public QObject {
     Q_OBJECT
 
 public:
+    /// What is known of the console's service.
     enum class ServiceState {
         Unknown, ///< the session is not running, or the service is on another machine
         Absent, ///< no process has opened the service's port: requests go nowhere
-        Present,
+        Present, ///< a process on this machine has opened the service's port
     };
     Q_ENUM(ServiceState)
 
+    /// Does nothing yet: see `start()`.
     explicit ECConsoleSession(QObject* parent = nullptr);
     /// Stops, and destroys `ECManager`'s instance.
     ~ECConsoleSession() override;
@@ -60,9 +62,11 @@ public:
     /// that is held keeps its time-out until the manager goes.
     void stop();
 
+    /// True between a successful `start()` and `stop()`.
     bool isRunning() const;
     /// What went wrong last; empty after a successful `start()`.
     QString errorString() const;
+    /// Whether the console's service is there, as of the last second.
     ServiceState serviceState() const;
 
     /// Unlocks the keypad, which no key of the console can do: to be shown in a menu or on a button. Enabled
@@ -73,7 +77,9 @@ public:
     void repaint();
 
 Q_SIGNALS:
+    /// Something went wrong while the session runs; `errorString()` is the same text.
     void errorOccurred(const QString& text);
+    /// The console's service came or went.
     void serviceStateChanged(Orvane::ECProxy::Client::ECConsoleSession::ServiceState state);
 
 private:

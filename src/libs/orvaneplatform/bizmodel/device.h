@@ -26,12 +26,16 @@ struct s_DeviceConfig {
 /// which is that there is none, that it is refused, or what follows from the other members.
 class ORVANEPLATFORM_EXPORT Device {
 public:
+    /// The enumeration, by its short name.
     using LoadToPGMStatus = Enum::Device::LoadToPGMStatus;
 
     /// Group id of a device that is in no group.
     static inline const QString defaultDeviceGroupId = QStringLiteral("0");
+    /// Names of the sources of genlock; for hosts, the console does not look at them.
+    /// @{
     static inline const QString genlockSource = QStringLiteral("Genlock");
     static inline const QString nullGenlock = QStringLiteral("null");
+    /// @}
 
     Device() = default;
     virtual ~Device();
@@ -48,10 +52,12 @@ public:
     virtual bool isDeviceUpgrading() const { return false; }
     /// Allows nothing unless overridden.
     virtual s_DeviceConfig deviceConfig() const { return {}; }
+    /// Whether the device's configuration shows the application's plug-in on the console.
     bool consolePlugin() const { return deviceConfig().consolePlugin; }
 
     /// @name Screens
     /// @{
+
     /// The screen that layer and input keys work on; empty when there is none.
     virtual std::weak_ptr<Screen> activedScreen() const = 0;
     /// @p screenTypeMask combines `Enum::Screen::ScreenType` values here and below.
@@ -75,6 +81,7 @@ public:
 
     /// @name Transitions
     /// @{
+
     /// True while a take is running; a transition by the T-Bar does not count. Whether one of the screens is
     /// `Taking`, unless overridden.
     virtual bool isTaking() const;
@@ -85,6 +92,7 @@ public:
 
     /// @name Layers and inputs
     /// @{
+
     /// True when no further layer is possible in the scene. Unless overridden the device sets no limit of
     /// its own: those of the screen and its sub-cards remain.
     virtual bool isLayerLimited(SceneType scene) const;
@@ -99,6 +107,7 @@ public:
 
     /// @name Presets and files
     /// @{
+
     /// Preset file ids run from 1 to this number; 0, for no presets, unless overridden.
     virtual quint16 maxPresetCount() const { return 0; }
     /// None unless overridden.

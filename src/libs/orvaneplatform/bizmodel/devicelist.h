@@ -59,13 +59,18 @@ public:
     /// What the next press of a preset key does; shared by the console and the application's own keys. The
     /// list keeps what was set last, at first `Noting`, unless overridden.
     virtual Enum::Preset::PresetOptMode presetOperateMode() const { return m_presetMode; }
+    /// Sets it; called by the console and by the application.
     virtual void setPresetOperateMode(Enum::Preset::PresetOptMode mode) { m_presetMode = mode; }
 
 Q_SIGNALS:
     /// @name Devices
     /// @{
+
+    /// Another device is the active one, or none.
     void signalActivedDeviceChanged();
+    /// A device joined or left a group.
     void signalDeviceGroupInfoChanged();
+    /// The device is gone; @p device is the last to hold it.
     void signalDeviceRemoved(std::shared_ptr<Orvane::BizModel::Device> device);
     /// The address changed: from `Device::preIPMacSn` to `Device::ipMacSn`.
     void signalDeviceIPChanged(std::weak_ptr<Orvane::BizModel::Device> device);
@@ -73,50 +78,68 @@ Q_SIGNALS:
 
     /// @name Screens
     /// @{
+
+    /// Screens of the device were selected or deselected.
     void signalSelectedRegularScreensChanged(std::weak_ptr<Orvane::BizModel::Device> device);
+    /// The screen's key has another place on the console.
     void signalScreenIndexChanged(
         std::weak_ptr<Orvane::BizModel::Device> device, std::weak_ptr<Orvane::BizModel::Screen> screen);
+    /// Another screen of the device is the active one; @p screen is empty for none.
     void signalActivedScreenChanged(
         std::weak_ptr<Orvane::BizModel::Device> device, std::weak_ptr<Orvane::BizModel::Screen> screen);
+    /// The device has a further screen.
     void signalScreenAdded(
         std::weak_ptr<Orvane::BizModel::Device> device, std::weak_ptr<Orvane::BizModel::Screen> screen);
     /// @p screen was moved to the place of @p target.
     void signalScreenMoved(
         std::weak_ptr<Orvane::BizModel::Device> device, std::weak_ptr<Orvane::BizModel::Screen> screen,
         std::weak_ptr<Orvane::BizModel::Screen> target);
+    /// The screen is gone.
     void signalScreenRemoved(
         std::weak_ptr<Orvane::BizModel::Device> device, std::shared_ptr<Orvane::BizModel::Screen> screen);
+    /// The screen has another name.
     void signalScreenNameChanged(
         std::weak_ptr<Orvane::BizModel::Device> device, std::weak_ptr<Orvane::BizModel::Screen> screen);
+    /// The screen's program was frozen, or goes on.
     void signalScreenPGMFreezeChanged(
         std::weak_ptr<Orvane::BizModel::Device> device, std::weak_ptr<Orvane::BizModel::Screen> screen);
+    /// The screen's program was faded to black, or back.
     void signalScreenFTBChanged(
         std::weak_ptr<Orvane::BizModel::Device> device, std::weak_ptr<Orvane::BizModel::Screen> screen);
+    /// Takes of the device exchange the scenes from now on, or no longer.
     void signalSwapStateChanged(std::weak_ptr<Orvane::BizModel::Device> device);
+    /// The screen's program may be edited, or no longer.
     void signalScreenPGMEditChanged(
         std::weak_ptr<Orvane::BizModel::Device> device, std::weak_ptr<Orvane::BizModel::Screen> screen);
     /// The transition's mix type or time changed.
     void signalScreenEffectChanged(
         std::weak_ptr<Orvane::BizModel::Device> device, std::weak_ptr<Orvane::BizModel::Screen> screen);
+    /// Presets of the device load to another scene.
     void signalLoadToPGMStateChanged(std::weak_ptr<Orvane::BizModel::Device> device);
     /// @}
 
     /// @name Layers
     /// @{
+
+    /// A scene of the screen has a further layer.
     void signalLayerAdded(
         std::weak_ptr<Orvane::BizModel::Device> device, std::weak_ptr<Orvane::BizModel::Screen> screen,
         std::weak_ptr<Orvane::BizModel::Layer> layer);
+    /// The layer is gone.
     void signalLayerRemoved(
         std::weak_ptr<Orvane::BizModel::Device> device, std::weak_ptr<Orvane::BizModel::Screen> screen,
         std::shared_ptr<Orvane::BizModel::Layer> layer);
+    /// Layers of the screen were selected or deselected.
     void signalSelectedLayersChanged(
         std::weak_ptr<Orvane::BizModel::Device> device, std::weak_ptr<Orvane::BizModel::Screen> screen);
     /// The layers of @p screens changed as a whole, by a take or a preset. @p type is a
     /// `NotifyUpdateLayer` value.
     void signalDeviceScreenLayersChanged(QList<std::weak_ptr<Orvane::BizModel::Screen>> screens, int type);
+    /// The layer has another name.
     void signalLayerNameChanged(
         std::weak_ptr<Orvane::BizModel::Device> device, std::weak_ptr<Orvane::BizModel::Screen> screen,
         std::weak_ptr<Orvane::BizModel::Layer> layer);
+    /// The layer shows another source.
     void signalLayerSourceChanged(
         std::weak_ptr<Orvane::BizModel::Device> device, std::weak_ptr<Orvane::BizModel::Screen> screen,
         std::weak_ptr<Orvane::BizModel::Layer> layer);
@@ -124,18 +147,25 @@ Q_SIGNALS:
 
     /// @name Inputs
     /// @{
+
+    /// The interface has another name.
     void signalInterfaceNameChanged(
         std::weak_ptr<Orvane::BizModel::Device> device, std::weak_ptr<Orvane::BizModel::Interface> interface);
+    /// The device has a further input.
     void signalInputAdded(
         std::weak_ptr<Orvane::BizModel::Device> device, std::weak_ptr<Orvane::BizModel::Input> input);
+    /// The input is gone.
     void signalInputRemoved(
         std::weak_ptr<Orvane::BizModel::Device> device, std::shared_ptr<Orvane::BizModel::Input> input);
+    /// The application marks another input.
     void signalSelectedInputChanged(std::weak_ptr<Orvane::BizModel::Device> device);
+    /// The interface's signal is more than it can take, or no longer.
     void signalInterfaceOverLoadChanged(
         std::weak_ptr<Orvane::BizModel::Device> device, std::weak_ptr<Orvane::BizModel::Interface> interface);
     /// The interface gained or lost its signal.
     void signalInterfaceSignalChanged(
         std::weak_ptr<Orvane::BizModel::Device> device, std::weak_ptr<Orvane::BizModel::Interface> interface);
+    /// The connector carries another capacity.
     void signalConnectorCapacityChanged(
         std::weak_ptr<Orvane::BizModel::Device> device, std::weak_ptr<Orvane::BizModel::Subcard> subcard,
         std::weak_ptr<Orvane::BizModel::Connector> connector);
@@ -143,8 +173,11 @@ Q_SIGNALS:
 
     /// @name Presets and files
     /// @{
+
+    /// The device has a further preset.
     void signalPresetAdded(
         std::weak_ptr<Orvane::BizModel::Device> device, std::weak_ptr<Orvane::BizModel::Preset> preset);
+    /// The preset is gone.
     void signalPresetRemoved(
         std::weak_ptr<Orvane::BizModel::Device> device, std::shared_ptr<Orvane::BizModel::Preset> preset);
     /// All presets of the device were removed.
@@ -152,10 +185,12 @@ Q_SIGNALS:
     /// A file of the device was renamed.
     void signalNameChanged(
         std::weak_ptr<Orvane::BizModel::Device> device, std::weak_ptr<Orvane::BizModel::File> file);
+    /// Another preset of the device is the active one, or none.
     void signalActivedPresetKeyNoChanged(std::weak_ptr<Orvane::BizModel::Device> device);
     /// The preset was overwritten.
     void signalPresetCovered(
         std::weak_ptr<Orvane::BizModel::Device> device, std::weak_ptr<Orvane::BizModel::Preset> preset);
+    /// The device's keypad file was replaced.
     void signalKeypadChanged(
         std::weak_ptr<Orvane::BizModel::Device> device, std::weak_ptr<Orvane::BizModel::File> file);
     /// @p page is 0-based. Emitted by the console and by the application, for the other's sake.
@@ -166,10 +201,16 @@ Q_SIGNALS:
     /// Emitted by the console, shown by the application; the texts are translated already. Only the answer
     /// to a message box goes the other way.
     /// @{
+
+    /// A message for the status bar, to be shown for that many milliseconds.
     void signalShowStatusBarMsg(Orvane::BizModel::StatusBarMsgType type, QString text, int durationMs);
+    /// The user has to wait; until `signalHideWaitingDialog`.
     void signalShowWaitingDialog(QString text);
+    /// The wait is over.
     void signalHideWaitingDialog();
+    /// A message box, to be answered by `signalFramelessMessageBoxClosed`.
     void signalShowFramelessMessageBoxMsg(Orvane::BizModel::FramelessMessageBoxMsgType type, QString text);
+    /// The user closed the message box with that button. Emitted by the application.
     void signalFramelessMessageBoxClosed(QMessageBox::StandardButton button);
     /// @}
 

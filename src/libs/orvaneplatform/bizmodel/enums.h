@@ -39,6 +39,7 @@ Q_NAMESPACE_EXPORT(ORVANEPLATFORM_EXPORT)
 /// The scenes of a screen; bit values. Also what a screen's operations aim at.
 enum SceneType : int { PGM = 2, PVW = 4 };
 Q_ENUM_NS(SceneType)
+/// Program and preview.
 constexpr int BothScenes = PGM | PVW;
 } // namespace Scene
 
@@ -55,6 +56,7 @@ enum SourceType : int { Input = 2 };
 } // namespace Source
 
 namespace Interface {
+/// Which way a signal goes.
 enum InterfaceType : int { Input = 2, Output = 4 };
 } // namespace Interface
 
@@ -94,6 +96,7 @@ enum LoadToPGMStatus : int { LoadToPVW = 0, LoadToPGM = 1 };
 
 namespace StatusBar {
 Q_NAMESPACE_EXPORT(ORVANEPLATFORM_EXPORT)
+/// Kinds of messages in the status bar.
 enum StatusBarMsgType : int { Information = 0, Warning = 1, Error = 2 };
 Q_ENUM_NS(StatusBarMsgType)
 } // namespace StatusBar
@@ -107,6 +110,8 @@ Q_ENUM_NS(FramelessMessageBoxMsgType)
 
 } // namespace Enum
 
+/// The enumerations by their short names.
+/// @{
 using SceneType = Enum::Scene::SceneType;
 using LayerType = Enum::Layer::LayerType;
 using SourceType = Enum::Source::SourceType;
@@ -116,6 +121,7 @@ using EffectType = Enum::Effect::EffectType;
 using SelectedType = Enum::Selection::SelectedType;
 using StatusBarMsgType = Enum::StatusBar::StatusBarMsgType;
 using FramelessMessageBoxMsgType = Enum::MessageBox::FramelessMessageBoxMsgType;
+/// @}
 
 /// Kind of a layer notification; opaque, handed on as it came.
 using NotifyUpdateLayer = int;

@@ -20,13 +20,15 @@ public:
     virtual quint32 interfaceId() const = 0;
     /// On sub-card 0 unless overridden.
     virtual s_InterfaceFullId interfaceFullId() const { return {0, interfaceId()}; }
+    /// Whether a signal enters or leaves here.
     virtual InterfaceType type() const = 0;
+    /// As keys and application show it.
     virtual QString name() const = 0;
     /// Capacity that a layer needs to show the signal; single link unless overridden.
     virtual CapacityMode capacity() const { return CapacityMode::_SL; }
     /// True when a signal is present; always unless overridden.
     virtual bool isActive() const { return true; }
-    /// Never unless overridden.
+    /// True when the signal is more than the interface can take; never unless overridden.
     virtual bool isOverLoad() const { return false; }
 
 private:

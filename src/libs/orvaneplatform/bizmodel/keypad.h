@@ -11,6 +11,7 @@ namespace Orvane::BizModel {
 /// made; a new state is a new file.
 class ORVANEPLATFORM_EXPORT Keypad : public File {
 public:
+    /// A file with these contents.
     explicit Keypad(ProtoModel::File::s_KeypadInfo info, quint16 fileId = 0, QString name = {});
     ~Keypad() override;
 
@@ -18,6 +19,7 @@ public:
     FileType fileType() const override { return FileType::keypad; }
     QString name() const override { return m_strName; }
 
+    /// The contents.
     const ProtoModel::File::s_KeypadInfo& keypadInfo() const { return m_info; }
     /// Colour of the key with this number; none when the file does not say.
     std::optional<quint8> buttonColor(quint8 buttonId) const;

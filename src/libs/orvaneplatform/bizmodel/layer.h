@@ -23,10 +23,13 @@ public:
 
     /// Unique within the scene.
     virtual quint32 layerId() const = 0;
+    /// Where the layer is.
     virtual s_ScreenLayerId screenLayerId() const = 0;
+    /// As keys and application show it.
     virtual QString name() const = 0;
     /// Regular unless overridden.
     virtual LayerType layerType() const { return LayerType::Regular; }
+    /// The scene that the layer is in.
     virtual SceneType sceneType() const = 0;
 
     /// An input unless overridden.

@@ -9,15 +9,17 @@
 
 namespace Orvane::BizModel {
 
+/// What a preset is called.
 struct s_PresetDetail {
     /// The preset's file id.
     quint16 id = 0;
-    QString name;
+    QString name; ///< as keys and application show it
 };
 
 /// A stored scene.
 class ORVANEPLATFORM_EXPORT Preset : public File {
 public:
+    /// The enumeration, by its short name.
     using PresetOptMode = Enum::Preset::PresetOptMode;
 
     ~Preset() override;

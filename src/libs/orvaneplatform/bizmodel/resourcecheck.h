@@ -17,6 +17,7 @@ namespace Orvane::BizModel {
 /// implementation before it starts the console and destroys it after the console's threads have ended.
 class ORVANEPLATFORM_EXPORT ResourceCheck {
 public:
+    /// Layers with the windows that are planned for them, in pixels of the mosaic.
     using LayerRects = QList<std::pair<std::weak_ptr<Layer>, QRect>>;
 
     virtual ~ResourceCheck();

@@ -21,8 +21,11 @@ namespace Orvane::BizModel {
 /// an answer of its own, which is that there is none, or what follows from the other members.
 class ORVANEPLATFORM_EXPORT Screen {
 public:
+    /// The enumerations, by their short names.
+    /// @{
     using ScreenType = Enum::Screen::ScreenType;
     using State = Enum::Screen::State;
+    /// @}
 
     Screen() = default;
     virtual ~Screen();
@@ -31,6 +34,7 @@ public:
     virtual quint32 screenId() const = 0;
     /// Regular unless overridden.
     virtual ScreenType screenType() const { return ScreenType::RegularScreen; }
+    /// As keys and application show it.
     virtual QString name() const = 0;
     /// What the screen is doing; has changed before a request that changes it returns.
     virtual State state() const = 0;
@@ -39,6 +43,7 @@ public:
     virtual void setState(State state);
     /// True when all outputs of the screen are online; so too when it has none, and unless overridden.
     virtual bool isComplete() const { return true; }
+    /// Whether keys work on the screen now.
     virtual bool selected() const = 0;
     /// Scene that operations on the screen's layers aim at; the program while it is edited, the preview
     /// otherwise, unless overridden.
@@ -52,6 +57,7 @@ public:
 
     /// @name Program
     /// @{
+
     /// Duration of a transition in seconds; 0 unless overridden.
     virtual double switchEffectTime() const { return 0.0; }
     /// True while the program is faded to black; never unless overridden.
@@ -64,7 +70,8 @@ public:
 
     /// @name Outputs
     /// @{
-    /// None unless overridden.
+
+    /// What the mosaic is made of; none unless overridden.
     virtual QList<std::weak_ptr<Output>> outputs() const { return {}; }
     /// Appends the output to the screen's mosaic. For a screen that is not part of a device yet. Ignored
     /// unless overridden.
@@ -80,17 +87,20 @@ public:
 
     /// @name Layers
     /// @{
-    /// From the bottom to the top. @p layerTypeMask combines `LayerType` values here and below. None unless
-    /// overridden.
+
+    /// The layers of a scene, from the bottom to the top. @p layerTypeMask combines `LayerType` values here
+    /// and below. None unless overridden.
     virtual QList<std::weak_ptr<Layer>> layers(SceneType scene, int layerTypeMask) const;
     /// The number of `layers` unless overridden.
     virtual int layerCount(SceneType scene, int layerTypeMask) const;
     /// @p sceneMask combines `SceneType` values. None unless overridden.
     virtual QList<std::weak_ptr<Layer>> selectedLayers(int sceneMask = Enum::Scene::BothScenes) const;
+    /// The layers of the preview.
     QList<std::weak_ptr<Layer>> PVWLayers(int layerTypeMask) const
     {
         return layers(SceneType::PVW, layerTypeMask);
     }
+    /// The layers of the program.
     QList<std::weak_ptr<Layer>> PGMLayers(int layerTypeMask) const
     {
         return layers(SceneType::PGM, layerTypeMask);

@@ -11,9 +11,8 @@ class QTranslator;
 /// Texts for the user, in English. Translations are looked up in the context "Model".
 namespace Orvane::BizModel::Translate {
 
-/// @name Labels of the console's displays
+/// Labels of the console's displays, cut after 32 bytes. %1 is the page, from 1.
 /// @{
-/// %1 is the page, from 1.
 constexpr char TR_THE_PAGE[] = QT_TRANSLATE_NOOP("Model", "Page %1");
 constexpr char TR_THE_FADE[] = QT_TRANSLATE_NOOP("Model", "Fade");
 constexpr char TR_THE_FULL_SCREEN[] = QT_TRANSLATE_NOOP("Model", "Full screen");
@@ -24,7 +23,7 @@ constexpr char TR_THE_LOAD_TO_PGM[] = QT_TRANSLATE_NOOP("Model", "Load to PGM");
 constexpr char TR_THE_LOAD_TO_PVW[] = QT_TRANSLATE_NOOP("Model", "Load to PVW");
 /// @}
 
-/// @name Screens
+/// Texts about screens.
 /// @{
 constexpr char TR_THE_TAKE_WAIT[] = QT_TRANSLATE_NOOP("Model", "Taking,please wait...");
 constexpr char TR_THE_ADDSCREEN_WAIT[] = QT_TRANSLATE_NOOP("Model", "Adding screen,please wait...");
@@ -32,7 +31,7 @@ constexpr char TR_THE_SCREEN_SCREENLIMIT[] =
     QT_TRANSLATE_NOOP("Model", "The number of screens exceeds the limit!");
 /// @}
 
-/// @name Layers and inputs
+/// Texts about layers and inputs.
 /// @{
 constexpr char TR_THE_LAYER_SCREEN_TAKING[] =
     QT_TRANSLATE_NOOP("Model", "The current operation cannot be completed during the screen taking.");
@@ -54,7 +53,7 @@ constexpr char TR_THE_LAYER_NO_4K_INPUT[] =
 constexpr char TR_THE_INPUT_SELECT_LAYER[] = QT_TRANSLATE_NOOP("Model", "Please select a layer first.");
 /// @}
 
-/// @name Functions
+/// Texts about the function keys.
 /// @{
 constexpr char TR_THE_FUNCTION_SAVE_WAIT[] = QT_TRANSLATE_NOOP("Model", "Saving device data, please wait.");
 constexpr char TR_THE_FUNCTION_SAVE_SUCCESS[] = QT_TRANSLATE_NOOP("Model", "save data successed.");
@@ -63,7 +62,7 @@ constexpr char TR_THE_FUNCTION_SAVE_FAILURE[] = QT_TRANSLATE_NOOP("Model", "save
 constexpr char TR_THE_FUNCTION_LAYER_LIMIT[] = QT_TRANSLATE_NOOP("Model", "Layer count is more than %1");
 /// @}
 
-/// @name Presets
+/// Texts about presets.
 /// @{
 constexpr char TR_THE_FUNCTION_CLEARALLPRESET[] =
     QT_TRANSLATE_NOOP("Model", "Are you sure you want to delete all the presets?");

@@ -22,6 +22,7 @@ public:
     ~GuiParallelManager() override;
 
     using ParallelManager::startParallelRequest;
+    /// Marks with `begin`, then has `perform` carry out each device's task. Any thread.
     bool startParallelRequest(
         const std::weak_ptr<BizModel::Device>& device, const ParallelControl::ParallelTaskFactory& factory,
         bool waitForResult, QString* error, Completion callback) final;

@@ -12,11 +12,13 @@ namespace Orvane::Bridge {
 template <typename T> class SharedValue final {
 public:
     SharedValue() = default;
+    /// Begins with the value.
     explicit SharedValue(T value)
         : m_value(std::move(value))
     {
     }
 
+    /// A copy of the value.
     T get() const
     {
         const std::lock_guard lock(m_mutex);

@@ -23,6 +23,7 @@ struct s_ECOledConfig {
     quint32 OrvaneECKey = 0;
 };
 
+/// A key of the console.
 struct s_ECButtonConfig {
     /// The key's number on the console, reported when it is pressed or released.
     quint16 ECKey = 0;
@@ -41,27 +42,35 @@ struct s_ECButtonConfig {
 struct ORVANEPLATFORM_EXPORT s_ECCommandConfig {
     /// The command's name, letter for letter.
     QString Name;
+    /// The keys, in the order of the configuration.
     QList<std::shared_ptr<s_ECButtonConfig>> m_buttons;
 
+    /// The first key, or all keys, with the number or function code; empty when there is none.
+    /// @{
     std::shared_ptr<s_ECButtonConfig> findECButtonConfigByECKey(const quint32& ecKey) const;
     std::shared_ptr<s_ECButtonConfig> findECButtonConfigByOrvaneKey(const quint16& orvaneKey) const;
     QList<std::shared_ptr<s_ECButtonConfig>> findECButtonConfigsByOrvaneKey(const quint16& orvaneKey) const;
     QList<std::shared_ptr<s_ECButtonConfig>> findECButtonConfigsByOrvaneECKey(
         const quint16& orvaneECKey) const;
+    /// @}
     /// The display with the number @p ecKey or, when there is none, that of the key with this number: the
     /// number of a page label and the number of a labelled key both find their display.
     std::shared_ptr<s_ECOledConfig> findECOledConfigByECKey(const quint32& ecKey) const;
-    /// `InvalidECKey` when no key has this number.
+    /// The console's number of the key with the application's number; `InvalidECKey` when there is none.
     quint32 getECKeyByOrvaneECKey(const quint16& orvaneECKey) const;
-    /// `InvalidECKey` when no key has this place.
+    /// The console's number of the key at the place; `InvalidECKey` when there is none.
     quint32 getECKeyByOrderIndex(quint16 orderIndex) const;
 };
 
+/// A whole console.
 struct s_ECKeyboardConfig {
+    /// As the application shows it.
     QString Name;
+    /// The application's picture of it.
     QString IconName;
     /// Model of the console.
     quint16 ModelId = 0;
+    /// Its groups of keys.
     QList<std::shared_ptr<s_ECCommandConfig>> m_commands;
 };
 

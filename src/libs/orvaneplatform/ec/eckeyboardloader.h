@@ -25,10 +25,12 @@ struct ORVANEPLATFORM_EXPORT KeyboardProblem {
 
 /// Either a configuration or at least one problem: a file with a fault is refused whole.
 struct KeyboardLoadResult {
+    /// The configuration; empty when there is a problem.
     std::shared_ptr<s_ECKeyboardConfig> config;
     /// Everything that is wrong; of a text that is no JSON only the first place.
     QList<KeyboardProblem> problems;
 
+    /// True with a configuration.
     explicit operator bool() const { return config != nullptr; }
 };
 

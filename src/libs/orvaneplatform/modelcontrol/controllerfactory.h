@@ -26,13 +26,15 @@ public:
     /// The factory created last of those that live, null when there is none. Any thread.
     static ControllerFactory* instance();
 
+    /// Controller of the device.
     virtual std::shared_ptr<Device> createDevice(const std::weak_ptr<BizModel::Device>& device) = 0;
+    /// Controller of the device's screens of one type.
     virtual std::shared_ptr<Screen> createScreen(
         BizModel::Enum::Screen::ScreenType type, const std::weak_ptr<BizModel::Device>& device) = 0;
-    /// None unless overridden.
+    /// Controller of the device's layers of one type; none unless overridden.
     virtual std::shared_ptr<Layer> createLayer(
         BizModel::LayerType type, const std::weak_ptr<BizModel::Device>& device);
-    /// None unless overridden.
+    /// Controller of the device's presets; none unless overridden.
     virtual std::shared_ptr<Preset> createPreset(const std::weak_ptr<BizModel::Device>& device);
 
 protected:

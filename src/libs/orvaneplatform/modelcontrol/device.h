@@ -30,6 +30,7 @@ public:
     /// True when a take or a cut may run now. Unless overridden, when a regular or AUX screen is selected and
     /// every selected one is `Normal` or `Resource_out`.
     virtual bool takeCutEnabled() const;
+    /// Makes the screen the one that layer keys work on.
     virtual void setActivedScreen(const std::weak_ptr<BizModel::Screen>& screen) = 0;
     /// Screens of the types in @p screenTypeMask that a take with @p effect would act on; the selected ones
     /// only when @p onlySelected. Unless overridden, all of these. The T-Bar acts only when there are any.
@@ -45,6 +46,7 @@ protected:
     /// @p device is the one that the members without an override of their own look at.
     explicit Device(std::weak_ptr<BizModel::Device> device);
 
+    /// The device; empty when it is gone.
     std::shared_ptr<BizModel::Device> device() const { return m_pDevice.lock(); }
 
 private:

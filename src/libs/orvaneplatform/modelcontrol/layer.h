@@ -17,18 +17,20 @@ namespace Orvane::ModelControl {
 /// `BizModel::DeviceList`. What is not overridden is refused.
 class ORVANEPLATFORM_EXPORT Layer {
 public:
+    /// What the operations take.
     using Layers = QList<std::weak_ptr<BizModel::Layer>>;
 
     Layer() = default;
     virtual ~Layer();
 
-    /// The change is announced when @p notify.
+    /// Selects the layers, all of one screen; announced when @p notify.
     virtual bool setSelected(
         const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers, BizModel::SelectedType mode,
         bool notify) = 0;
+    /// Deselects the layers; announced when @p notify.
     virtual bool cancelSelected(
         const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers, bool notify) = 0;
-    /// @p window is in pixels of the mosaic.
+    /// Moves and sizes the layer; @p window is in pixels of the mosaic.
     virtual bool updateWindow(const std::weak_ptr<BizModel::Layer>& layer, const QRect& window);
     /// Makes all the layers show the source. @p sourceType is a `BizModel::SourceType` value.
     virtual bool bindSource(const Layers& layers, quint32 sourceId, int sourceType);

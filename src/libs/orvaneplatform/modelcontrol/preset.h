@@ -18,6 +18,7 @@ namespace Orvane::ModelControl {
 /// What is not overridden is refused, but for the two that have an answer of their own.
 class ORVANEPLATFORM_EXPORT Preset {
 public:
+    /// Those that a preset changes.
     using Screens = QList<std::weak_ptr<BizModel::Screen>>;
 
     /// Controller of the presets of @p device; empty when the device is gone or no factory is installed.

@@ -22,8 +22,11 @@ class Layer;
 /// announced by `BizModel::DeviceList`. What is not overridden is refused.
 class ORVANEPLATFORM_EXPORT Screen {
 public:
+    /// What the operations take.
+    /// @{
     using Screens = QList<std::weak_ptr<BizModel::Screen>>;
     using Layers = QList<std::weak_ptr<BizModel::Layer>>;
+    /// @}
 
     /// Controller of the layers of one type; empty when there is none for the type, the device is gone or
     /// no factory is installed.
@@ -35,19 +38,24 @@ public:
 
     /// @name Screens
     /// @{
-    /// The change is announced when @p notify and told to the device when @p sendToDevice.
+
+    /// Selects the screens. The change is announced when @p notify and told to the device when @p
+    /// sendToDevice.
     virtual bool setSelected(
         const Screens& screens, BizModel::SelectedType mode, bool notify, bool sendToDevice) = 0;
+    /// Deselects the screens; announced when @p notify.
     virtual bool cancelSelected(const Screens& screens, bool notify) = 0;
     /// Sets each screen's transition time, in seconds.
     virtual bool updateEffectSpeed(const QList<std::pair<std::weak_ptr<BizModel::Screen>, double>>& seconds);
     /// Sets each screen's mix type, a `BizModel::EffectType` value.
     virtual bool updateEffectType(const QList<std::pair<std::weak_ptr<BizModel::Screen>, int>>& types);
+    /// Lets the screens' program be edited, or no longer.
     virtual bool updatePGMEditStatus(const Screens& screens, bool enabled);
     /// @}
 
     /// @name Layers of a screen
     /// @{
+
     /// A new layer on top of the scene, with the id and the name that `nextLayerId` and `nextLayerName` of
     /// the screen tell. @p sourceType is a `BizModel::SourceType` value; @p window is in pixels of the
     /// mosaic. Empty when the layer was refused.

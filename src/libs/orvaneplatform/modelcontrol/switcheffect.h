@@ -6,6 +6,7 @@ namespace Orvane::ModelControl {
 struct s_SwitchEffectBody {
     /// In tenths of a second.
     int time = 0;
+    /// As the model defines it; the console asks with 0.
     int direction = 0;
     /// A `BizModel::EffectType` value.
     int type = 0;

@@ -13,56 +13,58 @@
 
 namespace Orvane::ParallelControl {
 
+/// Told of the end of a request.
 using Orvane::Completion;
 
 /// Runs the selected screens' transition to program.
 struct ParallelTakeScreen {
-    std::weak_ptr<BizModel::Device> device;
-    int screenTypeMask = BizModel::Enum::Screen::RegularAndAUXScreens;
+    std::weak_ptr<BizModel::Device> device; ///< whose
+    int screenTypeMask = BizModel::Enum::Screen::RegularAndAUXScreens; ///< which of the selected screens
     /// Told when the device's part has ended.
     Completion done;
 };
 
 /// Takes the selected screens to program without a transition.
 struct ParallelCutScreen {
-    std::weak_ptr<BizModel::Device> device;
-    int screenTypeMask = BizModel::Enum::Screen::RegularAndAUXScreens;
+    std::weak_ptr<BizModel::Device> device; ///< whose
+    int screenTypeMask = BizModel::Enum::Screen::RegularAndAUXScreens; ///< which of the selected screens
     /// Told when the device's part has ended.
     Completion done;
 };
 
 /// Copies the selected screens' program to their preview.
 struct ParallelMatchPGM {
-    std::weak_ptr<BizModel::Device> device;
-    int screenTypeMask = BizModel::Enum::Screen::RegularAndAUXScreens;
+    std::weak_ptr<BizModel::Device> device; ///< whose
+    int screenTypeMask = BizModel::Enum::Screen::RegularAndAUXScreens; ///< which of the selected screens
 };
 
 /// Freezes or unfreezes the selected screens' program.
 struct ParallelFreezeScreen {
-    std::weak_ptr<BizModel::Device> device;
-    int screenTypeMask = BizModel::Enum::Screen::RegularAndAUXScreens;
-    bool freeze = false;
+    std::weak_ptr<BizModel::Device> device; ///< whose
+    int screenTypeMask = BizModel::Enum::Screen::RegularAndAUXScreens; ///< which of the selected screens
+    bool freeze = false; ///< true: freeze
 };
 
 /// Fades the selected screens' program to black, or back.
 struct ParallelFTBScreen {
-    std::weak_ptr<BizModel::Device> device;
-    int screenTypeMask = BizModel::Enum::Screen::RegularAndAUXScreens;
-    bool fadeToBlack = false;
+    std::weak_ptr<BizModel::Device> device; ///< whose
+    int screenTypeMask = BizModel::Enum::Screen::RegularAndAUXScreens; ///< which of the selected screens
+    bool fadeToBlack = false; ///< true: to black
 };
 
 /// Sets whether a take exchanges program and preview.
 struct ParallelSetSwapStatus {
-    std::weak_ptr<BizModel::Device> device;
-    bool swap = false;
+    std::weak_ptr<BizModel::Device> device; ///< whose
+    bool swap = false; ///< true: exchange
 };
 
 /// Sets the scene that presets are loaded to.
 struct ParallelSetLoadToPresetPGMStatus {
-    std::weak_ptr<BizModel::Device> device;
-    BizModel::Enum::Device::LoadToPGMStatus status = BizModel::Enum::Device::LoadToPVW;
+    std::weak_ptr<BizModel::Device> device; ///< whose
+    BizModel::Enum::Device::LoadToPGMStatus status = BizModel::Enum::Device::LoadToPVW; ///< the scene
 };
 
+/// Any of these tasks.
 using ParallelTask = std::variant<
     ParallelTakeScreen, ParallelCutScreen, ParallelMatchPGM, ParallelFreezeScreen, ParallelFTBScreen,
     ParallelSetSwapStatus, ParallelSetLoadToPresetPGMStatus>;

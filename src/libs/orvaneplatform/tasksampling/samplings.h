@@ -19,15 +19,19 @@ struct s_TBarSampling {
     int takeScreenType = BizModel::Enum::Screen::RegularAndAUXScreens;
     /// From 0.0, all preview still to come, to 1.0, done.
     double process = 0.0;
+    /// The device that is to move.
     std::weak_ptr<BizModel::Device> pCurDevice;
 };
 
 /// A preset to be loaded by the device.
 struct s_LoadPresetSampling {
+    /// Which preset.
     quint8 nFileID = 0;
+    /// The device that is to load it.
     std::weak_ptr<BizModel::Device> pCurDevice;
-    /// The keypad's state after and before the load.
+    /// The keypad's state after the load.
     ProtoModel::File::s_KeypadInfo keypadInfo;
+    /// The keypad's state before the load.
     ProtoModel::File::s_KeypadInfo lastKeypadInfo;
 };
 

@@ -23,8 +23,10 @@ public:
     virtual bool setSamplingType(SamplingType type) = 0;
     /// Queues the sample and returns at once; false when it is not of the type announced last or not
     /// usable, and unless overridden. Any thread.
+    /// @{
     virtual bool appendData(const std::shared_ptr<s_TBarSampling>& sampling);
     virtual bool appendData(const std::shared_ptr<s_LoadPresetSampling>& sampling);
+    /// @}
 
 protected:
     /// Makes this thread the one that `instance` answers.
