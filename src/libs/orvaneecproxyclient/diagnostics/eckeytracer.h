@@ -22,6 +22,7 @@ public:
     /// What is kept until it is taken; older events are dropped.
     static constexpr int MaxTraces = 1000;
 
+    /// Collects from now on.
     explicit ECKeyTracer(QObject* parent = nullptr);
     ~ECKeyTracer() override;
 

@@ -258,6 +258,7 @@ Q_SIGNALS:
     void signalECKeyClicked(bool isAleadyBind, unsigned short nECKey);
 
 protected:
+    /// Queues clicks on keys from the first connection to `signalECKeyClicked` on.
     void connectNotify(const QMetaMethod& signal) override;
 
 private:

@@ -23,9 +23,12 @@ public:
 
     /// @name What your model says
     /// @{
+
+    /// Another name.
     void setName(const QString& name);
     /// Whether a signal is present; at first it is.
     void setActive(bool active);
+    /// Whether the signal is more than the input can take; at first it is not.
     void setOverLoad(bool overLoad);
     /// @}
 

@@ -9,10 +9,12 @@ namespace Orvane::Bridge {
 /// there.
 class ORVANEPLATFORM_EXPORT ItemDeviceList : public BizModel::DeviceList {
 public:
+    /// The one device, which is active from the start.
     explicit ItemDeviceList(std::shared_ptr<DeviceItem> device);
     ~ItemDeviceList() override;
 
     std::weak_ptr<BizModel::Device> activedDevice() const override { return m_pDevice; }
+    /// The device.
     DeviceItem& device() const { return *m_pDevice; }
 
 private:

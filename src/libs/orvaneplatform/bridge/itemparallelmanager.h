@@ -16,6 +16,7 @@ namespace Orvane::Bridge {
 /// any thread. A failure leaves all as it was. What is not overridden fails.
 class ORVANEPLATFORM_EXPORT ItemParallelManager : public GuiParallelManager {
 public:
+    /// Those that a hook works on.
     using ScreenList = DeviceItem::ScreenList;
 
     ItemParallelManager();
@@ -25,7 +26,10 @@ protected:
     /// @name Transitions
     /// Whoever keeps layers in the items changes the scenes before the end, by `ScreenItem::setLayerList`.
     /// @{
+
+    /// Runs the screens' transition to program.
     virtual void take(const ScreenList& screens, OpenRequest end);
+    /// Takes the screens to program at once.
     virtual void cut(const ScreenList& screens, OpenRequest end);
     /// Copies the screens' program to their preview.
     virtual void match(const ScreenList& screens, OpenRequest end);
@@ -33,9 +37,14 @@ protected:
 
     /// @name Flags
     /// @{
+
+    /// Freezes the screens' program, or lets it go on.
     virtual void freeze(const ScreenList& screens, bool frozen, OpenRequest end);
+    /// Fades the screens' program to black, or back.
     virtual void fadeToBlack(const ScreenList& screens, bool black, OpenRequest end);
+    /// Whether takes exchange program and preview.
     virtual void setSwap(DeviceItem& device, bool swap, OpenRequest end);
+    /// Whether presets load to program.
     virtual void setLoadToProgram(DeviceItem& device, bool toProgram, OpenRequest end);
     /// @}
 

@@ -14,6 +14,7 @@ public:
 
     using SamplingThread::appendData;
     bool setSamplingType(TaskSampling::SamplingType type) override;
+    /// Has `sendLoad` tell the device, and makes the preset active.
     bool appendData(const std::shared_ptr<TaskSampling::s_LoadPresetSampling>& sampling) override;
 
 protected:

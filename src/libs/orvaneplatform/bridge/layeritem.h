@@ -11,6 +11,7 @@ namespace Orvane::Bridge {
 /// A layer that keeps what your model says of it. `ScreenItem` announces what changes. Any thread.
 class ORVANEPLATFORM_EXPORT LayerItem : public BizModel::Layer {
 public:
+    /// @p window is in pixels of the mosaic.
     LayerItem(const BizModel::s_ScreenLayerId& place, quint32 inputId, const QRect& window);
     ~LayerItem() override;
 
@@ -27,10 +28,13 @@ public:
     /// A layer that is like this one now, and not selected; for presets, which must not change with it.
     std::shared_ptr<LayerItem> copy() const;
 
+    /// Whether keys work on the layer now.
     bool isSelected() const { return m_bSelected; }
     /// False when it is so already.
     bool setSelected(bool selected) { return m_bSelected.exchange(selected) != selected; }
+    /// The input that it shows; false when it is so already.
     bool setSource(quint32 inputId) { return m_nInput.exchange(inputId) != inputId; }
+    /// In pixels of the mosaic; false when it is so already.
     bool setWindow(const QRect& window) { return m_window.set(window); }
 
 private:

@@ -14,6 +14,7 @@ namespace Orvane::Bridge {
 /// lock. Any thread.
 class ORVANEPLATFORM_EXPORT ScreenItem : public BizModel::Screen {
 public:
+    /// Layers of a scene, from the bottom to the top.
     using LayerList = QList<std::shared_ptr<LayerItem>>;
 
     /// @p id is unique among the device's regular screens.
@@ -32,6 +33,7 @@ public:
     bool freeze() const override { return m_bFrozen; }
     bool PGMEditEnable() const override { return m_bProgramEdited; }
     QList<std::weak_ptr<BizModel::Output>> outputs() const override;
+    /// The place that `addOutputPlace` gave it.
     QRectF mosaicRect(const std::weak_ptr<BizModel::Output>& output) const override;
     QList<std::weak_ptr<BizModel::Subcard>> subCards() const override;
     QList<std::weak_ptr<BizModel::Layer>> layers(BizModel::SceneType scene, int layerTypeMask) const override;
@@ -43,9 +45,14 @@ public:
 
     /// @name What your model says
     /// @{
+
+    /// Another name.
     void setName(const QString& name);
+    /// The program is frozen, or goes on.
     void setFrozen(bool frozen);
+    /// The program is black, or no longer.
     void setFadedToBlack(bool black);
+    /// The program may be edited, or no longer.
     void setProgramEdited(bool edited);
     /// In seconds.
     void setTransitionTime(double seconds);
@@ -59,14 +66,18 @@ public:
     /// @name Layers
     /// From the bottom to the top.
     /// @{
+
+    /// The layers of the scene.
     LayerList layerList(BizModel::SceneType scene) const;
     /// Replaces the scene, as a preset or a take does; announced as a whole.
     void setLayerList(BizModel::SceneType scene, const LayerList& layers);
+    /// On top of its scene.
     void addLayer(const std::shared_ptr<LayerItem>& layer);
     /// False when it is not on the screen.
     bool removeLayer(const std::shared_ptr<LayerItem>& layer);
     /// Lets @p reorder change the order of the scene, which nobody announces.
     void reorderLayers(BizModel::SceneType scene, const std::function<void(LayerList&)>& reorder);
+    /// The layer shows another input.
     void setLayerSource(const std::shared_ptr<LayerItem>& layer, quint32 inputId);
     /// Announces a change of selection among the layers.
     void announceSelectedLayers() const;

@@ -49,6 +49,7 @@ struct KeyboardDraft {
     QList<KeyboardProblem> problems;
 };
 
+/// Reads what can be read of it. Any bytes may be given. Any thread.
 ORVANEPLATFORM_EXPORT KeyboardDraft draftKeyboard(const QByteArray& json);
 
 /// The bytes of a file of at most `MaxKeyboardFileBytes`; empty with `problem` set when they cannot be had.

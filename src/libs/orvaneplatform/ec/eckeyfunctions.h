@@ -12,22 +12,25 @@ namespace Orvane::EC {
 
 /// What the key with one function code (`OrvaneKey`) does. A text is empty where there is nothing to say.
 struct KeyFunction {
-    const char* name;
+    const char* name; ///< as an operator calls it
     /// What the console does when the key goes down, when it is held, when it comes up: "freezes the selected
     /// screens".
+    /// @{
     const char* press = "";
     const char* hold = "";
     const char* release = "";
-    const char* light = "";
-    const char* label = "";
+    /// @}
+    const char* light = ""; ///< what its LED shows
+    const char* label = ""; ///< what its display shows
     /// The texts of `BizModel::Translate` among those that the label shows.
     std::vector<const char*> labelTexts = {};
-    bool turnsPage = false;
+    bool turnsPage = false; ///< shows another page of the group
     /// Its press works while a dialog is open.
     bool worksInDialog = false;
     /// Its press works while the keypad is locked.
     bool worksWhenLocked = false;
 
+    /// False for a code that no key does anything with.
     bool isUsed() const { return *press || *hold || *release; }
 };
 
@@ -41,8 +44,8 @@ enum class KeyOrder {
 /// The group of keys that one command serves.
 struct KeyGroupInfo {
     const char* name; ///< the command's
-    const char* title;
-    KeyOrder order = KeyOrder::Group;
+    const char* title; ///< as an operator calls it
+    KeyOrder order = KeyOrder::Group; ///< what the order index counts
     std::vector<KeyFunction> functions; ///< by function code; 0 is a key without a function
 };
 
