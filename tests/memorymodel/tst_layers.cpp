@@ -3,7 +3,6 @@
 #include "bizmodel/connector.h"
 #include "bizmodel/input.h"
 #include "bizmodel/resourcecheck.h"
-#include "modelcontrol/asyncmanager.h"
 
 #include <QtTest>
 
@@ -235,32 +234,6 @@ private Q_SLOTS:
         QCOMPARE(m.sources(1, SceneType::PGM), Ids{3});
         QVERIFY(!binds(layers(m, {1}), 99));
         QVERIFY(!layerControl(m)->updateWindow(layer(m, 1), QRect()));
-    }
-
-    void clearingTellsWhatChangedBeforeItsEnd()
-    {
-        Model m;
-        m.control().selectLayers(A, First, SceneType::PVW, {2});
-        m.log.clear();
-        const auto clear = [&m](SceneType scene, const Completion& completion) {
-            AsyncManager::instance()->startAsyncRequest(
-                AsyncRemoveLayer{m.device(), m.screen(1), scene, AllTypes, completion});
-        };
-        QStringList before;
-        const Outcome outcome;
-        clear(SceneType::PVW, [&, told = outcome.completion()](bool ok, const QString& text) {
-            before = m.log.names();
-            told(ok, text);
-        });
-        QVERIFY(outcome.wait());
-        QVERIFY(outcome.ok());
-        QCOMPARE(
-            before, (QStringList{"signalLayerRemoved", "signalLayerRemoved", "signalSelectedLayersChanged"}));
-        QCOMPARE(order(m, SceneType::PGM), Ids{1});
-        const Outcome refused;
-        clear(SceneType::PGM, refused.completion());
-        QVERIFY(refused.wait());
-        QVERIFY(!refused.ok() && !refused.text().isEmpty());
     }
 
     void inputsComeGoAndChange()

@@ -262,6 +262,9 @@ void ModelOperator::layers()
         workOnLayers(*control, {first, second}, inputs.mid(1, 2));
     begin("clearing layers");
     runAsync(ModelControl::AsyncRemoveLayer{{}, m_pScreen, Preview, BizModel::LayerType::AllLayerType, {}});
+    // The program is not edited; a model that refuses for that says so.
+    runAsync(ModelControl::AsyncRemoveLayer{
+        {}, m_pScreen, BizModel::SceneType::PGM, BizModel::LayerType::AllLayerType, {}});
     // What presets are made of next.
     addLayer(*control, source);
 }
