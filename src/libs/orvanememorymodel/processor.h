@@ -31,9 +31,9 @@ struct ScreenJob {
 struct LayerJob {
     /// Identity of the device (`ipMacSn`).
     QString device;
-    ScreenKey screen;
-    BizModel::SceneType scene = BizModel::SceneType::PVW;
-    quint32 layer = 0;
+    ScreenKey screen; ///< which of its screens
+    BizModel::SceneType scene = BizModel::SceneType::PVW; ///< which scene there
+    quint32 layer = 0; ///< id of the layer there
     /// Interface id of its source; 0 for none.
     quint32 input = 0;
     /// In pixels of the mosaic.
@@ -94,6 +94,7 @@ public:
     virtual bool storePreset(const QString& device, FileType type, quint16 fileId, QString& error);
     /// Adds screens, which the model has made already.
     virtual bool createScreens(const ScreenJob& job, QString& error);
+    /// Empties the preset's slot.
     virtual bool removePreset(const QString& device, FileType type, quint16 fileId, QString& error);
     /// Keeps the device's state over a restart. The simulation writes the show file.
     virtual bool save(const QString& device, QString& error);
@@ -103,9 +104,14 @@ public:
     /// Done when they return, as the jobs above. Called when a key asks for it and the model would accept it;
     /// changes by `Control` are the application's own, and by takes and presets the device's.
     /// @{
+
+    /// Adds the layer on top of the scene.
     virtual bool addLayer(const LayerJob& job, QString& error);
+    /// Takes the layer out of the scene.
     virtual bool removeLayer(const LayerJob& job, QString& error);
+    /// Gives the layer the job's window.
     virtual bool moveLayer(const LayerJob& job, QString& error);
+    /// Makes the layer show the job's input.
     virtual bool bindSource(const LayerJob& job, QString& error);
     /// @p layers are the scene's ids in the new order, from the bottom to the top.
     virtual bool orderLayers(
