@@ -1,5 +1,7 @@
 #include "commandrunner.h"
 
+#include "actionfactory.h"
+
 namespace Orvane::ConsolePanel {
 
 namespace {
@@ -56,7 +58,7 @@ void CommandRunner::step()
 void CommandRunner::begin()
 {
     const bool isQuiet = std::holds_alternative<StormKeys>(m_current.command);
-    m_action = RunnerAction::make(
+    m_action = makeAction(
         m_current.command,
         {m_console, [this, isQuiet](const UpMessage& message) { sendReport(message, isQuiet); },
          [this](const QByteArray& bytes) { sendRecorded(bytes); },

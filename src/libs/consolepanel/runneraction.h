@@ -36,9 +36,6 @@ public:
         /// The capture that is played by single reports; empty for none.
         std::shared_ptr<Replay>& steppedReplay;
     };
-    /// The action of a command that takes time, begun at `now`; empty for every other command.
-    static std::unique_ptr<RunnerAction> make(
-        const SimulatorCommand& command, const Surroundings& surroundings, PanelClock::Duration now);
 };
 
 } // namespace Orvane::ConsolePanel

@@ -1,4 +1,4 @@
-#include "runneraction.h"
+#include "actionfactory.h"
 
 #include "replayaction.h"
 
@@ -213,12 +213,12 @@ private:
 
 } // namespace
 
-std::unique_ptr<RunnerAction> RunnerAction::make(
-    const SimulatorCommand& command, const Surroundings& surroundings, Duration now)
+std::unique_ptr<RunnerAction> makeAction(
+    const SimulatorCommand& command, const RunnerAction::Surroundings& surroundings, Duration now)
 {
     using Made = std::unique_ptr<RunnerAction>;
     const ConsoleRecorder& console = surroundings.console;
-    const Send& send = surroundings.send;
+    const RunnerAction::Send& send = surroundings.send;
     return std::visit(
         Overloaded{
             [&](const Pause& pause) -> Made { return std::make_unique<PauseAction>(pause, now); },
