@@ -21,7 +21,14 @@ set(runtime_of_this_build "liborvaneecproxyclient1 (= ${PROJECT_VERSION})")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME liborvaneecproxyclient1)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_GENERATE_SHLIBS ON)
+# What packages of programs that are linked with the libraries depend on, and the loader's cache.
+file(WRITE "${CMAKE_BINARY_DIR}/shlibs" "")
+foreach(library orvaneecproxyclient orvanenotices orvaneplatform)
+  file(APPEND "${CMAKE_BINARY_DIR}/shlibs" "lib${library} ${PROJECT_VERSION_MAJOR} \
+liborvaneecproxyclient1 (>= ${PROJECT_VERSION})\n")
+endforeach()
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA
+  "${CMAKE_BINARY_DIR}/shlibs" "${CMAKE_CURRENT_SOURCE_DIR}/packaging/triggers")
 set(CPACK_DEBIAN_RUNTIME_DEBUGINFO_PACKAGE ON)
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION
 "Works the touch-screen application of a video processor from its physical

@@ -26,12 +26,14 @@ foreach(component IN LISTS CPACK_COMPONENTS_ALL)
   endforeach()
 
   set(documents "${usr}/share/doc/${package}")
-  file(INSTALL "${CPACK_ORVANE_PACKAGING}/copyright" DESTINATION "${documents}")
+  # file(INSTALL) would go by cpack's DESTDIR.
+  file(MAKE_DIRECTORY "${documents}")
+  file(COPY_FILE "${CPACK_ORVANE_PACKAGING}/copyright" "${documents}/copyright")
   run("${CPACK_ORVANE_PACKAGING}/debian-changelog" "${CPACK_ORVANE_CHANGELOG}" ${package}
     "${CPACK_PACKAGE_VERSION}" "${CPACK_PACKAGE_CONTACT}" "${documents}/changelog")
   run(gzip -9n "${documents}/changelog")
   if(EXISTS "${CPACK_ORVANE_PACKAGING}/${package}.lintian-overrides")
-    file(INSTALL "${CPACK_ORVANE_PACKAGING}/${package}.lintian-overrides"
-      DESTINATION "${usr}/share/lintian/overrides" RENAME "${package}")
+    file(MAKE_DIRECTORY "${usr}/share/lintian/overrides")
+    file(COPY_FILE "${CPACK_ORVANE_PACKAGING}/${package}.lintian-overrides" "${usr}/share/lintian/overrides/${package}")
   endif()
 endforeach()
