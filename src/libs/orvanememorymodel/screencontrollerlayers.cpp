@@ -1,11 +1,11 @@
 #include "screencontroller.h"
 
+#include "bridge/layerorder_p.h"
 #include "layers.h"
 #include "operationtext.h"
 
 #include <QtDebug>
 
-#include <algorithm>
 #include <utility>
 
 namespace Orvane::MemoryModel {
@@ -117,38 +117,22 @@ bool ScreenController::removeLayers(
 
 bool ScreenController::topZOrder(const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers)
 {
-    return reorder(Operation::TopZOrder, screen, layers, [](auto& scene, const auto& marked) {
-        std::stable_partition(
-            scene.begin(), scene.end(), [&marked](const auto& layer) { return !marked.contains(layer); });
-    });
+    return reorder(Operation::TopZOrder, screen, layers, &Bridge::Internal::moveToFront);
 }
 
 bool ScreenController::incrZOrder(const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers)
 {
-    return reorder(Operation::IncrZOrder, screen, layers, [](auto& scene, const auto& marked) {
-        for (int i = scene.size() - 2; i >= 0; --i) {
-            if (marked.contains(scene[i]) && !marked.contains(scene[i + 1]))
-                scene.swapItemsAt(i, i + 1);
-        }
-    });
+    return reorder(Operation::IncrZOrder, screen, layers, &Bridge::Internal::stepToFront);
 }
 
 bool ScreenController::bottomZOrder(const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers)
 {
-    return reorder(Operation::BottomZOrder, screen, layers, [](auto& scene, const auto& marked) {
-        std::stable_partition(
-            scene.begin(), scene.end(), [&marked](const auto& layer) { return marked.contains(layer); });
-    });
+    return reorder(Operation::BottomZOrder, screen, layers, &Bridge::Internal::moveToBack);
 }
 
 bool ScreenController::decrZOrder(const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers)
 {
-    return reorder(Operation::DecrZOrder, screen, layers, [](auto& scene, const auto& marked) {
-        for (int i = 1; i < scene.size(); ++i) {
-            if (marked.contains(scene[i]) && !marked.contains(scene[i - 1]))
-                scene.swapItemsAt(i, i - 1);
-        }
-    });
+    return reorder(Operation::DecrZOrder, screen, layers, &Bridge::Internal::stepToBack);
 }
 
 bool ScreenController::reorder(

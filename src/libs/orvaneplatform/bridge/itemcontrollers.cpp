@@ -1,6 +1,7 @@
 #include "bridge/itemcontrollers_p.h"
 
 #include "bridge/announce_p.h"
+#include "bridge/layerorder_p.h"
 
 #include <algorithm>
 
@@ -220,41 +221,25 @@ bool ItemControllerFactory::ScreenController::removeLayers(
 bool ItemControllerFactory::ScreenController::topZOrder(
     const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers)
 {
-    return reorder(screen, layers, [](LayerList& scene, const LayerList& marked) {
-        std::stable_partition(
-            scene.begin(), scene.end(), [&marked](const auto& layer) { return !marked.contains(layer); });
-    });
+    return reorder(screen, layers, &Internal::moveToFront);
 }
 
 bool ItemControllerFactory::ScreenController::incrZOrder(
     const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers)
 {
-    return reorder(screen, layers, [](LayerList& scene, const LayerList& marked) {
-        for (int i = scene.size() - 2; i >= 0; --i) {
-            if (marked.contains(scene[i]) && !marked.contains(scene[i + 1]))
-                scene.swapItemsAt(i, i + 1);
-        }
-    });
+    return reorder(screen, layers, &Internal::stepToFront);
 }
 
 bool ItemControllerFactory::ScreenController::bottomZOrder(
     const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers)
 {
-    return reorder(screen, layers, [](LayerList& scene, const LayerList& marked) {
-        std::stable_partition(
-            scene.begin(), scene.end(), [&marked](const auto& layer) { return marked.contains(layer); });
-    });
+    return reorder(screen, layers, &Internal::moveToBack);
 }
 
 bool ItemControllerFactory::ScreenController::decrZOrder(
     const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers)
 {
-    return reorder(screen, layers, [](LayerList& scene, const LayerList& marked) {
-        for (int i = 1; i < scene.size(); ++i) {
-            if (marked.contains(scene[i]) && !marked.contains(scene[i - 1]))
-                scene.swapItemsAt(i, i - 1);
-        }
-    });
+    return reorder(screen, layers, &Internal::stepToBack);
 }
 
 bool ItemControllerFactory::ScreenController::reorder(
