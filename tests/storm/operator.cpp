@@ -25,26 +25,18 @@ namespace Storm {
 
 using namespace ECProxy::Client;
 using namespace std::chrono_literals;
-using BizModel::SceneType;
-using MemoryModel::ScreenKey;
 using MemoryModel::ScreenType;
 using PresetMode = BizModel::Enum::Preset::PresetOptMode;
 
 namespace {
 
 constexpr int RegularAndAUX = BizModel::Enum::Screen::RegularAndAUXScreens;
-constexpr auto FileType = MemoryModel::FileType::PresetPVW;
 constexpr int Remembered = 12;
 /// Real time; a machine under load needs it, and a fault costs it once.
 constexpr int SettleMs = 8000;
 constexpr auto LockHold = 2000ms;
 /// The keys are given anew half a second of the show after a transition.
 constexpr int AfterTransitionMs = 25;
-
-ScreenKey keyOf(const BizModel::Screen& screen)
-{
-    return {screen.screenType(), screen.screenId()};
-}
 
 } // namespace
 
@@ -82,8 +74,7 @@ bool Operator::isAnySelected() const
     return active && !active->selectedScreen(RegularAndAUX).isEmpty();
 }
 
-// ---- One thing after another
-// -------------------------------------------------------------------------------
+// ---- One thing after another --------------------------------------------------------------------
 
 QString Operator::step()
 {
@@ -94,13 +85,14 @@ QString Operator::step()
     }
     using Gesture = void (Operator::*)();
     constexpr std::pair<int, Gesture> gestures[] = {
-        {46, &Operator::tapSomeKey},   {4, &Operator::holdSomeKey},    {2, &Operator::sweepTBar},
-        {6, &Operator::turnPages},     {3, &Operator::workUnderGuard}, {3, &Operator::changeDevice},
-        {12, &Operator::changeScreen}, {12, &Operator::changeLayer},   {8, &Operator::changeInput},
-        {6, &Operator::changePreset},  {2, &Operator::changeLocks},    {2, &Operator::changeSignal}};
+        {46, &Operator::tapSomeKey},    {4, &Operator::holdSomeKey},    {2, &Operator::sweepTBar},
+        {6, &Operator::turnPages},      {3, &Operator::workUnderGuard}, {3, &Operator::changeDevice},
+        {12, &Operator::changeScreen},  {12, &Operator::changeLayer},   {8, &Operator::changeInput},
+        {6, &Operator::changePreset},   {2, &Operator::changeLocks},    {2, &Operator::typeOnBothConsoles},
+        {1, &Operator::restartConsole}, {2, &Operator::changeSignal}};
     m_doing.clear();
     m_expectations.clear();
-    int at = m_dice.below(106);
+    int at = m_dice.below(109);
     for (const auto& [weight, gesture] : gestures) {
         at -= weight;
         if (at < 0) {
@@ -172,8 +164,7 @@ void Operator::expect(const char* what, std::function<Value()> value, Value expe
     });
 }
 
-// ---- Keys
-// ----------------------------------------------------------------------------------------------------
+// ---- Keys ---------------------------------------------------------------------------------------
 
 void Operator::press(const Key& key)
 {
@@ -523,256 +514,38 @@ void Operator::workUnderGuard()
         lockKeypad(false);
 }
 
-// ---- What happens by itself
-// ----------------------------------------------------------------------------------
-
-void Operator::changeDevice()
+/// Digits on the physical and the on-screen console at the same time, each on a thread of its own.
+void Operator::typeOnBothConsoles()
 {
-    auto& control = m_rig.control();
-    const auto active = device();
-    switch (m_dice.below(active ? 8 : 3)) {
-    default: {
-        const QString next = m_dice.chance(10) ? QString()
-            : m_dice.chance(75)                ? m_devices[0]
-                                               : m_devices[m_dice.below(3)];
-        say("activate device " + next);
-        control.activateDevice(next);
-        break;
+    say("type on both consoles at once");
+    constexpr int taps = 10;
+    const auto& keys = m_keyboard.group(NumberGroup).m_buttons;
+    expect<quint64>(
+        "types once a tap", [this] { return m_nTyped; }, m_nTyped + 2 * taps);
+    for (int i = 0; i < taps; ++i) {
+        for (const bool isOnScreen : {false, true}) {
+            const Key& key = *keys.at(m_dice.below(keys.size()));
+            m_bOnScreen = isOnScreen;
+            press(key);
+            release(key);
+        }
     }
-    case 3: {
-        const bool on = m_dice.chance(50);
-        say(QStringLiteral("swap %1").arg(on));
-        control.setSwap(active->ipMacSn(), on);
-        break;
-    }
-    case 4: {
-        const bool on = m_dice.chance(50);
-        say(QStringLiteral("load to program %1").arg(on));
-        for (const QString& each : m_devices)
-            control.setLoadToPGM(each, on);
-        break;
-    }
-    case 5: {
-        const auto second = m_rig.device(m_devices[1]);
-        const QString former = second->groupId();
-        say("change the group of the second device");
-        control.setGroup(m_devices[1], m_dice.oneOf({QStringLiteral("0"), QStringLiteral("1")}));
-        if (second->groupId() != former) // a change of the groups shows the first page of the inputs
-            m_statement.pageShown(InputGroup, 0);
-        break;
-    }
-    }
+    m_bOnScreen = false;
 }
 
-void Operator::changeScreen()
+/// The console comes back dark, and all is sent again as the session does it; texts are translated anew on
+/// the way.
+void Operator::restartConsole()
 {
-    const auto active = device();
-    const auto screens = active ? active->screens(RegularAndAUX) : QList<std::weak_ptr<BizModel::Screen>>();
-    if (screens.isEmpty())
-        return say("no screen to change");
-    auto& control = m_rig.control();
-    const QString ip = active->ipMacSn();
-    const auto some = screens[m_dice.below(screens.size())].lock();
-    const ScreenKey key = keyOf(*some);
-    const QString name = some->name();
-    const bool on = m_dice.chance(50);
-    switch (m_dice.below(11)) {
-    case 0:
-        say("add a screen");
-        control.addScreen(ip, on ? ScreenType::RegularScreen : ScreenType::AUXScreen);
-        break;
-    case 1:
-        if (screens.size() < 3)
-            return say("keep the screens");
-        say("remove screen " + name);
-        control.removeScreen(ip, key);
-        break;
-    case 2:
-        say("rename screen " + name);
-        control.renameScreen(ip, key, QStringLiteral("Screen %1").arg(++m_nNames));
-        break;
-    case 3: {
-        const int index = m_dice.below(32);
-        if (!m_statement.isScreenKeyFree(index))
-            return say("no free key");
-        say(QStringLiteral("put screen %1 on key %2").arg(name).arg(index));
-        control.setScreenIndex(ip, key, index);
-        break;
-    }
-    case 4:
-        say("select screen " + name);
-        control.selectScreens(ip, {key});
-        break;
-    case 5:
-        say("activate screen " + name);
-        control.activateScreen(ip, key);
-        break;
-    case 6:
-        say("time of screen " + name);
-        control.setEffectTime(ip, key, (1 + m_dice.below(20)) * 0.1);
-        break;
-    case 7:
-        say(QStringLiteral("freeze %1 %2").arg(name).arg(on));
-        control.setFreeze(ip, key, on);
-        break;
-    case 8:
-        say(QStringLiteral("fade %1 to black %2").arg(name).arg(on));
-        control.setFTB(ip, key, on);
-        break;
-    case 9:
-        say(QStringLiteral("edit program of %1 %2").arg(name).arg(on));
-        control.setPGMEdit(ip, key, on);
-        break;
-    case 10:
-        say("select all screens");
-        control.selectScreens(ip, {key, keyOf(*screens[0].lock())});
-        break;
-    }
-}
-
-void Operator::changeLayer()
-{
-    const auto active = device();
-    const auto owner = screen();
-    if (!owner)
-        return say("no screen for layers");
-    auto& control = m_rig.control();
-    const QString ip = active->ipMacSn();
-    const ScreenKey key = keyOf(*owner);
-    const auto layers = owner->PVWLayers(BizModel::Enum::Layer::RegularAndAUXLayers);
-    const quint32 input = quint32(m_dice.below(14) + 1);
-    if (layers.isEmpty() || m_dice.chance(25)) {
-        say("add a layer");
-        const QRect window(m_dice.below(3000), m_dice.below(900), 480, 270);
-        control.addLayer(ip, key, SceneType::PVW, input, window);
-        return;
-    }
-    const auto layer = layers[m_dice.below(layers.size())].lock();
-    const quint32 id = layer->layerId();
-    switch (m_dice.below(5)) {
-    case 0:
-        say("remove layer " + layer->name());
-        control.removeLayer(ip, key, SceneType::PVW, id);
-        break;
-    case 1:
-        say("rename layer " + layer->name());
-        control.renameLayer(ip, key, SceneType::PVW, id, QStringLiteral("Layer %1").arg(++m_nNames));
-        break;
-    case 2:
-        say("select layer " + layer->name());
-        control.selectLayers(ip, key, SceneType::PVW, {id});
-        break;
-    case 3:
-        say("deselect the layers");
-        control.selectLayers(ip, key, SceneType::PVW, {});
-        break;
-    case 4:
-        say("change the source of layer " + layer->name());
-        control.setLayerSource(ip, key, SceneType::PVW, id, input);
-        break;
-    }
-}
-
-void Operator::changeInput()
-{
-    const auto active = device();
-    const auto inputs = active ? active->validInputs() : QList<std::weak_ptr<BizModel::Input>>();
-    if (inputs.isEmpty())
-        return say("no input to change");
-    auto& control = m_rig.control();
-    const QString ip = active->ipMacSn();
-    const quint32 id = inputs[m_dice.below(inputs.size())].lock()->interfaceId();
-    const bool on = m_dice.chance(70);
-    switch (m_dice.below(5)) {
-    case 0:
-        say(QStringLiteral("rename input %1").arg(id));
-        control.renameInput(ip, id, QStringLiteral("Input %1").arg(++m_nNames));
-        break;
-    case 1:
-    case 2:
-        say(QStringLiteral("signal of input %1: %2").arg(id).arg(on));
-        control.setSignal(ip, id, on);
-        break;
-    case 3:
-        say(QStringLiteral("overload of input %1: %2").arg(id).arg(!on));
-        control.setOverload(ip, id, !on);
-        break;
-    case 4:
-        if (inputs.size() < 10)
-            return say("keep the inputs");
-        say(QStringLiteral("remove input %1").arg(id));
-        control.removeInput(ip, id);
-        break;
-    }
-}
-
-void Operator::changePreset()
-{
-    const auto active = device();
-    if (!active)
-        return say("no device for presets");
-    auto& control = m_rig.control();
-    const QString ip = active->ipMacSn();
-    // Twenty has a preset for the program, too: the documents leave open which of the two names a label
-    // shows.
-    const quint16 preset = quint16(m_dice.below(19) + 1);
-    switch (m_dice.below(7)) {
-    case 0:
-    case 1:
-        say(QStringLiteral("store preset %1").arg(preset));
-        control.addPreset(m_dice.chance(80) ? ip : m_devices[1], FileType, preset);
-        break;
-    case 2:
-        say(QStringLiteral("cover preset %1").arg(preset));
-        control.coverPreset(ip, FileType, preset);
-        break;
-    case 3:
-        say(QStringLiteral("rename preset %1").arg(preset));
-        control.renamePreset(ip, FileType, preset, QStringLiteral("Preset %1").arg(++m_nNames));
-        break;
-    case 4:
-        say(QStringLiteral("remove preset %1").arg(preset));
-        control.removePreset(ip, FileType, preset);
-        break;
-    case 5:
-        say(QStringLiteral("activate preset %1").arg(preset));
-        control.activatePreset(ip, FileType, preset);
-        break;
-    case 6: {
-        const int page = m_dice.below(3);
-        say(QStringLiteral("show preset page %1").arg(page + 1));
-        control.showPresetPage(page);
-        m_statement.pageShown(PresetGroup, page);
-        break;
-    }
-    }
-}
-
-void Operator::changeLocks()
-{
+    say("the console starts anew");
     ECManager* const manager = ECManager::instance();
-    const bool lock = !m_statement.isTBarLocked();
-    if (m_dice.chance(50)) {
-        say(QStringLiteral("the application locks the T-Bar: %1").arg(lock));
-        if (lock)
-            manager->lockTBar();
-        else
-            manager->unlockTBar();
-        Q_EMIT manager->signalTbarLocked(lock);
-    } else {
-        say(QStringLiteral("the console locks the T-Bar: %1").arg(lock));
-        m_rig.console().report(ConsolePanel::LockReport{ConsolePanel::LockTarget::TBar, lock});
-        m_rig.console().settle();
-    }
-    m_statement.tbarLocked(lock);
-}
-
-void Operator::changeSignal()
-{
-    const bool on = m_dice.chance(60);
-    say(QStringLiteral("signal at DVI input 0: %1").arg(on));
-    m_rig.console().report(ConsolePanel::DviReport{{{0, quint8(on)}}});
-    m_statement.signalAtDvi(on);
+    m_rig.console().restart();
+    manager->retranslateUi();
+    manager->repeatLocks();
+    manager->slotOrvanePluginModeChanged();
+    manager->showFunctionKeyLights();
+    m_statement.inputsRefreshed();
+    m_statement.pageMayTurn(InputGroup);
 }
 
 } // namespace Storm

@@ -43,6 +43,8 @@ private:
     void changeLayer();
     void changeInput();
     void changePreset();
+    void typeOnBothConsoles();
+    void restartConsole();
     void changeLocks();
     void changeSignal();
     void lockKeypad(bool lock);

@@ -94,7 +94,7 @@ Statement::Statement(const Keyboard& keyboard, BizModel::DeviceList& devices)
     }
 }
 
-// ---- What has happened -----------------------------------------------------------------------------------
+// ---- What has happened --------------------------------------------------------------------------
 
 int Statement::pageCount(const char* group) const
 {
@@ -127,7 +127,7 @@ void Statement::transition()
     pageMayTurn(InputGroup);
 }
 
-// ---- The model -------------------------------------------------------------------------------------------
+// ---- The model ----------------------------------------------------------------------------------
 
 void Statement::observe()
 {
@@ -364,8 +364,7 @@ std::shared_ptr<BizModel::Input> Statement::inputAt(int place) const
     return index < m_inputs.size() ? m_inputs[index] : nullptr;
 }
 
-// ---- What the console must show
-// ----------------------------------------------------------------------------
+// ---- What the console must show -----------------------------------------------------------------
 
 Statement::Faces Statement::screenFaces(int page) const
 {
@@ -441,8 +440,7 @@ Statement::Faces Statement::presetFaces(int page) const
     return faces;
 }
 
-// ---- The comparison
-// ----------------------------------------------------------------------------------------
+// ---- The comparison -----------------------------------------------------------------------------
 
 bool Statement::shows(quint16 ecKey, Color color) const
 {
@@ -636,7 +634,7 @@ QString Statement::presetKeysDifference()
 
 QString Statement::functionKeysDifference()
 {
-    const bool isInput = m_pConsole->source == quint8(ECProxy::Client::dvi1);
+    const bool isInput = m_source == quint8(ECProxy::Client::dvi1);
     const Color mvr = !m_bDviSignal ? Color::Off : isInput ? Color::Green : Color::Yellow;
     const std::pair<int, Color> lights[] = {
         {Save, Color::Off},
@@ -665,6 +663,8 @@ QString Statement::numberKeysDifference()
 QString Statement::difference(const ConsoleState& console)
 {
     m_pConsole = &console;
+    if (console.source) // a console that starts anew is not told its source
+        m_source = console.source;
     for (const char* group : PagedGroups) {
         const QString found = turnedWrongly(group);
         if (!found.isEmpty())

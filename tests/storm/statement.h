@@ -135,6 +135,7 @@ private:
     bool m_bInputsRefreshed = true;
     int m_nCapacity = 0;
     bool m_bDviSignal = false;
+    std::optional<quint8> m_source; ///< of the secondary screen, as the console was told last
     bool m_bTBarLocked = false;
     bool m_bKeypadLocked = false;
     quint16 m_nHeld = 0;

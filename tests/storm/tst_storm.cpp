@@ -124,7 +124,7 @@ void TestStorm::letTheGuiCatchUp()
         std::this_thread::sleep_for(1ms);
 }
 
-// ---- The console ---------------------------------------------------------------------------------------
+// ---- The console --------------------------------------------------------------------------------
 
 const EC::s_ECButtonConfig& TestStorm::someKey(Dice& dice)
 {
@@ -171,7 +171,7 @@ void TestStorm::playConsole(Dice dice)
     }
 }
 
-// ---- The model -----------------------------------------------------------------------------------------
+// ---- The model ----------------------------------------------------------------------------------
 
 void TestStorm::changeModel(Dice dice)
 {
@@ -393,7 +393,7 @@ void TestStorm::orderTrouble(Dice& dice)
         operations.fail(operation, QStringLiteral("storm"), Times::Once);
 }
 
-// ---- The application -----------------------------------------------------------------------------------
+// ---- The application ----------------------------------------------------------------------------
 
 void TestStorm::tapOnScreen(const EC::s_ECButtonConfig& key)
 {
@@ -443,7 +443,7 @@ void TestStorm::playApplication(Dice& dice)
     }
 }
 
-// ---- Before and after ----------------------------------------------------------------------------------
+// ---- Before and after ---------------------------------------------------------------------------
 
 void TestStorm::prepare()
 {

@@ -131,6 +131,12 @@ bool ConsoleRig::settle(int timeoutMs)
     return handled;
 }
 
+void ConsoleRig::restart()
+{
+    const std::lock_guard<std::mutex> lock(d->m_mutex);
+    d->m_recorder.restart();
+}
+
 ConsolePanel::ConsoleState ConsoleRig::console() const
 {
     const std::lock_guard<std::mutex> lock(d->m_mutex);

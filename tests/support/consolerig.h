@@ -41,6 +41,9 @@ public:
     /// Waits for the decoder thread alone, as when the GUI thread is busy.
     bool settleWithoutEventLoop(int timeoutMs = 5000);
 
+    /// The console starts anew: it has forgotten what it showed.
+    void restart();
+
     // What the console shows.
 
     ConsolePanel::ConsoleState console() const;
