@@ -52,17 +52,6 @@ std::vector<Bytes> datagramsOf(const Bytes& input)
     return datagrams;
 }
 
-void appendDatagram(Bytes& input, const Bytes& datagram)
-{
-    if (datagram.size() < LongLength) {
-        input.push_back(std::uint8_t(datagram.size()));
-    } else {
-        input.push_back(LongLength);
-        appendNumber(input, std::uint32_t(datagram.size()), 2);
-    }
-    input.insert(input.end(), datagram.begin(), datagram.end());
-}
-
 /// Whether the datagram reaches the callback, said once more and otherwise than the decoder does.
 bool isReport(const Bytes& datagram)
 {
@@ -100,10 +89,6 @@ public:
         check(show.open(QIODevice::ReadOnly) && m_model.load(show.readAll(), faults), "no example show");
         const auto keyboard = EC::loadKeyboardFile(QStringLiteral(EXAMPLES "/keyboard.json"));
         check(bool(keyboard), "no example keyboard");
-        for (const auto& group : qAsConst(keyboard.config->m_commands)) {
-            for (const auto& button : qAsConst(group->m_buttons))
-                m_keys.push_back(button->ECKey);
-        }
         ECManager* const manager = ECManager::instance();
         manager->addSendDownTLVRequstCB([this](const QByteArray& datagram) {
             const std::lock_guard<std::mutex> lock(m_mutex);
@@ -156,8 +141,6 @@ public:
         check(m_recorder.unreadable() == 0, "a request was sent that no console reads");
     }
 
-    std::uint16_t anyKey(Random& random) const { return m_keys[random.below(m_keys.size())]; }
-
     void tell()
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
@@ -184,7 +167,6 @@ private:
     QApplication m_app;
     MemoryModel::MemoryModel m_model;
     std::shared_ptr<ECClientDecoder> m_pDecoder = std::make_shared<ECClientDecoder>();
-    std::vector<std::uint16_t> m_keys;
     std::atomic<std::uint64_t> m_nReports{0};
 
     // m_mutex guards m_recorder.
@@ -193,64 +175,6 @@ private:
 };
 
 std::unique_ptr<Host> s_pHost;
-
-Bytes makeDatagram(Random& random, unsigned tag, const Bytes& value)
-{
-    Bytes datagram;
-    appendNumber(datagram, ECUpMagic, 4);
-    appendNumber(datagram, 1, 2);
-    appendNumber(datagram, ECProtocolVersionNumber, 2);
-    appendNumber(datagram, random.number(), 2);
-    appendNumber(datagram, std::uint32_t(value.size() + 4), 2);
-    appendNumber(datagram, tag, 2);
-    appendNumber(datagram, std::uint32_t(value.size()), 2);
-    datagram.insert(datagram.end(), value.begin(), value.end());
-    return datagram;
-}
-
-Bytes keyValue(Random& random)
-{
-    constexpr std::uint32_t virtualOffset = 0xFF0000;
-    constexpr std::uint32_t appOffset = 1000;
-    const std::uint32_t key = s_pHost->anyKey(random);
-    Bytes value;
-    if (random.chance(85))
-        appendNumber(value, key, 4);
-    else if (random.chance(50))
-        appendNumber(value, virtualOffset + appOffset + key, 4);
-    else
-        appendNumber(value, random.number(), 4);
-    value.push_back(random.byte());
-    return value;
-}
-
-/// A report as the console sends it.
-Bytes makeReport(Random& random)
-{
-    switch (const unsigned kind = random.below(20); kind) {
-    default:
-        return makeDatagram(
-            random, kind % 2 ? ReportECButtonPressed : ReportECButtonRelease, keyValue(random));
-    case 0:
-    case 1: {
-        Bytes value;
-        appendNumber(value, random.chance(80) ? random.below(66) : random.number(), 4);
-        const TbarDirection direction = random.chance(50) ? BottomToTop : TopToBottom;
-        value.push_back(random.chance(90) ? std::uint8_t(direction) : random.byte());
-        return makeDatagram(random, ReportECTBarValue, value);
-    }
-    case 2:
-        return makeDatagram(random, ReportLockedTBar, random.bytes(1));
-    case 3:
-        return makeDatagram(random, ReportLockedKeyboard, Bytes{std::uint8_t(random.chance(20))});
-    case 4:
-        return makeDatagram(random, ReportDVIInSignal, random.bytes(2 * random.below(4)));
-    case 5:
-        return makeDatagram(random, ReportECDeviceIP, random.bytes(14));
-    case 6: // any tag, any length
-        return makeDatagram(random, 195 + random.below(20), random.bytes(random.below(40)));
-    }
-}
 
 } // namespace
 
@@ -264,29 +188,11 @@ void setUp(int& argc, char** argv)
     QLoggingCategory::setFilterRules(QStringLiteral("default=true\norvane.*=true"));
     ShowClock::setRate(ShowRate);
     s_pHost = std::make_unique<Host>(argc, argv);
-    std::atexit([] { s_pHost.reset(); });
 }
 
 void run(const Bytes& input)
 {
     s_pHost->run(input);
-}
-
-Bytes makeInput(Random& random)
-{
-    Bytes input{std::uint8_t(random.chance(10) ? random.below(16) : unsigned(TurnsGuiOften))};
-    for (std::uint32_t i = 1 + random.below(random.chance(10) ? 300 : 30); i > 0; --i) {
-        Bytes datagram = random.chance(5) ? random.bytes(random.below(1500)) : makeReport(random);
-        if (random.chance(35))
-            mutate(datagram, random);
-        appendDatagram(input, datagram);
-    }
-    return input;
-}
-
-std::size_t caseCount(const Bytes& input)
-{
-    return datagramsOf(input).size();
 }
 
 void tearDown()

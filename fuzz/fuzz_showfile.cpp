@@ -1,7 +1,6 @@
 /// Any bytes as a show file.
 
 #include "fuzztarget.h"
-#include "jsonmutator.h"
 
 #include "showfile.h"
 
@@ -23,21 +22,6 @@ void run(const Bytes& input)
     const QByteArray written = MemoryModel::writeShow(*show);
     const auto reread = MemoryModel::parseShow(written, again);
     check(reread && MemoryModel::writeShow(*reread) == written, "a show changes by being written and read");
-}
-
-Bytes makeInput(Random& random)
-{
-    static const QByteArray s_example = [] {
-        QFile file(QStringLiteral(EXAMPLES "/show.json"));
-        check(file.open(QIODevice::ReadOnly), "no example show");
-        return file.readAll();
-    }();
-    return mutateJson(s_example, random);
-}
-
-std::size_t caseCount(const Bytes&)
-{
-    return 1;
 }
 
 void tearDown() { }

@@ -1,14 +1,15 @@
 #pragma once
 
-#include "mutator.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <vector>
 
-/// What each fuzz target defines; driver.cpp and libfuzzer.cpp call it.
+/// What each fuzz target defines; libfuzzer.cpp and replay.cpp call it.
 namespace Orvane::Fuzz {
+
+using Bytes = std::vector<std::uint8_t>;
 
 /// Called once before the first input.
 void setUp(int& argc, char** argv);
@@ -16,16 +17,10 @@ void setUp(int& argc, char** argv);
 /// Feeds one input and checks what must hold for any.
 void run(const Bytes& input);
 
-/// An input of the kind that is wanted, to be mutated or not.
-Bytes makeInput(Random& random);
-
-/// How many cases an input counts for: datagrams in a burst, else 1.
-std::size_t caseCount(const Bytes& input);
-
-/// Called after the last input of the driver; a place for what takes time to come true.
+/// Called after the last input; a place for what takes time to come true.
 void tearDown();
 
-/// Ends the program, saying what does not hold: the driver then names the input, libFuzzer keeps it.
+/// Ends the program, saying what does not hold; libFuzzer keeps the input.
 [[noreturn]] inline void fail(const char* what)
 {
     std::fprintf(stderr, "fuzz: %s\n", what);

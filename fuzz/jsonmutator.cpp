@@ -1,12 +1,33 @@
-#include "jsonmutator.h"
+/// libFuzzer's mutator for JSON: changes it as people and programs get it wrong, a value for another of any
+/// type, a name for another of the same text, an element doubled or left out. Most results are still JSON, so
+/// that they get past the parser to the loader.
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <algorithm>
+#include <cstdint>
+#include <random>
+
 namespace Orvane::Fuzz {
 
 namespace {
+
+class Random {
+public:
+    explicit Random(std::uint32_t seed)
+        : m_engine(seed)
+    {
+    }
+    /// 0 to limit - 1; 0 for a limit of 0.
+    std::uint32_t below(std::size_t limit) { return limit ? std::uint32_t(m_engine() % limit) : 0; }
+    bool chance(unsigned percent) { return below(100) < percent; }
+    std::uint8_t byte() { return std::uint8_t(m_engine()); }
+
+private:
+    std::mt19937 m_engine;
+};
 
 QJsonValue anyValue(Random& random)
 {
@@ -72,12 +93,13 @@ QJsonValue changed(const QJsonValue& value, Random& random)
     return anyValue(random);
 }
 
-} // namespace
-
-Bytes mutateJson(const QByteArray& text, Random& random)
+/// Empty when the input is no JSON, or the result is none.
+QByteArray mutated(const QByteArray& text, Random& random)
 {
     QJsonDocument document = QJsonDocument::fromJson(text);
-    for (std::uint32_t i = random.below(4); i > 0; --i) {
+    if (document.isNull())
+        return {};
+    for (std::uint32_t i = 1 + random.below(3); i > 0; --i) {
         const QJsonValue root =
             document.isArray() ? QJsonValue(document.array()) : QJsonValue(document.object());
         const QJsonValue next = changed(root, random);
@@ -86,12 +108,29 @@ Bytes mutateJson(const QByteArray& text, Random& random)
         else if (next.isArray())
             document.setArray(next.toArray());
     }
-    const QByteArray json =
-        document.toJson(random.chance(50) ? QJsonDocument::Compact : QJsonDocument::Indented);
-    Bytes bytes(json.begin(), json.end());
-    if (random.chance(25))
-        mutate(bytes, random);
-    return bytes;
+    return document.toJson(random.chance(50) ? QJsonDocument::Compact : QJsonDocument::Indented);
 }
 
+} // namespace
+
 } // namespace Orvane::Fuzz
+
+extern "C" {
+
+std::size_t LLVMFuzzerMutate(std::uint8_t* data, std::size_t size, std::size_t maxSize);
+
+std::size_t LLVMFuzzerCustomMutator(
+    std::uint8_t* data, std::size_t size, std::size_t maxSize, unsigned int seed)
+{
+    Orvane::Fuzz::Random random(seed);
+    constexpr unsigned bytewisePercent = 30;
+    const QByteArray text(reinterpret_cast<const char*>(data), int(size));
+    const QByteArray made =
+        random.chance(bytewisePercent) ? QByteArray() : Orvane::Fuzz::mutated(text, random);
+    if (made.isEmpty() || std::size_t(made.size()) > maxSize)
+        return LLVMFuzzerMutate(data, size, maxSize);
+    std::copy(made.cbegin(), made.cend(), data);
+    return std::size_t(made.size());
+}
+
+} // extern "C"

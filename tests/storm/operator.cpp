@@ -241,10 +241,11 @@ void Operator::allowForHold(const QElapsedTimer& timer)
     if (timer.elapsed()
         < std::chrono::floor<std::chrono::milliseconds>(ShowClock::realTime(LockHold)).count())
         return;
-    ECManager* const manager = ECManager::instance();
-    m_statement.tbarLocked(manager->isLockedTBar());
-    if (manager->isLockedKeypad())
-        lockKeypad(false);
+    // Whether it was long enough nobody can say: the application brings both to a state that is known.
+    ECManager::instance()->unlockTBar();
+    Q_EMIT ECManager::instance()->signalTbarLocked(false);
+    m_statement.tbarLocked(false);
+    lockKeypad(false);
 }
 
 void Operator::expectOfScreenKey(const Key& key)
