@@ -35,8 +35,13 @@ constexpr int Remembered = 12;
 /// Real time; a machine under load needs it, and a fault costs it once.
 constexpr int SettleMs = 8000;
 constexpr auto LockHold = 2000ms;
-/// The keys are given anew half a second of the show after a transition.
+/// The keys are given anew half a second of the show after a transition. Real time, and enough of it for a
+/// machine under load.
+#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
+constexpr int AfterTransitionMs = 100;
+#else
 constexpr int AfterTransitionMs = 25;
+#endif
 
 } // namespace
 
@@ -50,11 +55,14 @@ Operator::Operator(
 {
     m_typing = QObject::connect(
         ECManager::instance(), &ECManager::signalStandardKeyPressed, qApp, [this] { ++m_nTyped; });
+    m_locking = QObject::connect(
+        ECManager::instance(), &ECManager::signalTbarLocked, qApp, [this] { ++m_nTBarLocks; });
 }
 
 Operator::~Operator()
 {
     QObject::disconnect(m_typing);
+    QObject::disconnect(m_locking);
 }
 
 std::shared_ptr<BizModel::Device> Operator::device() const
@@ -100,6 +108,7 @@ QString Operator::step()
             break;
         }
     }
+    m_rig.console().takeRequests(); // the rig keeps them for as long as nobody asks
     m_done.append(m_doing);
     if (m_done.size() > Remembered)
         m_done.removeFirst();
@@ -132,8 +141,21 @@ void Operator::quiet()
     QThreadPool::globalInstance()->waitForDone();
     (void)QTest::qWaitFor(isQuiet, SettleMs);
     if (m_statement.isInTransition())
-        QTest::qWait(AfterTransitionMs);
+        waitUntilNothingIsSent();
     m_rig.console().settle(SettleMs);
+}
+
+void Operator::waitUntilNothingIsSent()
+{
+    const auto sent = [this] {
+        const auto console = m_rig.console().console();
+        return console.ledMessages + console.labelMessages;
+    };
+    quint64 before = 0;
+    do {
+        before = sent();
+        QTest::qWait(AfterTransitionMs);
+    } while (sent() != before);
 }
 
 /// What the console shows may still be on its way, so the comparison is tried until it holds.
@@ -390,6 +412,7 @@ void Operator::holdSomeKey()
     const Key& key = *keys[which];
     const bool isLong = which < 5 && m_dice.chance(50);
     say(QStringLiteral("hold key %1 %2").arg(key.ECKey).arg(isLong ? "long" : "for a moment"));
+    const quint64 locksBefore = m_nTBarLocks;
     QElapsedTimer timer;
     timer.start();
     press(key);
@@ -410,7 +433,7 @@ void Operator::holdSomeKey()
         m_rig.console().settle();
         if (which == 3) {
             const bool locked = !m_statement.isTBarLocked();
-            (void)QTest::qWaitFor([&] { return ECManager::instance()->isLockedTBar() == locked; }, SettleMs);
+            (void)QTest::qWaitFor([&] { return m_nTBarLocks != locksBefore; }, SettleMs);
             m_statement.tbarLocked(locked);
         } else if (which == 4) {
             (void)QTest::qWaitFor([] { return ECManager::instance()->isLockedKeypad(); }, SettleMs);

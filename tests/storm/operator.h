@@ -67,6 +67,7 @@ private:
 
     /// Waits until nothing is under way in library and model.
     void quiet();
+    void waitUntilNothingIsSent();
     QString compare();
 
     std::shared_ptr<BizModel::Device> device() const;
@@ -82,7 +83,8 @@ private:
     QStringList m_done; ///< the last of them
     std::vector<std::function<QString()>> m_expectations;
     quint64 m_nTyped = 0;
-    QMetaObject::Connection m_typing;
+    quint64 m_nTBarLocks = 0;
+    QMetaObject::Connection m_typing, m_locking;
     bool m_bOnScreen = false; ///< the next key is the on-screen console's
     bool m_bUpwards = true; ///< the T-Bar's next sweep
     int m_nNames = 0;
