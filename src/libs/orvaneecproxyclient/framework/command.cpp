@@ -9,6 +9,7 @@
 #include "keytracing_p.h"
 #include "log_p.h"
 #include "painter_p.h"
+#include "surfacerecord_p.h"
 
 #include <QHash>
 
@@ -577,6 +578,23 @@ void Command::showKeys()
     }
 }
 
+void Command::showSurface()
+{
+    const auto config = ecCommandConfig();
+    if (!config)
+        return;
+    darkenMomentaryKeys();
+    for (const auto& row : d->m_keys.rows()) {
+        if ((row.traits & Internal::HasPageLabel) == 0)
+            continue;
+        const auto button = config->findECButtonConfigByOrvaneKey(row.code);
+        if (button && button->pECOledCfg)
+            Command::updatePageOled(button->pECOledCfg->ECKey, quint32(page()));
+    }
+    paintPage(Enum::UpdateConsoleType::All);
+    showKeys();
+}
+
 void Command::updateECOledText(const quint32& oledKey, const quint32& ecKey, const QString& text)
 {
     const auto console = ConsoleRequests::installed();
@@ -713,6 +731,8 @@ void Command::updateCommandKeypad(Enum::UpdateConsoleType type)
         ecCritical(lcPaint, " page button config is 0. check config files.");
         return;
     }
+    if (Internal::SurfaceDrawing::current())
+        return paintPage(type); // without taking from a repaint that waits
     d->m_nWantedRepaint |= type == Enum::UpdateConsoleType::All
         ? CommandPrivate::WantLeds | CommandPrivate::WantLabels
         : type == Enum::UpdateConsoleType::Key ? CommandPrivate::WantLeds

@@ -302,6 +302,10 @@ public:
     /// without acting, light and label show what a repaint would send. Nothing for a key without a row.
     void putKeyToRest(const quint32& ecKey);
 
+    /// Sends what a repaint sends and leaves all else as it is: the keys are not read from the model anew, no
+    /// hold ends. For a thread that draws the keys rather than sending them.
+    void showSurface();
+
     /// All that the framework knows of this command's keys.
     const Internal::KeyTable& keyTable() const;
 

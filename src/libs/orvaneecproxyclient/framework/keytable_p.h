@@ -16,7 +16,8 @@
 /// The columns:
 /// - `pressed`, `released`: members of the private part, or of `Command` (`&Command::pageUpPressed`). Null
 ///   for a code that does nothing.
-/// - `traits`: which guards of the routing the key passes, and whether it takes or cuts.
+/// - `traits`: which guards of the routing the key passes, whether it takes or cuts, and whether its label is
+///   that of the page.
 /// - `light`: `Momentary` for a key that its press lights and its release darkens, `Lasting` for one that
 ///   shows a state.
 /// - `show`: sends what a repaint sends for the key, its light and label from the model, through the painter.
@@ -39,7 +40,7 @@ enum class KeyLight {
     Lasting, ///< by the state that it shows
 };
 
-/// What the routing guards make of a key; to be combined.
+/// What the framework makes of a key, mostly in the routing guards; to be combined.
 enum KeyTrait : unsigned {
     NoTraits = 0,
     PressPassesDialog = 1,
@@ -47,6 +48,7 @@ enum KeyTrait : unsigned {
     PassesKeypadLock = 4,
     IsTakeKey = 8,
     IsCutKey = 16,
+    HasPageLabel = 32, ///< its label tells the page
 };
 
 /// A handler of a key: a member of the command's private part, or of `Command` itself.

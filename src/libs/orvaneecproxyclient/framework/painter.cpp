@@ -1,5 +1,7 @@
 #include "painter_p.h"
 
+#include "surfacerecord_p.h"
+
 #include <QCoreApplication>
 #include <QMetaObject>
 
@@ -102,6 +104,8 @@ Painter::~Painter()
 
 void Painter::paint(const PaintSubject& subject, Job job)
 {
+    if (SurfaceDrawing::current())
+        return job();
     const std::shared_ptr<State> state = m_pState; // a job may destroy this painter
     Job replaced; // destroyed after the lock is released
     std::unique_lock<std::mutex> lock(state->m_mutex);
@@ -114,6 +118,8 @@ void Painter::paint(const PaintSubject& subject, Job job)
 
 void Painter::sendAtOnce(const PaintSubject& subject, const Job& send, Job repaint)
 {
+    if (SurfaceDrawing::current())
+        return send();
     const std::shared_ptr<State> state = m_pState;
     bool isOvertaken = false;
     quint64 begunBefore = 0;

@@ -44,6 +44,8 @@ struct PaintSubject {
 /// little: no shared pointer to its owner, which would keep itself alive, and no number of a label, which
 /// may be of an older configuration.
 ///
+/// On a thread that draws (`SurfaceDrawing`) a job runs at once, beside those of others: it sends nothing.
+///
 /// Any thread may call any member. No lock is held while a job runs.
 class Painter {
 public:

@@ -39,7 +39,8 @@ const std::vector<KeyRow<InputCommandPrivate>>& InputCommandPrivate::keys()
         {Type::eNothing, "none", nullptr, nullptr, NoTraits, Momentary},
         {Type::eSelecInputCB, "select an input", &Key::selectInputPressed, &Key::selectInputRelease, NoTraits,
          KeyLight::Lasting},
-        {Type::ePageUp, "page up", &Command::pageUpPressed, &Command::pageUpRelease, Passes, Momentary},
+        {Type::ePageUp, "page up", &Command::pageUpPressed, &Command::pageUpRelease, Passes | HasPageLabel,
+         Momentary},
         {Type::ePageDown, "page down", &Command::pageDownPressed, &Command::pageDownRelease, Passes,
          Momentary},
     };

@@ -379,6 +379,11 @@ void CommandManager::showFunctionKeyLights()
     }
 }
 
+void CommandManager::showSurface()
+{
+    d->forEachCommand(&Command::showSurface);
+}
+
 bool CommandManager::getVirtualConsoleMode() const
 {
     return d->m_bVirtualConsoleMode;

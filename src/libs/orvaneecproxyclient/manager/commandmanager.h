@@ -74,6 +74,8 @@ public:
     void updateKeyboard();
     /// Sends the lights again that `updateKeyboard()` leaves out.
     void showFunctionKeyLights();
+    /// Has every command send what a repaint sends, for a thread that draws it.
+    void showSurface();
     /// Whether the last key that a command knew was pressed on the on-screen console.
     /// @{
     bool getVirtualConsoleMode() const;

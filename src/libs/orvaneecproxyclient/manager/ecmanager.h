@@ -262,6 +262,8 @@ protected:
     void connectNotify(const QMetaMethod& signal) override;
 
 private:
+    friend class ECSurfaceShadow;
+
     ECManager();
 
     const std::unique_ptr<Internal::ECManagerPrivate> d;

@@ -5,6 +5,7 @@
 #include "keytracing_p.h"
 #include "orvaneecclientencoder.h"
 #include "requestedstate_p.h"
+#include "sentsurface_p.h"
 
 #include <QByteArray>
 #include <QMap>
@@ -59,6 +60,16 @@ public:
         for (const auto& route : *routes)
             route.send(datagram);
         return true;
+    }
+
+    /// Sends a light or a label, unless this thread draws it.
+    template <typename Build, typename Record> void show(Build build, const std::shared_ptr<Record>& record)
+    {
+        SurfaceDrawing* const drawing = record ? SurfaceDrawing::current() : nullptr;
+        if (drawing)
+            drawing->record.take(*record);
+        else if (request(build, record))
+            SentSurface::note(*record);
     }
 
     void sendTBarLock(bool locked);

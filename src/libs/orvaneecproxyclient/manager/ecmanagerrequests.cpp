@@ -82,12 +82,12 @@ void Internal::ECManagerPrivate::followLocks(
 
 void ECManager::updateECButtonColor(const std::shared_ptr<ECButtonColor>& color)
 {
-    d->request(&ECClientEncoder::getECButtonColorRequest, color);
+    d->show(&ECClientEncoder::getECButtonColorRequest, color);
 }
 
 void ECManager::updateECOledText(const std::shared_ptr<ECOLEDText>& text)
 {
-    d->request(&ECClientEncoder::getECOledTextRequest, text);
+    d->show(&ECClientEncoder::getECOledTextRequest, text);
 }
 
 void ECManager::updateECButtonColor(

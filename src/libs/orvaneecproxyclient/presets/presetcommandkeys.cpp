@@ -54,7 +54,7 @@ const std::vector<KeyRow<PresetCommandPrivate>>& PresetCommandPrivate::keys()
     using Own = PresetCommandPrivate;
     static const std::vector<KeyRow<Own>> rows{
         {Type::eSelectPresetCB, "preset", &Own::selectPresetPressed, &Own::selectPresetRelease},
-        {Type::ePageUp, "page up", &Command::pageUpPressed, &Own::pageUpRelease, NoTraits,
+        {Type::ePageUp, "page up", &Command::pageUpPressed, &Own::pageUpRelease, HasPageLabel,
          KeyLight::Momentary},
         {Type::ePageDown, "page down", &Command::pageDownPressed, &Own::pageDownRelease, NoTraits,
          KeyLight::Momentary},
