@@ -159,14 +159,14 @@ bool Console::expect(const QByteArray& condition)
     return false;
 }
 
-void SessionTest::init()
+void SessionTest::init(const QStringList& hostOptions)
 {
     m_directory = std::make_unique<QTemporaryDir>();
     m_console = std::make_unique<Console>();
     m_host = std::make_unique<Host>();
     QVERIFY(QFile::copy(EXAMPLE_SHOW, showFile()));
     QVERIFY(QFile::setPermissions(showFile(), QFile::ReadOwner | QFile::WriteOwner));
-    QVERIFY(m_console->start() && m_host->start({"--show", showFile()}));
+    QVERIFY(m_console->start() && m_host->start(QStringList{"--show", showFile()} + hostOptions));
     QVERIFY(m_console->expect("led 1 green within 10000"));
 }
 

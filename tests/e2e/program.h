@@ -82,11 +82,13 @@ class SessionTest : public QObject {
 
 protected Q_SLOTS:
     /// Fails when a program does not get ready, or the console's first keys stay dark.
-    void init();
+    void init() { init({}); }
     /// Fails when a program does not end well; an expectation of the console that failed is one reason.
     void cleanup();
 
 protected:
+    /// As the slot, with more options for the host.
+    void init(const QStringList& hostOptions);
     void press(int key) { m_console->writeLine("press " + QByteArray::number(key)); }
     void release(int key) { m_console->writeLine("release " + QByteArray::number(key)); }
     void hold(int key, int ms)

@@ -77,7 +77,9 @@ constexpr qint64 LargestSide = 16384;
 
 QStringList windowNames()
 {
-    return {QStringLiteral("host"), QStringLiteral("console")};
+    return {
+        QStringLiteral("host"), QStringLiteral("console"), QStringLiteral("explainer"),
+        QStringLiteral("surface")};
 }
 
 Answer takeScreenshot(QWidget* window, const QString& path)
@@ -184,9 +186,8 @@ void addApplicationCommands(CommandTable& table, const ApplicationParts& parts)
         {QStringLiteral("screenshot"),
          QStringLiteral("writes a picture of a window, of the host's with its dialogs"),
          {Parameter::text("file"), Parameter::choice("window", windowNames()).orElse(windowNames().first())},
-         [window = parts.window, console = &parts.console](const Arguments& arguments) {
-             return takeScreenshot(
-                 arguments.choice("window", windowNames()) == 0 ? window : console, arguments.text("file"));
+         [windows = parts.windows](const Arguments& arguments) {
+             return takeScreenshot(windows.value(arguments.text("window")), arguments.text("file"));
          }});
     table.add(
         {QStringLiteral("showConsole"),

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QMap>
+#include <QString>
+
 class QWidget;
 
 namespace Orvane::Notices {
@@ -20,7 +23,9 @@ struct ApplicationParts {
     Notices::NoticePresenter& notices;
     const DviSignals& dviSignals;
     QWidget& console; ///< the on-screen one
-    QWidget* window = nullptr; ///< null without a window
+    /// Those that pictures can be taken of, by their names in commands; the host's own has none when there is
+    /// no window.
+    QMap<QString, QWidget*> windows;
 };
 
 /// Adds the commands that act on the application itself: dialogs, the property that silences the console,

@@ -21,6 +21,7 @@ const CommandLine::Program& hostProgram()
          {"events", nullptr, "Write every event as a line of JSON on standard output."},
          {"quit-at-end", nullptr, "Quit when standard input ends, rather than run on."},
          {"capture", "file", "Write every datagram from and to the console to this pcap file."},
+         {"shadow", nullptr, "Note what the console is told, to compare it with what its keys are to show."},
          {"verbose", nullptr, "Log what each key does, not only what went wrong."}},
         {},
         {{"0", "It was ended: by command, by its window, or by an interrupt or a termination request."},

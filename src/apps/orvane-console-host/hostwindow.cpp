@@ -35,6 +35,7 @@ QPalette darkPalette()
     QPalette palette;
     palette.setColor(QPalette::Window, QColor(0x1d, 0x1f, 0x23));
     palette.setColor(QPalette::Base, QColor(0x15, 0x16, 0x19));
+    palette.setColor(QPalette::AlternateBase, QColor(0x1d, 0x1f, 0x23));
     palette.setColor(QPalette::Button, QColor(0x34, 0x38, 0x40));
     for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
         palette.setColor(role, QColor(0xe6, 0xe6, 0xe6));
@@ -164,6 +165,19 @@ QToolButton* HostWindow::createLockButton(const QString& name, void (*setLocked)
     showLock(*button, false);
     connect(button, &QToolButton::clicked, button, setLocked);
     return button;
+}
+
+void HostWindow::addWindowButton(const QString& text, QWidget& window)
+{
+    window.setPalette(palette());
+    auto* button = new QToolButton;
+    button->setFocusPolicy(Qt::NoFocus);
+    button->setText(text);
+    connect(button, &QToolButton::clicked, &window, [&window] {
+        window.show();
+        window.raise();
+    });
+    statusBar()->addPermanentWidget(button);
 }
 
 void HostWindow::showLogLines()

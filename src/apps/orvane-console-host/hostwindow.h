@@ -28,6 +28,9 @@ public:
     /// Takes over `field`, which the host has without a window too.
     HostWindow(MemoryModel::MemoryModel& model, TypingField* field, HostLog& log);
 
+    /// Adds a button that shows another window, which outlives the event loop.
+    void addWindowButton(const QString& text, QWidget& window);
+
 private:
     QWidget* createStage(MemoryModel::MemoryModel& model);
     QWidget* createInputRow(TypingField* field);

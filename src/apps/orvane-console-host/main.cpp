@@ -8,10 +8,12 @@
 #include "ecmanager.h"
 #include "enumwords_p.h"
 #include "eventwriter.h"
+#include "explainerwindow.h"
 #include "hostcapture.h"
 #include "hostlog.h"
 #include "hostprogram.h"
 #include "hostwindow.h"
+#include "keyexplainer.h"
 #include "keyinjector.h"
 #include "linereader.h"
 #include "memorydevicelist.h"
@@ -20,13 +22,13 @@
 #include "noticepresenter.h"
 #include "options.h"
 #include "signalreporter.h"
+#include "surfacewindow.h"
 #include "typingfield.h"
 #include "unixsignals.h"
 #include "virtualconsole.h"
 #include "windowplace.h"
 
 #include <QApplication>
-#include <QMainWindow>
 #include <QStatusBar>
 
 #include <fcntl.h>
@@ -98,8 +100,9 @@ int runApplication(
     window->show();
     window->activateWindow();
     NoticePresenter notices(model.deviceList(), *window);
-    if (auto* const mainWindow = qobject_cast<QMainWindow*>(window.get()))
-        notices.showMessagesIn(*mainWindow->statusBar());
+    auto* const hostWindow = qobject_cast<HostWindow*>(window.get());
+    if (hostWindow)
+        notices.showMessagesIn(*hostWindow->statusBar());
     reportMessageBoxes(notices, events);
     KeyInjector injector(*field);
     QObject::connect(
@@ -110,6 +113,17 @@ int runApplication(
     // picture.
     VirtualConsole console(*keyboard);
     console.setVisible(options.console);
+
+    KeyExplainer explainer(events);
+    ExplainerWindow explainerWindow(explainer);
+    if (hostWindow)
+        hostWindow->addWindowButton(QStringLiteral("Explain keys"), explainerWindow);
+
+    // Before the session: it notes what is painted first.
+    const std::unique_ptr<SurfaceWindow> surface(
+        options.shadow ? std::make_unique<SurfaceWindow>(*keyboard) : nullptr);
+    if (hostWindow && surface)
+        hostWindow->addWindowButton(QStringLiteral("Surface"), *surface);
 
     // Before the session too, for what it paints first.
     HostCapture capture(events);
@@ -122,7 +136,18 @@ int runApplication(
     DviSignals dviSignals;
     CommandTable commands(events);
     addApplicationCommands(
-        commands, {events, *field, notices, dviSignals, console, options.headless ? nullptr : window.get()});
+        commands,
+        {events,
+         *field,
+         notices,
+         dviSignals,
+         console,
+         {{QStringLiteral("host"), hostWindow},
+          {QStringLiteral("console"), &console},
+          {QStringLiteral("explainer"), &explainerWindow},
+          {QStringLiteral("surface"), surface.get()}}});
+    addSurfaceCommands(commands, surface);
+    addExplainCommands(commands, explainer, explainerWindow);
     addConsoleCommands(commands, *keyboard);
     addCaptureCommands(commands, capture);
     addModelCommands(commands, model);

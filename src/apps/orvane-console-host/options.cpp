@@ -23,6 +23,7 @@ std::variant<Options, ExitStatus> readOptions(int argc, char* argv[])
     options.headless = arguments.isSet("headless");
     options.events = arguments.isSet("events");
     options.quitAtEnd = arguments.isSet("quit-at-end");
+    options.shadow = arguments.isSet("shadow");
     options.verbose = arguments.isSet("verbose");
     if (arguments.isSet("example")) {
         options.keyboardFile = CommandLine::installedFile(QStringLiteral("keyboard.json"));

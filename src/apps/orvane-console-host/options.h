@@ -18,6 +18,7 @@ struct Options {
     bool headless = false; ///< no window on any display
     bool events = false; ///< tell every event on standard output, not only the answers to commands
     bool quitAtEnd = false; ///< quit at the end of standard input
+    bool shadow = false; ///< note what the console is told, to compare it
     bool verbose = false; ///< log every key too
 };
 

@@ -257,7 +257,8 @@ void Simulator::takePicture(const QString& file)
 void Simulator::showConsole()
 {
     const bool colour = m_options.colour && !m_options.json;
-    m_output.lines("show", ConsolePicture(m_layout, m_console, {colour, m_options.columns}).lines());
+    m_output.console(
+        ConsolePicture(m_layout, m_console, {colour, m_options.columns}).lines(), m_console.state());
 }
 
 void Simulator::showHelp()

@@ -1,6 +1,7 @@
 #include "simulatoroutput.h"
 
 #include "downdescription.h"
+#include "statetext.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -125,6 +126,24 @@ void SimulatorOutput::problem(const QString& text)
         jsonLine("problem", {{QStringLiteral("text"), text}});
     else
         textLine('!', text);
+}
+
+void SimulatorOutput::console(const QStringList& picture, const ConsoleState& state)
+{
+    if (!m_bJson) {
+        lines("show", picture);
+        return;
+    }
+    QJsonObject keys, labels;
+    for (const auto& [number, key] : state.keys)
+        keys.insert(QString::number(number), lookText(&key));
+    for (const auto& [number, label] : state.labels)
+        labels.insert(QString::number(number), lookText(&label));
+    jsonLine(
+        "show",
+        {{QStringLiteral("lines"), QJsonArray::fromStringList(picture)},
+         {QStringLiteral("keys"), keys},
+         {QStringLiteral("labels"), labels}});
 }
 
 void SimulatorOutput::lines(const char* event, const QStringList& lines)

@@ -32,6 +32,8 @@ public:
     void outcome(const Orvane::ConsolePanel::CommandOutcome& outcome);
     /// Something the user did or the system refused.
     void problem(const QString& text);
+    /// The console's picture, for programs with how each key and label looks.
+    void console(const QStringList& picture, const Orvane::ConsolePanel::ConsoleState& state);
     /// Lines that were asked for.
     void lines(const char* event, const QStringList& lines);
     void end(const QString& counters, int failures, int status);
