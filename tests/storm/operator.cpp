@@ -112,11 +112,14 @@ QString Operator::step()
     m_done.append(m_doing);
     if (m_done.size() > Remembered)
         m_done.removeFirst();
-    QString wrong = compare();
+    // First what the key does: a comparison before that might hold of what was there before.
+    QString wrong;
     for (const auto& expectation : m_expectations) {
         if (wrong.isEmpty())
             wrong = expectation();
     }
+    if (wrong.isEmpty())
+        wrong = compare();
     return wrong.isEmpty() ? wrong
                            : wrong + QStringLiteral("\nafter: ") + m_done.join(QStringLiteral("\n       "));
 }
