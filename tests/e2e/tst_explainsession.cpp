@@ -96,9 +96,12 @@ private Q_SLOTS:
         const QJsonObject light = keyOf(differences(), 1).value("light").toObject();
         QCOMPARE(light.value("sent"), light.value("wanted"));
         QCOMPARE(light.value("shown"), QJsonValue("nothing came"));
+        QVERIFY(isDone("showSurface", {{"visible", true}, {"shown", file}}));
+        const QJsonValue reason("/nowhere cannot be read: No such file or directory");
+        QCOMPARE(m_host->command("surface", {{"shown", "/nowhere"}}).value("reason"), reason);
         QCOMPARE(
-            m_host->command("surface", {{"shown", "/nowhere"}}).value("reason"),
-            QJsonValue("/nowhere cannot be read: No such file or directory"));
+            m_host->command("showSurface", {{"visible", true}, {"shown", "/nowhere"}}).value("reason"),
+            reason);
     }
 
     void theirPicturesShowThem()

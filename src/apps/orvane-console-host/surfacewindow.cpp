@@ -8,11 +8,14 @@
 #include <QTableWidget>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace Orvane::ConsoleHost {
 
 namespace {
 
 constexpr QSize FirstSize(1440, 640);
+constexpr int ComparingWidth = 1900;
 constexpr int RefreshMs = 250;
 const QColor DifferenceColor(0xe0, 0x8a, 0x2a);
 
@@ -21,8 +24,10 @@ enum Column {
     FunctionColumn,
     WantedLightColumn,
     SentLightColumn,
+    ShownLightColumn,
     WantedLabelColumn,
     SentLabelColumn,
+    ShownLabelColumn,
     ColumnCount
 };
 
@@ -43,10 +48,12 @@ SurfaceWindow::SurfaceWindow(const EC::s_ECKeyboardConfig& keyboard)
     m_pTable->setColumnCount(ColumnCount);
     m_pTable->setHorizontalHeaderLabels(
         {QStringLiteral("Key"), QStringLiteral("Function"), QStringLiteral("Light wanted"),
-         QStringLiteral("Light sent"), QStringLiteral("Label wanted"), QStringLiteral("Label sent")});
+         QStringLiteral("Light sent"), QStringLiteral("Light shown"), QStringLiteral("Label wanted"),
+         QStringLiteral("Label sent"), QStringLiteral("Label shown")});
+    compareWith({});
     m_pTable->verticalHeader()->hide();
     m_pTable->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    for (const Column label : {WantedLabelColumn, SentLabelColumn})
+    for (const Column label : {WantedLabelColumn, SentLabelColumn, ShownLabelColumn})
         m_pTable->horizontalHeader()->setSectionResizeMode(label, QHeaderView::Stretch);
     m_pTable->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_pTable->setSelectionMode(QAbstractItemView::NoSelection);
@@ -64,6 +71,21 @@ std::vector<SurfaceRow> SurfaceWindow::rows(const QJsonObject& shown) const
     return compareSurface(m_layout, m_shadow.surface(), shown);
 }
 
+QString SurfaceWindow::compareWith(const QString& file)
+{
+    QString fault;
+    const QJsonObject shown = file.isEmpty() ? QJsonObject() : readShownSurface(file, fault);
+    if (!fault.isEmpty())
+        return fault;
+    if (m_shownFile.isEmpty() && !file.isEmpty())
+        resize(std::max(width(), ComparingWidth), height());
+    m_shownFile = file;
+    m_shown = shown;
+    for (const Column column : {ShownLightColumn, ShownLabelColumn})
+        m_pTable->setColumnHidden(column, file.isEmpty());
+    return QString();
+}
+
 void SurfaceWindow::showEvent(QShowEvent* event)
 {
     update();
@@ -79,7 +101,10 @@ void SurfaceWindow::hideEvent(QHideEvent* event)
 
 void SurfaceWindow::update()
 {
-    const std::vector<SurfaceRow> rows = this->rows();
+    // The simulator may just be writing: what it wrote before stays then.
+    if (!m_shownFile.isEmpty())
+        compareWith(m_shownFile);
+    const std::vector<SurfaceRow> rows = this->rows(m_shown);
     m_pTable->setRowCount(int(rows.size()));
     for (std::size_t i = 0; i < rows.size(); ++i) {
         showRow(int(i), rows[i]);
@@ -102,8 +127,10 @@ void SurfaceWindow::showRow(int place, const SurfaceRow& row)
     show(FunctionColumn, QStringLiteral("%1: %2").arg(row.group, row.function));
     show(WantedLightColumn, row.light.wanted, row.light.differs);
     show(SentLightColumn, row.light.sent, row.light.differs);
+    show(ShownLightColumn, row.light.shown.value_or(QString()), row.light.differs);
     show(WantedLabelColumn, row.label.wanted, row.label.differs);
     show(SentLabelColumn, row.label.sent, row.label.differs);
+    show(ShownLabelColumn, row.label.shown.value_or(QString()), row.label.differs);
 }
 
 void addSurfaceCommands(CommandTable& table, const std::unique_ptr<SurfaceWindow>& window)
@@ -127,10 +154,13 @@ void addSurfaceCommands(CommandTable& table, const std::unique_ptr<SurfaceWindow
     table.add(
         {QStringLiteral("showSurface"),
          QStringLiteral("shows or hides the window that does so"),
-         {Parameter::flag("visible")},
+         {Parameter::flag("visible"), Parameter::text("shown").orElse(QString())},
          [&window, absence](const Arguments& arguments) {
              if (!window)
                  return Answer::refused(absence);
+             const QString fault = window->compareWith(arguments.text("shown"));
+             if (!fault.isEmpty())
+                 return Answer::refused(fault);
              window->setVisible(arguments.flag("visible"));
              return Answer::done();
          }});

@@ -29,6 +29,10 @@ public:
 
     /// @param shown as for `compareSurface()`
     std::vector<SurfaceRow> rows(const QJsonObject& shown = {}) const;
+    /// From now on the window has what the console shows beside it, read anew from what the simulator writes
+    /// to this file; an empty name ends that.
+    /// @return empty, or why the file cannot be read; then all stays as it was
+    QString compareWith(const QString& file);
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -43,6 +47,8 @@ private:
     QTableWidget* const m_pTable;
     QCheckBox* const m_pDifferencesOnly;
     QTimer m_timer;
+    QString m_shownFile;
+    QJsonObject m_shown; ///< as last read
 };
 
 /// Adds the commands of the surface; they are refused without a window.
