@@ -12,9 +12,9 @@ class ECKeyTracerPrivate;
 
 /// Collects what becomes of each event of a key while it lives, to show why a key did nothing.
 ///
-/// Events are collected on the threads that work them; without a tracer each costs a few relaxed atomic loads.
-/// There may be several tracers, each gets all events. Make, use and destroy one on one thread with an event
-/// loop. It does not need the manager and may outlive it.
+/// Events are collected on the threads that work them; without a tracer each costs a few relaxed atomic
+/// loads. There may be several tracers, each gets all events. Make, use and destroy one on one thread with an
+/// event loop. It does not need the manager and may outlive it.
 class ORVANEECPROXYCLIENT_EXPORT ECKeyTracer : public QObject {
     Q_OBJECT
 
