@@ -6,7 +6,6 @@
 #include "memorydevicelist.h"
 #include "memorymodel.h"
 #include "modelcontrol/device.h"
-#include "modelcontrol/layer.h"
 #include "modelcontrol/screen.h"
 #include "records.h"
 
@@ -95,7 +94,6 @@ struct Model {
     std::shared_ptr<BizModel::Device> device(const QString& ipMacSn = A);
     std::shared_ptr<BizModel::Screen> screen(
         quint32 id, ScreenType type = ScreenType::RegularScreen, const QString& device = A);
-    std::shared_ptr<ModelControl::Device> deviceControl() { return ModelControl::Device::create(device()); }
     std::shared_ptr<ModelControl::Screen> screenControl()
     {
         return ModelControl::Device::screenModelControl(ScreenType::RegularScreen, device());

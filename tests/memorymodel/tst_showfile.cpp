@@ -167,20 +167,6 @@ private Q_SLOTS:
         QVERIFY(!parseShow("{\"devices\": [],\n \"devices\": []}", faults));
         QCOMPARE(faults, QStringList("line 2, column 2: expected \"devices\" once in its object"));
     }
-
-    void whatIsLeftOutTakesItsDefault()
-    {
-        QStringList faults;
-        const auto show =
-            parseShow(R"({"devices":[{"ipMacSn":"X","screens":[{"type":"regular","id":1}]}]})", faults);
-        QVERIFY2(show.has_value(), qPrintable(faults.join('\n')));
-        const DeviceRecord& device = show->devices[0];
-        QCOMPARE(device.groupId, BizModel::Device::defaultDeviceGroupId);
-        QVERIFY(device.online && !device.swap && !device.hasKeypad);
-        QCOMPARE(device.screens[0].effectSeconds, 0.5);
-        QCOMPARE(device.screens[0].uiScreenIndex, -1);
-        QVERIFY(parseShow("{}", faults).has_value());
-    }
 };
 
 QTEST_GUILESS_MAIN(TestShowFile)

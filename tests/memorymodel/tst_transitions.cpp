@@ -80,40 +80,6 @@ void clearPreview(Model& m, const Completion& completion)
 class TestTransitions : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void screensOfOneTakeEndEachInItsOwnTime()
-    {
-        Model m;
-        const ScreenKey second{ScreenType::RegularScreen, 2};
-        m.control().selectScreens(A, {First, second, {ScreenType::RegularScreen, 3}});
-        m.control().setEffectTime(A, second, 5.0);
-        const Outcome outcome;
-        QVERIFY(run<ParallelTakeScreen>(m, false, outcome.completion()));
-        QCOMPARE(m.screen(2)->state(), State::Taking);
-        QCOMPARE(m.screen(3)->state(), State::Normal); // without outputs there is nothing to take
-        QVERIFY(m.waitForState(1, State::Normal));
-        QCOMPARE(m.screen(2)->state(), State::Taking);
-        QVERIFY(!outcome.called());
-        m.model.stop();
-        QVERIFY(outcome.called() && !outcome.ok());
-        QCOMPARE(m.screen(2)->state(), State::Normal);
-        QCOMPARE(m.sources(2, SceneType::PGM), Ids{});
-    }
-
-    void swapExchangesTheScenesAndClearsTheSelection()
-    {
-        ShowRecord show = smallShow();
-        show.devices[0].swap = true;
-        show.devices[0].screens[0].pvw[1].selected = true;
-        Model m(show);
-        const auto layer = m.screen(1)->PVWLayers(LayerType::AllLayerType).first().lock();
-        QVERIFY(run<ParallelTakeScreen>(m, true));
-        QCOMPARE(m.sources(1, SceneType::PGM), (Ids{1, 2}));
-        QCOMPARE(m.sources(1, SceneType::PVW), Ids{3});
-        QVERIFY(m.screen(1)->selectedLayers().isEmpty());
-        QCOMPARE(layer->sceneType(), SceneType::PGM);
-        QVERIFY(!layer->getLayerOperationAllowed());
-    }
-
     void oneDeviceOfAGroupFailing()
     {
         Model m;
@@ -139,29 +105,6 @@ private Q_SLOTS:
         QVERIFY(m.device()->swapEnable());
     }
 
-    void tbarTakesAtTheTopAndFallsBackAtTheBottom()
-    {
-        Model m;
-        QVERIFY(sample(m, 0.5));
-        QVERIFY(m.waitForState(1, State::Tbar_taking));
-        QVERIFY(sample(m, 0.0));
-        QVERIFY(m.waitForState(1, State::Normal));
-        QCOMPARE(m.sources(1, SceneType::PGM), Ids{3});
-        QCOMPARE(m.log.count("signalDeviceScreenLayersChanged"), 0);
-
-        QVERIFY(sample(m, 0.5));
-        QVERIFY(m.waitForState(1, State::Tbar_taking));
-        // What is selected meanwhile does not join.
-        m.control().selectScreens(A, {{ScreenType::RegularScreen, 2}});
-        QVERIFY(sample(m, 1.0));
-        QVERIFY(m.waitForState(1, State::Normal));
-        QCOMPARE(m.sources(1, SceneType::PGM), (Ids{1, 2}));
-        QCOMPARE(m.sources(2, SceneType::PGM), Ids{});
-        QCOMPARE(m.log.count("signalDeviceScreenLayersChanged"), 1);
-        for (const double bad : {-0.1, 1.1, std::numeric_limits<double>::quiet_NaN()})
-            QVERIFY(!sample(m, bad));
-    }
-
     void waitingTBarSamplesAreCoalescedButNoEndIsLost()
     {
         Model m;
@@ -185,19 +128,6 @@ private Q_SLOTS:
         QCOMPARE(m.sources(1, SceneType::PGM), (Ids{1, 2}));
         m.model.stop();
         QCOMPARE(carriedOut, (QStringList{"1", "0.2"}));
-    }
-
-    void samplesOfAnotherTypeWait()
-    {
-        Model m;
-        holdSampling(m, 0.5);
-        QVERIFY(sample(m, 0.6));
-        auto* const thread = TaskSampling::SamplingThread::instance();
-        QVERIFY(!thread->setSamplingType(TaskSampling::LoadPreset));
-        QVERIFY(waitUntil([&] { return thread->setSamplingType(TaskSampling::LoadPreset); }));
-        const auto tbar = std::make_shared<TaskSampling::s_TBarSampling>();
-        tbar->pCurDevice = m.device();
-        QVERIFY(!thread->appendData(tbar));
     }
 
     void stopEndsWhatRuns()

@@ -10,11 +10,18 @@
 #include "modelcontrol/layer.h"
 #include "modelcontrol/preset.h"
 #include "modelcontrol/screen.h"
+#include "parallelcontrol/parallelmanager.h"
 #include "tasksampling/samplingthread.h"
+
+#include <QSemaphore>
+
+#include <thread>
+#include <vector>
 
 namespace Orvane::ModelTest::Test {
 
 using namespace ModelControl;
+using namespace ParallelControl;
 using BizModel::DeviceList;
 using BizModel::Enum::File::FileType;
 using DevicePtr = std::weak_ptr<BizModel::Device>;
@@ -24,17 +31,23 @@ using PresetPtr = std::weak_ptr<BizModel::Preset>;
 
 namespace {
 
+/// Longer than a request may take, shorter than its completion.
+constexpr std::chrono::milliseconds Late{500};
+
 class FlawedScreens final : public Screen {
 public:
-    FlawedScreens(KitFlaw flaw, std::shared_ptr<Screen> inner)
+    FlawedScreens(Flaw flaw, std::shared_ptr<Screen> inner, std::shared_ptr<BizModel::Layer>& kept)
         : m_flaw(flaw)
         , m_pInner(std::move(inner))
+        , m_pKept(kept)
     {
     }
 
     bool setSelected(
         const Screens& screens, BizModel::SelectedType mode, bool notify, bool sendToDevice) override
     {
+        if (m_flaw == Flaw::SelectionNeverReturns)
+            QSemaphore().acquire(); // nobody releases it
         return m_pInner->setSelected(screens, mode, notify, sendToDevice);
     }
     bool cancelSelected(const Screens& screens, bool notify) override
@@ -46,9 +59,9 @@ public:
         int sourceType, const QRect& window) override
     {
         auto layer = m_pInner->addLayer(screen, type, scene, sourceId, sourceType, window);
-        if (layer && m_flaw == KitFlaw::LayerBelow)
+        if (layer && m_flaw == Flaw::LayerBelow)
             m_pInner->bottomZOrder(screen, {layer});
-        if (layer && m_flaw == KitFlaw::LayerAddedTwice)
+        if (layer && m_flaw == Flaw::LayerAddedTwice)
             Q_EMIT DeviceList::instance()->signalLayerAdded({}, screen, layer);
         return layer;
     }
@@ -56,18 +69,20 @@ public:
         const ScreenPtr& screen, const Layers& layers,
         QList<std::pair<BizModel::s_ScreenLayerId, QString>>& failed) override
     {
-        if (m_flaw == KitFlaw::LayerStays)
+        if (m_flaw == Flaw::LayerStays)
             return true;
         const auto first = layers.first().lock();
         const bool removed = m_pInner->removeLayers(screen, layers, failed);
-        if (m_flaw == KitFlaw::RenamedAfterRemoval)
+        if (m_flaw == Flaw::LayerKept)
+            m_pKept = first;
+        if (m_flaw == Flaw::RenamedAfterRemoval)
             Q_EMIT DeviceList::instance()->signalLayerNameChanged({}, screen, first);
         return removed;
     }
     bool topZOrder(const ScreenPtr& screen, const Layers& layers) override
     {
-        const bool moved = m_flaw == KitFlaw::OrderKept || m_pInner->topZOrder(screen, layers);
-        return moved && m_flaw != KitFlaw::RefusalReorders;
+        const bool moved = m_flaw == Flaw::OrderKept || m_pInner->topZOrder(screen, layers);
+        return moved && m_flaw != Flaw::RefusalReorders;
     }
     bool bottomZOrder(const ScreenPtr& screen, const Layers& layers) override
     {
@@ -75,13 +90,14 @@ public:
     }
 
 private:
-    const KitFlaw m_flaw;
+    const Flaw m_flaw;
     const std::shared_ptr<Screen> m_pInner;
+    std::shared_ptr<BizModel::Layer>& m_pKept;
 };
 
 class FlawedLayers final : public Layer {
 public:
-    FlawedLayers(KitFlaw flaw, std::shared_ptr<Layer> inner)
+    FlawedLayers(Flaw flaw, std::shared_ptr<Layer> inner)
         : m_flaw(flaw)
         , m_pInner(std::move(inner))
     {
@@ -90,7 +106,7 @@ public:
     bool setSelected(
         const ScreenPtr& screen, const Layers& layers, BizModel::SelectedType mode, bool notify) override
     {
-        const auto made = m_flaw == KitFlaw::SelectionAppends ? BizModel::SelectedType::Append : mode;
+        const auto made = m_flaw == Flaw::SelectionAppends ? BizModel::SelectedType::Append : mode;
         return m_pInner->setSelected(screen, layers, made, notify);
     }
     bool cancelSelected(const ScreenPtr& screen, const Layers& layers, bool notify) override
@@ -99,22 +115,22 @@ public:
     }
     bool updateWindow(const LayerPtr& layer, const QRect& window) override
     {
-        return m_flaw == KitFlaw::WindowKept || m_pInner->updateWindow(layer, window);
+        return m_flaw == Flaw::WindowKept || m_pInner->updateWindow(layer, window);
     }
     bool bindSource(const Layers& layers, quint32 sourceId, int sourceType) override
     {
-        const Layers bound = m_flaw == KitFlaw::OneLayerBound ? layers.mid(0, 1) : layers;
+        const Layers bound = m_flaw == Flaw::OneLayerBound ? layers.mid(0, 1) : layers;
         return m_pInner->bindSource(bound, sourceId, sourceType);
     }
 
 private:
-    const KitFlaw m_flaw;
+    const Flaw m_flaw;
     const std::shared_ptr<Layer> m_pInner;
 };
 
 class FlawedDevice final : public Device {
 public:
-    FlawedDevice(KitFlaw flaw, const DevicePtr& device, std::shared_ptr<Device> inner)
+    FlawedDevice(Flaw flaw, const DevicePtr& device, std::shared_ptr<Device> inner)
         : Device(device)
         , m_flaw(flaw)
         , m_pInner(std::move(inner))
@@ -124,23 +140,23 @@ public:
     void setActivedScreen(const ScreenPtr& screen) override { m_pInner->setActivedScreen(screen); }
     bool createPresetFile(FileType type, quint16 fileId, QString& error) override
     {
-        if (m_flaw == KitFlaw::NoPreset || m_flaw == KitFlaw::NoPresetNoReason)
-            return m_flaw == KitFlaw::NoPreset;
+        if (m_flaw == Flaw::NoPreset || m_flaw == Flaw::NoPresetNoReason)
+            return m_flaw == Flaw::NoPreset;
         return m_pInner->createPresetFile(type, fileId, error);
     }
     bool removeFile(const QList<std::weak_ptr<BizModel::File>>& files, QString& error) override
     {
-        return m_flaw == KitFlaw::PresetStays || m_pInner->removeFile(files, error);
+        return m_flaw == Flaw::PresetStays || m_pInner->removeFile(files, error);
     }
 
 private:
-    const KitFlaw m_flaw;
+    const Flaw m_flaw;
     const std::shared_ptr<Device> m_pInner;
 };
 
 class FlawedPresets final : public Preset {
 public:
-    FlawedPresets(KitFlaw flaw, std::shared_ptr<Preset> inner)
+    FlawedPresets(Flaw flaw, std::shared_ptr<Preset> inner)
         : m_flaw(flaw)
         , m_pInner(std::move(inner))
     {
@@ -148,7 +164,7 @@ public:
 
     bool coverPreset(const PresetPtr& preset, FileType type, QString& error) override
     {
-        return m_flaw == KitFlaw::CoverUnannounced || m_pInner->coverPreset(preset, type, error);
+        return m_flaw == Flaw::CoverUnannounced || m_pInner->coverPreset(preset, type, error);
     }
     bool checkPresetData(const PresetPtr& preset, QString& error) const override
     {
@@ -156,27 +172,36 @@ public:
     }
     bool updatePresetModelData(const PresetPtr& preset, const Screens& screens, QString& error) override
     {
-        return m_flaw == KitFlaw::LoadUnannounced || m_pInner->updatePresetModelData(preset, screens, error);
+        return m_flaw == Flaw::LoadUnannounced || m_pInner->updatePresetModelData(preset, screens, error);
     }
 
 private:
-    const KitFlaw m_flaw;
+    const Flaw m_flaw;
     const std::shared_ptr<Preset> m_pInner;
 };
 
 } // namespace
 
 class FlawedKit::Front final : public AsyncManager,
+                               public ParallelManager,
                                public ControllerFactory,
                                public TaskSampling::SamplingThread {
 public:
     /// The parts that it stands in front of.
-    Front(KitFlaw flaw, AsyncManager& requests, ControllerFactory& controllers, SamplingThread& sampling)
+    Front(
+        Flaw flaw, AsyncManager& requests, ParallelManager& tasks, ControllerFactory& controllers,
+        SamplingThread& sampling)
         : m_flaw(flaw)
         , m_requests(requests)
+        , m_tasks(tasks)
         , m_controllers(controllers)
         , m_sampling(sampling)
     {
+    }
+    ~Front() override
+    {
+        for (std::thread& thread : m_late)
+            thread.join();
     }
 
     std::shared_ptr<Device> createDevice(const DevicePtr& device) override
@@ -186,7 +211,7 @@ public:
     std::shared_ptr<Screen> createScreen(
         BizModel::Enum::Screen::ScreenType type, const DevicePtr& device) override
     {
-        return std::make_shared<FlawedScreens>(m_flaw, m_controllers.createScreen(type, device));
+        return std::make_shared<FlawedScreens>(m_flaw, m_controllers.createScreen(type, device), m_pKept);
     }
     std::shared_ptr<Layer> createLayer(BizModel::LayerType type, const DevicePtr& device) override
     {
@@ -200,19 +225,54 @@ public:
     void startAsyncRequest(AsyncRequest request) override
     {
         if (auto* clear = std::get_if<AsyncRemoveLayer>(&request);
-            clear && m_flaw == KitFlaw::ClearCompletesFirst)
+            clear && m_flaw == Flaw::ClearCompletesFirst)
             std::exchange(clear->completion, {})(true, {});
-        if (auto* copy = std::get_if<AsyncAddCopyLayers>(&request); copy && m_flaw == KitFlaw::CopyMissing)
+        if (auto* copy = std::get_if<AsyncAddCopyLayers>(&request); copy && m_flaw == Flaw::CopyMissing)
             copy->layers.removeLast();
-        if (auto* create = std::get_if<AsyncCreateScreen>(&request);
-            create && m_flaw == KitFlaw::FailureCreates)
+        if (auto* create = std::get_if<AsyncCreateScreen>(&request); create && m_flaw == Flaw::FailureCreates)
             create->completion = [completion = create->completion](bool, const QString&) {
                 completion(false, "No.");
             };
-        if (auto* remove = std::get_if<AsyncRemoveFile>(&request);
-            remove && m_flaw == KitFlaw::ClearedOneByOne)
+        if (auto* remove = std::get_if<AsyncRemoveFile>(&request); remove && m_flaw == Flaw::ClearedOneByOne)
             return clearOneByOne(*remove);
+        if (auto* save = std::get_if<AsyncSaveDeviceData>(&request)) {
+            if (m_flaw == Flaw::CompletionNever)
+                return;
+            if (m_flaw == Flaw::CompletionTwice)
+                save->completion(true, {});
+        }
         m_requests.startAsyncRequest(std::move(request));
+    }
+
+    using ParallelManager::startParallelRequest;
+    bool startParallelRequest(
+        const DevicePtr& device, const ParallelTaskFactory& factory, bool waitForResult, QString* error,
+        Completion callback) override
+    {
+        const ParallelTask task = factory(device);
+        const bool isTake = std::holds_alternative<ParallelTakeScreen>(task);
+        const bool isDropped =
+            (m_flaw == Flaw::FailureWithoutReason && std::holds_alternative<ParallelFTBScreen>(task))
+            || (m_flaw == Flaw::FreezeDropped && std::holds_alternative<ParallelFreezeScreen>(task));
+        if (isDropped) {
+            callback(m_flaw == Flaw::FreezeDropped, {});
+            return true;
+        }
+        if (m_flaw == Flaw::SlowRequest && isTake)
+            std::this_thread::sleep_for(Late);
+        if (m_flaw != Flaw::StatesAfterReturn || !isTake)
+            return m_tasks.startParallelRequest(device, factory, waitForResult, error, std::move(callback));
+        m_late.emplace_back([this, device, factory, callback = std::move(callback)] {
+            std::this_thread::sleep_for(Late);
+            m_tasks.startParallelRequest(device, factory, false, nullptr, callback);
+        });
+        return true;
+    }
+    int currentTaskCount() const override
+    {
+        if (m_flaw == Flaw::TaskCountAfterReturn)
+            return 0;
+        return m_tasks.currentTaskCount() + (m_flaw == Flaw::TaskCountAfterCompletion ? 1 : 0);
     }
 
     bool setSamplingType(TaskSampling::SamplingType type) override
@@ -221,11 +281,11 @@ public:
     }
     bool appendData(const std::shared_ptr<TaskSampling::s_TBarSampling>& sampling) override
     {
-        return (m_flaw == KitFlaw::TBarDropped && sampling->process > 0.9) || m_sampling.appendData(sampling);
+        return (m_flaw == Flaw::TBarDropped && sampling->process > 0.9) || m_sampling.appendData(sampling);
     }
     bool appendData(const std::shared_ptr<TaskSampling::s_LoadPresetSampling>& sampling) override
     {
-        return m_flaw == KitFlaw::LoadDropped || m_sampling.appendData(sampling);
+        return m_flaw == Flaw::LoadDropped || m_sampling.appendData(sampling);
     }
 
 private:
@@ -238,13 +298,16 @@ private:
         request.completion(true, {});
     }
 
-    const KitFlaw m_flaw;
+    const Flaw m_flaw;
     AsyncManager& m_requests;
+    ParallelManager& m_tasks;
     ControllerFactory& m_controllers;
     SamplingThread& m_sampling;
+    std::shared_ptr<BizModel::Layer> m_pKept;
+    std::vector<std::thread> m_late; ///< used by the operator's thread alone
 };
 
-FlawedKit::FlawedKit(KitFlaw flaw)
+FlawedKit::FlawedKit(Flaw flaw)
     : m_flaw(flaw)
 {
 }
@@ -258,9 +321,9 @@ bool FlawedKit::create(QString& error)
     const bool ok = m_pModel->loadFile(EXAMPLE_SHOW, faults);
     m_pModel->setShowFile({}); // a failing save must complete too
     error = faults.join(QLatin1Char('\n'));
-    if (m_flaw != KitFlaw::None)
+    if (m_flaw != Flaw::None)
         m_pFront = std::make_unique<Front>(
-            m_flaw, *AsyncManager::instance(), *ControllerFactory::instance(),
+            m_flaw, *AsyncManager::instance(), *ParallelManager::instance(), *ControllerFactory::instance(),
             *TaskSampling::SamplingThread::instance());
     return ok;
 }

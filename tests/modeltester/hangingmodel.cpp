@@ -1,5 +1,5 @@
-// Checks a model whose queries never return, as a checking program of an integrator would.
-#include "brokenmodel.h"
+// Checks a model one of whose calls never returns, as a checking program of an integrator would.
+#include "flawedkit.h"
 
 #include <QCoreApplication>
 
@@ -8,7 +8,7 @@ using namespace std::chrono_literals;
 int main(int argc, char** argv)
 {
     const QCoreApplication app(argc, argv);
-    Orvane::ModelTest::Test::BrokenModel model(Orvane::ModelTest::Test::Flaw::QueryNeverReturns);
+    Orvane::ModelTest::Test::FlawedKit model(Orvane::ModelTest::Test::Flaw::SelectionNeverReturns);
     Orvane::ModelTest::ModelLimits limits;
     limits.query = 200ms;
     limits.completion = 300ms;

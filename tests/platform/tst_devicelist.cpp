@@ -1,7 +1,6 @@
 #include "bareplatform.h"
 
 #include "bizmodel/devicelist.h"
-#include "bizmodel/keypad.h"
 #include "bizmodel/resourcecheck.h"
 #include "logcapture.h"
 #include "modelcontrol/asyncmanager.h"
@@ -16,10 +15,21 @@
 #include <QMetaMethod>
 #include <QtTest>
 
-#include <thread>
-
 using namespace Orvane;
 using namespace Orvane::BizModel;
+
+namespace {
+
+class DeviceControl : public ModelControl::Device {
+public:
+    explicit DeviceControl(const std::weak_ptr<BizModel::Device>& device)
+        : Device(device)
+    {
+    }
+    void setActivedScreen(const std::weak_ptr<Screen>&) override { }
+};
+
+} // namespace
 
 class TestDeviceList : public QObject {
     Q_OBJECT
@@ -38,20 +48,6 @@ private Q_SLOTS:
             found += method.methodType() == QMetaMethod::Signal;
         }
         QCOMPARE(found, 43);
-    }
-
-    void argumentsCrossThreadsWhole()
-    {
-        TestSupport::BareDeviceList list;
-        std::shared_ptr<File> renamed;
-        QObject context;
-        connect(
-            &list, &DeviceList::signalNameChanged, &context,
-            [&](const std::weak_ptr<Device>&, const std::weak_ptr<File>& file) { renamed = file.lock(); },
-            Qt::QueuedConnection);
-        const auto keypad = std::make_shared<Keypad>(ProtoModel::File::s_KeypadInfo());
-        std::thread([&] { Q_EMIT list.signalNameChanged({}, keypad); }).join();
-        QTRY_COMPARE(renamed, std::shared_ptr<File>(keypad));
     }
 
     void theObjectInstalledLastIsTheInstance()
@@ -93,6 +89,32 @@ private Q_SLOTS:
         // There was a device list: it has not been forgotten, the application is ending.
         QVERIFY(!DeviceList::instance());
         QCOMPARE(log.all(), QString());
+    }
+
+    void whatAModelDoesNotSayOfTakesAndGroupsFollowsFromItsScreens()
+    {
+        using State = Screen::State;
+        const TestSupport::BareDeviceList list;
+        const auto device = std::make_shared<TestSupport::BareDevice>();
+        const DeviceControl control(device);
+        QVERIFY(!control.takeCutEnabled()); // nothing to take
+        const int mask = Enum::Screen::RegularAndAUXScreens;
+        for (const quint32 id : {1, 2})
+            device->m_screens += std::make_shared<TestSupport::BareScreen>(id);
+        const auto& second = device->m_screens[1];
+        second->m_bSelected = true;
+        QVERIFY(device->isScreenSelected(second) && !device->isScreenSelected(device->m_screens[0]));
+        QCOMPARE(control.getTakeScreens(mask, {}, true).size(), 1);
+        QCOMPARE(control.getTakeScreens(mask, {}, false).size(), 2);
+        for (const State state :
+             {State::Taking, State::Cut, State::Tbar_taking, State::MatchingPGM, State::Resource_out}) {
+            second->m_state = state;
+            QCOMPARE(control.takeCutEnabled(), state == State::Resource_out);
+            QCOMPARE(device->isTaking(), state == State::Taking);
+        }
+        // A device that belongs to no group is one by itself.
+        QCOMPARE(list.groupDevices(std::weak_ptr<Device>(device), true, false).size(), 1);
+        QCOMPARE(list.groupDevices(std::weak_ptr<Device>(), true, false).size(), 0);
     }
 
     void theSummaryNamesWhatIsThereAndWhatIsMissing()

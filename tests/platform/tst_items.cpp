@@ -89,20 +89,6 @@ class TestItems : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void aChangeIsAnnouncedOnceAndAfterIt()
-    {
-        Model model;
-        int told = 0;
-        QObject::connect(
-            &model.list, &BizModel::DeviceList::signalScreenPGMFreezeChanged, [&](auto, auto screen) {
-                QVERIFY(screen.lock()->freeze());
-                ++told;
-            });
-        model.right->setFrozen(true);
-        model.right->setFrozen(true);
-        QCOMPARE(told, 1);
-    }
-
     void aScreenThatGoesHandsItsPlaceToAnother()
     {
         Model model;

@@ -46,7 +46,6 @@ class TestKeyboardLoader : public QObject {
     Q_OBJECT
 private Q_SLOTS:
     void aKeyKeepsItsNumbersAndItsLabels();
-    void theExampleIsACompleteKeyboard();
     void whatIsAllowedLoads_data();
     void whatIsAllowedLoads();
     void everyFaultIsToldWithItsPlace_data();
@@ -54,6 +53,8 @@ private Q_SLOTS:
     void aFileThatCannotBeReadIsRefused();
     void brokenJsonIsToldWithLineAndColumn();
     void whatIsNoJsonIsRefused();
+    void aLabelsOwnNumberGoesBeforeItsKeys();
+    void aNumberIsComparedWhole();
 };
 
 void TestKeyboardLoader::aKeyKeepsItsNumbersAndItsLabels()
@@ -68,30 +69,6 @@ void TestKeyboardLoader::aKeyKeepsItsNumbersAndItsLabels()
     QVERIFY(button.ECKey == 65535 && button.OrvaneECKey == 4294967295);
     QVERIFY(button.OrvaneKey == 3 && button.OrderIndex == 4);
     QVERIFY(button.pECOledCfg->ECKey == 5 && button.pECOledCfg->OrvaneECKey == 6);
-}
-
-void TestKeyboardLoader::theExampleIsACompleteKeyboard()
-{
-    const KeyboardLoadResult result = loadKeyboardFile(examplePath);
-    QCOMPARE(problemsOf(result), QString());
-    const QHash<QString, QSet<int>> codes{
-        {"ScreenCommand", {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 14, 15}},
-        {"LayerCommand", {1, 2, 3, 4, 5, 6, 7, 8, 9}},
-        {"InputCommand", {1, 2, 3}},
-        {"PresetCommand", {1, 2, 3, 4, 5, 6, 9}},
-        {"NumberCommand", {1, 2, 3, 4, 5}},
-        {"FunctionCommand", {1, 2, 3, 4, 5, 6, 7}}};
-    QSet<int> keyNumbers;
-    QCOMPARE(result.config->m_commands.size(), codes.size());
-    for (const auto& group : result.config->m_commands) {
-        QSet<int> groupCodes;
-        for (const auto& button : group->m_buttons) {
-            QVERIFY2(!keyNumbers.contains(button->ECKey), qPrintable(QString::number(button->ECKey)));
-            keyNumbers.insert(button->ECKey);
-            groupCodes.insert(button->OrvaneKey);
-        }
-        QCOMPARE(groupCodes, codes.value(group->Name));
-    }
 }
 
 void TestKeyboardLoader::whatIsAllowedLoads_data()
@@ -219,6 +196,29 @@ void TestKeyboardLoader::whatIsNoJsonIsRefused()
         const KeyboardLoadResult result = loadKeyboard(text);
         QVERIFY2(!result && !result.problems.isEmpty(), text.left(40));
     }
+}
+
+void TestKeyboardLoader::aLabelsOwnNumberGoesBeforeItsKeys()
+{
+    // The numbers of labels and keys overlap: 2 is a label and another label's key.
+    const auto two = std::make_shared<s_ECOledConfig>(s_ECOledConfig{2, 0});
+    const auto three = std::make_shared<s_ECOledConfig>(s_ECOledConfig{3, 0});
+    s_ECCommandConfig group;
+    for (const auto& [ecKey, label] : {std::pair(2, three), std::pair(1, two), std::pair(4, decltype(two)())})
+        group.m_buttons +=
+            std::make_shared<s_ECButtonConfig>(s_ECButtonConfig{quint16(ecKey), 0, 1, 0, label});
+    QCOMPARE(group.findECOledConfigByECKey(2), two);
+    QCOMPARE(group.findECOledConfigByECKey(1), two);
+    QVERIFY(!group.findECOledConfigByECKey(4));
+}
+
+void TestKeyboardLoader::aNumberIsComparedWhole()
+{
+    s_ECCommandConfig group;
+    group.m_buttons = {nullptr, std::make_shared<s_ECButtonConfig>(s_ECButtonConfig{6, 0x10005, 2, 0, {}})};
+    QVERIFY(group.findECButtonConfigByECKey(6));
+    QVERIFY(!group.findECButtonConfigByECKey(0x10006));
+    QCOMPARE(group.getECKeyByOrvaneECKey(5), 0xFFFFFFFFu);
 }
 
 QTEST_APPLESS_MAIN(TestKeyboardLoader)

@@ -34,18 +34,6 @@ private Q_SLOTS:
         }
     }
 
-    void aLabelChangesWithTheLanguage()
-    {
-        QTranslator german;
-        QVERIFY(loadLanguage(german, "de"));
-        QVERIFY(!loadLanguage(german, "../de") && !loadLanguage(german, "fr"));
-        QVERIFY(loadLanguage(german, "de"));
-        QVERIFY(QCoreApplication::installTranslator(&german));
-        QCOMPARE(Orvane::BizModel::Translate::tr(TR_THE_PAGE).arg(2), QString("Seite 2"));
-        QVERIFY(QCoreApplication::removeTranslator(&german));
-        QCOMPARE(Orvane::BizModel::Translate::tr(TR_THE_PAGE).arg(2), QString("Page 2"));
-    }
-
 private:
     /// Read from the header itself: a text that is added there is asked for here.
     static QStringList textsOfTheModel()
