@@ -132,26 +132,6 @@ private Q_SLOTS:
         QCOMPARE(m_pCommand->page(), 2);
     }
 
-    void keysWithoutAFunctionReachNoHandler()
-    {
-        const QList<quint32> keys{FirstKey, DeadKey, UpKey, 77}; // nothing is bound to the page key here
-        for (const quint32 key : keys)
-            m_pCommand->slotECButtonPressed(key);
-        QCOMPARE(m_pCommand->m_handled, QList<quint32>{FirstKey});
-    }
-
-    void aCommandWithoutKeysSendsNothing()
-    {
-        const LogCapture log;
-        m_pCommand->updateCommandKeypad(Enum::UpdateConsoleType::All);
-        QVERIFY(log.contains(" page button config is 0. check config files."));
-        m_pCommand->setCommandConfig(nullptr);
-        m_pCommand->slotECButtonPressed(FirstKey);
-        m_pCommand->updateECButtonColor(FirstKey, ECLEDColor::Red);
-        m_pCommand->updateECOledTextByBtnECKey(FirstKey, QStringLiteral("x"));
-        QVERIFY(m_pRig->takeRequests().empty());
-    }
-
     void labelsAreCutAtTheirLastByte()
     {
         const QString umlauts = QString(20, QChar(0x00E4)); // 40 bytes in UTF-8

@@ -48,17 +48,6 @@ private Q_SLOTS:
             QCOMPARE(keys.placeOf(*items.at(i)).buttonIndex, i);
     }
 
-    void withoutASelectCodeAllKeysThatDoSomethingAreTaken()
-    {
-        const auto config = configOf({{0, 0}, {7, 1}, {3, 2}});
-        KeyGroup keys(std::nullopt, 0);
-        keys.make(config, 1);
-        QCOMPARE(keys.pageSize(), 2);
-        QVERIFY(!keys.contains(10));
-        keys.make(nullptr, 1);
-        QCOMPARE(keys.items().size(), 0);
-    }
-
     void freeKeyIsTheFirstThatNothingIsBoundTo()
     {
         const auto config = configOf({{Select, 0}, {Select, 1}});

@@ -123,15 +123,6 @@ private Q_SLOTS:
         }
     }
 
-    void eachCodeHasOneRow_data() { addCommands(); }
-    void eachCodeHasOneRow()
-    {
-        const auto command = make();
-        Codes seen;
-        for (const auto& row : command->keyTable().rows())
-            QVERIFY2(seen.insert(row.code).second, row.name);
-    }
-
     void keyboardFileListsEachCode_data() { addCommands(); }
     void keyboardFileListsEachCode()
     {

@@ -59,26 +59,6 @@ class TestPainter : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void aJobThatNobodyHoldsUpIsDoneWhenTheCallReturns()
-    {
-        Painter painter;
-        bool isDone = false;
-        painter.paint("page", [&] { isDone = true; });
-        QVERIFY(isDone);
-    }
-
-    void aJobPostedByAJobComesAfterIt()
-    {
-        Painter painter;
-        std::string order;
-        painter.paint("outer", [&] {
-            order += '(';
-            painter.paint("inner", [&] { order += 'i'; });
-            order += ')';
-        });
-        QCOMPARE(order, std::string("()i"));
-    }
-
     void whileAnotherThreadPaintsItTakesTheNewestJobOfEachSubject()
     {
         Painter painter;

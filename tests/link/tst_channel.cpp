@@ -210,20 +210,6 @@ private Q_SLOTS:
             QCOMPARE(log.count(line), 3);
     }
 
-    void aClosedChannelSendsNothingAndSaysSoOnce()
-    {
-        LogCapture log;
-        ECClientChannelManager channel;
-        QVERIFY(!channel.sendDownTLVRequest("request"));
-        QVERIFY(!channel.sendDownTLVRequest("request"));
-        QCOMPARE(log.count("Orvane ec client channel sends nothing, it is not open."), 1);
-        channel.openChannel("127.0.0.1");
-        QVERIFY(channel.sendDownTLVRequest("request"));
-        channel.closeChannel();
-        QVERIFY(!channel.sendDownTLVRequest("request"));
-        QCOMPARE(log.count("Orvane ec client channel sends nothing, it is not open."), 2);
-    }
-
     // Both share port 35555; the kernel prefers the socket that is bound to the very address.
     void theServiceGetsTheRequestsWhicheverStartsFirst_data()
     {
@@ -282,17 +268,6 @@ private Q_SLOTS:
         QVERIFY(closing.elapsed() < CloseLimitMs);
     }
 
-    void theReceiveBufferThatTheKernelGaveIsTold()
-    {
-        LogCapture log;
-        ECClientChannelManager channel;
-        QVERIFY(open(channel, log));
-        const QRegularExpression line("receiver buffer: (\\d+) bytes of 8388608");
-        const auto match = line.match(log.all());
-        QVERIFY(match.hasMatch());
-        QVERIFY(match.captured(1).toInt() > 0 && match.captured(1).toInt() <= 8388608);
-    }
-
     void whatCannotBeWrittenIsToldAndTheNextGoesOut()
     {
         LogCapture log;
@@ -305,23 +280,6 @@ private Q_SLOTS:
         QCOMPARE(service.receive(), QByteArray(""));
         QCOMPARE(service.receive(), QByteArray("request"));
         QCOMPARE(log.count("Orvane ec client sender send data has failed."), 2);
-    }
-
-    void theSenderKeepsWhatItsDestinationSays()
-    {
-        Socket receiver("127.0.0.1", 35557);
-        QVERIFY(receiver.isBound());
-        ECClientSender sender;
-        sender.appendDatagram(QNetworkDatagram("queued before the start", QHostAddress::LocalHost, 35557));
-        for (int round = 0; round < 2; ++round) {
-            sender.startSend();
-            sender.appendDatagram(QNetworkDatagram("queued", QHostAddress::LocalHost, 35557));
-            if (round == 0)
-                QCOMPARE(receiver.receive(), QByteArray("queued before the start"));
-            QCOMPARE(receiver.receive(), QByteArray("queued"));
-            QVERIFY(sender.stopSend());
-            QVERIFY(sender.isFinished());
-        }
     }
 
     void theCallbackMayCloseAndOpenTheChannel()

@@ -161,21 +161,6 @@ private Q_SLOTS:
         QCOMPARE(log.count("Orvane ec client decoder thread stop"), 1);
     }
 
-    void withoutACallbackReportsAreLostWithAWarning()
-    {
-        LogCapture log;
-        Reports reports;
-        ECClientDecoder decoder;
-        decoder.registerExDownTLVDecodeFinishedCB(reports.callback()); // never called
-        decoder.startDecode();
-        decoder.appendDatagram(press(1));
-        QVERIFY(log.waitFor("[locate key no response] up tlv decoder callback is null."));
-        decoder.registerUpTLVDecodeFinishedCB(reports.callback());
-        decoder.appendDatagram(press(2));
-        QTRY_COMPARE_WITH_TIMEOUT(reports.count(), 1, WaitLimitMs);
-        QCOMPARE(reports.list().first().second, press(2).mid(16));
-    }
-
     void everyStopReturnsHoweverOftenOthersStart()
     {
         ECClientDecoder decoder;
@@ -296,26 +281,6 @@ private Q_SLOTS:
         QTRY_COMPARE((std::lock_guard(mutex), seen.size()), 4);
         decoder.stopDecode();
         QCOMPARE(seen, (QVector<QByteArray>{nonsense, press, "parsed", "parsed"}));
-    }
-
-    void nothingIsReadBeyondRandomAndMutatedDatagrams()
-    {
-        QRandomGenerator random(20240506);
-        for (int i = 0; i < 200000; ++i) {
-            QByteArray datagram = press(random.generate());
-            if (i % 4 == 0)
-                datagram.resize(random.bounded(datagram.size() + 1));
-            if (i % 4 == 1)
-                datagram.append(QByteArray(random.bounded(200), char(random.bounded(256))));
-            for (int change = random.bounded(3); change > 0 && !datagram.isEmpty(); --change)
-                datagram[random.bounded(datagram.size())] = char(random.bounded(256));
-
-            const bool good = datagram.startsWith("\x55\xee\x55\xee");
-            parseExactly(datagram, [&](const UpReport& report, const char* begin) {
-                QCOMPARE(report.kind == UpReport::InvalidHead, !good);
-                QVERIFY(!report.value || report.value + report.valueSize == begin + datagram.size());
-            });
-        }
     }
 };
 

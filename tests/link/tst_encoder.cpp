@@ -278,34 +278,6 @@ private Q_SLOTS:
             QCOMPARE(nextSequence(), quint16(before + 2));
         }
     }
-
-    void anArrayOfOnesOwnKeepsItsMemoryAndASharedOneItsBytes()
-    {
-        ECClientEncoder encoder;
-        QByteArray out;
-        encoder.getPeripheralControlRequest(shared(peripheral()), out);
-        const char* const memory = out.constData();
-        encoder.getLockTBarRequest(out);
-        encoder.getPeripheralControlRequest(shared(peripheral()), out);
-        QCOMPARE(static_cast<const void*>(out.constData()), static_cast<const void*>(memory));
-
-        const QByteArray queued = out;
-        const QByteArray bytes(queued.constData(), queued.size());
-        encoder.getPeripheralControlRequest(shared(PeripheralControl()), out);
-        QCOMPARE(queued, bytes);
-        QVERIFY(out != queued);
-    }
-
-    void bytesMayComeFromTheArrayTheyGoTo()
-    {
-        ECClientEncoder encoder;
-        QByteArray array = QByteArray::fromHex("0201");
-        encoder.getChangeIPModeRequestPack(array, array);
-        QCOMPARE(array.mid(12).toHex(), QByteArray("7d0002000201"));
-        array = "chunk";
-        encoder.getFileOperateRequest(OpeReadFile, 1, 2, array, array);
-        QCOMPARE(array.mid(20), QByteArray("chunk"));
-    }
 };
 
 QTEST_GUILESS_MAIN(tst_encoder)

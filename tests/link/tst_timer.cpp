@@ -110,19 +110,6 @@ private Q_SLOTS:
             QVERIFY(begins[i] - begins[i - 1] >= 70ms);
     }
 
-    void intervalZeroFiresBackToBackUntilStopped()
-    {
-        Counter fired;
-        const auto timer = OrvaneECTimer::create([&] { fired.add(); });
-        timer->startTimer(0);
-        QVERIFY(fired.waitFor(1000));
-        timer->stopTimer();
-        QVERIFY(timer->wait(WaitLimitMs));
-        const int count = fired.count();
-        timer->startTimer(-1); // counts as 0
-        QVERIFY(fired.waitFor(count + 100));
-    }
-
     void startOfARunningTimerGivesANewIntervalForTheNextWaitOnly()
     {
         LogCapture log;
@@ -181,24 +168,6 @@ private Q_SLOTS:
         QVERIFY(checked > 0);
     }
 
-    void theCallbackMayStopAndStartItsTimer()
-    {
-        Counter fired;
-        std::weak_ptr<OrvaneECTimer> self;
-        const auto timer = OrvaneECTimer::create([&] {
-            fired.add();
-            const auto me = self.lock();
-            me->stopTimer();
-            if (fired.count() < 10)
-                me->startTimer(1);
-        });
-        self = timer;
-        timer->startTimer(1);
-        QVERIFY(fired.waitFor(10));
-        QVERIFY(timer->wait(WaitLimitMs));
-        QCOMPARE(fired.count(), 10);
-    }
-
     void theCallbackCannotTakeBackAStopFromElsewhere_data()
     {
         QTest::addColumn<bool>("stopsToo");
@@ -252,23 +221,6 @@ private Q_SLOTS:
         restarted.add();
         QVERIFY(fired.waitFor(2));
         QVERIFY(timer->wait(WaitLimitMs));
-    }
-
-    void theCallbackOfASingleShotDoesNotRepeatItByAStartAlone()
-    {
-        LogCapture log;
-        Counter fired;
-        std::weak_ptr<OrvaneECTimer> self;
-        const auto timer = OrvaneECTimer::create([&] {
-            fired.add();
-            self.lock()->startTimer(0);
-        });
-        self = timer;
-        timer->setSingleShot(true);
-        timer->startTimer(1);
-        QVERIFY(timer->wait(WaitLimitMs));
-        QCOMPARE(fired.count(), 1);
-        QCOMPARE(log.count("EC timer start"), 1);
     }
 
     void aTimerMadeByItsConstructorWorksAndItsDestructorWaits()
