@@ -175,8 +175,13 @@ private:
     Q_DISABLE_COPY_MOVE(Control)
 
     template <typename Function> ControlResult onDevice(const QString& device, Function function);
+    template <typename Member, typename T, typename... Signal>
+    ControlResult setOnDevice(const QString& device, Member member, const T& value, Signal... signal);
     template <typename Function>
     ControlResult onScreen(const QString& device, const ScreenKey& screen, Function function);
+    template <typename Member, typename T, typename Signal>
+    ControlResult setOnScreen(
+        const QString& device, const ScreenKey& screen, Member member, const T& value, Signal signal);
     template <typename Function>
     ControlResult onLayer(
         const QString& device, const ScreenKey& screen, BizModel::SceneType scene, quint32 layerId,
@@ -185,6 +190,9 @@ private:
     ControlResult onPreset(const QString& device, FileType type, quint16 fileId, Function function);
     template <typename Function>
     ControlResult onInput(const QString& device, quint32 inputId, Function function);
+    template <typename Member, typename T, typename Signal>
+    ControlResult setOnInput(
+        const QString& device, quint32 inputId, Member member, const T& value, Signal signal);
 
     const std::shared_ptr<ModelHub> m_pHub;
     MemoryDeviceList& m_list;

@@ -4,14 +4,33 @@
 #include "memorydevicelist.h"
 #include "operationtext.h"
 
+#include <type_traits>
 #include <utility>
 
 namespace Orvane::MemoryModel {
+
+using BizModel::DeviceList;
 
 /// `regular:1`, as users write it.
 inline QString screenKeyText(const ScreenKey& key)
 {
     return QStringLiteral("%1:%2").arg(screenTypeText(key.type)).arg(key.id);
+}
+
+inline ControlResult noInput(quint32 inputId)
+{
+    return ControlResult::refused(QStringLiteral("the device has no input %1").arg(inputId));
+}
+
+/// What the function returns; done when it returns nothing.
+template <typename Function, typename... Arguments>
+ControlResult resultOf(const Function& function, Arguments&... arguments)
+{
+    if constexpr (!std::is_void_v<std::invoke_result_t<Function, Arguments&...>>)
+        return function(arguments...);
+    else
+        function(arguments...);
+    return ControlResult::done();
 }
 
 /// Calls @p function with the change and the device; refused when it is not there.
@@ -23,10 +42,22 @@ template <typename Function> ControlResult Control::onDevice(const QString& devi
         return ControlResult::refused(
             device.isEmpty() ? QStringLiteral("no device is active and none is named")
                              : QStringLiteral("there is no device %1").arg(device));
-    return function(change, present);
+    return resultOf(function, change, present);
 }
 
-/// The same with one of its screens.
+/// Sets a value of the device and announces it, if there is a signal for it.
+template <typename Member, typename T, typename... Signal>
+ControlResult Control::setOnDevice(const QString& device, Member member, const T& value, Signal... signal)
+{
+    return onDevice(device, [&](Change& change, const std::shared_ptr<MemoryDevice>& present) {
+        if constexpr (sizeof...(signal) != 0)
+            return change.set(present->data(change).*member, value, signal..., present);
+        present->data(change).*member = value;
+        change.markChanged();
+    });
+}
+
+/// The same as `onDevice` with one of the device's screens.
 template <typename Function>
 ControlResult Control::onScreen(const QString& device, const ScreenKey& screen, Function function)
 {
@@ -34,36 +65,8 @@ ControlResult Control::onScreen(const QString& device, const ScreenKey& screen, 
         const std::shared_ptr<MemoryScreen> present = owner->screen(change, screen);
         if (!present)
             return ControlResult::refused(QStringLiteral("there is no screen %1").arg(screenKeyText(screen)));
-        return ControlResult(function(change, owner, present));
+        return resultOf(function, change, owner, present);
     });
-}
-
-/// Sets the value and, when it was another, announces it with a signal about the device.
-template <typename T, typename Signal>
-ControlResult setAndAnnounce(
-    Change& change, T& value, const T& wanted, const std::shared_ptr<MemoryDevice>& device, Signal signal)
-{
-    if (std::exchange(value, wanted) != wanted) {
-        change.announce([device = std::weak_ptr<BizModel::Device>(device), signal](ModelSignals& list) {
-            Q_EMIT(list.*signal)(device);
-        });
-    }
-    return ControlResult::done();
-}
-
-/// The same with a signal about the device and something of it.
-template <typename T, typename Object, typename Signal>
-ControlResult setAndAnnounce(
-    Change& change, T& value, const T& wanted, const std::shared_ptr<MemoryDevice>& device,
-    const std::shared_ptr<Object>& object, Signal signal)
-{
-    if (std::exchange(value, wanted) != wanted) {
-        change.announce([device = std::weak_ptr<BizModel::Device>(device),
-                         object = std::weak_ptr<Object>(object), signal](ModelSignals& list) {
-            Q_EMIT(list.*signal)(device, object);
-        });
-    }
-    return ControlResult::done();
 }
 
 } // namespace Orvane::MemoryModel

@@ -2,8 +2,6 @@
 
 namespace Orvane::MemoryModel {
 
-using BizModel::DeviceList;
-
 Control::Control(std::shared_ptr<ModelHub> hub, MemoryDeviceList& list)
     : m_pHub(std::move(hub))
     , m_list(list)
@@ -16,27 +14,18 @@ ControlResult Control::activateDevice(const QString& device)
     const std::shared_ptr<MemoryDevice> wanted = m_list.device(change, device);
     if (!wanted && !device.isEmpty())
         return ControlResult::refused(QStringLiteral("there is no device %1").arg(device));
-    if (std::exchange(m_list.data(change).activeDevice, wanted) != wanted)
-        change.announce([](ModelSignals& list) { Q_EMIT list.signalActivedDeviceChanged(); });
+    change.set(m_list.data(change).activeDevice, wanted, &DeviceList::signalActivedDeviceChanged);
     return ControlResult::done();
 }
 
 ControlResult Control::setOnline(const QString& device, bool online)
 {
-    return onDevice(device, [online](Change& change, const auto& present) {
-        present->data(change).online = online;
-        change.markChanged();
-        return ControlResult::done();
-    });
+    return setOnDevice(device, &MemoryDevice::Data::online, online);
 }
 
 ControlResult Control::setUpgrading(const QString& device, bool upgrading)
 {
-    return onDevice(device, [upgrading](Change& change, const auto& present) {
-        present->data(change).upgrading = upgrading;
-        change.markChanged();
-        return ControlResult::done();
-    });
+    return setOnDevice(device, &MemoryDevice::Data::upgrading, upgrading);
 }
 
 void Control::setCompatibleUpgrading(bool upgrading)
@@ -50,9 +39,7 @@ ControlResult Control::setGroup(const QString& device, const QString& groupId)
 {
     const QString wanted = groupId.isEmpty() ? BizModel::Device::defaultDeviceGroupId : groupId;
     return onDevice(device, [&wanted](Change& change, const auto& present) {
-        if (std::exchange(present->data(change).groupId, wanted) != wanted)
-            change.announce([](ModelSignals& list) { Q_EMIT list.signalDeviceGroupInfoChanged(); });
-        return ControlResult::done();
+        change.set(present->data(change).groupId, wanted, &DeviceList::signalDeviceGroupInfoChanged);
     });
 }
 
@@ -65,9 +52,7 @@ ControlResult Control::changeAddress(const QString& device, const QString& ipMac
         if (m_list.device(change, ipMacSn))
             return ControlResult::refused(QStringLiteral("there is a device %1 already").arg(ipMacSn));
         state.preIPMacSn = std::exchange(state.ipMacSn, ipMacSn);
-        change.announce([weak = std::weak_ptr<MemoryDevice>(present)](ModelSignals& list) {
-            Q_EMIT list.signalDeviceIPChanged(weak);
-        });
+        change.announce(&DeviceList::signalDeviceIPChanged, present);
         return ControlResult::done();
     });
 }
@@ -77,11 +62,8 @@ ControlResult Control::removeDevice(const QString& device)
     return onDevice(device, [this](Change& change, const auto& present) {
         MemoryDeviceList::Data& state = m_list.data(change);
         m_list.retire(change, present);
-        if (state.activeDevice == present) {
-            state.activeDevice = nullptr;
-            change.announce([](ModelSignals& list) { Q_EMIT list.signalActivedDeviceChanged(); });
-        }
-        return ControlResult::done();
+        if (state.activeDevice == present)
+            change.set(state.activeDevice, nullptr, &DeviceList::signalActivedDeviceChanged);
     });
 }
 
@@ -100,25 +82,18 @@ ControlResult Control::setMultiScreens(const QString& device, bool several)
         }
         if (changed)
             present->announceSelectedScreens(change);
-        return ControlResult::done();
     });
 }
 
 ControlResult Control::setSwap(const QString& device, bool swap)
 {
-    return onDevice(device, [swap](Change& change, const auto& present) {
-        return setAndAnnounce(
-            change, present->data(change).swap, swap, present, &DeviceList::signalSwapStateChanged);
-    });
+    return setOnDevice(device, &MemoryDevice::Data::swap, swap, &DeviceList::signalSwapStateChanged);
 }
 
 ControlResult Control::setLoadToPGM(const QString& device, bool loadToPGM)
 {
-    return onDevice(device, [loadToPGM](Change& change, const auto& present) {
-        return setAndAnnounce(
-            change, present->data(change).loadToPGM, loadToPGM, present,
-            &DeviceList::signalLoadToPGMStateChanged);
-    });
+    return setOnDevice(
+        device, &MemoryDevice::Data::loadToPGM, loadToPGM, &DeviceList::signalLoadToPGMStateChanged);
 }
 
 ControlResult Control::setConsolePlugin(const QString& device, bool enabled)
@@ -126,7 +101,6 @@ ControlResult Control::setConsolePlugin(const QString& device, bool enabled)
     return onDevice(device, [enabled](Change& change, const auto& present) {
         present->data(change).config.consolePlugin = enabled;
         change.markChanged();
-        return ControlResult::done();
     });
 }
 
@@ -135,7 +109,6 @@ ControlResult Control::setLoadToPGMEnabled(const QString& device, bool enabled)
     return onDevice(device, [enabled](Change& change, const auto& present) {
         present->data(change).config.loadToPGMEnabled = enabled;
         change.markChanged();
-        return ControlResult::done();
     });
 }
 

@@ -5,7 +5,6 @@
 
 namespace Orvane::MemoryModel {
 
-using BizModel::DeviceList;
 using BizModel::SceneType;
 
 /// Calls @p function with the change, the device and the input; refused when one is not there.
@@ -14,9 +13,17 @@ ControlResult Control::onInput(const QString& device, quint32 inputId, Function 
 {
     return onDevice(device, [&](Change& change, const auto& owner) {
         const std::shared_ptr<MemoryInput> input = owner->data(change).inputs.value(inputId);
-        if (!input)
-            return ControlResult::refused(QStringLiteral("the device has no input %1").arg(inputId));
-        return ControlResult(function(change, owner, input));
+        return input ? resultOf(function, change, owner, input) : noInput(inputId);
+    });
+}
+
+/// Sets a value of the input and announces it.
+template <typename Member, typename T, typename Signal>
+ControlResult Control::setOnInput(
+    const QString& device, quint32 inputId, Member member, const T& value, Signal signal)
+{
+    return onInput(device, inputId, [&](Change& change, const auto& owner, const auto& input) {
+        change.set(input->data(change).*member, value, signal, owner, input);
     });
 }
 
@@ -40,10 +47,7 @@ ControlResult Control::addInput(const QString& device, const InputRecord& input)
                                                   connectorTaken ? QStringLiteral("taken by another input")
                                                                  : QStringLiteral("not there")));
         inputs.insert(input.id, added);
-        change.announce([device = std::weak_ptr<MemoryDevice>(owner),
-                         added = std::weak_ptr<MemoryInput>(added)](ModelSignals& list) {
-            Q_EMIT list.signalInputAdded(device, added);
-        });
+        change.announce(&DeviceList::signalInputAdded, owner, added);
         return ControlResult::done();
     });
 }
@@ -53,11 +57,9 @@ ControlResult Control::removeInput(const QString& device, quint32 inputId)
     return onInput(device, inputId, [&](Change& change, const auto& owner, const auto& input) {
         MemoryDevice::Data& state = owner->data(change);
         state.inputs.remove(inputId);
-        change.announce([device = std::weak_ptr<MemoryDevice>(owner), input](ModelSignals& list) {
-            Q_EMIT list.signalInputRemoved(device, input);
-        });
+        change.announce(&DeviceList::signalInputRemoved, owner, input);
         if (state.selectedInput == inputId)
-            setAndAnnounce(change, state.selectedInput, 0U, owner, &DeviceList::signalSelectedInputChanged);
+            change.set(state.selectedInput, 0, &DeviceList::signalSelectedInputChanged, owner);
         for (const auto& screen : std::as_const(state.screens)) {
             for (const SceneType scene : {SceneType::PGM, SceneType::PVW}) {
                 for (const auto& layer : std::as_const(screen->data(change).layers(scene))) {
@@ -66,35 +68,26 @@ ControlResult Control::removeInput(const QString& device, quint32 inputId)
                 }
             }
         }
-        return ControlResult::done();
     });
 }
 
 ControlResult Control::renameInput(const QString& device, quint32 inputId, const QString& name)
 {
-    return onInput(device, inputId, [&name](Change& change, const auto& owner, const auto& input) {
-        return setAndAnnounce(
-            change, input->data(change).name, name, owner, std::shared_ptr<BizModel::Interface>(input),
-            &DeviceList::signalInterfaceNameChanged);
-    });
+    return setOnInput(
+        device, inputId, &MemoryInput::State::name, name, &DeviceList::signalInterfaceNameChanged);
 }
 
 ControlResult Control::setSignal(const QString& device, quint32 inputId, bool present)
 {
-    return onInput(device, inputId, [present](Change& change, const auto& owner, const auto& input) {
-        return setAndAnnounce(
-            change, input->data(change).signal, present, owner, std::shared_ptr<BizModel::Interface>(input),
-            &DeviceList::signalInterfaceSignalChanged);
-    });
+    return setOnInput(
+        device, inputId, &MemoryInput::State::signal, present, &DeviceList::signalInterfaceSignalChanged);
 }
 
 ControlResult Control::setOverload(const QString& device, quint32 inputId, bool overload)
 {
-    return onInput(device, inputId, [overload](Change& change, const auto& owner, const auto& input) {
-        return setAndAnnounce(
-            change, input->data(change).overload, overload, owner,
-            std::shared_ptr<BizModel::Interface>(input), &DeviceList::signalInterfaceOverLoadChanged);
-    });
+    return setOnInput(
+        device, inputId, &MemoryInput::State::overload, overload,
+        &DeviceList::signalInterfaceOverLoadChanged);
 }
 
 ControlResult Control::setConnectorCapacity(
@@ -114,11 +107,7 @@ ControlResult Control::setConnectorCapacity(
             if (owner->connector(*input) == connector)
                 input->data(change).capacity = capacity;
         }
-        change.announce([device = std::weak_ptr<MemoryDevice>(owner),
-                         card = std::weak_ptr<MemorySubcard>(card),
-                         connector = std::weak_ptr<MemoryConnector>(connector)](ModelSignals& list) {
-            Q_EMIT list.signalConnectorCapacityChanged(device, card, connector);
-        });
+        change.announce(&DeviceList::signalConnectorCapacityChanged, owner, card, connector);
         return ControlResult::done();
     });
 }
@@ -128,9 +117,9 @@ ControlResult Control::selectInput(const QString& device, quint32 inputId)
     return onDevice(device, [inputId](Change& change, const auto& owner) {
         MemoryDevice::Data& state = owner->data(change);
         if (inputId != 0 && !state.inputs.contains(inputId))
-            return ControlResult::refused(QStringLiteral("the device has no input %1").arg(inputId));
-        return setAndAnnounce(
-            change, state.selectedInput, inputId, owner, &DeviceList::signalSelectedInputChanged);
+            return noInput(inputId);
+        change.set(state.selectedInput, inputId, &DeviceList::signalSelectedInputChanged, owner);
+        return ControlResult::done();
     });
 }
 

@@ -24,11 +24,6 @@ ControlResult noLayer(SceneType scene, quint32 layerId)
         QStringLiteral("the screen has no layer %1 in its %2").arg(layerId).arg(sceneText(scene)));
 }
 
-ControlResult noInput(quint32 inputId)
-{
-    return ControlResult::refused(QStringLiteral("the device has no input %1").arg(inputId));
-}
-
 } // namespace
 
 /// Calls @p function with the change, the device, the screen and the layer; refused when one is not there.
@@ -38,7 +33,7 @@ ControlResult Control::onLayer(
 {
     return onScreen(device, screen, [&](Change& change, const auto& owner, const auto& present) {
         const std::shared_ptr<MemoryLayer> layer = findLayer(change, *present, scene, layerId);
-        return layer ? function(change, owner, present, layer) : noLayer(scene, layerId);
+        return layer ? resultOf(function, change, owner, present, layer) : noLayer(scene, layerId);
     });
 }
 
@@ -88,14 +83,8 @@ ControlResult Control::renameLayer(
     return onLayer(
         device, screen, scene, layerId,
         [&name](Change& change, const auto& owner, const auto& present, const auto& layer) {
-            if (std::exchange(layer->data(change).name, name) == name)
-                return ControlResult::done();
-            change.announce([device = std::weak_ptr<MemoryDevice>(owner),
-                             screen = std::weak_ptr<MemoryScreen>(present),
-                             layer = std::weak_ptr<MemoryLayer>(layer)](ModelSignals& list) {
-                Q_EMIT list.signalLayerNameChanged(device, screen, layer);
-            });
-            return ControlResult::done();
+            change.set(
+                layer->data(change).name, name, &DeviceList::signalLayerNameChanged, owner, present, layer);
         });
 }
 

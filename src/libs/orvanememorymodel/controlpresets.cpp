@@ -20,7 +20,7 @@ ControlResult Control::onPreset(const QString& device, FileType type, quint16 fi
 {
     return onDevice(device, [&](Change& change, const auto& owner) {
         const std::shared_ptr<MemoryPreset> preset = owner->preset(change, type, fileId);
-        return preset ? function(change, owner, preset) : noPreset(type, fileId);
+        return preset ? resultOf(function, change, owner, preset) : noPreset(type, fileId);
     });
 }
 
@@ -45,9 +45,7 @@ ControlResult Control::coverPreset(const QString& device, FileType type, quint16
 ControlResult Control::renamePreset(const QString& device, FileType type, quint16 fileId, const QString& name)
 {
     return onPreset(device, type, fileId, [&name](Change& change, const auto& owner, const auto& preset) {
-        return setAndAnnounce(
-            change, preset->data(change).name, name, owner, std::shared_ptr<BizModel::File>(preset),
-            &BizModel::DeviceList::signalNameChanged);
+        change.set(preset->data(change).name, name, &DeviceList::signalNameChanged, owner, preset);
     });
 }
 
@@ -64,7 +62,6 @@ ControlResult Control::clearPresets(const QString& device)
 {
     return onDevice(device, [this](Change& change, const auto& owner) {
         removeFiles(change, m_list.group(change, owner), {FileType::PresetPVW, FileType::PresetPGM});
-        return ControlResult::done();
     });
 }
 

@@ -7,8 +7,17 @@
 
 namespace Orvane::MemoryModel {
 
-using BizModel::DeviceList;
 using ScreenState = BizModel::Screen::State;
+
+/// Sets a value of the screen and announces it.
+template <typename Member, typename T, typename Signal>
+ControlResult Control::setOnScreen(
+    const QString& device, const ScreenKey& screen, Member member, const T& value, Signal signal)
+{
+    return onScreen(device, screen, [&](Change& change, const auto& owner, const auto& present) {
+        change.set(present->data(change).*member, value, signal, owner, present);
+    });
+}
 
 ScreenKey Control::addScreen(const QString& device, ScreenType type, QString* reason)
 {
@@ -44,11 +53,7 @@ ControlResult Control::removeScreen(const QString& device, ScreenKey screen)
 
 ControlResult Control::renameScreen(const QString& device, ScreenKey screen, const QString& name)
 {
-    return onScreen(device, screen, [&name](Change& change, const auto& owner, const auto& present) {
-        return setAndAnnounce(
-            change, present->data(change).name, name, owner, std::shared_ptr<BizModel::Screen>(present),
-            &DeviceList::signalScreenNameChanged);
-    });
+    return setOnScreen(device, screen, &MemoryScreen::Data::name, name, &DeviceList::signalScreenNameChanged);
 }
 
 ControlResult Control::moveScreen(const QString& device, ScreenKey screen, ScreenKey target)
@@ -59,11 +64,7 @@ ControlResult Control::moveScreen(const QString& device, ScreenKey screen, Scree
             return ControlResult::refused(QStringLiteral("there is no screen %1").arg(screenKeyText(target)));
         auto& screens = owner->data(change).screens;
         screens.move(screens.indexOf(present), screens.indexOf(place));
-        change.announce([device = std::weak_ptr<MemoryDevice>(owner),
-                         moved = std::weak_ptr<MemoryScreen>(present),
-                         place = std::weak_ptr<MemoryScreen>(place)](ModelSignals& list) {
-            Q_EMIT list.signalScreenMoved(device, moved, place);
-        });
+        change.announce(&DeviceList::signalScreenMoved, owner, present, place);
         return ControlResult::done();
     });
 }
@@ -101,7 +102,6 @@ ControlResult Control::activateScreen(const QString& device, ScreenKey screen)
 {
     return onScreen(device, screen, [](Change& change, const auto& owner, const auto& present) {
         owner->setActiveScreen(change, present);
-        return ControlResult::done();
     });
 }
 
@@ -122,37 +122,29 @@ ControlResult Control::setEffectTime(const QString& device, ScreenKey screen, do
         if (!(seconds >= 0.0 && seconds <= MaxEffectSeconds))
             return ControlResult::refused(
                 QStringLiteral("a transition lasts 0 to %1 seconds").arg(MaxEffectSeconds));
-        return setAndAnnounce(
-            change, present->data(change).effectSeconds, seconds, owner,
-            std::shared_ptr<BizModel::Screen>(present), &DeviceList::signalScreenEffectChanged);
+        change.set(
+            present->data(change).effectSeconds, seconds, &DeviceList::signalScreenEffectChanged, owner,
+            present);
+        return ControlResult::done();
     });
 }
 
 ControlResult Control::setEffectType(const QString& device, ScreenKey screen, BizModel::EffectType type)
 {
-    return onScreen(device, screen, [type](Change& change, const auto& owner, const auto& present) {
-        return setAndAnnounce(
-            change, present->data(change).effectType, type, owner, std::shared_ptr<BizModel::Screen>(present),
-            &DeviceList::signalScreenEffectChanged);
-    });
+    return setOnScreen(
+        device, screen, &MemoryScreen::Data::effectType, type, &DeviceList::signalScreenEffectChanged);
 }
 
 ControlResult Control::setFreeze(const QString& device, ScreenKey screen, bool freeze)
 {
-    return onScreen(device, screen, [freeze](Change& change, const auto& owner, const auto& present) {
-        return setAndAnnounce(
-            change, present->data(change).freeze, freeze, owner, std::shared_ptr<BizModel::Screen>(present),
-            &DeviceList::signalScreenPGMFreezeChanged);
-    });
+    return setOnScreen(
+        device, screen, &MemoryScreen::Data::freeze, freeze, &DeviceList::signalScreenPGMFreezeChanged);
 }
 
 ControlResult Control::setFTB(const QString& device, ScreenKey screen, bool fadeToBlack)
 {
-    return onScreen(device, screen, [fadeToBlack](Change& change, const auto& owner, const auto& present) {
-        return setAndAnnounce(
-            change, present->data(change).fadeToBlack, fadeToBlack, owner,
-            std::shared_ptr<BizModel::Screen>(present), &DeviceList::signalScreenFTBChanged);
-    });
+    return setOnScreen(
+        device, screen, &MemoryScreen::Data::fadeToBlack, fadeToBlack, &DeviceList::signalScreenFTBChanged);
 }
 
 ControlResult Control::setPGMEdit(const QString& device, ScreenKey screen, bool edit)
@@ -161,9 +153,9 @@ ControlResult Control::setPGMEdit(const QString& device, ScreenKey screen, bool 
         if (present->screenType() != ScreenType::RegularScreen)
             return ControlResult::refused(
                 QStringLiteral("the program of regular screens only can be edited"));
-        return setAndAnnounce(
-            change, present->data(change).pgmEdit, edit, owner, std::shared_ptr<BizModel::Screen>(present),
-            &DeviceList::signalScreenPGMEditChanged);
+        change.set(
+            present->data(change).pgmEdit, edit, &DeviceList::signalScreenPGMEditChanged, owner, present);
+        return ControlResult::done();
     });
 }
 

@@ -11,13 +11,8 @@ namespace Orvane::MemoryModel {
 
 using BizModel::SceneType;
 
-LayerController::LayerController(
-    std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, Processor& processor,
-    std::weak_ptr<BizModel::Device> device)
-    : m_pHub(std::move(hub))
-    , m_list(list)
-    , m_processor(processor)
-    , m_pDevice(std::move(device))
+LayerController::LayerController(const ControllerParts& parts)
+    : ControllerParts(parts)
 {
 }
 
@@ -101,7 +96,7 @@ bool LayerController::bindSource(const Layers& layers, quint32 sourceId, int sou
     QList<std::pair<std::shared_ptr<MemoryLayer>, LayerJob>> planned;
     {
         Change trial(*m_pHub);
-        const std::shared_ptr<MemoryDevice> device = m_list.own(trial, m_pDevice);
+        const std::shared_ptr<MemoryDevice> device = this->device(trial);
         const auto input = device ? device->data(trial).inputs.value(sourceId) : nullptr;
         MemoryScreen::Layers editable;
         for (const std::weak_ptr<BizModel::Layer>& each : layers) {
@@ -126,24 +121,17 @@ bool LayerController::bindSource(const Layers& layers, quint32 sourceId, int sou
             qWarning("The processor has refused a layer's source: %s", qUtf8Printable(error));
     }
     Change change(*m_pHub);
-    const std::shared_ptr<MemoryDevice> device = m_list.own(change, m_pDevice);
+    const std::shared_ptr<MemoryDevice> device = this->device(change);
     const auto input = device ? device->data(change).inputs.value(sourceId) : nullptr;
     return input && bindLayers(change, *device, bound, *input) && !layers.isEmpty()
         && bound.size() == layers.size();
-}
-
-/// Writes the operation into the journal; false when it has to fail.
-bool LayerController::start(Operation operation, const QString& arguments) const
-{
-    return !m_pHub->operations.perform(operation, deviceText(m_pDevice) + QLatin1Char(' ') + arguments);
 }
 
 std::shared_ptr<MemoryScreen> LayerController::find(
     const Guard& guard, const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers,
     MemoryScreen::Layers& found) const
 {
-    const std::shared_ptr<MemoryDevice> device = m_list.own(guard, m_pDevice);
-    auto present = device ? device->own(guard, screen) : nullptr;
+    auto present = this->screen(guard, screen);
     for (const std::weak_ptr<BizModel::Layer>& each : layers) {
         const auto layer = ownObject<MemoryLayer>(each);
         if (!present || screenOf(guard, layer) != present)

@@ -1,17 +1,14 @@
 #pragma once
 
-#include "memorydevicelist.h"
+#include "controllerparts.h"
 #include "orvaneplatform/modelcontrol/layer.h"
-#include "processor.h"
 
 namespace Orvane::MemoryModel {
 
 /// Works on layers of any type of a device.
-class LayerController final : public ModelControl::Layer {
+class LayerController final : public ModelControl::Layer, private ControllerParts {
 public:
-    LayerController(
-        std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, Processor& processor,
-        std::weak_ptr<BizModel::Device> device);
+    explicit LayerController(const ControllerParts& parts);
 
     /// Refused as a whole when one of the layers is not on the screen. Replacing a selection reaches both
     /// scenes.
@@ -27,7 +24,6 @@ public:
     bool bindSource(const Layers& layers, quint32 sourceId, int sourceType) override;
 
 private:
-    bool start(Operation operation, const QString& arguments) const;
     /// The screen and those of the layers that are on it; no screen when one of them is not.
     std::shared_ptr<MemoryScreen> find(
         const Guard& guard, const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers,
@@ -35,11 +31,6 @@ private:
     /// The screen that the layer is on now; empty when it is on none of this device.
     std::shared_ptr<MemoryScreen> screenOf(
         const Guard& guard, const std::shared_ptr<MemoryLayer>& layer) const;
-
-    const std::shared_ptr<ModelHub> m_pHub;
-    MemoryDeviceList& m_list;
-    Processor& m_processor;
-    const std::weak_ptr<BizModel::Device> m_pDevice;
 };
 
 } // namespace Orvane::MemoryModel

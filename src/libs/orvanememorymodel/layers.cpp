@@ -1,11 +1,10 @@
 #include "layers.h"
 
-#include "modelsignals.h"
-
 #include <algorithm>
 
 namespace Orvane::MemoryModel {
 
+using BizModel::DeviceList;
 using BizModel::SceneType;
 
 namespace {
@@ -111,10 +110,7 @@ std::shared_ptr<MemoryLayer> addLayer(
         return nullptr;
     }
     present += added;
-    change.announce([device = device.weak_from_this(), screen = std::weak_ptr<MemoryScreen>(screen),
-                     layer = std::weak_ptr<MemoryLayer>(added)](ModelSignals& list) {
-        Q_EMIT list.signalLayerAdded(device, screen, layer);
-    });
+    change.announce(&DeviceList::signalLayerAdded, device.weak_from_this(), screen, added);
     return added;
 }
 
@@ -127,8 +123,7 @@ void removeLayers(
         if (!state.pvw.removeOne(layer) && !state.pgm.removeOne(layer))
             continue;
         selectionChanged |= std::exchange(layer->data(change).selected, false);
-        change.announce([device = screen->device(), screen = std::weak_ptr<MemoryScreen>(screen), layer](
-                            ModelSignals& list) { Q_EMIT list.signalLayerRemoved(device, screen, layer); });
+        change.announce(&DeviceList::signalLayerRemoved, screen->device(), screen, layer);
     }
     if (selectionChanged)
         announceSelectedLayers(change, screen);
@@ -153,10 +148,8 @@ void setSelectedLayers(
 void announceSelectedLayers(Change& change, const std::shared_ptr<MemoryScreen>& screen, bool notify)
 {
     change.markChanged();
-    if (!notify)
-        return;
-    change.announce([device = screen->device(), screen = std::weak_ptr<MemoryScreen>(screen)](
-                        ModelSignals& list) { Q_EMIT list.signalSelectedLayersChanged(device, screen); });
+    if (notify)
+        change.announce(&DeviceList::signalSelectedLayersChanged, screen->device(), screen);
 }
 
 bool moveLayer(
@@ -224,12 +217,10 @@ LayerJob jobOf(const Guard& guard, const MemoryScreen& screen, const MemoryLayer
 
 void setSource(Change& change, const std::shared_ptr<MemoryLayer>& layer, quint32 inputId)
 {
-    if (std::exchange(layer->data(change).inputId, inputId) == inputId)
-        return;
     const std::shared_ptr<MemoryScreen> screen = screenOf(*layer);
-    change.announce([device = screen ? screen->device() : std::weak_ptr<BizModel::Device>(),
-                     screen = std::weak_ptr<MemoryScreen>(screen), layer = std::weak_ptr<MemoryLayer>(layer)](
-                        ModelSignals& list) { Q_EMIT list.signalLayerSourceChanged(device, screen, layer); });
+    const auto device = screen ? screen->device() : std::weak_ptr<BizModel::Device>();
+    change.set(
+        layer->data(change).inputId, inputId, &DeviceList::signalLayerSourceChanged, device, screen, layer);
 }
 
 bool hasResources(

@@ -17,41 +17,40 @@ MemoryControllerFactory::MemoryControllerFactory(
 {
 }
 
+/// Empty when the device is none of the model's.
+template <typename Controller, typename... More>
+std::shared_ptr<Controller> MemoryControllerFactory::make(
+    const std::weak_ptr<BizModel::Device>& device, More... more)
+{
+    if (!m_list.own(Guard(*m_pHub), device))
+        return nullptr;
+    return std::make_shared<Controller>(ControllerParts(m_pHub, m_list, m_processor, device), more...);
+}
+
 std::shared_ptr<ModelControl::Device> MemoryControllerFactory::createDevice(
     const std::weak_ptr<BizModel::Device>& device)
 {
-    if (!isPresent(device))
-        return nullptr;
-    return std::make_shared<DeviceController>(m_pHub, m_list, m_processor, device);
+    return make<DeviceController>(device);
 }
 
 std::shared_ptr<ModelControl::Screen> MemoryControllerFactory::createScreen(
     ScreenType type, const std::weak_ptr<BizModel::Device>& device)
 {
-    if (!isPresent(device) || (type != ScreenType::RegularScreen && type != ScreenType::AUXScreen))
-        return nullptr;
-    return std::make_shared<ScreenController>(m_pHub, m_list, m_processor, type, device);
+    const bool isKnown = type == ScreenType::RegularScreen || type == ScreenType::AUXScreen;
+    return isKnown ? make<ScreenController>(device, type) : nullptr;
 }
 
 std::shared_ptr<ModelControl::Layer> MemoryControllerFactory::createLayer(
     BizModel::LayerType type, const std::weak_ptr<BizModel::Device>& device)
 {
-    if (!isPresent(device) || !(type & BizModel::Enum::Layer::RegularAndAUXLayers))
-        return nullptr;
-    return std::make_shared<LayerController>(m_pHub, m_list, m_processor, device);
+    const bool isKnown = (type & BizModel::Enum::Layer::RegularAndAUXLayers) != 0;
+    return isKnown ? make<LayerController>(device) : nullptr;
 }
 
 std::shared_ptr<ModelControl::Preset> MemoryControllerFactory::createPreset(
     const std::weak_ptr<BizModel::Device>& device)
 {
-    if (!isPresent(device))
-        return nullptr;
-    return std::make_shared<PresetController>(m_pHub, m_list, m_processor, device);
-}
-
-bool MemoryControllerFactory::isPresent(const std::weak_ptr<BizModel::Device>& device) const
-{
-    return m_list.own(Guard(*m_pHub), device) != nullptr;
+    return make<PresetController>(device);
 }
 
 } // namespace Orvane::MemoryModel

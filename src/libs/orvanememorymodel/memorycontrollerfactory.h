@@ -22,7 +22,8 @@ public:
         const std::weak_ptr<BizModel::Device>& device) override;
 
 private:
-    bool isPresent(const std::weak_ptr<BizModel::Device>& device) const;
+    template <typename Controller, typename... More>
+    std::shared_ptr<Controller> make(const std::weak_ptr<BizModel::Device>& device, More... more);
 
     const std::shared_ptr<ModelHub> m_pHub;
     MemoryDeviceList& m_list;

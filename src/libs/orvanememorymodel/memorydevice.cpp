@@ -1,6 +1,5 @@
 #include "memorydevice.h"
 
-#include "modelsignals.h"
 #include "operationtext.h"
 
 #include <algorithm>
@@ -8,6 +7,7 @@
 
 namespace Orvane::MemoryModel {
 
+using BizModel::DeviceList;
 using BizModel::SceneType;
 using ScreenState = BizModel::Screen::State;
 
@@ -360,8 +360,7 @@ void MemoryDevice::addScreen(Change& change, const std::shared_ptr<MemoryScreen>
 {
     added->data(change).registered = true;
     data(change).screens += added;
-    change.announce([device = weak_from_this(), screen = std::weak_ptr<MemoryScreen>(added)](
-                        ModelSignals& list) { Q_EMIT list.signalScreenAdded(device, screen); });
+    change.announce(&DeviceList::signalScreenAdded, weak_from_this(), added);
 }
 
 bool MemoryDevice::removeScreen(Change& change, const std::shared_ptr<MemoryScreen>& removed)
@@ -373,9 +372,7 @@ bool MemoryDevice::removeScreen(Change& change, const std::shared_ptr<MemoryScre
     const bool wasSelected = std::exchange(state.selected, false);
     state.registered = false;
     state.state = ScreenState::Normal;
-    change.announce([device = weak_from_this(), screen = removed](ModelSignals& list) {
-        Q_EMIT list.signalScreenRemoved(device, screen);
-    });
+    change.announce(&DeviceList::signalScreenRemoved, weak_from_this(), removed);
     if (wasSelected)
         announceSelectedScreens(change);
     if (device.activeScreen == removed)
@@ -387,21 +384,14 @@ bool MemoryDevice::removeScreen(Change& change, const std::shared_ptr<MemoryScre
 void MemoryDevice::announceSelectedScreens(Change& change, bool notify)
 {
     change.markChanged();
-    if (!notify)
-        return;
-    change.announce([device = weak_from_this()](ModelSignals& list) {
-        Q_EMIT list.signalSelectedRegularScreensChanged(device);
-    });
+    if (notify)
+        change.announce(&DeviceList::signalSelectedRegularScreensChanged, weak_from_this());
 }
 
 void MemoryDevice::setActiveScreen(Change& change, const std::shared_ptr<MemoryScreen>& screen)
 {
-    Data& device = data(change);
-    if (device.activeScreen == screen)
-        return;
-    device.activeScreen = screen;
-    change.announce([device = weak_from_this(), screen = std::weak_ptr<MemoryScreen>(screen)](
-                        ModelSignals& list) { Q_EMIT list.signalActivedScreenChanged(device, screen); });
+    change.set(
+        data(change).activeScreen, screen, &DeviceList::signalActivedScreenChanged, weak_from_this(), screen);
 }
 
 std::shared_ptr<MemoryScreen> MemoryDevice::makeScreen(const ScreenRecord& record)

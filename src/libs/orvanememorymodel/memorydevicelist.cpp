@@ -107,7 +107,7 @@ void MemoryDeviceList::retire(Change& change, const std::shared_ptr<MemoryDevice
     data(change).devices.removeOne(device);
     for (const std::shared_ptr<MemoryScreen>& screen : std::as_const(device->data(change).screens))
         screen->data(change).registered = false;
-    change.announce([device](ModelSignals& list) { Q_EMIT list.signalDeviceRemoved(device); });
+    change.announce(&DeviceList::signalDeviceRemoved, device);
 }
 
 MemoryDeviceList::Devices MemoryDeviceList::group(

@@ -1,6 +1,5 @@
 #include "memorydevice.h"
 
-#include "modelsignals.h"
 #include "operationtext.h"
 
 #include <algorithm>
@@ -8,7 +7,7 @@
 
 namespace Orvane::MemoryModel {
 
-using ScreenState = BizModel::Screen::State;
+using BizModel::DeviceList;
 
 QList<std::weak_ptr<BizModel::Preset>> MemoryDevice::presets() const
 {
@@ -78,19 +77,13 @@ void MemoryDevice::addKeypadFile(const std::shared_ptr<BizModel::Keypad>& keypad
 void MemoryDevice::setKeypad(Change& change, const std::shared_ptr<BizModel::Keypad>& keypad)
 {
     data(change).keypad = keypad;
-    change.announce([device = weak_from_this(), keypad = std::weak_ptr<BizModel::Keypad>(keypad)](
-                        ModelSignals& list) { Q_EMIT list.signalKeypadChanged(device, keypad); });
+    change.announce(&DeviceList::signalKeypadChanged, weak_from_this(), keypad);
 }
 
 void MemoryDevice::setActivePreset(Change& change, const std::shared_ptr<MemoryPreset>& preset)
 {
-    Data& device = data(change);
-    if (device.activePreset == preset)
-        return;
-    device.activePreset = preset;
-    change.announce([device = weak_from_this()](ModelSignals& list) {
-        Q_EMIT list.signalActivedPresetKeyNoChanged(device);
-    });
+    change.set(
+        data(change).activePreset, preset, &DeviceList::signalActivedPresetKeyNoChanged, weak_from_this());
 }
 
 void MemoryDevice::beginLoad(Change& change, quint16 fileId)

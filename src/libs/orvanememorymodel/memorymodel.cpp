@@ -128,7 +128,7 @@ void MemoryModel::replace(const ShowRecord& show)
         m_p->list.retire(change, device);
     state.devices = devices;
     state.activeDevice = m_p->list.device(change, show.activeDevice);
-    change.announce([](ModelSignals& list) { Q_EMIT list.signalActivedDeviceChanged(); });
+    change.announce(&BizModel::DeviceList::signalActivedDeviceChanged);
 }
 
 bool MemoryModel::saveShow(QString& error) const

@@ -23,78 +23,39 @@ template <typename... Handlers> struct Overloaded : Handlers... {
 };
 template <typename... Handlers> Overloaded(Handlers...) -> Overloaded<Handlers...>;
 
-struct TaskText {
-    Operation operation;
-    QString arguments;
-};
-
-TaskText describe(const ParallelTask& task)
-{
-    const auto onScreens = [](const auto& each, Operation operation) {
-        return TaskText{
-            operation, deviceText(each.device) + QStringLiteral(" types=%1").arg(each.screenTypeMask)};
-    };
-    const auto flag = [](TaskText text, int value) {
-        text.arguments += QStringLiteral(" value=%1").arg(value);
-        return text;
-    };
-    return std::visit(
-        Overloaded{
-            [&](const ParallelTakeScreen& each) { return onScreens(each, Operation::ParallelTakeScreen); },
-            [&](const ParallelCutScreen& each) { return onScreens(each, Operation::ParallelCutScreen); },
-            [&](const ParallelMatchPGM& each) { return onScreens(each, Operation::ParallelMatchPGM); },
-            [&](const ParallelFreezeScreen& each) {
-                return flag(onScreens(each, Operation::ParallelFreezeScreen), each.freeze);
-            },
-            [&](const ParallelFTBScreen& each) {
-                return flag(onScreens(each, Operation::ParallelFTBScreen), each.fadeToBlack);
-            },
-            [&](const ParallelSetSwapStatus& each) {
-                return flag({Operation::ParallelSetSwapStatus, deviceText(each.device)}, each.swap);
-            },
-            [&](const ParallelSetLoadToPresetPGMStatus& each) {
-                return flag(
-                    {Operation::ParallelSetLoadToPresetPGMStatus, deviceText(each.device)}, each.status);
-            }},
-        task);
-}
-
-/// State of the screens while a task changes their scenes; `Normal` for a task that changes none.
-ScreenState busyState(const ParallelTask& task)
-{
-    if (std::holds_alternative<ParallelTakeScreen>(task))
-        return ScreenState::Taking;
-    if (std::holds_alternative<ParallelCutScreen>(task))
-        return ScreenState::Cut;
-    if (std::holds_alternative<ParallelMatchPGM>(task))
-        return ScreenState::MatchingPGM;
-    return ScreenState::Normal;
-}
-
-int screenTypeMask(const ParallelTask& task)
+/// None for a task of the device.
+std::optional<int> screenTypeMask(const ParallelTask& task)
 {
     return std::visit(
         Overloaded{
-            [](const ParallelSetSwapStatus&) { return 0; },
-            [](const ParallelSetLoadToPresetPGMStatus&) { return 0; },
-            [](const auto& each) { return each.screenTypeMask; }},
+            [](const ParallelSetSwapStatus&) { return std::optional<int>(); },
+            [](const ParallelSetLoadToPresetPGMStatus&) { return std::optional<int>(); },
+            [](const auto& each) { return std::optional(each.screenTypeMask); }},
         task);
 }
 
-void tellDone(const ParallelTask& task, bool ok, const QString& text)
+OperationCall describe(const ParallelTask& task)
 {
-    const auto tell = [&](const Completion& done) {
-        if (done)
-            done(ok, text);
-    };
-    if (const auto* take = std::get_if<ParallelTakeScreen>(&task))
-        tell(take->done);
-    else if (const auto* cut = std::get_if<ParallelCutScreen>(&task))
-        tell(cut->done);
+    QString arguments = deviceText(Bridge::deviceOf(task));
+    if (const auto mask = screenTypeMask(task))
+        arguments += QStringLiteral(" types=%1").arg(*mask);
+    const auto value = std::visit(
+        Overloaded{
+            [](const ParallelFreezeScreen& each) { return std::optional<int>(each.freeze); },
+            [](const ParallelFTBScreen& each) { return std::optional<int>(each.fadeToBlack); },
+            [](const ParallelSetSwapStatus& each) { return std::optional<int>(each.swap); },
+            [](const ParallelSetLoadToPresetPGMStatus& each) { return std::optional<int>(each.status); },
+            [](const auto&) { return std::optional<int>(); }},
+        task);
+    if (value)
+        arguments += QStringLiteral(" value=%1").arg(*value);
+    return {*findOperation(taskName(task)), arguments};
 }
 
-MemoryDevice::Screens selectedScreens(const Guard& guard, const MemoryDevice& device, int mask)
+MemoryDevice::Screens selectedScreens(
+    const Guard& guard, const MemoryDevice& device, const ParallelTask& task)
 {
+    const int mask = screenTypeMask(task).value_or(0);
     MemoryDevice::Screens selected;
     for (const std::shared_ptr<MemoryScreen>& screen : device.data(guard).screens) {
         if ((screen->screenType() & mask) && std::as_const(*screen).data(guard).selected)
@@ -152,7 +113,7 @@ struct MemoryParallelManager::Run {
     std::shared_ptr<Request> request;
     std::shared_ptr<MemoryDevice> device;
     ParallelTask task;
-    TaskText text;
+    OperationCall text;
     /// Screens whose scenes the task changes.
     MemoryDevice::Screens screens;
     /// Parts that the processor has not ended.
@@ -273,16 +234,15 @@ void MemoryParallelManager::begin(const std::deque<std::shared_ptr<Run>>& runs)
     bool anyScreen = false;
     Change change(*m_pHub);
     for (const std::shared_ptr<Run>& run : runs) {
-        const ScreenState busy = busyState(run->task);
-        const auto device = std::visit([](const auto& task) { return task.device; }, run->task);
-        run->device = m_list.own(change, device);
+        const ScreenState busy = Bridge::busyState(run->task);
+        run->device = m_list.own(change, Bridge::deviceOf(run->task));
         if (!run->device) {
             run->obstacle = QStringLiteral("The device is gone.");
             continue;
         }
         if (busy == ScreenState::Normal)
             continue;
-        const auto candidates = run->device->takeScreens(change, screenTypeMask(run->task), true);
+        const auto candidates = run->device->takeScreens(change, screenTypeMask(run->task).value_or(0), true);
         for (const std::shared_ptr<MemoryScreen>& screen : candidates) {
             MemoryScreen::Data& state = screen->data(change);
             if (!state.isIdle())
@@ -296,7 +256,7 @@ void MemoryParallelManager::begin(const std::deque<std::shared_ptr<Run>>& runs)
         }
     }
     for (const std::shared_ptr<Run>& run : runs) {
-        if (!anyScreen && busyState(run->task) != ScreenState::Normal && run->obstacle.isEmpty())
+        if (!anyScreen && Bridge::busyState(run->task) != ScreenState::Normal && run->obstacle.isEmpty())
             run->obstacle = QStringLiteral("No selected screen with outputs is free.");
     }
 }
@@ -331,11 +291,11 @@ void MemoryParallelManager::handOver(const std::shared_ptr<Run>& run)
             screen->data(change).transitionStart = now;
             parts[screen->data(change).transitionTime] += screen;
         }
-    } else if (busyState(run->task) != ScreenState::Normal) {
+    } else if (Bridge::busyState(run->task) != ScreenState::Normal) {
         if (!run->screens.isEmpty())
             parts[{}] = run->screens;
     } else {
-        parts[{}] = selectedScreens(Guard(*m_pHub), *run->device, screenTypeMask(run->task));
+        parts[{}] = selectedScreens(Guard(*m_pHub), *run->device, run->task);
     }
     if (parts.empty())
         return end(run, true, {});
@@ -367,7 +327,7 @@ OpenRequest MemoryParallelManager::openPart(
 void MemoryParallelManager::partEnded(
     const std::shared_ptr<Run>& run, const MemoryDevice::Screens& screens, bool ok, const QString& text)
 {
-    const ScreenState busy = busyState(run->task);
+    const ScreenState busy = Bridge::busyState(run->task);
     if (!ok) {
         release(screens, busy);
         run->ok = false;
@@ -384,7 +344,7 @@ void MemoryParallelManager::partEnded(
 /// Takes, cuts or matches those of the screens that are still at it.
 void MemoryParallelManager::changeScenes(const Run& run, const MemoryDevice::Screens& screens)
 {
-    const ScreenState busy = busyState(run.task);
+    const ScreenState busy = Bridge::busyState(run.task);
     MemoryDevice::Screens changed;
     Change change(*m_pHub);
     for (const std::shared_ptr<MemoryScreen>& screen : screens) {
@@ -419,47 +379,33 @@ void MemoryParallelManager::release(const MemoryDevice::Screens& screens, Screen
 
 void MemoryParallelManager::abandon(const std::shared_ptr<Run>& run, const QString& reason)
 {
-    release(run->screens, busyState(run->task));
+    release(run->screens, Bridge::busyState(run->task));
     end(run, false, reason);
 }
 
 /// Carries out a task that sets a flag of the device or of the screens that were selected.
 void MemoryParallelManager::applyFlags(const Run& run, const MemoryDevice::Screens& screens)
 {
+    using BizModel::DeviceList;
     Change change(*m_pHub);
     const std::shared_ptr<MemoryDevice>& device = run.device;
-    const std::weak_ptr<BizModel::Device> announced = device;
     MemoryDevice::Data& state = device->data(change);
     const auto setOnScreens = [&](bool MemoryScreen::Data::*flag, bool value, auto signal) {
         for (const std::shared_ptr<MemoryScreen>& screen : screens) {
-            MemoryScreen::Data& data = screen->data(change);
-            if (!data.registered || data.*flag == value)
-                continue;
-            data.*flag = value;
-            change.announce(
-                [announced, signal, weak = std::weak_ptr<MemoryScreen>(screen)](ModelSignals& list) {
-                    Q_EMIT(list.*signal)
-                    (announced, weak);
-                });
+            if (screen->data(change).registered)
+                change.set(screen->data(change).*flag, value, signal, device, screen);
         }
     };
-    const auto setOnDevice = [&](bool& flag, bool value, auto signal) {
-        if (std::exchange(flag, value) != value)
-            change.announce([announced, signal](ModelSignals& list) { Q_EMIT(list.*signal)(announced); });
-    };
     if (const auto* freeze = std::get_if<ParallelFreezeScreen>(&run.task))
-        setOnScreens(
-            &MemoryScreen::Data::freeze, freeze->freeze, &BizModel::DeviceList::signalScreenPGMFreezeChanged);
+        setOnScreens(&MemoryScreen::Data::freeze, freeze->freeze, &DeviceList::signalScreenPGMFreezeChanged);
     else if (const auto* ftb = std::get_if<ParallelFTBScreen>(&run.task))
-        setOnScreens(
-            &MemoryScreen::Data::fadeToBlack, ftb->fadeToBlack,
-            &BizModel::DeviceList::signalScreenFTBChanged);
+        setOnScreens(&MemoryScreen::Data::fadeToBlack, ftb->fadeToBlack, &DeviceList::signalScreenFTBChanged);
     else if (const auto* swap = std::get_if<ParallelSetSwapStatus>(&run.task))
-        setOnDevice(state.swap, swap->swap, &BizModel::DeviceList::signalSwapStateChanged);
+        change.set(state.swap, swap->swap, &DeviceList::signalSwapStateChanged, device);
     else if (const auto* load = std::get_if<ParallelSetLoadToPresetPGMStatus>(&run.task))
-        setOnDevice(
+        change.set(
             state.loadToPGM, load->status == BizModel::Enum::Device::LoadToPGM,
-            &BizModel::DeviceList::signalLoadToPGMStateChanged);
+            &DeviceList::signalLoadToPGMStateChanged, device);
 }
 
 void MemoryParallelManager::end(const std::shared_ptr<Run>& run, bool ok, const QString& text)
@@ -470,7 +416,8 @@ void MemoryParallelManager::end(const std::shared_ptr<Run>& run, bool ok, const 
             return; // it has ended already
     }
     m_pHub->operations.end(run->text.operation, run->text.arguments, ok ? std::nullopt : std::optional(text));
-    tellDone(run->task, ok, text);
+    if (const Completion done = doneOf(run->task))
+        done(ok, text);
     if (const std::shared_ptr<Run> next = run->request->next())
         post(next);
     run->request->taskEnded(ok, text);

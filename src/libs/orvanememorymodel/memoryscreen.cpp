@@ -1,6 +1,5 @@
 #include "memoryscreen.h"
 
-#include "modelsignals.h"
 #include "operationtext.h"
 
 #include <algorithm>
@@ -59,14 +58,12 @@ bool MemoryScreen::setUiScreenIndex(Change& change, int index)
     Data& screen = data(change);
     if (index < -1 || index > MaxScreenIndex)
         return false;
-    if (screen.uiScreenIndex == index)
-        return true;
-    screen.uiScreenIndex = index;
-    if (screen.registered) {
-        change.announce([device = m_pDevice, self = weak_from_this()](ModelSignals& list) {
-            Q_EMIT list.signalScreenIndexChanged(device, self);
-        });
-    }
+    if (screen.registered)
+        change.set(
+            screen.uiScreenIndex, index, &BizModel::DeviceList::signalScreenIndexChanged, m_pDevice,
+            weak_from_this());
+    else
+        screen.uiScreenIndex = index;
     return true;
 }
 

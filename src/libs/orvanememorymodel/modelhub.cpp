@@ -1,7 +1,5 @@
 #include "modelhub.h"
 
-#include "modelsignals.h"
-
 namespace Orvane::MemoryModel {
 
 void ModelHub::setSignals(ModelSignals* signalsOfModel)
@@ -16,16 +14,10 @@ Change::~Change()
     m_lock.unlock();
     if (!list)
         return;
-    for (const Announcement& announcement : m_announcements)
+    for (const auto& announcement : m_announcements)
         announcement(*list);
     if (m_bChanged)
         Q_EMIT list->signalModelChanged();
-}
-
-void Change::announce(Announcement announcement)
-{
-    m_announcements.push_back(std::move(announcement));
-    m_bChanged = true;
 }
 
 void Change::forgetAnnouncements()

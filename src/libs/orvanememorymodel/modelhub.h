@@ -1,15 +1,15 @@
 #pragma once
 
+#include "modelsignals.h"
 #include "operations.h"
 
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <utility>
 #include <vector>
 
 namespace Orvane::MemoryModel {
-
-class ModelSignals;
 
 /// What all objects of one model share: its lock, its journal, and the way to announce changes. Objects that
 /// were removed from the model keep it, so it outlives the model as long as somebody holds one of them.
@@ -48,8 +48,6 @@ private:
 /// changed, so that no signal is ever emitted under the lock.
 class Change final : public Guard {
 public:
-    using Announcement = std::function<void(ModelSignals&)>;
-
     explicit Change(ModelHub& hub)
         : Guard(hub)
         , m_hub(hub)
@@ -57,7 +55,19 @@ public:
     }
     ~Change();
 
-    void announce(Announcement announcement);
+    /// Has the device list emit the signal; objects that it names stay until then.
+    template <typename Signal, typename... Arguments> void announce(Signal signal, Arguments... arguments)
+    {
+        m_announcements.push_back([=](ModelSignals& list) { Q_EMIT(list.*signal)(arguments...); });
+        m_bChanged = true;
+    }
+    /// Sets the value and announces it, unless it is so already.
+    template <typename T, typename Signal, typename... Arguments>
+    void set(T& value, const std::decay_t<T>& wanted, Signal signal, const Arguments&... arguments)
+    {
+        if (std::exchange(value, wanted) != wanted)
+            announce(signal, arguments...);
+    }
     /// For a change that no signal of its own tells.
     void markChanged() { m_bChanged = true; }
     /// Announces nothing: the change was undone.
@@ -65,7 +75,7 @@ public:
 
 private:
     ModelHub& m_hub;
-    std::vector<Announcement> m_announcements;
+    std::vector<std::function<void(ModelSignals&)>> m_announcements;
     bool m_bChanged = false;
 };
 

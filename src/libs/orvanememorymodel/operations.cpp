@@ -14,61 +14,57 @@ namespace Orvane::MemoryModel {
 
 namespace {
 
-struct Name {
-    Operation operation;
-    const char* name;
-};
-
+/// In the order of the enumerators.
 constexpr std::array names = {
-    Name{Operation::SetPresetOperateMode, "setPresetOperateMode"},
-    Name{Operation::SetActivedScreen, "setActivedScreen"},
-    Name{Operation::CreateDefaultScreen, "createDefaultScreen"},
-    Name{Operation::AppendViewingScreen, "appendViewingScreen"},
-    Name{Operation::SetScreenState, "setState"},
-    Name{Operation::SetUiScreenIndex, "setUiScreenIndex"},
-    Name{Operation::AddOutput, "addOutput"},
-    Name{Operation::SetScreensSelected, "setSelected"},
-    Name{Operation::CancelScreensSelected, "cancelSelected"},
-    Name{Operation::UpdateEffectSpeed, "updateEffectSpeed"},
-    Name{Operation::UpdateEffectType, "updateEffectType"},
-    Name{Operation::UpdatePGMEditStatus, "updatePGMEditStatus"},
-    Name{Operation::AddLayer, "addLayer"},
-    Name{Operation::RemoveLayers, "removeLayers"},
-    Name{Operation::TopZOrder, "topZOrder"},
-    Name{Operation::IncrZOrder, "incrZOrder"},
-    Name{Operation::BottomZOrder, "bottomZOrder"},
-    Name{Operation::DecrZOrder, "decrZOrder"},
-    Name{Operation::SetLayersSelected, "setLayersSelected"},
-    Name{Operation::CancelLayersSelected, "cancelLayersSelected"},
-    Name{Operation::UpdateWindow, "updateWindow"},
-    Name{Operation::BindSource, "bindSource"},
-    Name{Operation::CheckOperationResources, "CheckOperationResources"},
-    Name{Operation::CreatePresetFile, "createPresetFile"},
-    Name{Operation::RemoveFile, "removeFile"},
-    Name{Operation::CoverPreset, "coverPreset"},
-    Name{Operation::CheckPresetData, "checkPresetData"},
-    Name{Operation::CreateKeypadInfo, "createKeypadInfo"},
-    Name{Operation::UpdatePresetModelData, "updatePresetModelData"},
-    Name{Operation::EditPresetValidityCheck, "editPresetValidityCheck"},
-    Name{Operation::PresetSelectedScreens, "presetSelectedScreens"},
-    Name{Operation::SetActivedPreset, "setActivedPreset"},
-    Name{Operation::AddKeypadFile, "addKeypadFile"},
-    Name{Operation::AsyncCreateScreen, "AsyncCreateScreen"},
-    Name{Operation::AsyncRemoveLayer, "AsyncRemoveLayer"},
-    Name{Operation::AsyncAddCopyLayers, "AsyncAddCopyLayers"},
-    Name{Operation::AsyncSaveDeviceData, "AsyncSaveDeviceData"},
-    Name{Operation::AsyncRemoveFile, "AsyncRemoveFile"},
-    Name{Operation::ParallelTakeScreen, "ParallelTakeScreen"},
-    Name{Operation::ParallelCutScreen, "ParallelCutScreen"},
-    Name{Operation::ParallelMatchPGM, "ParallelMatchPGM"},
-    Name{Operation::ParallelFreezeScreen, "ParallelFreezeScreen"},
-    Name{Operation::ParallelFTBScreen, "ParallelFTBScreen"},
-    Name{Operation::ParallelSetSwapStatus, "ParallelSetSwapStatus"},
-    Name{Operation::ParallelSetLoadToPresetPGMStatus, "ParallelSetLoadToPresetPGMStatus"},
-    Name{Operation::SetSamplingType, "setSamplingType"},
-    Name{Operation::SampleTBar, "TBarSampling"},
-    Name{Operation::SampleLoadPreset, "LoadPresetSampling"},
-};
+    "setPresetOperateMode",
+    "setActivedScreen",
+    "createDefaultScreen",
+    "appendViewingScreen",
+    "setState",
+    "setUiScreenIndex",
+    "addOutput",
+    "setSelected",
+    "cancelSelected",
+    "updateEffectSpeed",
+    "updateEffectType",
+    "updatePGMEditStatus",
+    "addLayer",
+    "removeLayers",
+    "topZOrder",
+    "incrZOrder",
+    "bottomZOrder",
+    "decrZOrder",
+    "setLayersSelected",
+    "cancelLayersSelected",
+    "updateWindow",
+    "bindSource",
+    "CheckOperationResources",
+    "createPresetFile",
+    "removeFile",
+    "coverPreset",
+    "checkPresetData",
+    "createKeypadInfo",
+    "updatePresetModelData",
+    "editPresetValidityCheck",
+    "presetSelectedScreens",
+    "setActivedPreset",
+    "addKeypadFile",
+    "AsyncCreateScreen",
+    "AsyncRemoveLayer",
+    "AsyncAddCopyLayers",
+    "AsyncSaveDeviceData",
+    "AsyncRemoveFile",
+    "ParallelTakeScreen",
+    "ParallelCutScreen",
+    "ParallelMatchPGM",
+    "ParallelFreezeScreen",
+    "ParallelFTBScreen",
+    "ParallelSetSwapStatus",
+    "ParallelSetLoadToPresetPGMStatus",
+    "setSamplingType",
+    "TBarSampling",
+    "LoadPresetSampling"};
+static_assert(names.size() == std::size_t(Operation::SampleLoadPreset) + 1);
 
 QString currentThreadName()
 {
@@ -90,25 +86,20 @@ template <typename T> T takeFirst(std::deque<T>& queue)
 
 QString operationName(Operation operation)
 {
-    const auto* const found = std::find_if(
-        names.begin(), names.end(), [operation](const Name& entry) { return entry.operation == operation; });
-    return found == names.end() ? QString() : QString::fromLatin1(found->name);
+    return QString::fromLatin1(names.at(std::size_t(operation)));
 }
 
 std::optional<Operation> findOperation(const QString& name)
 {
-    const auto* const found = std::find_if(
-        names.begin(), names.end(), [&name](const Name& entry) { return name == QLatin1String(entry.name); });
-    if (found == names.end())
-        return std::nullopt;
-    return found->operation;
+    const int place = operationNames().indexOf(name);
+    return place < 0 ? std::nullopt : std::optional(Operation(place));
 }
 
 QStringList operationNames()
 {
     QStringList list;
-    for (const Name& entry : names)
-        list += QString::fromLatin1(entry.name);
+    for (const char* const name : names)
+        list += QString::fromLatin1(name);
     return list;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "operations.h"
 #include "orvaneplatform/bizmodel/fwd.h"
 
 #include <QList>
@@ -10,6 +11,12 @@
 
 /// How operations' arguments are written in the journal. Not to be called with the model's lock held.
 namespace Orvane::MemoryModel {
+
+/// An operation with its arguments, as it stands in the journal when it is asked for, begins and ends.
+struct OperationCall {
+    Operation operation;
+    QString arguments;
+};
 
 /// `device=<identity>`, empty when the device is gone.
 QString deviceText(const std::weak_ptr<BizModel::Device>& device);

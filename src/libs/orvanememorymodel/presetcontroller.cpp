@@ -7,25 +7,16 @@
 
 namespace Orvane::MemoryModel {
 
-PresetController::PresetController(
-    std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, Processor& processor,
-    std::weak_ptr<BizModel::Device> device)
-    : m_pHub(std::move(hub))
-    , m_list(list)
-    , m_processor(processor)
-    , m_pDevice(std::move(device))
+PresetController::PresetController(const ControllerParts& parts)
+    : ControllerParts(parts)
 {
 }
 
 bool PresetController::coverPreset(
     const std::weak_ptr<BizModel::Preset>& preset, FileType type, QString& error)
 {
-    error.clear();
-    const auto failure = start(Operation::CoverPreset, preset, QStringLiteral(" type=%1").arg(int(type)));
-    if (failure) {
-        error = *failure;
+    if (!start(Operation::CoverPreset, preset, QStringLiteral(" type=%1").arg(int(type)), error))
         return false;
-    }
     const std::shared_ptr<BizModel::Device> device = m_pDevice.lock();
     const std::shared_ptr<BizModel::Preset> present = preset.lock();
     if (device && present && !m_processor.storePreset(device->ipMacSn(), type, present->fileId(), error))
@@ -37,11 +28,8 @@ bool PresetController::coverPreset(
 
 bool PresetController::checkPresetData(const std::weak_ptr<BizModel::Preset>& preset, QString& error) const
 {
-    error.clear();
-    if (const auto failure = start(Operation::CheckPresetData, preset)) {
-        error = *failure;
+    if (!start(Operation::CheckPresetData, preset, {}, error))
         return false;
-    }
     Change change(*m_pHub);
     const Found found = find(change, preset, error);
     if (!found.preset)
@@ -56,7 +44,8 @@ bool PresetController::createKeypadInfo(
     const std::weak_ptr<BizModel::Preset>& preset, const Screens& screens,
     ProtoModel::File::s_KeypadInfo& keypadInfo) const
 {
-    if (start(Operation::CreateKeypadInfo, preset, QLatin1Char(' ') + screensText(screens)))
+    QString error;
+    if (!start(Operation::CreateKeypadInfo, preset, QLatin1Char(' ') + screensText(screens), error))
         return false;
     QList<quint32> ids;
     for (const std::weak_ptr<BizModel::Screen>& screen : screens) {
@@ -64,7 +53,6 @@ bool PresetController::createKeypadInfo(
             ids += present->screenId();
     }
     const Guard guard(*m_pHub);
-    QString error;
     const Found found = find(guard, preset, error);
     if (found.preset)
         keypadInfo = keypadAfterLoad(guard, found.group, *found.preset, ids);
@@ -74,9 +62,8 @@ bool PresetController::createKeypadInfo(
 bool PresetController::updatePresetModelData(
     const std::weak_ptr<BizModel::Preset>& preset, const Screens& screens, QString& error)
 {
-    error.clear();
-    const auto failure =
-        start(Operation::UpdatePresetModelData, preset, QLatin1Char(' ') + screensText(screens));
+    const bool isAccepted =
+        start(Operation::UpdatePresetModelData, preset, QLatin1Char(' ') + screensText(screens), error);
     Change change(*m_pHub);
     const Found found = find(change, preset, error);
     if (!found.preset)
@@ -86,9 +73,7 @@ bool PresetController::updatePresetModelData(
         if (const std::shared_ptr<MemoryScreen> present = found.owner->own(change, screen))
             wanted += present;
     }
-    if (failure)
-        error = *failure;
-    const bool ok = !failure && takeOver(change, found.owner, found.preset, wanted, error);
+    const bool ok = isAccepted && takeOver(change, found.owner, found.preset, wanted, error);
     const quint16 fileId = found.preset->fileId();
     for (const std::shared_ptr<MemoryDevice>& member : found.group) {
         const auto other = findPreset(change, {member}, fileId);
@@ -117,24 +102,19 @@ bool PresetController::takeOver(
     return true;
 }
 
-/// Writes the operation into the journal; the error text when it has to fail.
-std::optional<QString> PresetController::start(
-    Operation operation, const std::weak_ptr<BizModel::Preset>& preset, const QString& arguments) const
+bool PresetController::start(
+    Operation operation, const std::weak_ptr<BizModel::Preset>& preset, const QString& arguments,
+    QString& error) const
 {
     const std::shared_ptr<BizModel::Preset> present = preset.lock();
-    return m_pHub->operations.perform(
-        operation,
-        QStringLiteral("%1 preset=%2%3")
-            .arg(deviceText(m_pDevice), present ? QString::number(present->fileId()) : QStringLiteral("gone"))
-            .arg(arguments));
+    const QString id = present ? QString::number(present->fileId()) : QStringLiteral("gone");
+    return ControllerParts::start(operation, QStringLiteral("preset=") + id + arguments, &error);
 }
 
 PresetController::Found PresetController::find(
     const Guard& guard, const std::weak_ptr<BizModel::Preset>& preset, QString& error) const
 {
-    Found found;
-    if (const std::shared_ptr<MemoryDevice> device = m_list.own(guard, m_pDevice))
-        found.group = m_list.group(guard, device);
+    Found found{group(guard), nullptr, nullptr};
     for (const std::shared_ptr<MemoryDevice>& member : std::as_const(found.group)) {
         if (const auto own = member->own(guard, preset)) {
             found.owner = member;

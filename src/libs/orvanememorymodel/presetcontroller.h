@@ -1,17 +1,14 @@
 #pragma once
 
-#include "memorydevicelist.h"
+#include "controllerparts.h"
 #include "orvaneplatform/modelcontrol/preset.h"
-#include "processor.h"
 
 namespace Orvane::MemoryModel {
 
 /// Works on the presets that a device shares with its group.
-class PresetController final : public ModelControl::Preset {
+class PresetController final : public ModelControl::Preset, private ControllerParts {
 public:
-    PresetController(
-        std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, Processor& processor,
-        std::weak_ptr<BizModel::Device> device);
+    explicit PresetController(const ControllerParts& parts);
 
     bool coverPreset(const std::weak_ptr<BizModel::Preset>& preset, FileType type, QString& error) override;
     /// False when none of the preset's screens is there or one of them is busy.
@@ -31,19 +28,14 @@ private:
         std::shared_ptr<MemoryPreset> preset;
     };
 
-    std::optional<QString> start(
-        Operation operation, const std::weak_ptr<BizModel::Preset>& preset,
-        const QString& arguments = {}) const;
+    bool start(
+        Operation operation, const std::weak_ptr<BizModel::Preset>& preset, const QString& arguments,
+        QString& error) const;
     bool takeOver(
         Change& change, const std::shared_ptr<MemoryDevice>& device,
         const std::shared_ptr<MemoryPreset>& preset, const MemoryDevice::Screens& wanted, QString& error);
     /// No preset, with the reason in @p error, when it is not there.
     Found find(const Guard& guard, const std::weak_ptr<BizModel::Preset>& preset, QString& error) const;
-
-    const std::shared_ptr<ModelHub> m_pHub;
-    MemoryDeviceList& m_list;
-    Processor& m_processor;
-    const std::weak_ptr<BizModel::Device> m_pDevice;
 };
 
 } // namespace Orvane::MemoryModel

@@ -9,6 +9,7 @@
 
 namespace Orvane::MemoryModel {
 
+using BizModel::DeviceList;
 using BizModel::SceneType;
 
 namespace {
@@ -20,16 +21,6 @@ constexpr quint8 YellowKey = 3;
 bool isPresetType(FileType type)
 {
     return type == FileType::PresetPVW || type == FileType::PresetPGM;
-}
-
-void announcePreset(
-    Change& change, const std::shared_ptr<MemoryDevice>& device, const std::shared_ptr<MemoryPreset>& preset,
-    void (BizModel::DeviceList::*signal)(std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Preset>))
-{
-    change.announce([device = std::weak_ptr<MemoryDevice>(device),
-                     preset = std::weak_ptr<MemoryPreset>(preset), signal](ModelSignals& list) {
-        Q_EMIT(list.*signal)(device, preset);
-    });
 }
 
 /// No device of the group keeps a removed preset as its active one.
@@ -84,7 +75,7 @@ bool createPreset(
     else {
         const auto preset = std::make_shared<MemoryPreset>(hub, device.weak_from_this(), record);
         device.insertPreset(change, preset);
-        announcePreset(change, device.shared_from_this(), preset, &BizModel::DeviceList::signalPresetAdded);
+        change.announce(&DeviceList::signalPresetAdded, device.weak_from_this(), preset);
         return true;
     }
     return false;
@@ -101,7 +92,7 @@ bool coverPreset(
         error = QStringLiteral("There is no screen to store.");
     else {
         preset->data(change).screens = screens;
-        announcePreset(change, device, preset, &BizModel::DeviceList::signalPresetCovered);
+        change.announce(&DeviceList::signalPresetCovered, device, preset);
         return true;
     }
     return false;
@@ -112,9 +103,7 @@ bool removePreset(Change& change, const Devices& group, const std::shared_ptr<Me
     for (const std::shared_ptr<MemoryDevice>& member : group) {
         if (!member->data(change).presets.removeOne(preset))
             continue;
-        change.announce([device = std::weak_ptr<MemoryDevice>(member), preset](ModelSignals& list) {
-            Q_EMIT list.signalPresetRemoved(device, preset);
-        });
+        change.announce(&DeviceList::signalPresetRemoved, member, preset);
         forgetActive(change, group, preset);
         return true;
     }
@@ -136,9 +125,7 @@ void removeFiles(Change& change, const Devices& group, const QList<FileType>& ty
             continue;
         }
         member->data(change).presets.clear();
-        change.announce([device = std::weak_ptr<MemoryDevice>(member)](ModelSignals& list) {
-            Q_EMIT list.signalPresetCleared(device);
-        });
+        change.announce(&DeviceList::signalPresetCleared, member);
         for (const std::shared_ptr<MemoryPreset>& preset : present)
             forgetActive(change, group, preset);
     }

@@ -15,21 +15,14 @@ using BizModel::SceneType;
 
 namespace {
 
-struct RequestText {
-    Operation operation;
-    QString arguments;
-};
-
-RequestText describe(const AsyncCreateScreen& request)
+OperationCall describe(const AsyncCreateScreen& request)
 {
-    QList<std::weak_ptr<BizModel::Screen>> screens;
-    for (const std::shared_ptr<BizModel::Screen>& screen : request.screens)
-        screens += screen;
+    const QList<std::weak_ptr<BizModel::Screen>> screens(request.screens.begin(), request.screens.end());
     return {
         Operation::AsyncCreateScreen, deviceText(request.device) + QLatin1Char(' ') + screensText(screens)};
 }
 
-RequestText describe(const AsyncRemoveLayer& request)
+OperationCall describe(const AsyncRemoveLayer& request)
 {
     return {
         Operation::AsyncRemoveLayer,
@@ -38,7 +31,7 @@ RequestText describe(const AsyncRemoveLayer& request)
             .arg(request.layerTypeMask)};
 }
 
-RequestText describe(const AsyncAddCopyLayers& request)
+OperationCall describe(const AsyncAddCopyLayers& request)
 {
     return {
         Operation::AsyncAddCopyLayers,
@@ -47,12 +40,12 @@ RequestText describe(const AsyncAddCopyLayers& request)
             .arg(int(request.mirrored))};
 }
 
-RequestText describe(const AsyncSaveDeviceData& request)
+OperationCall describe(const AsyncSaveDeviceData& request)
 {
     return {Operation::AsyncSaveDeviceData, deviceText(request.device)};
 }
 
-RequestText describe(const AsyncRemoveFile& request)
+OperationCall describe(const AsyncRemoveFile& request)
 {
     QStringList types;
     for (const FileType type : request.fileTypes)
@@ -62,7 +55,7 @@ RequestText describe(const AsyncRemoveFile& request)
         deviceText(request.device) + QStringLiteral(" types=[%1]").arg(types.join(QLatin1Char(',')))};
 }
 
-RequestText describe(const AsyncRequest& request)
+OperationCall describe(const AsyncRequest& request)
 {
     return std::visit([](const auto& each) { return describe(each); }, request);
 }
@@ -81,7 +74,7 @@ RequestManager::RequestManager(std::shared_ptr<ModelHub> hub, MemoryDeviceList& 
 
 void RequestManager::startAsyncRequest(AsyncRequest request)
 {
-    const RequestText text = describe(request);
+    const OperationCall text = describe(request);
     m_pHub->operations.request(text.operation, text.arguments);
     // A job must be copyable, and the request's objects are to be let go of when it ends.
     const auto shared = std::make_shared<AsyncRequest>(std::move(request));
@@ -96,7 +89,7 @@ void RequestManager::stop()
 
 void RequestManager::carryOut(AsyncRequest& request, bool stopping)
 {
-    const RequestText text = describe(request);
+    const OperationCall text = describe(request);
     const auto verdict = m_pHub->operations.start(text.operation, text.arguments);
     QString error;
     bool ok = false;

@@ -28,22 +28,7 @@ bool isBack(double process)
     return process <= EndTolerance;
 }
 
-SamplingType typeOf(const s_TBarSampling&)
-{
-    return SamplingType::TBar;
-}
-
-SamplingType typeOf(const s_LoadPresetSampling&)
-{
-    return SamplingType::LoadPreset;
-}
-
-struct SampleText {
-    Operation operation;
-    QString arguments;
-};
-
-SampleText describe(const s_TBarSampling& sample)
+OperationCall describe(const s_TBarSampling& sample)
 {
     return {
         Operation::SampleTBar,
@@ -51,11 +36,16 @@ SampleText describe(const s_TBarSampling& sample)
             + QStringLiteral(" types=%1 process=%2").arg(sample.takeScreenType).arg(sample.process)};
 }
 
-SampleText describe(const s_LoadPresetSampling& sample)
+OperationCall describe(const s_LoadPresetSampling& sample)
 {
     return {
         Operation::SampleLoadPreset,
         deviceText(sample.pCurDevice) + QStringLiteral(" preset=%1").arg(sample.nFileID)};
+}
+
+SamplingType typeOf(const std::variant<s_TBarSampling, s_LoadPresetSampling>& sample)
+{
+    return std::holds_alternative<s_TBarSampling>(sample) ? SamplingType::TBar : SamplingType::LoadPreset;
 }
 
 /// Screens that the position moves: those that a transition has begun with stay in it, whatever is selected
@@ -93,13 +83,11 @@ bool SamplingQueue::setSamplingType(SamplingType type)
     if (m_pHub->operations.perform(Operation::SetSamplingType, QStringLiteral("type=%1").arg(int(type))))
         return false;
     const std::lock_guard lock(m_mutex);
-    const bool otherWaits = std::any_of(m_waiting.cbegin(), m_waiting.cend(), [type](const Sample& sample) {
-        return std::visit([](const auto& each) { return typeOf(each); }, sample) != type;
-    });
-    if (otherWaits)
-        return false;
-    m_type = type;
-    return true;
+    const bool otherWaits = std::any_of(
+        m_waiting.cbegin(), m_waiting.cend(), [type](const Sample& each) { return typeOf(each) != type; });
+    if (!otherWaits)
+        m_type = type;
+    return !otherWaits;
 }
 
 bool SamplingQueue::appendData(const std::shared_ptr<s_TBarSampling>& sampling)
@@ -129,7 +117,7 @@ void SamplingQueue::stop()
 
 bool SamplingQueue::append(Sample sample)
 {
-    const SampleText text = std::visit([](const auto& each) { return describe(each); }, sample);
+    const OperationCall text = std::visit([](const auto& each) { return describe(each); }, sample);
     m_pHub->operations.request(text.operation, text.arguments);
     const bool accepted = !m_pHub->operations.stopped() && enqueue(std::move(sample));
     if (!accepted)
@@ -141,7 +129,7 @@ bool SamplingQueue::append(Sample sample)
 bool SamplingQueue::enqueue(Sample sample)
 {
     const std::lock_guard lock(m_mutex);
-    if (m_type != std::visit([](const auto& each) { return typeOf(each); }, sample))
+    if (m_type != typeOf(sample))
         return false;
     if (!m_waiting.empty()) {
         Sample& last = m_waiting.back();
@@ -165,7 +153,7 @@ void SamplingQueue::carryOutNext(bool stopping)
     }
     if (stopping)
         return;
-    const SampleText text = std::visit([](const auto& each) { return describe(each); }, *sample);
+    const OperationCall text = std::visit([](const auto& each) { return describe(each); }, *sample);
     std::optional<QString> failure = m_pHub->operations.perform(text.operation, text.arguments);
     std::visit([&](const auto& each) { carryOut(each, failure); }, *sample);
     m_pHub->operations.end(text.operation, text.arguments, failure);

@@ -21,22 +21,11 @@ QString valuesText(const QList<std::pair<std::weak_ptr<BizModel::Screen>, Value>
     return parts.join(QLatin1Char(' '));
 }
 
-void announceEffect(Change& change, const std::shared_ptr<MemoryScreen>& screen)
-{
-    change.announce([device = screen->device(), screen = std::weak_ptr<MemoryScreen>(screen)](
-                        ModelSignals& list) { Q_EMIT list.signalScreenEffectChanged(device, screen); });
-}
-
 } // namespace
 
-ScreenController::ScreenController(
-    std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, Processor& processor, ScreenType type,
-    std::weak_ptr<BizModel::Device> device)
-    : m_pHub(std::move(hub))
-    , m_list(list)
-    , m_processor(processor)
+ScreenController::ScreenController(const ControllerParts& parts, ScreenType type)
+    : ControllerParts(parts)
     , m_type(type)
-    , m_pDevice(std::move(device))
 {
 }
 
@@ -85,41 +74,41 @@ bool ScreenController::cancelSelected(const Screens& screens, bool notify)
 bool ScreenController::updateEffectSpeed(
     const QList<std::pair<std::weak_ptr<BizModel::Screen>, double>>& seconds)
 {
-    if (!start(Operation::UpdateEffectSpeed, valuesText(seconds)))
-        return false;
-    const bool valid = std::all_of(seconds.cbegin(), seconds.cend(), [](const auto& value) {
+    const bool areValid = std::all_of(seconds.cbegin(), seconds.cend(), [](const auto& value) {
         return std::isfinite(value.second) && value.second >= 0.0 && value.second <= MaxEffectSeconds;
     });
-    Change change(*m_pHub);
-    bool ok = valid && !seconds.isEmpty();
-    for (const auto& value : seconds) {
-        const std::shared_ptr<MemoryScreen> screen = this->screen(change, value.first);
-        // The device counts milliseconds; what adding up tenths leaves behind them is not kept.
-        const double rounded = std::round(value.second * 1000) / 1000;
-        if (!screen || !valid)
-            ok = false;
-        else if (std::exchange(screen->data(change).effectSeconds, rounded) != rounded)
-            announceEffect(change, screen);
-    }
-    return ok;
+    // The device counts milliseconds; what adding up tenths leaves behind them is not kept.
+    return updateEffect(
+        Operation::UpdateEffectSpeed, seconds, areValid, &MemoryScreen::Data::effectSeconds,
+        [](double value) { return std::round(value * 1000) / 1000; });
 }
 
 bool ScreenController::updateEffectType(const QList<std::pair<std::weak_ptr<BizModel::Screen>, int>>& types)
 {
-    if (!start(Operation::UpdateEffectType, valuesText(types)))
-        return false;
-    const bool valid = std::all_of(types.cbegin(), types.cend(), [](const auto& value) {
+    const bool areValid = std::all_of(types.cbegin(), types.cend(), [](const auto& value) {
         return value.second == BizModel::EffectType::cut || value.second == BizModel::EffectType::fade;
     });
+    return updateEffect(
+        Operation::UpdateEffectType, types, areValid, &MemoryScreen::Data::effectType,
+        [](int value) { return BizModel::EffectType(value); });
+}
+
+/// Sets a value of the transition on each screen that is there; on none unless all are valid.
+template <typename Values, typename Member, typename Convert>
+bool ScreenController::updateEffect(
+    Operation operation, const Values& values, bool areValid, Member member, Convert convert)
+{
+    if (!start(operation, valuesText(values)) || !areValid)
+        return false;
     Change change(*m_pHub);
-    bool ok = valid && !types.isEmpty();
-    for (const auto& value : types) {
+    bool ok = !values.isEmpty();
+    for (const auto& value : values) {
         const std::shared_ptr<MemoryScreen> screen = this->screen(change, value.first);
-        const auto type = BizModel::EffectType(value.second);
-        if (!screen || !valid)
-            ok = false;
-        else if (std::exchange(screen->data(change).effectType, type) != type)
-            announceEffect(change, screen);
+        ok &= screen != nullptr;
+        if (screen)
+            change.set(
+                screen->data(change).*member, convert(value.second),
+                &BizModel::DeviceList::signalScreenEffectChanged, m_pDevice, screen);
     }
     return ok;
 }
@@ -136,43 +125,11 @@ bool ScreenController::updatePGMEditStatus(const Screens& screens, bool enabled)
     });
     if (!allRegular)
         return false;
-    for (const std::shared_ptr<MemoryScreen>& screen : wanted) {
-        if (std::exchange(screen->data(change).pgmEdit, enabled) == enabled)
-            continue;
-        change.announce([device = m_pDevice, screen = std::weak_ptr<MemoryScreen>(screen)](
-                            ModelSignals& list) { Q_EMIT list.signalScreenPGMEditChanged(device, screen); });
-    }
+    for (const std::shared_ptr<MemoryScreen>& screen : wanted)
+        change.set(
+            screen->data(change).pgmEdit, enabled, &BizModel::DeviceList::signalScreenPGMEditChanged,
+            m_pDevice, screen);
     return !wanted.isEmpty();
-}
-
-/// Writes the operation into the journal; false when it has to fail.
-bool ScreenController::start(Operation operation, const QString& arguments) const
-{
-    return !m_pHub->operations.perform(operation, deviceText(m_pDevice) + QLatin1Char(' ') + arguments);
-}
-
-std::shared_ptr<MemoryDevice> ScreenController::device(const Guard& guard) const
-{
-    return m_list.own(guard, m_pDevice);
-}
-
-std::shared_ptr<MemoryScreen> ScreenController::screen(
-    const Guard& guard, const std::weak_ptr<BizModel::Screen>& screen) const
-{
-    const std::shared_ptr<MemoryDevice> owner = device(guard);
-    return owner ? owner->own(guard, screen) : nullptr;
-}
-
-MemoryDevice::Screens ScreenController::screens(const Guard& guard, const Screens& screens) const
-{
-    MemoryDevice::Screens list;
-    for (const std::weak_ptr<BizModel::Screen>& each : screens) {
-        const std::shared_ptr<MemoryScreen> present = screen(guard, each);
-        if (!present)
-            return {};
-        list += present;
-    }
-    return list;
 }
 
 } // namespace Orvane::MemoryModel

@@ -1,17 +1,14 @@
 #pragma once
 
-#include "memorydevicelist.h"
+#include "controllerparts.h"
 #include "orvaneplatform/modelcontrol/screen.h"
-#include "processor.h"
 
 namespace Orvane::MemoryModel {
 
 /// Works on the screens of one type of a device.
-class ScreenController final : public ModelControl::Screen {
+class ScreenController final : public ModelControl::Screen, private ControllerParts {
 public:
-    ScreenController(
-        std::shared_ptr<ModelHub> hub, MemoryDeviceList& list, Processor& processor, ScreenType type,
-        std::weak_ptr<BizModel::Device> device);
+    ScreenController(const ControllerParts& parts, ScreenType type);
 
     /// Refused as a whole when one of the screens is not there or, on a device without multi-screen mode,
     /// when several are given. Such a device has one selected screen at most: there, appending replaces.
@@ -38,12 +35,9 @@ private:
     /// Changes the order of the marked ones of a scene's layers.
     using Reorder = void (*)(MemoryScreen::Layers& layers, const MemoryScreen::Layers& marked);
 
-    bool start(Operation operation, const QString& arguments) const;
-    std::shared_ptr<MemoryDevice> device(const Guard& guard) const;
-    std::shared_ptr<MemoryScreen> screen(
-        const Guard& guard, const std::weak_ptr<BizModel::Screen>& screen) const;
-    /// All of the screens, or none when one is not there.
-    MemoryDevice::Screens screens(const Guard& guard, const Screens& screens) const;
+    template <typename Values, typename Member, typename Convert>
+    bool updateEffect(
+        Operation operation, const Values& values, bool areValid, Member member, Convert convert);
     /// The layer that the record describes, on top of the scene; empty when it is refused.
     std::shared_ptr<MemoryLayer> makeLayer(
         Change& change, const std::weak_ptr<BizModel::Screen>& screen, BizModel::SceneType scene,
@@ -55,11 +49,7 @@ private:
         Operation operation, const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers,
         Reorder order);
 
-    const std::shared_ptr<ModelHub> m_pHub;
-    MemoryDeviceList& m_list;
-    Processor& m_processor;
     const ScreenType m_type;
-    const std::weak_ptr<BizModel::Device> m_pDevice;
 };
 
 } // namespace Orvane::MemoryModel

@@ -76,8 +76,8 @@ bool ScreenController::removeLayers(
     QList<std::pair<BizModel::s_ScreenLayerId, QString>>& failed)
 {
     const QString arguments = screenText(screen) + QLatin1Char(' ') + layersText(layers);
-    const auto failure = m_pHub->operations.perform(
-        Operation::RemoveLayers, deviceText(m_pDevice) + QLatin1Char(' ') + arguments);
+    QString failure;
+    const bool isAccepted = start(Operation::RemoveLayers, arguments, &failure);
     QList<std::pair<std::shared_ptr<MemoryLayer>, LayerJob>> planned;
     bool ok = true;
     {
@@ -88,10 +88,10 @@ bool ScreenController::removeLayers(
             if (!layer)
                 continue;
             const SceneType scene = std::as_const(*layer).data(guard).scene;
-            QString error = failure.value_or(QString());
-            if (!failure && (!present || !present->data(guard).layers(scene).contains(layer)))
+            QString error = failure;
+            if (isAccepted && (!present || !present->data(guard).layers(scene).contains(layer)))
                 error = QStringLiteral("The layer is gone.");
-            else if (!failure && isSceneEditable(guard, *present, scene, error))
+            else if (isAccepted && isSceneEditable(guard, *present, scene, error))
                 planned += {layer, jobOf(guard, *present, *layer)};
             if (error.isEmpty())
                 continue;

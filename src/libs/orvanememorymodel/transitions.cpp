@@ -1,7 +1,5 @@
 #include "transitions.h"
 
-#include "modelsignals.h"
-
 namespace Orvane::MemoryModel {
 
 using BizModel::SceneType;
@@ -61,16 +59,11 @@ void announceLayersChanged(Change& change, const MemoryDevice::Screens& screens,
 {
     if (screens.isEmpty())
         return;
-    QList<std::weak_ptr<BizModel::Screen>> changed;
+    change.announce(
+        &BizModel::DeviceList::signalDeviceScreenLayersChanged,
+        QList<std::weak_ptr<BizModel::Screen>>(screens.begin(), screens.end()), int(reason));
     for (const std::shared_ptr<MemoryScreen>& screen : screens)
-        changed += screen;
-    change.announce([changed, reason](ModelSignals& list) {
-        Q_EMIT list.signalDeviceScreenLayersChanged(changed, int(reason));
-    });
-    for (const std::shared_ptr<MemoryScreen>& screen : screens) {
-        change.announce([device = screen->device(), screen = std::weak_ptr<MemoryScreen>(screen)](
-                            ModelSignals& list) { Q_EMIT list.signalSelectedLayersChanged(device, screen); });
-    }
+        change.announce(&BizModel::DeviceList::signalSelectedLayersChanged, screen->device(), screen);
 }
 
 } // namespace Orvane::MemoryModel

@@ -79,14 +79,6 @@ std::shared_ptr<PresetItem> ownPreset(
 
 // ---- Device ---------------------------------------------------------------------------------------------
 
-ItemControllerFactory::DeviceController::DeviceController(
-    ItemControllerFactory& hooks, const std::shared_ptr<DeviceItem>& device)
-    : ModelControl::Device(device)
-    , m_hooks(hooks)
-    , m_pDevice(device)
-{
-}
-
 void ItemControllerFactory::DeviceController::setActivedScreen(const std::weak_ptr<BizModel::Screen>& screen)
 {
     const auto owner = m_pDevice.lock();
@@ -124,13 +116,6 @@ bool ItemControllerFactory::DeviceController::removeFile(
 }
 
 // ---- Screens --------------------------------------------------------------------------------------------
-
-ItemControllerFactory::ScreenController::ScreenController(
-    ItemControllerFactory& hooks, const std::shared_ptr<DeviceItem>& device)
-    : m_hooks(hooks)
-    , m_pDevice(device)
-{
-}
 
 bool ItemControllerFactory::ScreenController::setSelected(
     const Screens& screens, BizModel::SelectedType mode, bool notify, bool)
@@ -265,13 +250,6 @@ bool ItemControllerFactory::ScreenController::reorder(
 
 // ---- Layers ---------------------------------------------------------------------------------------------
 
-ItemControllerFactory::LayerController::LayerController(
-    ItemControllerFactory& hooks, const std::shared_ptr<DeviceItem>& device)
-    : m_hooks(hooks)
-    , m_pDevice(device)
-{
-}
-
 bool ItemControllerFactory::LayerController::setSelected(
     const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers, BizModel::SelectedType mode,
     bool notify)
@@ -338,13 +316,6 @@ bool ItemControllerFactory::LayerController::bindSource(
 }
 
 // ---- Presets --------------------------------------------------------------------------------------------
-
-ItemControllerFactory::PresetController::PresetController(
-    ItemControllerFactory& hooks, const std::shared_ptr<DeviceItem>& device)
-    : m_hooks(hooks)
-    , m_pDevice(device)
-{
-}
 
 bool ItemControllerFactory::PresetController::coverPreset(
     const std::weak_ptr<BizModel::Preset>& preset, FileType, QString& error)

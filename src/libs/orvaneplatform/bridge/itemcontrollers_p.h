@@ -9,22 +9,45 @@
 /// The controllers of `ItemControllerFactory`, whose hooks they call.
 namespace Orvane::Bridge {
 
-class ItemControllerFactory::DeviceController final : public ModelControl::Device {
+namespace Internal {
+
+/// What each of them works on.
+class ControllerParts {
 public:
-    DeviceController(ItemControllerFactory& hooks, const std::shared_ptr<DeviceItem>& device);
+    ControllerParts(ItemControllerFactory& hooks, const std::shared_ptr<DeviceItem>& device)
+        : m_hooks(hooks)
+        , m_pDevice(device)
+    {
+    }
+
+protected:
+    ItemControllerFactory& m_hooks;
+    const std::weak_ptr<DeviceItem> m_pDevice;
+};
+
+} // namespace Internal
+
+class ItemControllerFactory::DeviceController final : public ModelControl::Device,
+                                                      private Internal::ControllerParts {
+public:
+    DeviceController(ItemControllerFactory& hooks, const std::shared_ptr<DeviceItem>& device)
+        : ModelControl::Device(device)
+        , ControllerParts(hooks, device)
+    {
+    }
 
     void setActivedScreen(const std::weak_ptr<BizModel::Screen>& screen) override;
     bool createPresetFile(FileType type, quint16 fileId, QString& error) override;
     bool removeFile(const QList<std::weak_ptr<BizModel::File>>& files, QString& error) override;
 
 private:
-    ItemControllerFactory& m_hooks;
-    const std::weak_ptr<DeviceItem> m_pDevice;
+    using ControllerParts::m_pDevice;
 };
 
-class ItemControllerFactory::ScreenController final : public ModelControl::Screen {
+class ItemControllerFactory::ScreenController final : public ModelControl::Screen,
+                                                      private Internal::ControllerParts {
 public:
-    ScreenController(ItemControllerFactory& hooks, const std::shared_ptr<DeviceItem>& device);
+    using ControllerParts::ControllerParts;
 
     bool setSelected(
         const Screens& screens, BizModel::SelectedType mode, bool notify, bool sendToDevice) override;
@@ -47,14 +70,12 @@ private:
     using Reorder = void (*)(LayerList& layers, const LayerList& marked);
 
     bool reorder(const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers, Reorder order);
-
-    ItemControllerFactory& m_hooks;
-    const std::weak_ptr<DeviceItem> m_pDevice;
 };
 
-class ItemControllerFactory::LayerController final : public ModelControl::Layer {
+class ItemControllerFactory::LayerController final : public ModelControl::Layer,
+                                                     private Internal::ControllerParts {
 public:
-    LayerController(ItemControllerFactory& hooks, const std::shared_ptr<DeviceItem>& device);
+    using ControllerParts::ControllerParts;
 
     bool setSelected(
         const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers, BizModel::SelectedType mode,
@@ -63,23 +84,16 @@ public:
         const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers, bool notify) override;
     bool updateWindow(const std::weak_ptr<BizModel::Layer>& layer, const QRect& window) override;
     bool bindSource(const Layers& layers, quint32 sourceId, int sourceType) override;
-
-private:
-    ItemControllerFactory& m_hooks;
-    const std::weak_ptr<DeviceItem> m_pDevice;
 };
 
-class ItemControllerFactory::PresetController final : public ModelControl::Preset {
+class ItemControllerFactory::PresetController final : public ModelControl::Preset,
+                                                      private Internal::ControllerParts {
 public:
-    PresetController(ItemControllerFactory& hooks, const std::shared_ptr<DeviceItem>& device);
+    using ControllerParts::ControllerParts;
 
     bool coverPreset(const std::weak_ptr<BizModel::Preset>& preset, FileType type, QString& error) override;
     bool updatePresetModelData(
         const std::weak_ptr<BizModel::Preset>& preset, const Screens& screens, QString& error) override;
-
-private:
-    ItemControllerFactory& m_hooks;
-    const std::weak_ptr<DeviceItem> m_pDevice;
 };
 
 } // namespace Orvane::Bridge

@@ -1,6 +1,7 @@
 #include "bridge/itemparallelmanager.h"
 
 #include "bridge/announce_p.h"
+#include "bridge/parallelround_p.h"
 
 #include <algorithm>
 #include <utility>
@@ -13,19 +14,9 @@ using Internal::announce;
 
 namespace {
 
-std::shared_ptr<DeviceItem> deviceOf(const ParallelTask& task)
+std::shared_ptr<DeviceItem> itemOf(const ParallelTask& task)
 {
-    return std::visit(
-        [](const auto& each) { return std::dynamic_pointer_cast<DeviceItem>(each.device.lock()); }, task);
-}
-
-/// What the task's screens are doing meanwhile; none for a task that sets a flag.
-State busyState(const ParallelTask& task)
-{
-    return std::holds_alternative<ParallelTakeScreen>(task) ? State::Taking
-        : std::holds_alternative<ParallelCutScreen>(task)   ? State::Cut
-        : std::holds_alternative<ParallelMatchPGM>(task)    ? State::MatchingPGM
-                                                            : State::Normal;
+    return std::dynamic_pointer_cast<DeviceItem>(deviceOf(task).lock());
 }
 
 bool isIdle(const ScreenItem& screen)
@@ -56,7 +47,7 @@ ItemParallelManager::~ItemParallelManager() = default;
 void ItemParallelManager::begin(const ParallelTask& task)
 {
     const State busy = busyState(task);
-    Begun begun{task.index(), deviceOf(task), {}};
+    Begun begun{task.index(), itemOf(task), {}};
     if (busy == State::Normal || !begun.device)
         return;
     const std::lock_guard lock(m_mutex); // two presses must not both find a screen idle
@@ -87,7 +78,7 @@ ItemParallelManager::ScreenList ItemParallelManager::takeBegun(
 
 void ItemParallelManager::perform(const ParallelTask& task, OpenRequest end)
 {
-    const auto device = deviceOf(task);
+    const auto device = itemOf(task);
     if (!device)
         return void(end.fail(QStringLiteral("The device is gone.")));
     const bool isTransition = busyState(task) != State::Normal;

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "bizmodel/screen.h"
 #include "completion.h"
+#include "parallelcontrol/paralleltasks.h"
 
 #include <QString>
 
@@ -11,6 +13,22 @@
 #include <utility>
 
 namespace Orvane::Bridge {
+
+/// Whose part the task is.
+inline std::weak_ptr<BizModel::Device> deviceOf(const ParallelControl::ParallelTask& task)
+{
+    return std::visit([](const auto& each) { return each.device; }, task);
+}
+
+/// What the task's screens are doing meanwhile; `Normal` for a task that leaves their scenes as they are.
+inline BizModel::Screen::State busyState(const ParallelControl::ParallelTask& task)
+{
+    using State = BizModel::Screen::State;
+    return std::holds_alternative<ParallelControl::ParallelTakeScreen>(task) ? State::Taking
+        : std::holds_alternative<ParallelControl::ParallelCutScreen>(task)   ? State::Cut
+        : std::holds_alternative<ParallelControl::ParallelMatchPGM>(task)    ? State::MatchingPGM
+                                                                             : State::Normal;
+}
 
 /// What one call of `startParallelRequest` asked for: so many tasks, and one end.
 class ParallelRound {
