@@ -80,6 +80,10 @@ private Q_SLOTS:
             "the program of regular screens only can be edited");
         row("pressVirtualKey", {{"key", 7}}, "no key has the number 7 in the application");
         row("injectBytes", {{"hex", "5"}}, "\"hex\" must be pairs of hexadecimal digits");
+        row("setLight", {{"light", "left"}, {"lamp", 1}},
+            "light is \"left\", expected one of gooseneck, front, logo; "
+            "missing field \"on\", expected true or false; "
+            "unknown field \"lamp\", expected command, id, light, on, brightness");
     }
 
     void refusalNamesWhatIsMissingOrForbidsIt()
@@ -173,7 +177,7 @@ private Q_SLOTS:
         QCOMPARE(help.value("purpose"), "freezes the program");
         QVERIFY(help.value("arguments").toObject().contains("screen"));
         m_host->writeLine(R"({"command":1})");
-        QVERIFY(m_host->tells("error", {{"reason", "\"command\" must be a text"}}));
+        QVERIFY(m_host->tells("error", {{"reason", "command is 1, expected a text"}}));
     }
 
     void transitionTimesAreNumbersThatAUserWouldWrite()

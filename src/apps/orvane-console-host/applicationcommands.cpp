@@ -112,8 +112,7 @@ const QMap<QString, QMessageBox::StandardButton>& messageBoxButtons()
 
 Answer answerMessageBox(NoticePresenter& notices, const QString& button)
 {
-    const QString problem = notices.answer(messageBoxButtons().value(button));
-    return problem.isEmpty() ? Answer::done() : Answer::refused(problem);
+    return Answer::of(notices.answer(messageBoxButtons().value(button)));
 }
 
 /// Page that each group of keys shows, from 0.
@@ -125,21 +124,21 @@ QJsonObject pages()
     return object;
 }
 
-Answer tellState(const TypingField& field, const DviSignals& dviSignals)
+QJsonObject tellState(const TypingField& field, const DviSignals& dviSignals)
 {
     const ECManager* const manager = ECManager::instance();
     const QWidget* const focus = QApplication::focusWidget();
-    return Answer::done(
-        {{QStringLiteral("field"), field.text()},
-         {QStringLiteral("focus"), focus ? focus->objectName() : QString()},
-         {QStringLiteral("modal"), QApplication::activeModalWidget() != nullptr},
-         {QStringLiteral("quenor"), qApp->property(Constants::QuenorProperty).toBool()},
-         {QStringLiteral("keypadLocked"), manager->isLockedKeypad()},
-         {QStringLiteral("tbarLocked"), manager->isLockedTBar()},
-         {QStringLiteral("virtualConsole"), manager->getVirtualConsoleMode()},
-         {QStringLiteral("source"), int(manager->getCurrentSource())},
-         {QStringLiteral("pages"), pages()},
-         {QStringLiteral("dviSignals"), dviSignals.toJson()}});
+    return {
+        {QStringLiteral("field"), field.text()},
+        {QStringLiteral("focus"), focus ? focus->objectName() : QString()},
+        {QStringLiteral("modal"), QApplication::activeModalWidget() != nullptr},
+        {QStringLiteral("quenor"), qApp->property(Constants::QuenorProperty).toBool()},
+        {QStringLiteral("keypadLocked"), manager->isLockedKeypad()},
+        {QStringLiteral("tbarLocked"), manager->isLockedTBar()},
+        {QStringLiteral("virtualConsole"), manager->getVirtualConsoleMode()},
+        {QStringLiteral("source"), int(manager->getCurrentSource())},
+        {QStringLiteral("pages"), pages()},
+        {QStringLiteral("dviSignals"), dviSignals.toJson()}};
 }
 
 } // namespace
@@ -147,71 +146,52 @@ Answer tellState(const TypingField& field, const DviSignals& dviSignals)
 void addApplicationCommands(CommandTable& table, const ApplicationParts& parts)
 {
     const auto dialog = std::make_shared<DialogCommands>(parts);
+    table.add("openDialog", "opens a modal dialog with a text and a number", {}, [dialog] {
+        return dialog->open();
+    });
     table.add(
-        {QStringLiteral("openDialog"),
-         QStringLiteral("opens a modal dialog with a text and a number"),
-         {},
-         [dialog](const Arguments&) { return dialog->open(); }});
+        "closeDialog", "closes it", {Parameter::flag("accept").orElse(false)},
+        [dialog](const Arguments& arguments) { return dialog->close(arguments.flag("accept")); });
     table.add(
-        {QStringLiteral("closeDialog"),
-         QStringLiteral("closes it"),
-         {Parameter::flag("accept").orElse(false)},
-         [dialog](const Arguments& arguments) { return dialog->close(arguments.flag("accept")); }});
+        "answerMessageBox", "presses a button of the message box that is shown",
+        {Parameter::choice("button", messageBoxButtons().keys())},
+        [notices = &parts.notices](const Arguments& arguments) {
+            return answerMessageBox(*notices, arguments.text("button"));
+        });
     table.add(
-        {QStringLiteral("answerMessageBox"),
-         QStringLiteral("presses a button of the message box that is shown"),
-         {Parameter::choice("button", messageBoxButtons().keys())},
-         [notices = &parts.notices](const Arguments& arguments) {
-             return answerMessageBox(*notices, arguments.text("button"));
-         }});
+        "focus", "moves the focus to the widget with a name", {Parameter::text("widget")},
+        [](const Arguments& arguments) { return focusOn(arguments.text("widget")); });
     table.add(
-        {QStringLiteral("focus"),
-         QStringLiteral("moves the focus to the widget with a name"),
-         {Parameter::text("widget")},
-         [](const Arguments& arguments) { return focusOn(arguments.text("widget")); }});
+        "setQuenor", "sets the property that makes the console ignore most keys", {Parameter::flag("on")},
+        [](const Arguments& arguments) {
+            qApp->setProperty(Constants::QuenorProperty, arguments.flag("on"));
+        });
     table.add(
-        {QStringLiteral("setQuenor"),
-         QStringLiteral("sets the property that makes the console ignore most keys"),
-         {Parameter::flag("on")},
-         [](const Arguments& arguments) {
-             qApp->setProperty(Constants::QuenorProperty, arguments.flag("on"));
-             return Answer::done();
-         }});
+        "setLanguage", "changes the language of the labels and notices",
+        {Parameter::choice("language", Languages::names())},
+        [](const Arguments& arguments) { return setLanguage(arguments.text("language")); });
     table.add(
-        {QStringLiteral("setLanguage"),
-         QStringLiteral("changes the language of the labels and notices"),
-         {Parameter::choice("language", Languages::names())},
-         [](const Arguments& arguments) { return setLanguage(arguments.text("language")); }});
+        "screenshot", "writes a picture of a window, of the host's with its dialogs",
+        {Parameter::text("file"), Parameter::choice("window", windowNames()).orElse(windowNames().first())},
+        [windows = parts.windows](const Arguments& arguments) {
+            return takeScreenshot(windows.value(arguments.text("window")), arguments.text("file"));
+        });
     table.add(
-        {QStringLiteral("screenshot"),
-         QStringLiteral("writes a picture of a window, of the host's with its dialogs"),
-         {Parameter::text("file"), Parameter::choice("window", windowNames()).orElse(windowNames().first())},
-         [windows = parts.windows](const Arguments& arguments) {
-             return takeScreenshot(windows.value(arguments.text("window")), arguments.text("file"));
-         }});
+        "showConsole", "shows or hides the on-screen console",
+        {Parameter::flag("visible"), Parameter::integer("width", 0, LargestSide).orElse(0),
+         Parameter::integer("height", 0, LargestSide).orElse(0)},
+        [console = &parts.console](const Arguments& arguments) {
+            if (arguments.integer("width") > 0 && arguments.integer("height") > 0)
+                console->resize(arguments.integer("width"), arguments.integer("height"));
+            console->setVisible(arguments.flag("visible"));
+        });
     table.add(
-        {QStringLiteral("showConsole"),
-         QStringLiteral("shows or hides the on-screen console"),
-         {Parameter::flag("visible"), Parameter::integer("width", 0, LargestSide).orElse(0),
-          Parameter::integer("height", 0, LargestSide).orElse(0)},
-         [console = &parts.console](const Arguments& arguments) {
-             if (arguments.integer("width") > 0 && arguments.integer("height") > 0)
-                 console->resize(arguments.integer("width"), arguments.integer("height"));
-             console->setVisible(arguments.flag("visible"));
-             return Answer::done();
-         }});
-    table.add(
-        {QStringLiteral("state"),
-         QStringLiteral("tells what the host knows of itself and the console"),
-         {},
-         [field = &parts.field, dviSignals = &parts.dviSignals](const Arguments&) {
-             return tellState(*field, *dviSignals);
-         }});
-    table.add({QStringLiteral("quit"), QStringLiteral("ends the host"), {}, [](const Arguments&) {
-                   // After the answer to this command.
-                   QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
-                   return Answer::done();
-               }});
+        "state", "tells what the host knows of itself and the console", {},
+        [field = &parts.field, dviSignals = &parts.dviSignals] { return tellState(*field, *dviSignals); });
+    // After the answer to this command.
+    table.add("quit", "ends the host", {}, [] {
+        QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+    });
 }
 
 } // namespace Orvane::ConsoleHost

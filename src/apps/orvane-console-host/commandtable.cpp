@@ -1,11 +1,10 @@
 #include "commandtable.h"
 
+#include "jsontext_p.h"
+
 #include <QJsonArray>
-#include <QJsonDocument>
 
 #include <algorithm>
-#include <cmath>
-#include <limits>
 
 namespace Orvane::ConsoleHost {
 
@@ -15,133 +14,18 @@ const QString CommandMember = QStringLiteral("command");
 const QString IdMember = QStringLiteral("id");
 const QString ReasonMember = QStringLiteral("reason");
 
-QString quoted(const QString& text)
-{
-    return QLatin1Char('"') + text + QLatin1Char('"');
-}
-
-bool isWhole(const QJsonValue& value)
-{
-    return std::trunc(value.toDouble()) == value.toDouble();
-}
-
 Answer noCommand(const QString& name)
 {
-    return Answer::refused(QStringLiteral("there is no command ") + quoted(name));
-}
-
-template <typename Accepts> bool isListOf(const QJsonValue& value, Accepts accepts)
-{
-    const QJsonArray array = value.toArray();
-    return value.isArray() && std::all_of(array.begin(), array.end(), accepts);
+    return Answer::refused(QStringLiteral("there is no command \"%1\"").arg(name));
 }
 
 } // namespace
-
-Parameter::Parameter(Kind kind, const char* name)
-    : m_kind(kind)
-    , m_strName(QLatin1String(name))
-{
-}
-
-Parameter Parameter::flag(const char* name)
-{
-    return Parameter(Flag, name);
-}
-
-Parameter Parameter::integer(const char* name, qint64 minimum, qint64 maximum)
-{
-    Parameter parameter(Integer, name);
-    parameter.m_nMinimum = double(minimum);
-    parameter.m_nMaximum = double(maximum);
-    return parameter;
-}
-
-Parameter Parameter::number(const char* name, double minimum, double maximum)
-{
-    Parameter parameter(Number, name);
-    parameter.m_nMinimum = minimum;
-    parameter.m_nMaximum = maximum;
-    return parameter;
-}
-
-Parameter Parameter::numbers(const char* name)
-{
-    return Parameter(Numbers, name);
-}
-
-Parameter Parameter::texts(const char* name)
-{
-    return Parameter(Texts, name);
-}
-
-Parameter Parameter::text(const char* name)
-{
-    return Parameter(Text, name);
-}
-
-Parameter Parameter::choice(const char* name, const QStringList& words)
-{
-    Parameter parameter(Choice, name);
-    parameter.m_words = words;
-    return parameter;
-}
 
 Parameter Parameter::orElse(const QJsonValue& fallback) const
 {
     Parameter optional = *this;
     optional.m_fallback = fallback;
     return optional;
-}
-
-bool Parameter::isInRange(const QJsonValue& value) const
-{
-    return value.isDouble() && value.toDouble() >= m_nMinimum && value.toDouble() <= m_nMaximum;
-}
-
-bool Parameter::accepts(const QJsonValue& value) const
-{
-    switch (m_kind) {
-    case Flag:
-        return value.isBool();
-    case Integer:
-        return isInRange(value) && isWhole(value);
-    case Number:
-        return isInRange(value);
-    case Numbers:
-        return isListOf(value, [](const QJsonValue& one) {
-            constexpr double highest = std::numeric_limits<quint32>::max();
-            return one.isDouble() && isWhole(one) && one.toDouble() >= 0 && one.toDouble() <= highest;
-        });
-    case Texts:
-        return isListOf(value, [](const QJsonValue& one) { return one.isString(); });
-    case Text:
-        return value.isString();
-    case Choice:
-        return value.isString() && m_words.contains(value.toString());
-    }
-    return false;
-}
-
-QString Parameter::expected() const
-{
-    switch (m_kind) {
-    case Flag:
-        return QStringLiteral("true or false");
-    case Integer:
-        return QStringLiteral("a whole number from %1 to %2").arg(qint64(m_nMinimum)).arg(qint64(m_nMaximum));
-    case Number:
-        return QStringLiteral("a number from %1 to %2").arg(m_nMinimum).arg(m_nMaximum);
-    case Numbers:
-        return QStringLiteral("a list of whole numbers from 0 on");
-    case Texts:
-        return QStringLiteral("a list of texts");
-    case Text:
-        return QStringLiteral("a text");
-    case Choice:
-        return QStringLiteral("one of ") + m_words.join(QStringLiteral(", "));
-    }
-    return {};
 }
 
 QStringList Arguments::texts(const char* name) const
@@ -165,33 +49,21 @@ QList<quint32> Arguments::numbers(const char* name) const
 CommandTable::CommandTable(EventWriter& events)
     : m_events(events)
 {
-    add(
-        {QStringLiteral("help"),
-         QStringLiteral("lists the commands, or tells what one does and takes"),
-         {Parameter::text("of").orElse(QString())},
-         [this](const Arguments& arguments) { return help(arguments.text("of")); }});
-}
-
-void CommandTable::add(HostCommand command)
-{
-    m_commands.push_back(std::move(command));
+    add("help", "lists the commands, or tells what one does and takes",
+        {Parameter::text("of").orElse(QString())},
+        [this](const Arguments& arguments) { return help(arguments.text("of")); });
 }
 
 void CommandTable::execute(const QByteArray& line)
 {
     if (line.trimmed().isEmpty())
         return;
-    QJsonParseError fault;
-    const QJsonDocument document = QJsonDocument::fromJson(line, &fault);
-    if (!document.isObject()) {
-        const QString reason = fault.error == QJsonParseError::NoError
-            ? QStringLiteral("a command is a JSON object")
-            : QStringLiteral("no JSON: %1 at character %2").arg(fault.errorString()).arg(fault.offset);
-        m_events.writeAnswer(QStringLiteral("error"), {{ReasonMember, reason}});
-        return;
-    }
-    const QJsonObject object = document.object();
-    const Answer answer = run(object);
+    QList<Internal::TextFault> faults;
+    const QJsonValue value = Internal::parseJson(line, faults).value_or(QJsonValue());
+    const QJsonObject object = value.toObject();
+    const Answer answer = faults.isEmpty()
+        ? run(value)
+        : Answer::refused(faults.first().place + QStringLiteral(": ") + faults.first().text);
     QJsonObject members = answer.members;
     for (const QString& name : {CommandMember, IdMember}) {
         if (object.contains(name))
@@ -205,33 +77,27 @@ void CommandTable::execute(const QByteArray& line)
     m_events.writeAnswer(QStringLiteral("error"), members);
 }
 
-Answer CommandTable::run(const QJsonObject& object) const
+Answer CommandTable::run(const QJsonValue& line) const
 {
-    if (!object.contains(CommandMember))
-        return Answer::refused(QStringLiteral("\"command\" is missing"));
-    if (!object.value(CommandMember).isString())
-        return Answer::refused(QStringLiteral("\"command\" must be a text"));
-    const QString name = object.value(CommandMember).toString();
-    const HostCommand* const command = find(name);
-    if (!command)
-        return noCommand(name);
-
-    QJsonObject given = object;
-    given.remove(CommandMember);
-    given.remove(IdMember);
-    QJsonObject arguments;
     QStringList problems;
+    Internal::JsonReader reader(
+        line, [&problems](const QString&, const QString& fault) { problems += fault; });
+    const auto name = reader.take(CommandMember, Parameter::Kind::text());
+    if (!name)
+        return Answer::refused(problems.join(QStringLiteral("; ")));
+    const HostCommand* const command = find(name->toString());
+    if (!command)
+        return noCommand(name->toString());
+
+    reader.take(IdMember, Parameter::Kind::anything(), Internal::Presence::Optional);
+    QJsonObject arguments;
     for (const Parameter& parameter : command->parameters) {
-        const QJsonValue value =
-            given.contains(parameter.name()) ? given.take(parameter.name()) : parameter.fallback();
-        if (value.isUndefined())
-            problems += QStringLiteral("%1 is missing").arg(quoted(parameter.name()));
-        else if (!parameter.accepts(value))
-            problems += QStringLiteral("%1 must be %2").arg(quoted(parameter.name()), parameter.expected());
-        arguments.insert(parameter.name(), value);
+        const auto presence =
+            parameter.mayBeLeftOut() ? Internal::Presence::Optional : Internal::Presence::Required;
+        const auto given = reader.take(parameter.name(), parameter.kind(), presence);
+        arguments.insert(parameter.name(), given.value_or(parameter.fallback()));
     }
-    for (const QString& unknown : given.keys())
-        problems += QStringLiteral("there is no argument ") + quoted(unknown);
+    reader.noteUnknown();
     if (!problems.isEmpty())
         return Answer::refused(problems.join(QStringLiteral("; ")));
     return command->run(Arguments(arguments));
@@ -257,10 +123,10 @@ Answer CommandTable::help(const QString& name) const
         return noCommand(name);
     QJsonObject parameters;
     for (const Parameter& parameter : command->parameters) {
-        const bool mayBeLeftOut = !parameter.fallback().isUndefined();
+        const QString expected = parameter.kind().expected();
         parameters.insert(
             parameter.name(),
-            parameter.expected() + (mayBeLeftOut ? QStringLiteral("; may be left out") : QString()));
+            parameter.mayBeLeftOut() ? expected + QStringLiteral("; may be left out") : expected);
     }
     return Answer::done(
         {{QStringLiteral("purpose"), command->purpose}, {QStringLiteral("arguments"), parameters}});

@@ -2,12 +2,16 @@
 
 #include "enumwords_p.h"
 #include "eventwriter.h"
+#include "jsonreader_p.h"
 
 #include <QJsonObject>
 #include <QString>
 #include <QStringList>
 
 #include <functional>
+#include <tuple>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace Orvane::ConsoleHost {
@@ -15,15 +19,23 @@ namespace Orvane::ConsoleHost {
 /// An argument of a command: its name and what may be given.
 class Parameter {
 public:
-    static Parameter flag(const char* name);
-    static Parameter integer(const char* name, qint64 minimum, qint64 maximum);
-    static Parameter number(const char* name, double minimum, double maximum);
-    static Parameter text(const char* name);
-    static Parameter texts(const char* name);
+    using Kind = Internal::JsonKind;
+
+    static Parameter flag(const char* name) { return {name, Kind::flag()}; }
+    static Parameter integer(const char* name, qint64 minimum, qint64 maximum)
+    {
+        return {name, Kind::integer(minimum, maximum)};
+    }
+    static Parameter number(const char* name, double minimum, double maximum)
+    {
+        return {name, Kind::number(minimum, maximum)};
+    }
+    static Parameter text(const char* name) { return {name, Kind::text()}; }
+    static Parameter texts(const char* name) { return {name, Kind::texts()}; }
     /// A list of whole numbers from 0 on.
-    static Parameter numbers(const char* name);
+    static Parameter numbers(const char* name) { return {name, Kind::numbers()}; }
     /// One of some words.
-    static Parameter choice(const char* name, const QStringList& words);
+    static Parameter choice(const char* name, const QStringList& words) { return {name, Kind::word(words)}; }
     /// One of the words of an enumeration.
     template <typename Enum> static Parameter choice(const char* name)
     {
@@ -34,23 +46,21 @@ public:
     Parameter orElse(const QJsonValue& fallback) const;
 
     QString name() const { return m_strName; }
-    /// Stands in for an argument that was left out; undefined when there must be one.
+    /// What may be given.
+    const Kind& kind() const { return m_kind; }
+    bool mayBeLeftOut() const { return !m_fallback.isUndefined(); }
+    /// Stands in for an argument that was left out.
     QJsonValue fallback() const { return m_fallback; }
-    bool accepts(const QJsonValue& value) const;
-    /// What may be given, in words.
-    QString expected() const;
 
 private:
-    enum Kind { Flag, Integer, Number, Numbers, Text, Texts, Choice };
-    Parameter(Kind kind, const char* name);
+    Parameter(const char* name, Kind kind)
+        : m_strName(QLatin1String(name))
+        , m_kind(std::move(kind))
+    {
+    }
 
-    bool isInRange(const QJsonValue& value) const;
-
-    Kind m_kind;
     QString m_strName;
-    double m_nMinimum = 0;
-    double m_nMaximum = 0;
-    QStringList m_words;
+    Kind m_kind;
     QJsonValue m_fallback = QJsonValue::Undefined;
 };
 
@@ -82,6 +92,22 @@ private:
     const QJsonObject m_values;
 };
 
+/// The argument as a call takes it; numbers, flags, texts, lists of them, words of an enumeration. Calls that
+/// take anything else specialize it.
+template <typename Value> Value argumentAs(const Arguments& arguments, const char* name)
+{
+    if constexpr (std::is_same_v<Value, bool>)
+        return arguments.flag(name);
+    else if constexpr (std::is_enum_v<Value>)
+        return arguments.choice<Value>(name);
+    else if constexpr (std::is_arithmetic_v<Value>)
+        return Value(arguments.number(name));
+    else if constexpr (std::is_same_v<Value, QList<quint32>>)
+        return arguments.numbers(name);
+    else
+        return arguments.text(name);
+}
+
 /// What a command comes to.
 struct Answer {
     /// Why it was not done; empty when it was.
@@ -91,7 +117,19 @@ struct Answer {
 
     static Answer done(const QJsonObject& members = {}) { return {QString(), members}; }
     static Answer refused(const QString& why) { return {why, {}}; }
+    /// Done unless there is a problem.
+    static Answer of(const QString& problem) { return {problem, {}}; }
 };
+
+/// Calls the function with the arguments that it takes, in the order of the parameters.
+template <typename... Values, typename Function>
+auto callWith(const std::vector<Parameter>& parameters, const Arguments& arguments, const Function& function)
+{
+    [[maybe_unused]] auto next = parameters.cbegin(); // a call may take nothing
+    const std::tuple<std::decay_t<Values>...> values{
+        argumentAs<std::decay_t<Values>>(arguments, (next++)->name().toLatin1())...};
+    return std::apply(function, values);
+}
 
 struct HostCommand {
     QString name;
@@ -109,11 +147,42 @@ class CommandTable {
 public:
     explicit CommandTable(EventWriter& events);
 
-    void add(HostCommand command);
+    /// @param run is called with the arguments, or with nothing; returns an `Answer`, what there is to tell,
+    ///        or nothing when it cannot fail
+    template <typename Run>
+    void add(const char* name, const char* purpose, std::vector<Parameter> parameters, Run run)
+    {
+        m_commands.push_back(
+            {QLatin1String(name), QLatin1String(purpose), std::move(parameters),
+             [run = std::move(run)](const Arguments& arguments) { return answerOf(run, arguments); }});
+    }
+    /// The same for a call of the object with just these arguments.
+    template <typename Object, typename... Values>
+    void add(
+        const char* name, const char* purpose, const std::vector<Parameter>& parameters, Object& object,
+        void (Object::*call)(Values...))
+    {
+        add(name, purpose, parameters, [parameters, &object, call](const Arguments& arguments) {
+            callWith<Values...>(
+                parameters, arguments, [&](const auto&... values) { (object.*call)(values...); });
+        });
+    }
     void execute(const QByteArray& line);
 
 private:
-    Answer run(const QJsonObject& object) const;
+    template <typename Run> static Answer answerOf(const Run& run, const Arguments& arguments)
+    {
+        if constexpr (std::is_invocable_v<const Run&>)
+            return answerOf([&run](const Arguments&) { return run(); }, arguments);
+        else if constexpr (std::is_same_v<decltype(run(arguments)), Answer>)
+            return run(arguments);
+        else if constexpr (std::is_same_v<decltype(run(arguments)), QJsonObject>)
+            return Answer::done(run(arguments));
+        else
+            return run(arguments), Answer::done();
+    }
+
+    Answer run(const QJsonValue& line) const;
     const HostCommand* find(const QString& name) const;
     /// All names, or everything about the command of that name.
     Answer help(const QString& name) const;

@@ -27,21 +27,6 @@ constexpr qint64 MaxPercent = 100;
 constexpr qint64 MaxPackSize = 0xFFFF;
 constexpr qint64 MaxPosition = 0xFFFFFFFF;
 
-using Action = void (*)(const Arguments&);
-
-/// A command that cannot fail once its arguments are right.
-void addAction(
-    CommandTable& table, const char* name, const char* purpose, std::vector<Parameter> parameters,
-    Action action)
-{
-    table.add(
-        {QLatin1String(name), QLatin1String(purpose), std::move(parameters),
-         [action](const Arguments& arguments) {
-             action(arguments);
-             return Answer::done();
-         }});
-}
-
 const QStringList& lightNames() // in the order of eY2LightType
 {
     static const QStringList names = {
@@ -81,10 +66,9 @@ void sendSystemTime(const Arguments& arguments)
         time.isEmpty() ? now.toString(QStringLiteral("hh:mm:ss")) : time);
 }
 
-Answer askDVISignal(const Arguments& arguments)
+QJsonObject askDVISignal(const Arguments& arguments)
 {
-    const bool hasSignal = ECManager::instance()->dviInSignal(arguments.integer("index"));
-    return Answer::done({{QStringLiteral("signal"), hasSignal}});
+    return {{QStringLiteral("signal"), ECManager::instance()->dviInSignal(arguments.integer("index"))}};
 }
 
 Answer sendFile(const Arguments& arguments)
@@ -107,11 +91,9 @@ void addReport(
     CommandTable& table, const char* name, const char* purpose, std::vector<Parameter> parameters,
     MakeReport makeReport)
 {
-    table.add(
-        {QLatin1String(name), QLatin1String(purpose), std::move(parameters),
-         [makeReport](const Arguments& arguments) {
-             return answerOfInjection(injectReport(makeReport(arguments)));
-         }});
+    table.add(name, purpose, std::move(parameters), [makeReport](const Arguments& arguments) {
+        return answerOfInjection(injectReport(makeReport(arguments)));
+    });
 }
 
 void setPeripheral(const Arguments& arguments)
@@ -128,119 +110,96 @@ void setPeripheral(const Arguments& arguments)
 
 void addLockCommands(CommandTable& table)
 {
-    addAction(table, "lockKeypad", "locks the keys", {}, [](const Arguments&) { setKeypadLocked(true); });
-    addAction(table, "unlockKeypad", "frees the keys", {}, [](const Arguments&) { setKeypadLocked(false); });
-    addAction(table, "lockTBar", "locks the T-Bar", {}, [](const Arguments&) { setTBarLocked(true); });
-    addAction(table, "unlockTBar", "frees the T-Bar", {}, [](const Arguments&) { setTBarLocked(false); });
+    table.add("lockKeypad", "locks the keys", {}, [] { setKeypadLocked(true); });
+    table.add("unlockKeypad", "frees the keys", {}, [] { setKeypadLocked(false); });
+    table.add("lockTBar", "locks the T-Bar", {}, [] { setTBarLocked(true); });
+    table.add("unlockTBar", "frees the T-Bar", {}, [] { setTBarLocked(false); });
 }
 
-void addLightCommands(CommandTable& table)
+void addLightCommands(CommandTable& table, ECManager& manager)
 {
-    addAction(
-        table, "setLight", "switches one of the console's lights",
+    table.add(
+        "setLight", "switches one of the console's lights",
         {Parameter::choice("light", lightNames()), Parameter::flag("on"),
          Parameter::integer("brightness", 0, MaxByte).orElse(10)},
         &setLight);
-    addAction(
-        table, "setLuminance", "sets the brightness of the console's display",
+    table.add(
+        "setLuminance", "sets the brightness of the console's display",
         {Parameter::integer("percent", 0, MaxPercent)}, &setLuminance);
-    addAction(table, "closeAllLights", "darkens every key", {}, [](const Arguments&) {
-        ECManager::instance()->closeAllButtonLED();
+    table.add("closeAllLights", "darkens every key", {}, manager, &ECManager::closeAllButtonLED);
+    table.add("repaint", "lights every key anew", {}, [&manager] {
+        manager.slotOrvanePluginModeChanged();
+        manager.showFunctionKeyLights();
     });
-    addAction(table, "repaint", "lights every key anew", {}, [](const Arguments&) {
-        ECManager::instance()->slotOrvanePluginModeChanged();
-        ECManager::instance()->showFunctionKeyLights();
-    });
-    addAction(
-        table, "showPeripheral", "shows or hides the plug-in display", {Parameter::flag("visible")},
-        [](const Arguments& arguments) {
-            ECManager::instance()->controlPeripheralState(arguments.flag("visible"));
-        });
-    addAction(
-        table, "setPeripheral", "tells the plug-in display the screens and their resolutions",
+    table.add(
+        "showPeripheral", "shows or hides the plug-in display", {Parameter::flag("visible")}, manager,
+        &ECManager::controlPeripheralState);
+    table.add(
+        "setPeripheral", "tells the plug-in display the screens and their resolutions",
         {Parameter::integer("screens", 0, MaxByte), Parameter::integer("target", 0, MaxByte),
          Parameter::numbers("resolution").orElse(QJsonArray())},
         &setPeripheral);
 }
 
-void addSystemCommands(CommandTable& table)
+void addSystemCommands(CommandTable& table, ECManager& manager)
 {
-    addAction(
-        table, "sendSystemTime", "sets the console's clock, to this machine's time where none is given",
+    const Parameter index = Parameter::integer("index", 0, MaxByte);
+    const Parameter value = Parameter::integer("value", 0, MaxByte).orElse(1);
+    table.add(
+        "sendSystemTime", "sets the console's clock, to this machine's time where none is given",
         {Parameter::text("date").orElse(QString()), Parameter::text("time").orElse(QString())},
         &sendSystemTime);
-    addAction(
-        table, "sendSystemIP", "tells the console the application's network settings",
+    table.add(
+        "sendSystemIP", "tells the console the application's network settings",
         {Parameter::text("first"), Parameter::text("second"), Parameter::text("third"),
          Parameter::text("fourth")},
-        [](const Arguments& arguments) {
-            ECManager::instance()->updateSystemIP(
-                arguments.text("first"), arguments.text("second"), arguments.text("third"),
-                arguments.text("fourth"));
-        });
-    addAction(
-        table, "requestConsoleIP", "asks for a console's network settings",
-        {Parameter::integer("index", 0, MaxByte)}, [](const Arguments& arguments) {
-            ECManager::instance()->reqECDeviceIP(quint8(arguments.integer("index")));
-        });
-    addAction(
-        table, "setIPMode", "sets how a console gets its address",
-        {Parameter::integer("index", 0, MaxByte), Parameter::integer("mode", 0, MaxByte)},
-        [](const Arguments& arguments) {
-            ECManager::instance()->setIPMode(
-                quint8(arguments.integer("index")), quint8(arguments.integer("mode")));
-        });
-    addAction(
-        table, "restartConsole", "restarts the console's service",
-        {Parameter::integer("value", 0, MaxByte).orElse(1)}, [](const Arguments& arguments) {
-            ECManager::instance()->restartEventController(quint8(arguments.integer("value")));
-        });
-    addAction(
-        table, "resetMCU", "resets the console's microcontroller",
-        {Parameter::integer("value", 0, MaxByte).orElse(1)}, [](const Arguments& arguments) {
-            ECManager::instance()->resetMCU(quint8(arguments.integer("value")));
-        });
-    addAction(
-        table, "listenKeyboardMouse", "starts or stops the console's keyboard and mouse",
-        {Parameter::flag("on")}, [](const Arguments& arguments) {
+        manager, &ECManager::updateSystemIP);
+    table.add(
+        "requestConsoleIP", "asks for a console's network settings", {index}, manager,
+        &ECManager::reqECDeviceIP);
+    table.add(
+        "setIPMode", "sets how a console gets its address", {index, Parameter::integer("mode", 0, MaxByte)},
+        manager, &ECManager::setIPMode);
+    table.add(
+        "restartConsole", "restarts the console's service", {value}, manager,
+        &ECManager::restartEventController);
+    table.add("resetMCU", "resets the console's microcontroller", {value}, manager, &ECManager::resetMCU);
+    table.add(
+        "listenKeyboardMouse", "starts or stops the console's keyboard and mouse", {Parameter::flag("on")},
+        [&manager](const Arguments& arguments) {
             if (arguments.flag("on"))
-                ECManager::instance()->startKeyboardMouseEventListen();
+                manager.startKeyboardMouseEventListen();
             else
-                ECManager::instance()->stopKeyboardMouseEventListen();
+                manager.stopKeyboardMouseEventListen();
         });
     table.add(
-        {QStringLiteral("sendFile"),
-         QStringLiteral("sends a file to the console"),
-         {Parameter::text("file"), Parameter::choice("type", fileTypeNames()),
-          Parameter::choice("operation", {QStringLiteral("write"), QStringLiteral("read")})
-              .orElse(QStringLiteral("write")),
-          Parameter::integer("packSize", 0, MaxPackSize).orElse(1024)},
-         &sendFile});
+        "sendFile", "sends a file to the console",
+        {Parameter::text("file"), Parameter::choice("type", fileTypeNames()),
+         Parameter::choice("operation", {QStringLiteral("write"), QStringLiteral("read")})
+             .orElse(QStringLiteral("write")),
+         Parameter::integer("packSize", 0, MaxPackSize).orElse(1024)},
+        &sendFile);
 }
 
-void addSourceCommands(CommandTable& table)
+void addSourceCommands(CommandTable& table, ECManager& manager)
 {
-    addAction(
-        table, "switchSource", "switches the monitor's source",
-        {Parameter::integer("source", dvi1, arm_left)}, [](const Arguments& arguments) {
-            ECManager::instance()->switchSource(DVISource(arguments.integer("source")));
+    table.add(
+        "switchSource", "switches the monitor's source", {Parameter::integer("source", dvi1, arm_left)},
+        [&manager](const Arguments& arguments) {
+            manager.switchSource(DVISource(arguments.integer("source")));
         });
     table.add(
-        {QStringLiteral("askDVISignal"),
-         QStringLiteral("asks for a DVI input's signal and tells what was last reported"),
-         {Parameter::integer("index", 0, MaxByte)},
-         &askDVISignal});
-    addAction(
-        table, "setTimeType", "changes the format of the time", {Parameter::integer("type", 0, MaxByte)},
-        [](const Arguments& arguments) { ECManager::instance()->modifyTimeType(arguments.integer("type")); });
-    addAction(
-        table, "openPGMPrompt", "tells that the prompt for loading to program opens", {},
-        [](const Arguments&) { ECManager::instance()->setOpenPGMPrompt(); });
-    addAction(
-        table, "answerPGMPrompt", "answers that prompt", {Parameter::flag("loadToPGM")},
-        [](const Arguments& arguments) {
-            ECManager::instance()->getOpenPGMPrompt(arguments.flag("loadToPGM"));
-        });
+        "askDVISignal", "asks for a DVI input's signal and tells what was last reported",
+        {Parameter::integer("index", 0, MaxByte)}, &askDVISignal);
+    table.add(
+        "setTimeType", "changes the format of the time", {Parameter::integer("type", 0, MaxByte)}, manager,
+        &ECManager::modifyTimeType);
+    table.add(
+        "openPGMPrompt", "tells that the prompt for loading to program opens", {}, manager,
+        &ECManager::setOpenPGMPrompt);
+    table.add(
+        "answerPGMPrompt", "answers that prompt", {Parameter::flag("loadToPGM")}, manager,
+        &ECManager::getOpenPGMPrompt);
 }
 
 const QStringList& directionNames() // in the order of the two values that the T-Bar reports
@@ -289,10 +248,8 @@ void addReportCommands(CommandTable& table)
             return LockReport{LockTarget::Keypad, arguments.flag("locked")};
         });
     table.add(
-        {QStringLiteral("injectBytes"),
-         QStringLiteral("hands the bytes to the decoder as a datagram of the console"),
-         {Parameter::text("hex")},
-         &injectHex});
+        "injectBytes", "hands the bytes to the decoder as a datagram of the console",
+        {Parameter::text("hex")}, &injectHex);
 }
 
 void addKeyCommands(CommandTable& table, const EC::s_ECKeyboardConfig& keyboard)
@@ -307,29 +264,22 @@ void addKeyCommands(CommandTable& table, const EC::s_ECKeyboardConfig& keyboard)
             return answerOfInjection(injectReport(KeyReport{pressed, Constants::VirtualKeyOffset + appKey}));
         };
     };
-    table.add(
-        {QStringLiteral("pressVirtualKey"),
-         QStringLiteral("presses a key of the on-screen console"),
-         {key},
-         report(true)});
-    table.add({QStringLiteral("releaseVirtualKey"), QStringLiteral("releases it"), {key}, report(false)});
-    table.add(
-        {QStringLiteral("keys"),
-         QStringLiteral("tells every key with its function and what it is bound to"),
-         {},
-         [&keyboard](const Arguments&) {
-             return Answer::done({{QStringLiteral("keys"), keysToJson(keyboard)}});
-         }});
+    table.add("pressVirtualKey", "presses a key of the on-screen console", {key}, report(true));
+    table.add("releaseVirtualKey", "releases it", {key}, report(false));
+    table.add("keys", "tells every key with its function and what it is bound to", {}, [&keyboard] {
+        return QJsonObject{{QStringLiteral("keys"), keysToJson(keyboard)}};
+    });
 }
 
 } // namespace
 
 void addConsoleCommands(CommandTable& table, const EC::s_ECKeyboardConfig& keyboard)
 {
+    ECManager& manager = *ECManager::instance();
     addLockCommands(table);
-    addLightCommands(table);
-    addSystemCommands(table);
-    addSourceCommands(table);
+    addLightCommands(table, manager);
+    addSystemCommands(table, manager);
+    addSourceCommands(table, manager);
     addReportCommands(table);
     addKeyCommands(table, keyboard);
 }

@@ -88,19 +88,13 @@ QJsonObject HostCapture::stop()
 void addCaptureCommands(CommandTable& table, HostCapture& capture)
 {
     table.add(
-        {QStringLiteral("startCapture"),
-         QStringLiteral("writes every datagram from and to the console to a pcap file"),
-         {Parameter::text("file")},
-         [&capture](const Arguments& arguments) {
-             const QString problem = capture.start(arguments.text("file"));
-             return problem.isEmpty() ? Answer::done() : Answer::refused(problem);
-         }});
-    table.add(
-        {QStringLiteral("stopCapture"), QStringLiteral("closes the file"), {}, [&capture](const Arguments&) {
-             if (!capture.isRunning())
-                 return Answer::refused(QStringLiteral("nothing is being captured"));
-             return Answer::done(capture.stop());
-         }});
+        "startCapture", "writes every datagram from and to the console to a pcap file",
+        {Parameter::text("file")},
+        [&capture](const Arguments& arguments) { return Answer::of(capture.start(arguments.text("file"))); });
+    table.add("stopCapture", "closes the file", {}, [&capture] {
+        return capture.isRunning() ? Answer::done(capture.stop())
+                                   : Answer::refused(QStringLiteral("nothing is being captured"));
+    });
 }
 
 } // namespace Orvane::ConsoleHost

@@ -65,31 +65,21 @@ void addExplainCommands(CommandTable& table, KeyExplainer& explainer, ExplainerW
 {
     constexpr int anyKey = -1;
     table.add(
-        {QStringLiteral("explain"),
-         QStringLiteral("explains each event of a key from now on, or no longer"),
-         {Parameter::flag("on")},
-         [&explainer](const Arguments& arguments) {
-             explainer.setOn(arguments.flag("on"));
-             return Answer::done();
-         }});
+        "explain", "explains each event of a key from now on, or no longer", {Parameter::flag("on")},
+        explainer, &KeyExplainer::setOn);
     table.add(
-        {QStringLiteral("explanations"),
-         QStringLiteral("tells what became of the last events, of one key by its number or of all"),
-         {Parameter::integer("last", 1, ECKeyTracer::MaxTraces).orElse(1),
-          Parameter::integer("key", anyKey, std::numeric_limits<quint16>::max()).orElse(anyKey)},
-         [&explainer](const Arguments& arguments) {
-             return Answer::done(
-                 {{QStringLiteral("explanations"),
-                   explanations(explainer.traces(), arguments.integer("last"), arguments.integer("key"))}});
-         }});
+        "explanations", "tells what became of the last events, of one key by its number or of all",
+        {Parameter::integer("last", 1, ECKeyTracer::MaxTraces).orElse(1),
+         Parameter::integer("key", anyKey, std::numeric_limits<quint16>::max()).orElse(anyKey)},
+        [&explainer](const Arguments& arguments) {
+            return QJsonObject{
+                {QStringLiteral("explanations"),
+                 explanations(explainer.traces(), arguments.integer("last"), arguments.integer("key"))}};
+        });
     table.add(
-        {QStringLiteral("showExplainer"),
-         QStringLiteral("shows or hides the window that explains keys, which begins or ends it"),
-         {Parameter::flag("visible")},
-         [&window](const Arguments& arguments) {
-             window.setVisible(arguments.flag("visible"));
-             return Answer::done();
-         }});
+        "showExplainer", "shows or hides the window that explains keys, which begins or ends it",
+        {Parameter::flag("visible")},
+        [&window](const Arguments& arguments) { window.setVisible(arguments.flag("visible")); });
 }
 
 } // namespace Orvane::ConsoleHost

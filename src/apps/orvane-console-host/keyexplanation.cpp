@@ -21,19 +21,10 @@ constexpr double NsPerMs = 1e6;
 
 QString levelName(QtMsgType level)
 {
-    switch (level) {
-    case QtDebugMsg:
-        return QStringLiteral("debug");
-    case QtInfoMsg:
-        return QStringLiteral("info");
-    case QtWarningMsg:
-        return QStringLiteral("warning");
-    case QtCriticalMsg:
-        return QStringLiteral("critical");
-    case QtFatalMsg:
-        break;
-    }
-    return QStringLiteral("fatal");
+    static const QStringList names // in the order of the values
+        = {QStringLiteral("debug"), QStringLiteral("warning"), QStringLiteral("critical"),
+           QStringLiteral("fatal"), QStringLiteral("info")};
+    return names.value(level);
 }
 
 QJsonObject sentJson(const QByteArray& datagram)

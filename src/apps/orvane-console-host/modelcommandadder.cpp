@@ -22,7 +22,7 @@ QString deviceOf(const Arguments& arguments, MemoryModel::MemoryModel& model)
 
 Answer answerOf(const MemoryModel::ControlResult& result)
 {
-    return result ? Answer::done() : Answer::refused(result.reason());
+    return Answer::of(result.reason());
 }
 
 std::vector<Parameter> withWindow(std::vector<Parameter> parameters)
@@ -61,10 +61,10 @@ void ModelCommandAdder::device(
 {
     parameters.push_back(deviceParameter());
     m_table.add(
-        {QLatin1String(name), QLatin1String(purpose), std::move(parameters),
-         [action = std::move(action), model = &m_model](const Arguments& arguments) {
-             return action(model->control(), deviceOf(arguments, *model), arguments);
-         }});
+        name, purpose, std::move(parameters),
+        [action = std::move(action), model = &m_model](const Arguments& arguments) {
+            return action(model->control(), deviceOf(arguments, *model), arguments);
+        });
 }
 
 void ModelCommandAdder::screen(
@@ -73,14 +73,14 @@ void ModelCommandAdder::screen(
     parameters.insert(parameters.begin(), Parameter::text("screen"));
     parameters.push_back(deviceParameter());
     m_table.add(
-        {QLatin1String(name), QLatin1String(purpose), std::move(parameters),
-         [action = std::move(action), model = &m_model](const Arguments& arguments) {
-             const QString named = arguments.text("screen");
-             const ScreenKey screen = screenOfName(named);
-             if (screen.id == 0)
-                 return Answer::refused(QStringLiteral("there is no screen ") + named);
-             return action(model->control(), deviceOf(arguments, *model), screen, arguments);
-         }});
+        name, purpose, std::move(parameters),
+        [action = std::move(action), model = &m_model](const Arguments& arguments) {
+            const QString named = arguments.text("screen");
+            const ScreenKey screen = screenOfName(named);
+            if (screen.id == 0)
+                return Answer::refused(QStringLiteral("there is no screen ") + named);
+            return action(model->control(), deviceOf(arguments, *model), screen, arguments);
+        });
 }
 
 } // namespace Orvane::ConsoleHost

@@ -6,9 +6,6 @@
 
 #include <QRect>
 
-#include <tuple>
-#include <type_traits>
-
 namespace Orvane::MemoryModel {
 class MemoryModel;
 }
@@ -35,30 +32,30 @@ Parameter presetTypeParameter();
 /// Screens by their names; those that are none have the id 0.
 QList<MemoryModel::ScreenKey> screensOf(const QStringList& names);
 
-/// The argument as a call takes it.
-template <typename Value> Value argumentAs(const Arguments& arguments, const Parameter& parameter)
+/// @name The arguments that calls of `Control` take besides
+/// @{
+template <>
+inline MemoryModel::FileType argumentAs<MemoryModel::FileType>(const Arguments& arguments, const char* name)
 {
-    const QByteArray latin1 = parameter.name().toLatin1();
-    const char* const name = latin1.constData();
-    if constexpr (std::is_same_v<Value, bool>)
-        return arguments.flag(name);
-    else if constexpr (std::is_same_v<Value, MemoryModel::FileType>)
-        return arguments.text(name) == QLatin1String("PGM") ? Value::PresetPGM : Value::PresetPVW;
-    else if constexpr (std::is_enum_v<Value>)
-        return arguments.choice<Value>(name);
-    else if constexpr (std::is_arithmetic_v<Value>)
-        return Value(arguments.number(name));
-    else if constexpr (std::is_same_v<Value, MemoryModel::ScreenKey>)
-        return screenOfName(arguments.text(name));
-    else if constexpr (std::is_same_v<Value, QList<MemoryModel::ScreenKey>>)
-        return screensOf(arguments.texts(name));
-    else if constexpr (std::is_same_v<Value, QList<quint32>>)
-        return arguments.numbers(name);
-    else if constexpr (std::is_same_v<Value, QRect>)
-        return windowOf(arguments);
-    else
-        return arguments.text(name);
+    return arguments.text(name) == QLatin1String("PGM") ? MemoryModel::FileType::PresetPGM
+                                                        : MemoryModel::FileType::PresetPVW;
 }
+template <>
+inline MemoryModel::ScreenKey argumentAs<MemoryModel::ScreenKey>(const Arguments& arguments, const char* name)
+{
+    return screenOfName(arguments.text(name));
+}
+template <>
+inline QList<MemoryModel::ScreenKey> argumentAs<QList<MemoryModel::ScreenKey>>(
+    const Arguments& arguments, const char* name)
+{
+    return screensOf(arguments.texts(name));
+}
+template <> inline QRect argumentAs<QRect>(const Arguments& arguments, const char*)
+{
+    return windowOf(arguments);
+}
+/// @}
 
 /// Adds commands that change something of a device, or of one of its screens. A change is a call of
 /// `Control`; the parameters are those of the call, in its order.
@@ -92,9 +89,9 @@ public:
     {
         const DeviceAction action =
             [change, parameters](Control& control, const QString& device, const Arguments& arguments) {
-                return call<Values...>(parameters, arguments, [&](const auto&... values) {
+                return answerOf(callWith<Values...>(parameters, arguments, [&](const auto&... values) {
                     return (control.*change)(device, values...);
-                });
+                }));
             };
         this->device(name, purpose, parameters, action);
     }
@@ -107,23 +104,14 @@ public:
         const ScreenAction action = [change, parameters](
                                         Control& control, const QString& device, const ScreenKey& screen,
                                         const Arguments& arguments) {
-            return call<Values...>(parameters, arguments, [&](const auto&... values) {
+            return answerOf(callWith<Values...>(parameters, arguments, [&](const auto&... values) {
                 return (control.*change)(device, screen, values...);
-            });
+            }));
         };
         this->screen(name, purpose, parameters, action);
     }
 
 private:
-    template <typename... Values, typename Change>
-    static Answer call(const std::vector<Parameter>& parameters, const Arguments& arguments, Change change)
-    {
-        [[maybe_unused]] auto next = parameters.cbegin(); // a call may take nothing more
-        const std::tuple<std::decay_t<Values>...> values{
-            argumentAs<std::decay_t<Values>>(arguments, *next++)...};
-        return answerOf(std::apply(change, values));
-    }
-
     CommandTable& m_table;
     MemoryModel::MemoryModel& m_model;
 };

@@ -91,11 +91,6 @@ Answer addScreen(Model& model, const Arguments& arguments)
                           : Answer::done({{QStringLiteral("screen"), screenName(screen)}});
 }
 
-Parameter operationParameter()
-{
-    return Parameter::choice("operation", MemoryModel::operationNames());
-}
-
 MemoryModel::Times timesOf(const Arguments& arguments)
 {
     return arguments.flag("always") ? MemoryModel::Times::Always : MemoryModel::Times::Once;
@@ -112,114 +107,77 @@ void addModelCommands(CommandTable& table, Model& model)
     addInputCommands(add);
     addPresetCommands(add);
     table.add(
-        {QStringLiteral("setCompatibleUpgrading"),
-         QStringLiteral("begins or ends an upgrade for compatibility"),
-         {Parameter::flag("on")},
-         [&model](const Arguments& arguments) {
-             model.control().setCompatibleUpgrading(arguments.flag("on"));
-             return Answer::done();
-         }});
+        "setCompatibleUpgrading", "begins or ends an upgrade for compatibility", {Parameter::flag("on")},
+        model.control(), &Control::setCompatibleUpgrading);
     table.add(
-        {QStringLiteral("addScreen"),
-         QStringLiteral("adds a screen and tells its name"),
-         {Parameter::choice("type", {QStringLiteral("regular"), QStringLiteral("AUX")})
-              .orElse(QStringLiteral("regular")),
-          deviceParameter()},
-         [&model](const Arguments& arguments) { return addScreen(model, arguments); }});
+        "addScreen", "adds a screen and tells its name",
+        {Parameter::choice("type", {QStringLiteral("regular"), QStringLiteral("AUX")})
+             .orElse(QStringLiteral("regular")),
+         deviceParameter()},
+        [&model](const Arguments& arguments) { return addScreen(model, arguments); });
     table.add(
-        {QStringLiteral("showPresetPage"),
-         QStringLiteral("turns the application's own page of presets"),
-         {Parameter::integer("page", 0, MaxKeys)},
-         [&model](const Arguments& arguments) {
-             model.control().showPresetPage(arguments.integer("page"));
-             return Answer::done();
-         }});
+        "showPresetPage", "turns the application's own page of presets",
+        {Parameter::integer("page", 0, MaxKeys)}, model.control(), &Control::showPresetPage);
     table.add(
-        {QStringLiteral("setPresetMode"),
-         QStringLiteral("sets what the next press of a preset key does"),
-         {Parameter::choice("mode", presetModeNames())},
-         [&model](const Arguments& arguments) {
-             model.deviceList().setPresetOperateMode(
-                 BizModel::Preset::PresetOptMode(arguments.choice("mode", presetModeNames())));
-             return Answer::done();
-         }});
+        "setPresetMode", "sets what the next press of a preset key does",
+        {Parameter::choice("mode", presetModeNames())}, [&model](const Arguments& arguments) {
+            model.deviceList().setPresetOperateMode(
+                BizModel::Preset::PresetOptMode(arguments.choice("mode", presetModeNames())));
+        });
 }
 
 void addOperationCommands(CommandTable& table, Model& model)
 {
+    const Parameter operation = Parameter::choice("operation", MemoryModel::operationNames());
     const Parameter always = Parameter::flag("always").orElse(false);
     table.add(
-        {QStringLiteral("fail"),
-         QStringLiteral("lets the next run of an operation of the model fail, or every run"),
-         {operationParameter(), Parameter::text("text").orElse(QStringLiteral("as ordered")), always},
-         [&model](const Arguments& arguments) {
-             model.operations().fail(
-                 *MemoryModel::findOperation(arguments.text("operation")), arguments.text("text"),
-                 timesOf(arguments));
-             return Answer::done();
-         }});
+        "fail", "lets the next run of an operation of the model fail, or every run",
+        {operation, Parameter::text("text").orElse(QStringLiteral("as ordered")), always},
+        [&model](const Arguments& arguments) {
+            model.operations().fail(
+                *MemoryModel::findOperation(arguments.text("operation")), arguments.text("text"),
+                timesOf(arguments));
+        });
     table.add(
-        {QStringLiteral("delay"),
-         QStringLiteral("lets the next run of an operation take longer, or every run"),
-         {operationParameter(), Parameter::integer("ms", 0, MaxDelayMs), always},
-         [&model](const Arguments& arguments) {
-             model.operations().delay(
-                 *MemoryModel::findOperation(arguments.text("operation")),
-                 std::chrono::milliseconds(arguments.integer("ms")), timesOf(arguments));
-             return Answer::done();
-         }});
+        "delay", "lets the next run of an operation take longer, or every run",
+        {operation, Parameter::integer("ms", 0, MaxDelayMs), always}, [&model](const Arguments& arguments) {
+            model.operations().delay(
+                *MemoryModel::findOperation(arguments.text("operation")),
+                std::chrono::milliseconds(arguments.integer("ms")), timesOf(arguments));
+        });
     table.add(
-        {QStringLiteral("clearOrders"),
-         QStringLiteral("forgets all such orders"),
-         {},
-         [&model](const Arguments&) {
-             model.operations().clearAllOrders();
-             return Answer::done();
-         }});
+        "clearOrders", "forgets all such orders", {}, model.operations(),
+        &MemoryModel::Operations::clearAllOrders);
 }
 
 void addShowCommands(CommandTable& table, Model& model)
 {
+    table.add("screens", "tells what the active device's screens show", {}, [&model] {
+        return screensToJson(pictureActiveDevice(model));
+    });
+    table.add("inputs", "tells the active device's inputs", {}, [&model] {
+        return inputsToJson(pictureActiveDevice(model));
+    });
+    table.add("presets", "tells the presets of the active device and its group", {}, [&model] {
+        return presetsToJson(pictureActiveDevice(model));
+    });
+    table.add("show", "tells the whole show, as a show file", {}, [&model] {
+        return QJsonObject{{QStringLiteral("show"), QJsonDocument::fromJson(model.show()).object()}};
+    });
     table.add(
-        {QStringLiteral("screens"),
-         QStringLiteral("tells what the active device's screens show"),
-         {},
-         [&model](const Arguments&) { return Answer::done(screensToJson(pictureActiveDevice(model))); }});
+        "loadShow", "replaces the show by a file's", {Parameter::text("file")},
+        [&model](const Arguments& arguments) {
+            QStringList faults;
+            model.loadFile(arguments.text("file"), faults);
+            return Answer::of(faults.join(QStringLiteral("; ")));
+        });
     table.add(
-        {QStringLiteral("inputs"),
-         QStringLiteral("tells the active device's inputs"),
-         {},
-         [&model](const Arguments&) { return Answer::done(inputsToJson(pictureActiveDevice(model))); }});
-    table.add(
-        {QStringLiteral("presets"),
-         QStringLiteral("tells the presets of the active device and its group"),
-         {},
-         [&model](const Arguments&) { return Answer::done(presetsToJson(pictureActiveDevice(model))); }});
-    table.add(
-        {QStringLiteral("show"),
-         QStringLiteral("tells the whole show, as a show file"),
-         {},
-         [&model](const Arguments&) {
-             return Answer::done({{QStringLiteral("show"), QJsonDocument::fromJson(model.show()).object()}});
-         }});
-    table.add(
-        {QStringLiteral("loadShow"),
-         QStringLiteral("replaces the show by a file's"),
-         {Parameter::text("file")},
-         [&model](const Arguments& arguments) {
-             QStringList faults;
-             return model.loadFile(arguments.text("file"), faults)
-                 ? Answer::done()
-                 : Answer::refused(faults.join(QStringLiteral("; ")));
-         }});
-    table.add(
-        {QStringLiteral("saveShow"),
-         QStringLiteral("writes the show to a file"),
-         {Parameter::text("file")},
-         [&model](const Arguments& arguments) {
-             QString error;
-             return model.saveFile(arguments.text("file"), error) ? Answer::done() : Answer::refused(error);
-         }});
+        "saveShow", "writes the show to a file", {Parameter::text("file")},
+        [&model](const Arguments& arguments) {
+            QString error;
+            model.saveFile(arguments.text("file"), error);
+            return Answer::of(error);
+        });
 }
 
 } // namespace Orvane::ConsoleHost

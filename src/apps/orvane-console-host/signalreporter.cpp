@@ -7,6 +7,10 @@
 #include "noticepresenter.h"
 #include "operations.h"
 
+#include <QStringList>
+
+#include <type_traits>
+
 namespace Orvane::ConsoleHost {
 
 using BizModel::DeviceList;
@@ -16,54 +20,35 @@ using Notices::NoticePresenter;
 
 namespace {
 
-/// A signal of one value, told as an event with one member.
-template <typename Sender, typename Value>
+template <typename Value> QJsonValue jsonOf(const Value& value)
+{
+    if constexpr (std::is_enum_v<Value>)
+        return Internal::wordOf(value);
+    else if constexpr (std::is_integral_v<Value> && !std::is_same_v<Value, bool>)
+        return qint64(value);
+    else
+        return value;
+}
+
+/// A signal, told as an event with a member for each of its values.
+template <typename Sender, typename... Values, typename... Members>
 void report(
-    const Sender& sender, void (Sender::*signal)(Value), EventWriter& events, const char* event,
-    const char* member)
+    const Sender& sender, void (Sender::*signal)(Values...), EventWriter& events, const char* event,
+    Members... members)
 {
-    QObject::connect(&sender, signal, &events, [&events, event, member](Value value) {
-        events.writeEvent(QLatin1String(event), {{QLatin1String(member), QJsonValue(value)}});
-    });
-}
-
-template <typename Sender>
-void report(const Sender& sender, void (Sender::*signal)(), EventWriter& events, const char* event)
-{
-    QObject::connect(&sender, signal, &events, [&events, event] { events.writeEvent(QLatin1String(event)); });
-}
-
-QString nameOf(MemoryModel::JournalEntry::Phase phase)
-{
-    switch (phase) {
-    case MemoryModel::JournalEntry::Phase::Requested:
-        return QStringLiteral("requested");
-    case MemoryModel::JournalEntry::Phase::Started:
-        return QStringLiteral("started");
-    case MemoryModel::JournalEntry::Phase::Ended:
-        return QStringLiteral("ended");
-    }
-    return {};
+    QObject::connect(
+        &sender, signal, &events, [&events, event, members...](const std::decay_t<Values>&... values) {
+            events.writeEvent(QLatin1String(event), {{QLatin1String(members), jsonOf(values)}...});
+        });
 }
 
 } // namespace
 
 void reportManagerSignals(const ECManager& manager, EventWriter& events)
 {
-    const auto reportKey = [&](void (ECManager::*signal)(unsigned int, QString), const char* event) {
-        QObject::connect(&manager, signal, &events, [&events, event](unsigned int key, const QString& text) {
-            events.writeEvent(
-                QLatin1String(event), {{QStringLiteral("key"), qint64(key)}, {QStringLiteral("text"), text}});
-        });
-    };
-    reportKey(&ECManager::signalStandardKeyPressed, "standardKeyPressed");
-    reportKey(&ECManager::signalStandardKeyReleased, "standardKeyReleased");
-    QObject::connect(
-        &manager, &ECManager::signalECKeyClicked, &events, [&events](bool isBound, unsigned short key) {
-            events.writeEvent(
-                QStringLiteral("keyClicked"),
-                {{QStringLiteral("key"), key}, {QStringLiteral("bound"), isBound}});
-        });
+    report(manager, &ECManager::signalStandardKeyPressed, events, "standardKeyPressed", "key", "text");
+    report(manager, &ECManager::signalStandardKeyReleased, events, "standardKeyReleased", "key", "text");
+    report(manager, &ECManager::signalECKeyClicked, events, "keyClicked", "bound", "key");
     report(manager, &ECManager::signalKeyboardLocked, events, "keyboardLocked", "locked");
     report(manager, &ECManager::signalTbarLocked, events, "tbarLocked", "locked");
     report(manager, &ECManager::signalTimeTypeChanged, events, "timeTypeChanged", "type");
@@ -76,31 +61,14 @@ void reportManagerSignals(const ECManager& manager, EventWriter& events)
 
 void reportSession(const ECConsoleSession& session, EventWriter& events)
 {
-    QObject::connect(
-        &session, &ECConsoleSession::serviceStateChanged, &events,
-        [&events](ECConsoleSession::ServiceState state) {
-            events.writeEvent(
-                QStringLiteral("serviceState"), {{QStringLiteral("state"), Internal::wordOf(state)}});
-        });
-    QObject::connect(&session, &ECConsoleSession::errorOccurred, &events, [&events](const QString& text) {
-        events.writeEvent(QStringLiteral("sessionError"), {{QStringLiteral("text"), text}});
-    });
+    report(session, &ECConsoleSession::serviceStateChanged, events, "serviceState", "state");
+    report(session, &ECConsoleSession::errorOccurred, events, "sessionError", "text");
 }
 
 void reportNotices(const DeviceList& devices, EventWriter& events)
 {
-    QObject::connect(
-        &devices, &DeviceList::signalShowStatusBarMsg, &events,
-        [&events](BizModel::StatusBarMsgType type, const QString& text, int durationMs) {
-            events.writeEvent(
-                QStringLiteral("statusBarMessage"),
-                {{QStringLiteral("type"), Internal::wordOf(type)},
-                 {QStringLiteral("text"), text},
-                 {QStringLiteral("ms"), durationMs}});
-        });
-    QObject::connect(&devices, &DeviceList::signalShowWaitingDialog, &events, [&events](const QString& text) {
-        events.writeEvent(QStringLiteral("waitingDialogShown"), {{QStringLiteral("text"), text}});
-    });
+    report(devices, &DeviceList::signalShowStatusBarMsg, events, "statusBarMessage", "type", "text", "ms");
+    report(devices, &DeviceList::signalShowWaitingDialog, events, "waitingDialogShown", "text");
     report(devices, &DeviceList::signalHideWaitingDialog, events, "waitingDialogHidden");
     QObject::connect(
         &devices, &DeviceList::signalFramelessMessageBoxClosed, &events,
@@ -111,13 +79,7 @@ void reportNotices(const DeviceList& devices, EventWriter& events)
 
 void reportMessageBoxes(const NoticePresenter& notices, EventWriter& events)
 {
-    QObject::connect(
-        &notices, &NoticePresenter::signalMessageShown, &events,
-        [&events](BizModel::FramelessMessageBoxMsgType type, const QString& text) {
-            events.writeEvent(
-                QStringLiteral("messageBox"),
-                {{QStringLiteral("type"), Internal::wordOf(type)}, {QStringLiteral("text"), text}});
-        });
+    report(notices, &NoticePresenter::signalMessageShown, events, "messageBox", "type", "text");
 }
 
 void reportOperations(MemoryModel::Operations& operations, EventWriter& events)
@@ -125,10 +87,12 @@ void reportOperations(MemoryModel::Operations& operations, EventWriter& events)
     const auto start = std::chrono::steady_clock::now();
     operations.setListener([&events, start](const MemoryModel::JournalEntry& entry) {
         using namespace std::chrono;
+        static const QStringList phases{
+            QStringLiteral("requested"), QStringLiteral("started"), QStringLiteral("ended")};
         QJsonObject members{
             {QStringLiteral("operation"), entry.operation},
             {QStringLiteral("arguments"), entry.arguments},
-            {QStringLiteral("phase"), nameOf(entry.phase)},
+            {QStringLiteral("phase"), phases.value(int(entry.phase))},
             {QStringLiteral("thread"), QStringLiteral("%1 %2").arg(entry.threadName).arg(entry.threadId)},
             {QStringLiteral("ms"), qint64(duration_cast<milliseconds>(entry.time - start).count())}};
         if (entry.phase == MemoryModel::JournalEntry::Phase::Ended)

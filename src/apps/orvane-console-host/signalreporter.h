@@ -30,8 +30,6 @@ void reportManagerSignals(const ECProxy::Client::ECManager& manager, EventWriter
 /// Writes an event when the console's service goes or comes, and when the session is in trouble.
 void reportSession(const ECProxy::Client::ECConsoleSession& session, EventWriter& events);
 
-/// The state as events name it: "absent", "present", "unknown".
-
 /// Writes an event for every notice to the user but the message boxes.
 void reportNotices(const BizModel::DeviceList& devices, EventWriter& events);
 

@@ -137,33 +137,28 @@ void addSurfaceCommands(CommandTable& table, const std::unique_ptr<SurfaceWindow
 {
     const QString absence = QStringLiteral("the host was started without --shadow");
     table.add(
-        {QStringLiteral("surface"),
-         QStringLiteral("tells what each key is to show and what the console was told last"),
-         {Parameter::flag("differences").orElse(false), Parameter::text("shown").orElse(QString())},
-         [&window, absence](const Arguments& arguments) {
-             if (!window)
-                 return Answer::refused(absence);
-             QString fault;
-             const QString file = arguments.text("shown");
-             const QJsonObject shown = file.isEmpty() ? QJsonObject() : readShownSurface(file, fault);
-             if (!fault.isEmpty())
-                 return Answer::refused(fault);
-             return Answer::done(
-                 {{QStringLiteral("surface"), toJson(window->rows(shown), arguments.flag("differences"))}});
-         }});
+        "surface", "tells what each key is to show and what the console was told last",
+        {Parameter::flag("differences").orElse(false), Parameter::text("shown").orElse(QString())},
+        [&window, absence](const Arguments& arguments) {
+            if (!window)
+                return Answer::refused(absence);
+            QString fault;
+            const QString file = arguments.text("shown");
+            const QJsonObject shown = file.isEmpty() ? QJsonObject() : readShownSurface(file, fault);
+            if (!fault.isEmpty())
+                return Answer::refused(fault);
+            return Answer::done(
+                {{QStringLiteral("surface"), toJson(window->rows(shown), arguments.flag("differences"))}});
+        });
     table.add(
-        {QStringLiteral("showSurface"),
-         QStringLiteral("shows or hides the window that does so"),
-         {Parameter::flag("visible"), Parameter::text("shown").orElse(QString())},
-         [&window, absence](const Arguments& arguments) {
-             if (!window)
-                 return Answer::refused(absence);
-             const QString fault = window->compareWith(arguments.text("shown"));
-             if (!fault.isEmpty())
-                 return Answer::refused(fault);
-             window->setVisible(arguments.flag("visible"));
-             return Answer::done();
-         }});
+        "showSurface", "shows or hides the window that does so",
+        {Parameter::flag("visible"), Parameter::text("shown").orElse(QString())},
+        [&window, absence](const Arguments& arguments) {
+            const QString fault = window ? window->compareWith(arguments.text("shown")) : absence;
+            if (fault.isEmpty())
+                window->setVisible(arguments.flag("visible"));
+            return Answer::of(fault);
+        });
 }
 
 } // namespace Orvane::ConsoleHost

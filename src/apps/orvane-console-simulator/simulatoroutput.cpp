@@ -18,21 +18,18 @@ constexpr int ShownBytes = 512;
 
 void SimulatorOutput::ready(const QString& place, int receiveBuffer)
 {
-    if (m_bQuiet)
-        return;
-    if (m_bJson)
-        jsonLine(
-            "ready", {{QStringLiteral("place"), place}, {QStringLiteral("receiveBuffer"), receiveBuffer}});
-    else
-        textLine(
-            '=', QStringLiteral("listening on %1, receive buffer %2 bytes").arg(place).arg(receiveBuffer));
+    if (!m_bQuiet)
+        line(
+            "ready", '=',
+            QStringLiteral("listening on %1, receive buffer %2 bytes").arg(place).arg(receiveBuffer),
+            {{QStringLiteral("place"), place}, {QStringLiteral("receiveBuffer"), receiveBuffer}});
 }
 
 void SimulatorOutput::down(const DownDatagram& datagram)
 {
     if (m_bQuiet)
         return;
-    if (m_bJson)
+    if (m_bJson) // of a burst only what is printed is made
         jsonLine("down", toJson(datagram));
     else
         textLine('<', describe(datagram));
@@ -43,89 +40,66 @@ void SimulatorOutput::unreadable(const QString& reason, const char* bytes, int s
     QString hex = QLatin1String(QByteArray::fromRawData(bytes, std::min(size, ShownBytes)).toHex());
     if (size > ShownBytes)
         hex += QStringLiteral("...");
-    if (m_bJson)
-        jsonLine(
-            "unreadable",
-            {{QStringLiteral("reason"), reason},
-             {QStringLiteral("size"), size},
-             {QStringLiteral("hex"), hex}});
-    else
-        textLine('!', QStringLiteral("unreadable, %1: %2 bytes %3").arg(reason, QString::number(size), hex));
+    line(
+        "unreadable", '!',
+        QStringLiteral("unreadable, %1: %2 bytes %3").arg(reason, QString::number(size), hex),
+        {{QStringLiteral("reason"), reason}, {QStringLiteral("size"), size}, {QStringLiteral("hex"), hex}});
 }
 
 void SimulatorOutput::file(const FileReceiver::Outcome& outcome)
 {
     const bool isFault = outcome.kind == FileReceiver::Outcome::Fault;
-    if (m_bQuiet && !isFault)
-        return;
-    if (m_bJson)
-        jsonLine("file", {{QStringLiteral("ok"), !isFault}, {QStringLiteral("text"), outcome.text}});
-    else
-        textLine(isFault ? '!' : '=', outcome.text);
+    if (!m_bQuiet || isFault)
+        line(
+            "file", isFault ? '!' : '=', outcome.text,
+            {{QStringLiteral("ok"), !isFault}, {QStringLiteral("text"), outcome.text}});
 }
 
 void SimulatorOutput::up(const QString& what)
 {
-    if (m_bQuiet)
-        return;
-    if (m_bJson)
-        jsonLine("up", {{QStringLiteral("report"), what}});
-    else
-        textLine('>', what);
+    if (!m_bQuiet)
+        line("up", '>', what, {{QStringLiteral("report"), what}});
 }
 
 void SimulatorOutput::captured(const QString& path, quint64 datagrams)
 {
-    if (m_bQuiet)
-        return;
-    if (m_bJson)
-        jsonLine(
-            "captured", {{QStringLiteral("file"), path}, {QStringLiteral("datagrams"), qint64(datagrams)}});
-    else
-        textLine('=', QStringLiteral("captured %1 datagrams in %2").arg(datagrams).arg(path));
+    if (!m_bQuiet)
+        line(
+            "captured", '=', QStringLiteral("captured %1 datagrams in %2").arg(datagrams).arg(path),
+            {{QStringLiteral("file"), path}, {QStringLiteral("datagrams"), qint64(datagrams)}});
 }
 
 void SimulatorOutput::difference(const QString& when, const ConsoleDifference& difference)
 {
-    if (m_bJson)
-        jsonLine(
-            "difference",
-            {{QStringLiteral("when"), when},
-             {QStringLiteral("what"), difference.what},
-             {QStringLiteral("expected"), difference.expected},
-             {QStringLiteral("shown"), difference.shown}});
-    else
-        textLine('!', when + QStringLiteral(", ") + difference.text());
+    line(
+        "difference", '!', when + QStringLiteral(", ") + difference.text(),
+        {{QStringLiteral("when"), when},
+         {QStringLiteral("what"), difference.what},
+         {QStringLiteral("expected"), difference.expected},
+         {QStringLiteral("shown"), difference.shown}});
 }
 
 void SimulatorOutput::outcome(const CommandOutcome& outcome)
 {
     if (m_bQuiet && outcome.isOk)
         return;
-    if (m_bJson) {
-        jsonLine(
-            "result",
-            {{QStringLiteral("ok"), outcome.isOk},
-             {QStringLiteral("command"), outcome.command},
-             {QStringLiteral("place"), outcome.place},
-             {QStringLiteral("detail"), outcome.detail}});
-        return;
-    }
     QString text = outcome.isOk ? QStringLiteral("ok ") : QStringLiteral("FAILED ");
     if (!outcome.place.isEmpty())
         text += outcome.place + QStringLiteral(": ");
     text += outcome.command;
     if (!outcome.detail.isEmpty())
         text += QStringLiteral(" - ") + outcome.detail;
-    textLine(outcome.isOk ? '=' : '!', text);
+    line(
+        "result", outcome.isOk ? '=' : '!', text,
+        {{QStringLiteral("ok"), outcome.isOk},
+         {QStringLiteral("command"), outcome.command},
+         {QStringLiteral("place"), outcome.place},
+         {QStringLiteral("detail"), outcome.detail}});
 }
 
 void SimulatorOutput::problem(const QString& text)
 {
-    if (m_bJson)
-        jsonLine("problem", {{QStringLiteral("text"), text}});
-    else
-        textLine('!', text);
+    line("problem", '!', text, {{QStringLiteral("text"), text}});
 }
 
 void SimulatorOutput::console(const QStringList& picture, const ConsoleState& state)
@@ -158,16 +132,12 @@ void SimulatorOutput::lines(const char* event, const QStringList& lines)
 
 void SimulatorOutput::end(const QString& counters, int failures, int status)
 {
-    if (m_bQuiet && status == 0)
-        return;
-    if (m_bJson)
-        jsonLine(
-            "end",
+    if (!m_bQuiet || status != 0)
+        line(
+            "end", status == 0 ? '=' : '!', QStringLiteral("%1, %2 failures").arg(counters).arg(failures),
             {{QStringLiteral("status"), status},
              {QStringLiteral("failures"), failures},
              {QStringLiteral("counters"), counters}});
-    else
-        textLine(status == 0 ? '=' : '!', QStringLiteral("%1, %2 failures").arg(counters).arg(failures));
 }
 
 void SimulatorOutput::flush()
@@ -177,22 +147,31 @@ void SimulatorOutput::flush()
     m_buffer.clear();
 }
 
+void SimulatorOutput::line(const char* event, char mark, const QString& text, const QJsonObject& members)
+{
+    if (m_bJson)
+        jsonLine(event, members);
+    else
+        textLine(mark, text);
+}
+
 void SimulatorOutput::textLine(char mark, const QString& text)
 {
     char time[32];
     std::snprintf(time, sizeof(time), "%9.3f %c ", double(m_now.count()) / 1e6, mark);
-    m_buffer += time;
-    m_buffer += text.toUtf8();
-    m_buffer += '\n';
-    if (m_buffer.size() > FlushAbove)
-        flush();
+    append(QByteArray(time) + text.toUtf8());
 }
 
 void SimulatorOutput::jsonLine(const char* event, QJsonObject object)
 {
     object.insert(QStringLiteral("event"), QLatin1String(event));
     object.insert(QStringLiteral("ms"), double(m_now.count()) / 1e3);
-    m_buffer += QJsonDocument(object).toJson(QJsonDocument::Compact);
+    append(QJsonDocument(object).toJson(QJsonDocument::Compact));
+}
+
+void SimulatorOutput::append(const QByteArray& line)
+{
+    m_buffer += line;
     m_buffer += '\n';
     if (m_buffer.size() > FlushAbove)
         flush();

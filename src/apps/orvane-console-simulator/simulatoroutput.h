@@ -41,9 +41,11 @@ public:
     void flush();
 
 private:
-    /// A line of text with the time and a mark for its kind in front.
+    /// A line of text with the time and a mark for its kind in front, or an object.
+    void line(const char* event, char mark, const QString& text, const QJsonObject& members);
     void textLine(char mark, const QString& text);
     void jsonLine(const char* event, QJsonObject object);
+    void append(const QByteArray& line);
 
     QByteArray m_buffer;
     std::chrono::microseconds m_now{};

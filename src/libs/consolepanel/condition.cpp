@@ -12,48 +12,92 @@ using namespace ECProxy::Client;
 
 namespace {
 
-using Actual = std::function<QString(const ConsoleRecorder&)>;
-
-Condition steady(Condition::Check check, Actual actual)
+/// About a part of the console, which `find` gives; null for one that no datagram has set.
+/// @param holds whether it is as expected, null or not
+/// @param text how it looks
+template <typename Find, typename Holds, typename Text>
+Condition about(const Find& find, const Holds& holds, const Text& text)
 {
-    return {[check = std::move(check)](const ConsoleRecorder&) { return check; }, std::move(actual)};
+    const Condition::Check check = [find, holds](const ConsoleRecorder& console) {
+        return holds(find(console));
+    };
+    return {
+        [check](const ConsoleRecorder&) { return check; },
+        [find, text](const ConsoleRecorder& console) { return text(find(console)); }};
+}
+
+/// About one that is there.
+template <typename Find, typename Holds, typename Text>
+Condition aboutPresent(const Find& find, const Holds& holds, const Text& text)
+{
+    return about(
+        find, [holds](const auto* part) { return part && holds(*part); },
+        [text](const auto* part) { return part ? text(*part) : nothingYet(); });
+}
+
+QString numberText(quint64 value)
+{
+    return QString::number(value);
+}
+
+/// That a value is this one.
+template <typename Get> Condition numberIs(quint64 expected, const Get& get)
+{
+    return about(
+        get, [expected](quint64 value) { return value == expected; }, numberText);
+}
+
+/// Any visible change of a key or label since the beginning.
+template <typename Find> Condition changes(const Find& find)
+{
+    const auto count = [find](const ConsoleRecorder& console) {
+        const auto* const part = find(console);
+        return part ? part->changes : 0;
+    };
+    return {
+        [count](const ConsoleRecorder& console) {
+            return [count, before = count(console)](const ConsoleRecorder& later) {
+                return count(later) != before;
+            };
+        },
+        [find](const ConsoleRecorder& console) { return lookText(find(console)); }};
+}
+
+const auto look = [](const auto* part) { return lookText(part); };
+
+/// The entry of a map of the state.
+template <typename Map> auto entry(Map ConsoleState::*map, typename Map::key_type key)
+{
+    return [map, key](const ConsoleRecorder& console) { return find(console.state().*map, key); };
+}
+
+/// An optional member of the state.
+template <typename Value> auto pointer(std::optional<Value> ConsoleState::*member)
+{
+    return [member](const ConsoleRecorder& console) -> const Value* {
+        const auto& value = console.state().*member;
+        return value ? &*value : nullptr;
+    };
+}
+
+std::optional<quint8> takeDirection(WordReader& in)
+{
+    if (in.atEnd())
+        return std::nullopt;
+    return in.choice("DIRECTION", {QStringLiteral("up"), QStringLiteral("down")}) == 0 ? BottomToTop
+                                                                                       : TopToBottom;
 }
 
 // --- keys and labels ---
 
-Actual keyLook(quint16 number)
-{
-    return [number](const ConsoleRecorder& console) { return lookText(find(console.state().keys, number)); };
-}
-
-/// `led KEY`: any visible change since the beginning.
-Condition keyChanges(quint16 number)
-{
-    const auto changes = [number](const ConsoleRecorder& console) {
-        const KeyState* key = find(console.state().keys, number);
-        return key ? key->changes : 0;
-    };
-    return {
-        [changes](const ConsoleRecorder& console) {
-            return [changes, before = changes(console)](const ConsoleRecorder& later) {
-                return changes(later) != before;
-            };
-        },
-        keyLook(number)};
-}
-
 Condition parseLed(WordReader& in)
 {
-    const auto number = quint16(in.number("KEY", 0xFFFF));
+    const auto key = entry(&ConsoleState::keys, quint16(in.number("KEY", 0xFFFF)));
     if (in.atEnd())
-        return keyChanges(number);
+        return changes(key);
     if (in.take("dark"))
-        return steady(
-            [number](const ConsoleRecorder& console) {
-                const KeyState* key = find(console.state().keys, number);
-                return !key || !key->isLit;
-            },
-            keyLook(number));
+        return about(
+            key, [](const KeyState* state) { return !state || !state->isLit; }, look);
     const QString word = in.text("COLOUR");
     const auto colour = colourFromText(word);
     if (!colour)
@@ -63,41 +107,23 @@ Condition parseLed(WordReader& in)
         state = LightUp;
     else if (in.take("flashing"))
         state = Flashing;
-    return steady(
-        [number, colour, state](const ConsoleRecorder& console) {
-            const KeyState* key = find(console.state().keys, number);
-            return key && key->isLit && key->colour == colour && (!state || key->buttonState == *state);
+    return about(
+        key,
+        [colour, state](const KeyState* is) {
+            return is && is->isLit && is->colour == colour && (!state || is->buttonState == *state);
         },
-        keyLook(number));
+        look);
 }
 
 Condition parseOled(WordReader& in)
 {
-    const auto number = quint16(in.number("LABEL", 0xFFFF));
-    const Actual actual = [number](const ConsoleRecorder& console) {
-        return lookText(find(console.state().labels, number));
-    };
-    if (in.atEnd()) {
-        const auto changes = [number](const ConsoleRecorder& console) {
-            const LabelState* label = find(console.state().labels, number);
-            return label ? label->changes : 0;
-        };
-        return {
-            [changes](const ConsoleRecorder& console) {
-                return [changes, before = changes(console)](const ConsoleRecorder& later) {
-                    return changes(later) != before;
-                };
-            },
-            actual};
-    }
+    const auto label = entry(&ConsoleState::labels, quint16(in.number("LABEL", 0xFFFF)));
+    if (in.atEnd())
+        return changes(label);
     // What does not fit a label is cut off, wherever a character ends.
     const QByteArray text = in.text("TEXT").toUtf8().left(sizeof(ECOLEDText::OledText));
-    return steady(
-        [number, text](const ConsoleRecorder& console) {
-            const LabelState* label = find(console.state().labels, number);
-            return label ? label->text == text : text.isEmpty();
-        },
-        actual);
+    return about(
+        label, [text](const LabelState* is) { return is ? is->text == text : text.isEmpty(); }, look);
 }
 
 // --- T-Bar, locks, lights ---
@@ -105,31 +131,24 @@ Condition parseOled(WordReader& in)
 Condition parseTBarLevel(WordReader& in)
 {
     const auto level = quint32(in.number("LEVEL"));
-    std::optional<quint8> direction;
-    if (!in.atEnd())
-        direction = in.choice("DIRECTION", {QStringLiteral("up"), QStringLiteral("down")}) == 0 ? BottomToTop
-                                                                                                : TopToBottom;
-    return steady(
-        [level, direction](const ConsoleRecorder& console) {
-            const auto& shown = console.state().tbarLevel;
+    const auto direction = takeDirection(in);
+    return about(
+        pointer(&ConsoleState::tbarLevel),
+        [level, direction](const ECTBarValue* shown) {
             return shown && shown->Value == level && (!direction || shown->IsBottomToTop == *direction);
         },
-        [](const ConsoleRecorder& console) {
-            const auto& shown = console.state().tbarLevel;
-            return lookText(shown ? &*shown : nullptr);
-        });
+        look);
 }
 
 Condition parseLock(WordReader& in)
 {
     const bool isTBar = in.choice("LOCK", {QStringLiteral("tbar"), QStringLiteral("keypad")}) == 0;
     const bool on = in.onOff("STATE");
-    const auto isLocked = [isTBar](const ConsoleRecorder& console) {
-        return isTBar ? console.state().isTBarLocked : console.state().isKeypadLocked;
-    };
-    return steady(
-        [isLocked, on](const ConsoleRecorder& console) { return isLocked(console) == on; },
-        [isLocked](const ConsoleRecorder& console) { return onOffText(isLocked(console)); });
+    return about(
+        [isTBar](const ConsoleRecorder& console) {
+            return isTBar ? console.state().isTBarLocked : console.state().isKeypadLocked;
+        },
+        [on](bool isLocked) { return isLocked == on; }, onOffText);
 }
 
 Condition parseLight(WordReader& in)
@@ -139,17 +158,16 @@ Condition parseLight(WordReader& in)
     for (const quint8 type : types)
         names.append(lightName(type));
     const int choice = in.choice("LIGHT", names);
-    const quint8 type = types[choice < 0 ? 0 : choice];
     const bool on = in.onOff("STATE");
     std::optional<quint8> brightness;
     if (!in.atEnd())
         brightness = quint8(in.number("BRIGHTNESS", 255));
-    return steady(
-        [=](const ConsoleRecorder& console) {
-            const LightState* light = find(console.state().lights, type);
+    return about(
+        entry(&ConsoleState::lights, types[choice < 0 ? 0 : choice]),
+        [on, brightness](const LightState* light) {
             return light && light->isOn == on && (!brightness || light->brightness == *brightness);
         },
-        [type](const ConsoleRecorder& console) { return lookText(find(console.state().lights, type)); });
+        look);
 }
 
 // --- values that were sent once or never ---
@@ -158,82 +176,51 @@ Condition parseLight(WordReader& in)
 template <std::optional<quint8> ConsoleState::*member> Condition parseNumber(WordReader& in)
 {
     const auto expected = quint8(in.number("VALUE", 255));
-    return steady(
-        [expected](const ConsoleRecorder& console) { return console.state().*member == expected; },
-        [](const ConsoleRecorder& console) {
-            const auto& value = console.state().*member;
-            return value ? QString::number(*value) : nothingYet();
-        });
+    return aboutPresent(
+        pointer(member), [expected](quint8 value) { return value == expected; }, numberText);
 }
 
 template <std::optional<bool> ConsoleState::*member> Condition parseFlag(WordReader& in)
 {
     const bool expected = in.onOff("STATE");
-    return steady(
-        [expected](const ConsoleRecorder& console) { return console.state().*member == expected; },
-        [](const ConsoleRecorder& console) {
-            const auto& value = console.state().*member;
-            return value ? onOffText(*value) : nothingYet();
-        });
+    return aboutPresent(
+        pointer(member), [expected](bool value) { return value == expected; }, onOffText);
 }
 
 template <std::optional<QString> ConsoleState::*member> Condition parseString(WordReader& in)
 {
     const QString expected = in.text("TEXT");
-    return steady(
-        [expected](const ConsoleRecorder& console) { return console.state().*member == expected; },
-        [](const ConsoleRecorder& console) {
-            const auto& value = console.state().*member;
-            return value ? QLatin1Char('"') + printable(*value) + QLatin1Char('"') : nothingYet();
-        });
+    return aboutPresent(
+        pointer(member), [expected](const QString& value) { return value == expected; },
+        [](const QString& value) { return QLatin1Char('"') + printable(value) + QLatin1Char('"'); });
 }
 
 Condition parseDviStatus(WordReader& in)
 {
-    const auto input = quint8(in.number("INPUT", 255));
+    const auto input = entry(&ConsoleState::dviStatus, quint8(in.number("INPUT", 255)));
     const bool on = in.onOff("STATE");
-    return steady(
-        [input, on](const ConsoleRecorder& console) {
-            const bool* present = find(console.state().dviStatus, input);
-            return present && *present == on;
-        },
-        [input](const ConsoleRecorder& console) {
-            const bool* present = find(console.state().dviStatus, input);
-            return present ? onOffText(*present) : nothingYet();
-        });
+    return aboutPresent(
+        input, [on](bool isPresent) { return isPresent == on; }, onOffText);
 }
 
 Condition parseConsoleIP(WordReader& in)
 {
-    const auto index = quint8(in.number("INDEX", 255));
+    const auto record = entry(&ConsoleState::deviceIPs, quint8(in.number("INDEX", 255)));
     const QString word = in.text("ADDRESS");
     const auto address = addressFromText(word);
     if (!address)
         in.fail(QStringLiteral("ADDRESS must be a network address, not \"%1\"").arg(word));
-    return steady(
-        [index, address](const ConsoleRecorder& console) {
-            const ECDeviceIPData* record = find(console.state().deviceIPs, index);
-            return record && address == quint32(record->IP);
-        },
-        [index](const ConsoleRecorder& console) {
-            const ECDeviceIPData* record = find(console.state().deviceIPs, index);
-            return record ? addressText(record->IP) : nothingYet();
-        });
+    return aboutPresent(
+        record, [address](const ECDeviceIPData& is) { return address == quint32(is.IP); },
+        [](const ECDeviceIPData& is) { return addressText(is.IP); });
 }
 
 Condition parseIPMode(WordReader& in)
 {
-    const auto index = quint8(in.number("INDEX", 255));
-    const auto mode = quint8(in.number("MODE", 255));
-    return steady(
-        [index, mode](const ConsoleRecorder& console) {
-            const quint8* is = find(console.state().ipModes, index);
-            return is && *is == mode;
-        },
-        [index](const ConsoleRecorder& console) {
-            const quint8* is = find(console.state().ipModes, index);
-            return is ? QString::number(*is) : nothingYet();
-        });
+    const auto mode = entry(&ConsoleState::ipModes, quint8(in.number("INDEX", 255)));
+    const auto expected = quint8(in.number("MODE", 255));
+    return aboutPresent(
+        mode, [expected](quint8 is) { return is == expected; }, numberText);
 }
 
 Condition parseFile(WordReader& in)
@@ -242,15 +229,10 @@ Condition parseFile(WordReader& in)
     std::optional<quint64> size;
     if (!in.atEnd())
         size = in.number("SIZE");
-    return steady(
-        [name, size](const ConsoleRecorder& console) {
-            const ReceivedFile* file = find(console.files(), name);
-            return file && (!size || quint64(file->content.size()) == *size);
-        },
-        [name](const ConsoleRecorder& console) {
-            const ReceivedFile* file = find(console.files(), name);
-            return file ? QStringLiteral("%1 bytes").arg(file->content.size()) : nothingYet();
-        });
+    return aboutPresent(
+        [name](const ConsoleRecorder& console) { return find(console.files(), name); },
+        [size](const ReceivedFile& file) { return !size || quint64(file.content.size()) == *size; },
+        [](const ReceivedFile& file) { return QStringLiteral("%1 bytes").arg(file.content.size()); });
 }
 
 // --- counters ---
@@ -258,25 +240,20 @@ Condition parseFile(WordReader& in)
 Condition parseReceived(WordReader& in)
 {
     const quint64 least = in.number("COUNT");
-    return steady(
-        [least](const ConsoleRecorder& console) { return console.received() >= least; },
-        [](const ConsoleRecorder& console) { return QString::number(console.received()); });
+    return about(
+        [](const ConsoleRecorder& console) { return console.received(); },
+        [least](quint64 received) { return received >= least; }, numberText);
 }
 
 Condition parseUnreadable(WordReader& in)
 {
-    const quint64 expected = in.number("COUNT");
-    return steady(
-        [expected](const ConsoleRecorder& console) { return console.unreadable() == expected; },
-        [](const ConsoleRecorder& console) { return QString::number(console.unreadable()); });
+    return numberIs(in.number("COUNT"), [](const ConsoleRecorder& console) { return console.unreadable(); });
 }
 
 Condition parseMissing(WordReader& in)
 {
-    const quint64 expected = in.number("COUNT");
-    return steady(
-        [expected](const ConsoleRecorder& console) { return console.sequences().missing() == expected; },
-        [](const ConsoleRecorder& console) { return QString::number(console.sequences().missing()); });
+    return numberIs(
+        in.number("COUNT"), [](const ConsoleRecorder& console) { return console.sequences().missing(); });
 }
 
 struct ConditionKind {

@@ -24,34 +24,24 @@ QJsonValue number(quint32 value)
     return QJsonValue(qint64(value));
 }
 
+/// The name of a value, or its number when it has none.
+QString nameOf(quint8 value, std::initializer_list<std::pair<quint8, const char*>> names)
+{
+    for (const auto& [known, name] : names) {
+        if (known == value)
+            return QLatin1String(name);
+    }
+    return QString::number(value);
+}
+
 QString stateName(quint8 state)
 {
-    switch (state) {
-    case LightUp:
-        return QStringLiteral("LightUp");
-    case Flashing:
-        return QStringLiteral("Flashing");
-    case CloseAllLight:
-        return QStringLiteral("CloseAllLight");
-    case ClosedNormalLight:
-        return QStringLiteral("ClosedNormalLight");
-    default:
-        return QString::number(state);
-    }
-}
-
-QString directionName(quint8 direction)
-{
-    if (direction == BottomToTop)
-        return QStringLiteral("up");
-    return direction == TopToBottom ? QStringLiteral("down") : QString::number(direction);
-}
-
-QString sourceName(quint8 source)
-{
-    if (source == dvi1)
-        return QStringLiteral("dvi1");
-    return source == arm_left ? QStringLiteral("arm_left") : QString::number(source);
+    return nameOf(
+        state,
+        {{LightUp, "LightUp"},
+         {Flashing, "Flashing"},
+         {CloseAllLight, "CloseAllLight"},
+         {ClosedNormalLight, "ClosedNormalLight"}});
 }
 
 Fields resolutionFields(const PeripheralControl& record)
@@ -78,7 +68,9 @@ Fields fieldsOf(const DownMessage& message)
                 return Fields{{"label", int(r.ECKey)}, {"app", number(r.OledKey)}, {"text", labelText(r)}};
             },
             [](const ECTBarValue& r) {
-                return Fields{{"level", number(r.Value)}, {"direction", directionName(r.IsBottomToTop)}};
+                return Fields{
+                    {"level", number(r.Value)},
+                    {"direction", nameOf(r.IsBottomToTop, {{BottomToTop, "up"}, {TopToBottom, "down"}})}};
             },
             [](const LockRequest&) { return Fields{}; },
             [](const DVIInSignalRead& r) {
@@ -95,7 +87,7 @@ Fields fieldsOf(const DownMessage& message)
             },
             [](const PeripheralControl& r) { return resolutionFields(r); },
             [](const MVRSignalControl& r) {
-                return Fields{{"source", sourceName(r.SignalIndex)}};
+                return Fields{{"source", nameOf(r.SignalIndex, {{dvi1, "dvi1"}, {arm_left, "arm_left"}})}};
             },
             [](const SystemTime& r) {
                 return Fields{{"text", r.text}};
@@ -228,18 +220,7 @@ QString labelText(const ECOLEDText& record)
 
 QString lightName(quint8 lightType)
 {
-    switch (lightType) {
-    case Gooseneck:
-        return QStringLiteral("gooseneck");
-    case Front:
-        return QStringLiteral("front");
-    case Logo:
-        return QStringLiteral("logo");
-    case Other:
-        return QStringLiteral("other");
-    default:
-        return QString::number(lightType);
-    }
+    return nameOf(lightType, {{Gooseneck, "gooseneck"}, {Front, "front"}, {Logo, "logo"}, {Other, "other"}});
 }
 
 } // namespace Orvane::ConsolePanel

@@ -1,11 +1,10 @@
 #include "showfile.h"
 
 #include "bizmodel/device.h"
-#include "ec/jsonduplicates_p.h"
+#include "jsontext_p.h"
 #include "showarchive.h"
 #include "showcheck.h"
 
-#include <QFile>
 #include <QJsonDocument>
 #include <QSaveFile>
 
@@ -151,8 +150,8 @@ template <typename Archive> void describeKeypad(Archive& archive, ProtoModel::Fi
     archive.integer("beforeOnePreset", info.beforeOnePreset, 0, MaxPresetCount);
     archive.integer("lastPVWPreset", info.lastPVWPreset, 0, MaxPresetCount);
     archive.integer("lastPGMPreset", info.lastPGMPreset, 0, MaxPresetCount);
-    archive.numbers("pvwScreens", info.pvwScn, 0, MaxId);
-    archive.numbers("pgmScreens", info.pgmScn, 0, MaxId);
+    archive.numbers("pvwScreens", info.pvwScn);
+    archive.numbers("pgmScreens", info.pgmScn);
     QList<ProtoModel::File::s_KeypadFile> keys = keypad.keypadArray.toList();
     archive.list("keys", keys, DescribeKey());
     keypad.keypadArray = keys.toVector();
@@ -196,33 +195,20 @@ template <typename Archive> void describeShow(Archive& archive, ShowRecord& show
     archive.list("devices", show.devices, DescribeDevice());
 }
 
-QString positionText(const Internal::TextPosition& position)
-{
-    return QStringLiteral("line %1, column %2: ").arg(position.line).arg(position.column);
-}
-
 } // namespace
 
 std::optional<ShowRecord> parseShow(const QByteArray& json, QStringList& faults)
 {
     faults.clear();
-    QJsonParseError syntax;
-    const QJsonDocument document = QJsonDocument::fromJson(json, &syntax);
-    if (syntax.error != QJsonParseError::NoError) {
-        const auto position = Internal::positionAt(json, syntax.offset);
-        faults += positionText(position) + QStringLiteral("not JSON, %1").arg(syntax.errorString());
+    QList<Internal::TextFault> textFaults;
+    const auto root = Internal::parseJson(json, textFaults);
+    for (const Internal::TextFault& fault : qAsConst(textFaults))
+        faults += fault.place + QStringLiteral(": ") + fault.text;
+    if (!root)
         return std::nullopt;
-    }
-    // QJsonDocument keeps the last of members of one name and tells nobody.
-    const auto duplicates = Internal::findDuplicateKeys(json);
-    for (const Internal::DuplicateKey& duplicate : duplicates)
-        faults += positionText(duplicate.position)
-            + QStringLiteral("expected \"%1\" once in its object").arg(duplicate.key);
     ShowRecord show;
     {
-        const QJsonValue root =
-            document.isObject() ? QJsonValue(document.object()) : QJsonValue(document.array());
-        ShowReader reader(root, QString(), faults);
+        ShowReader reader(*root, QString(), faults);
         describeShow(reader, show);
     }
     for (DeviceRecord& device : show.devices) {
@@ -247,17 +233,12 @@ QByteArray writeShow(const ShowRecord& show)
 std::optional<ShowRecord> loadShowFile(const QString& path, QStringList& faults)
 {
     faults.clear();
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        faults += QStringLiteral("%1: %2").arg(path, file.errorString());
-        return std::nullopt;
-    }
-    const QByteArray json = file.read(MaxShowFileBytes + 1);
-    if (json.size() > MaxShowFileBytes) {
-        faults += QStringLiteral("%1: larger than %2 bytes").arg(path).arg(MaxShowFileBytes);
-        return std::nullopt;
-    }
-    return parseShow(json, faults);
+    QString fault;
+    const auto json = Internal::readFile(path, MaxShowFileBytes, QStringLiteral("a show file"), fault);
+    if (json)
+        return parseShow(*json, faults);
+    faults += path + QStringLiteral(": ") + fault;
+    return std::nullopt;
 }
 
 bool saveShowFile(const QString& path, const ShowRecord& show, QString& error)

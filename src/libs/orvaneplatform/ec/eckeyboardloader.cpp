@@ -2,18 +2,13 @@
 
 #include "ec/eckeyboardplace_p.h"
 #include "ec/eckeyfunctions.h"
-#include "ec/jsonduplicates_p.h"
+#include "jsonreader_p.h"
+#include "jsontext_p.h"
 
-#include <QFile>
 #include <QHash>
 #include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QLocale>
 #include <QStringList>
 
-#include <algorithm>
-#include <cmath>
 #include <limits>
 #include <map>
 #include <optional>
@@ -22,7 +17,9 @@ namespace Orvane::EC {
 
 namespace {
 
-using Internal::quoted;
+using Internal::JsonKind;
+using Internal::JsonReader;
+using Internal::Presence;
 using Place = Internal::KeyboardPlace;
 
 constexpr quint32 MaxU16 = std::numeric_limits<quint16>::max();
@@ -36,26 +33,21 @@ QString groupNames()
     return names.join(QStringLiteral(", "));
 }
 
-/// A value as a message shows it.
-QString shown(const QJsonValue& value)
+std::optional<quint32> number(JsonReader& reader, const char* field, quint32 max)
 {
-    switch (value.type()) {
-    case QJsonValue::Null:
-        return QStringLiteral("null");
-    case QJsonValue::Bool:
-        return value.toBool() ? QStringLiteral("true") : QStringLiteral("false");
-    case QJsonValue::Double:
-        return QString::number(value.toDouble(), 'g', QLocale::FloatingPointShortest);
-    case QJsonValue::String:
-        return quoted(value.toString());
-    case QJsonValue::Array:
-        return QStringLiteral("a list");
-    case QJsonValue::Object:
-        return QStringLiteral("an object");
-    case QJsonValue::Undefined:
-        break;
-    }
-    return QStringLiteral("nothing");
+    const auto value = reader.take(QLatin1String(field), JsonKind::integer(0, max));
+    return value ? std::optional(quint32(value->toDouble())) : std::nullopt;
+}
+
+std::optional<QString> text(JsonReader& reader, const char* field)
+{
+    const auto value = reader.take(QLatin1String(field), JsonKind::text());
+    return value ? std::optional(value->toString()) : std::nullopt;
+}
+
+QJsonArray list(JsonReader& reader, const char* field)
+{
+    return reader.take(QLatin1String(field), JsonKind::list()).value_or(QJsonValue()).toArray();
 }
 
 /// A group while it is read: what its keys must agree on.
@@ -73,48 +65,42 @@ struct GroupState {
 /// read to its end, so that all faults are found at once.
 class KeyboardReader {
 public:
-    std::shared_ptr<s_ECKeyboardConfig> readKeyboard(const QJsonObject& json);
+    std::shared_ptr<s_ECKeyboardConfig> readKeyboard(const QJsonValue& json);
     QList<KeyboardProblem> problems() const { return m_problems; }
 
 private:
     std::shared_ptr<s_ECCommandConfig> readGroup(const QJsonValue& value, Place place);
     std::shared_ptr<s_ECButtonConfig> readKey(const QJsonValue& value, int number, GroupState& group);
-    std::shared_ptr<s_ECOledConfig> readLabel(const QJsonValue& value, const Place& place);
+    std::shared_ptr<s_ECOledConfig> readLabel(const QJsonValue& value, Place place);
 
     const KeyGroupInfo* checkGroupName(const QString& name, const Place& place);
     void checkOrder(
         std::optional<quint32> code, std::optional<quint32> index, GroupState& group, const Place& place);
     void checkHoles(const GroupState& group);
 
-    std::optional<QJsonObject> object(const QJsonValue& value, const QStringList& fields, const Place& place);
-    std::optional<quint32> number(
-        const QJsonObject& json, const QString& field, quint32 max, const Place& place);
-    std::optional<QString> text(const QJsonObject& json, const QString& field, const Place& place);
-    QJsonArray list(const QJsonObject& json, const QString& field, const Place& place);
-
     void note(const Place& place, const QString& text) { m_problems.append({place.toString(), text}); }
-    void noteUnexpected(
-        const QJsonObject& json, const QString& field, const QString& expected, const Place& place);
+    /// Notes in the place as far as it is known by then.
+    JsonReader::Note noteIn(const Place& place)
+    {
+        return [this, &place](const QString&, const QString& fault) { note(place, fault); };
+    }
 
     QList<KeyboardProblem> m_problems;
-    int m_nUnread = 0; ///< values that were none, or none of the right kind
     QHash<QString, int> m_groupOfName;
 };
 
-std::shared_ptr<s_ECKeyboardConfig> KeyboardReader::readKeyboard(const QJsonObject& json)
+std::shared_ptr<s_ECKeyboardConfig> KeyboardReader::readKeyboard(const QJsonValue& json)
 {
-    static const QStringList fields{
-        QStringLiteral("Name"), QStringLiteral("IconName"), QStringLiteral("ModelId"),
-        QStringLiteral("m_commands")};
     const Place place;
-    object(json, fields, place);
-
+    JsonReader reader(json, noteIn(place));
+    if (!reader.isObject())
+        return nullptr;
     auto keyboard = std::make_shared<s_ECKeyboardConfig>();
-    keyboard->Name = text(json, QStringLiteral("Name"), place).value_or(QString());
-    keyboard->IconName = text(json, QStringLiteral("IconName"), place).value_or(QString());
-    keyboard->ModelId =
-        static_cast<quint16>(number(json, QStringLiteral("ModelId"), MaxU16, place).value_or(0));
-    const QJsonArray groups = list(json, QStringLiteral("m_commands"), place);
+    keyboard->Name = text(reader, "Name").value_or(QString());
+    keyboard->IconName = text(reader, "IconName").value_or(QString());
+    keyboard->ModelId = static_cast<quint16>(number(reader, "ModelId", MaxU16).value_or(0));
+    const QJsonArray groups = list(reader, "m_commands");
+    reader.noteUnknown();
     for (int i = 0; i < groups.size(); ++i) {
         Place groupPlace;
         groupPlace.group = i + 1;
@@ -125,20 +111,19 @@ std::shared_ptr<s_ECKeyboardConfig> KeyboardReader::readKeyboard(const QJsonObje
 
 std::shared_ptr<s_ECCommandConfig> KeyboardReader::readGroup(const QJsonValue& value, Place place)
 {
-    static const QStringList fields{QStringLiteral("Name"), QStringLiteral("m_buttons")};
-    const std::optional<QJsonObject> json = object(value, fields, place);
-    if (!json)
+    JsonReader reader(value, noteIn(place));
+    if (!reader.isObject())
         return nullptr;
-
     auto config = std::make_shared<s_ECCommandConfig>();
     GroupState group;
-    if (const std::optional<QString> name = text(*json, QStringLiteral("Name"), place)) {
+    if (const std::optional<QString> name = text(reader, "Name")) {
         config->Name = *name;
         place.groupName = *name;
         group.info = checkGroupName(*name, place);
     }
     group.place = place;
-    const QJsonArray keys = list(*json, QStringLiteral("m_buttons"), place);
+    const QJsonArray keys = list(reader, "m_buttons");
+    reader.noteUnknown();
     for (int i = 0; i < keys.size(); ++i)
         config->m_buttons.append(readKey(keys.at(i), i + 1, group));
     checkHoles(group);
@@ -163,20 +148,16 @@ const KeyGroupInfo* KeyboardReader::checkGroupName(const QString& name, const Pl
 std::shared_ptr<s_ECButtonConfig> KeyboardReader::readKey(
     const QJsonValue& value, int position, GroupState& group)
 {
-    static const QStringList fields{
-        QStringLiteral("ECKey"), QStringLiteral("OrvaneECKey"), QStringLiteral("OrvaneKey"),
-        QStringLiteral("OrderIndex"), QStringLiteral("pECOledCfg")};
     Place place = group.place;
     place.key = position;
-    const std::optional<QJsonObject> json = object(value, fields, place);
-    if (!json) {
+    JsonReader reader(value, noteIn(place));
+    if (!reader.isObject()) {
         group.indexesKnown = false;
         return nullptr;
     }
-
     auto key = std::make_shared<s_ECButtonConfig>();
-    const int unreadBefore = m_nUnread;
-    if (const auto ecKey = number(*json, QStringLiteral("ECKey"), MaxU16, place)) {
+    const auto ecKey = number(reader, "ECKey", MaxU16);
+    if (ecKey) {
         place.ecKey = ecKey;
         key->ECKey = static_cast<quint16>(*ecKey);
         const auto first = group.keyOfNumber.constFind(key->ECKey);
@@ -187,33 +168,37 @@ std::shared_ptr<s_ECButtonConfig> KeyboardReader::readKey(
                 place,
                 QStringLiteral("key %1 has this ECKey already, expected one key a number").arg(*first));
     }
-    key->OrvaneECKey = number(*json, QStringLiteral("OrvaneECKey"), MaxU32, place).value_or(0);
+    const auto appKey = number(reader, "OrvaneECKey", MaxU32);
+    key->OrvaneECKey = appKey.value_or(0);
     const quint32 highestCode = group.info ? quint32(group.info->functions.size() - 1) : MaxU16;
-    const auto code = number(*json, QStringLiteral("OrvaneKey"), highestCode, place);
+    const auto code = number(reader, "OrvaneKey", highestCode);
     key->OrvaneKey = static_cast<quint16>(code.value_or(0));
-    const auto index = number(*json, QStringLiteral("OrderIndex"), MaxU16, place);
+    const auto index = number(reader, "OrderIndex", MaxU16);
     key->OrderIndex = static_cast<quint16>(index.value_or(0));
     checkOrder(code, index, group, place);
 
-    const QJsonValue label = json->value(QStringLiteral("pECOledCfg"));
-    if (!label.isUndefined() && !label.isNull()) {
-        place.label = true;
-        key->pECOledCfg = readLabel(label, place);
-    }
-    return m_nUnread == unreadBefore ? key : nullptr;
+    const auto label = reader.take(QStringLiteral("pECOledCfg"), JsonKind::anything(), Presence::Optional);
+    const bool hasLabel = label && !label->isNull();
+    if (hasLabel)
+        key->pECOledCfg = readLabel(*label, place);
+    reader.noteUnknown();
+    const bool isWhole = ecKey && appKey && code && index && (key->pECOledCfg || !hasLabel);
+    return isWhole ? key : nullptr;
 }
 
-std::shared_ptr<s_ECOledConfig> KeyboardReader::readLabel(const QJsonValue& value, const Place& place)
+/// Empty when one of its numbers cannot be read.
+std::shared_ptr<s_ECOledConfig> KeyboardReader::readLabel(const QJsonValue& value, Place place)
 {
-    static const QStringList fields{QStringLiteral("ECKey"), QStringLiteral("OrvaneECKey")};
-    const std::optional<QJsonObject> json = object(value, fields, place);
-    if (!json)
+    place.label = true;
+    JsonReader reader(value, noteIn(place));
+    if (!reader.isObject())
         return nullptr;
-
-    auto label = std::make_shared<s_ECOledConfig>();
-    label->ECKey = static_cast<quint16>(number(*json, QStringLiteral("ECKey"), MaxU16, place).value_or(0));
-    label->OrvaneECKey = number(*json, QStringLiteral("OrvaneECKey"), MaxU32, place).value_or(0);
-    return label;
+    const auto ecKey = number(reader, "ECKey", MaxU16);
+    const auto appKey = number(reader, "OrvaneECKey", MaxU32);
+    reader.noteUnknown();
+    return ecKey && appKey
+        ? std::make_shared<s_ECOledConfig>(s_ECOledConfig{static_cast<quint16>(*ecKey), *appKey})
+        : nullptr;
 }
 
 void KeyboardReader::checkOrder(
@@ -252,66 +237,6 @@ void KeyboardReader::checkHoles(const GroupState& group)
     }
 }
 
-std::optional<QJsonObject> KeyboardReader::object(
-    const QJsonValue& value, const QStringList& fields, const Place& place)
-{
-    const auto expected = [&] { return fields.join(QStringLiteral(", ")); };
-    if (!value.isObject()) {
-        ++m_nUnread;
-        note(place, QStringLiteral("is %1, expected an object with %2").arg(shown(value), expected()));
-        return std::nullopt;
-    }
-    const QJsonObject json = value.toObject();
-    for (auto it = json.constBegin(); it != json.constEnd(); ++it) {
-        if (!fields.contains(it.key()))
-            note(place, QStringLiteral("unknown field %1, expected %2").arg(quoted(it.key()), expected()));
-    }
-    return json;
-}
-
-std::optional<quint32> KeyboardReader::number(
-    const QJsonObject& json, const QString& field, quint32 max, const Place& place)
-{
-    const double value = json.value(field).toDouble(-1.0);
-    if (value >= 0.0 && value <= max && std::floor(value) == value)
-        return static_cast<quint32>(value);
-    noteUnexpected(json, field, QStringLiteral("a whole number from 0 to %1").arg(max), place);
-    return std::nullopt;
-}
-
-std::optional<QString> KeyboardReader::text(const QJsonObject& json, const QString& field, const Place& place)
-{
-    const QJsonValue value = json.value(field);
-    if (value.isString())
-        return value.toString();
-    noteUnexpected(json, field, QStringLiteral("a text"), place);
-    return std::nullopt;
-}
-
-QJsonArray KeyboardReader::list(const QJsonObject& json, const QString& field, const Place& place)
-{
-    const QJsonValue value = json.value(field);
-    if (!value.isArray())
-        noteUnexpected(json, field, QStringLiteral("a list"), place);
-    return value.toArray();
-}
-
-void KeyboardReader::noteUnexpected(
-    const QJsonObject& json, const QString& field, const QString& expected, const Place& place)
-{
-    ++m_nUnread;
-    const QJsonValue value = json.value(field);
-    if (value.isUndefined())
-        note(place, QStringLiteral("missing field %1, expected %2").arg(quoted(field), expected));
-    else
-        note(place, QStringLiteral("%1 is %2, expected %3").arg(field, shown(value), expected));
-}
-
-QString toString(const Internal::TextPosition& position)
-{
-    return QStringLiteral("line %1, column %2").arg(position.line).arg(position.column);
-}
-
 } // namespace
 
 QString KeyboardProblem::toString() const
@@ -321,54 +246,23 @@ QString KeyboardProblem::toString() const
 
 KeyboardDraft draftKeyboard(const QByteArray& json)
 {
-    QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(json, &error);
-    if (error.error != QJsonParseError::NoError)
-        return {
-            nullptr,
-            {{toString(Internal::positionAt(json, error.offset)),
-              QStringLiteral("no valid JSON: %1").arg(error.errorString())}}};
-    if (!document.isObject())
-        return {nullptr, {{Place().toString(), QStringLiteral("is a list, expected an object")}}};
-
     KeyboardDraft draft;
-    const QList<Internal::DuplicateKey> duplicates = Internal::findDuplicateKeys(json);
-    for (const Internal::DuplicateKey& duplicate : duplicates) {
-        draft.problems.append(
-            {toString(duplicate.position),
-             QStringLiteral("field %1 stands twice in its object, expected once")
-                 .arg(quoted(duplicate.key))});
+    QList<Internal::TextFault> faults;
+    const auto value = Internal::parseJson(json, faults);
+    for (const Internal::TextFault& fault : qAsConst(faults))
+        draft.problems.append({fault.place, fault.text});
+    if (value) {
+        KeyboardReader reader;
+        draft.keyboard = reader.readKeyboard(*value);
+        draft.problems += reader.problems();
     }
-    KeyboardReader reader;
-    draft.keyboard = reader.readKeyboard(document.object());
-    draft.problems += reader.problems();
     return draft;
 }
 
 std::optional<QByteArray> readKeyboardFile(const QString& path, KeyboardProblem& problem)
 {
-    const auto refuse = [&](const QString& text) {
-        problem = {path, text};
-        return std::nullopt;
-    };
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return refuse(QStringLiteral("cannot be read: %1").arg(file.errorString()));
-    // In pieces, for special files do not tell their size.
-    constexpr qint64 pieceBytes = 1024LL * 1024;
-    QByteArray json;
-    while (json.size() <= MaxKeyboardFileBytes) {
-        const QByteArray piece = file.read(pieceBytes);
-        if (piece.isEmpty())
-            break;
-        json += piece;
-    }
-    if (file.error() != QFileDevice::NoError)
-        return refuse(QStringLiteral("cannot be read: %1").arg(file.errorString()));
-    if (json.size() > MaxKeyboardFileBytes)
-        return refuse(
-            QStringLiteral("is larger than %1 bytes, expected a keyboard file").arg(MaxKeyboardFileBytes));
-    return json;
+    problem.place = path;
+    return Internal::readFile(path, MaxKeyboardFileBytes, QStringLiteral("a keyboard file"), problem.text);
 }
 
 KeyboardLoadResult loadKeyboard(const QByteArray& json)
