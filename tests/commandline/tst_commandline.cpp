@@ -38,19 +38,6 @@ class TestCommandLine : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void valuesPresetsAndArgumentsAreRead()
-    {
-        const auto read =
-            readArguments(example, {"example", "--side", "left", "--loud", "--side=right", "my show"});
-        QVERIFY(std::holds_alternative<Arguments>(read));
-        const auto& arguments = std::get<Arguments>(read);
-        QVERIFY(arguments.isSet("loud") && arguments.isSet("side") && !arguments.isSet("size"));
-        QCOMPARE(arguments.value("side"), QString("right"));
-        QCOMPARE(arguments.value("size"), QString("3"));
-        QVERIFY(arguments.value("file").isEmpty());
-        QCOMPARE(arguments.argument(0), QString("my show"));
-    }
-
     void wrongCommandLineIsRefused_data()
     {
         QTest::addColumn<QStringList>("commandLine");

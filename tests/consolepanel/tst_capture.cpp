@@ -87,17 +87,6 @@ private Q_SLOTS:
         QVERIFY(record.endsWith(QByteArray::fromHex("8ae38ae300080000")));
     }
 
-    void longerThanADatagramIsNoRecord()
-    {
-        QByteArray record;
-        const QByteArray bytes(LargestDatagram + 1, 'x');
-        QVERIFY(!appendCaptureRecord(CapturedDatagram::Down, {}, bytes.constData(), bytes.size(), record));
-        QVERIFY(record.isEmpty());
-        QVERIFY(appendCaptureRecord(CapturedDatagram::Down, {}, bytes.constData(), LargestDatagram, record));
-        const auto capture = std::get<Capture>(readCapture(ours(record)));
-        QCOMPARE(capture.datagrams.at(0).bytes.size(), LargestDatagram);
-    }
-
     void otherProgramsFilesAreRead_data()
     {
         QTest::addColumn<QByteArray>("file");
@@ -214,26 +203,6 @@ private Q_SLOTS:
             QVERIFY(datagram.time >= before);
             before = datagram.time;
         }
-    }
-
-    void whatWasAddedIsInTheFileBeforeItIsClosed()
-    {
-        const QTemporaryDir directory;
-        const QString path = directory.filePath("a.pcap");
-        CaptureWriter writer;
-        QVERIFY(writer.open(path));
-        writer.add(CapturedDatagram::Down, Green.constData(), Green.size());
-        QTRY_COMPARE(std::get<Capture>(loadCapture(path)).datagrams.size(), std::size_t(1));
-    }
-
-    void fileThatCannotBeWrittenIsTold()
-    {
-        CaptureWriter nowhere;
-        QVERIFY(!nowhere.open("/nowhere/a.pcap"));
-        QVERIFY(!nowhere.errorText().isEmpty());
-        CaptureWriter full; // a device without room refuses the file's very head
-        QVERIFY(!full.open("/dev/full"));
-        QVERIFY(!full.errorText().isEmpty());
     }
 
     void diskThatFillsUpEndsTheCaptureAndIsTold()

@@ -39,27 +39,6 @@ class TestConsoleState : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void ledDatagramsLightAndDarkenKeys()
-    {
-        ConsoleRecorder console;
-        const auto key = [&console] { return console.state().keys.at(12); };
-        receive(console, led(12, "00ff00"));
-        QVERIFY(key().isLit);
-        QCOMPARE(colourText(key().colour), "0,255,0 (Green)");
-        QCOMPARE(key().changes, quint64(1));
-
-        receive(console, led(12, "00ff00"));
-        QCOMPARE(key().changes, quint64(1));
-        receive(console, led(12, "00ff00", Protocol::Flashing));
-        QVERIFY(key().isLit);
-        QCOMPARE(key().changes, quint64(2));
-        receive(console, led(12, "141414"));
-        QVERIFY(key().isLit); // the dim grey is a light too
-        receive(console, led(12, "141414", Protocol::ClosedNormalLight));
-        QVERIFY(!key().isLit);
-        QCOMPARE(console.state().ledMessages, quint64(5));
-    }
-
     void closingAllLedsDarkensEveryKeyOnce()
     {
         ConsoleRecorder console;
@@ -188,18 +167,6 @@ private Q_SLOTS:
                 "Time: 2024:05:06 07:08:09",
                 "Datagrams: 13 received, 1 unreadable, 0 missing, 0 late, 0 repeated, 0 restarts",
             }));
-    }
-
-    void pictureInColourPaintsTheKeys()
-    {
-        ConsoleRecorder console;
-        receive(console, led(1, "00ff00"));
-        receive(console, led(2, "ff4800", Protocol::Flashing));
-        const ConsoleLayout layout = smallLayout();
-        const QString keys = ConsolePicture(layout, console, {true, 100}).lines().at(3);
-        QVERIFY2(keys.contains("\x1b[38;2;0;0;0m\x1b[48;2;0;255;0m    1     \x1b[0m"), qPrintable(keys));
-        QVERIFY2(
-            keys.contains("\x1b[5m\x1b[38;2;255;255;255m\x1b[48;2;255;72;0m    2     "), qPrintable(keys));
     }
 };
 

@@ -41,14 +41,6 @@ private Q_SLOTS:
         QCOMPARE(arrivals(wire), first);
     }
 
-    void wholeWirePassesEverythingOnceAndInOrder()
-    {
-        FaultyWire wire;
-        const QVector<quint32> keys = arrivals(wire);
-        QCOMPARE(keys.size(), 100);
-        QVERIFY(std::is_sorted(keys.begin(), keys.end()));
-    }
-
     void duplicatesDelaysAndOvertakes()
     {
         FaultyWire wire;
@@ -82,42 +74,6 @@ private Q_SLOTS:
         QCOMPARE(int(wire.pass(press(5)).size()), 1);
         QVERIFY(wire.pass(release).empty());
         QCOMPARE(int(wire.pass(release).size()), 1);
-    }
-
-    void everyMalformedReportIsRefused()
-    {
-        for (int kind = 0; kind < malformedKinds().size(); ++kind)
-            QVERIFY2(!decodeUp(malformedDatagram(kind)), qPrintable(malformedKinds().at(kind)));
-    }
-
-    void reportsAreReadAsTheyWereWritten()
-    {
-        const UpMessage reports[] = {
-            KeyReport{false, 0xFF0005},
-            Protocol::ECTBarValue{32, Protocol::TopToBottom},
-            LockReport{LockTarget::Keypad, true},
-            DviReport{{{0, 1}, {3, 0}}},
-            DviReport{},
-            Protocol::ECDeviceIPData{1, 2, 3, 4, 5}};
-        for (const UpMessage& report : reports) {
-            const auto read = decodeUp(encodeUp(report, 0));
-            QVERIFY(read);
-            QCOMPARE(describe(*read), describe(report));
-        }
-    }
-
-    void scriptSetsFaultsAndRestartsTheConsole()
-    {
-        RunnerBench bench;
-        bench.command("fault drop 40");
-        QCOMPARE(bench.wire.faults().dropRate, 40);
-        bench.command("fault none");
-        QCOMPARE(bench.wire.faults().dropRate, 0);
-        bench.datagram(led(3, "00ff00"));
-        bench.command("restart-console");
-        QVERIFY(bench.console.state().keys.empty());
-        QVERIFY(std::holds_alternative<CommandFault>(parseCommand("fault drop 101")));
-        QVERIFY(std::holds_alternative<CommandFault>(parseCommand("malformed odd")));
     }
 };
 

@@ -140,34 +140,6 @@ private Q_SLOTS:
         QVERIFY(bench.outcomes.first().startsWith("ok"));
     }
 
-    void captureFromTheMiddleSaysNothingAboutOtherKeys()
-    {
-        RunnerBench bench;
-        Recording recording;
-        recording.up(0, key(true, 1)).down(1, led(1, "00ff00", 0, 77));
-        recording.play(bench);
-        bench.datagram(led(1, "00ff00"));
-        bench.datagram(led(9, "ff0000"));
-        bench.datagram(request(107, {})); // the keypad is locked
-        bench.clock.advance(1s);
-        QCOMPARE(bench.outcomes, QStringList("ok 1 reports, the console shows what was recorded"));
-    }
-
-    void otherStartIsToldAndPlayedAllTheSame()
-    {
-        RunnerBench bench;
-        Recording recording;
-        recordPress(recording);
-        recording.play(bench);
-        bench.datagram(led(1, "ff0000"));
-        bench.clock.advance(4900ms);
-        QVERIFY(bench.sent.isEmpty());
-        bench.clock.advance(600ms);
-        QCOMPARE(bench.sent.size(), 2);
-        QCOMPARE(bench.differences.size(), 1);
-        QVERIFY(bench.differences.first().startsWith("before the first report: key 1: expected 20,20,20"));
-    }
-
     void withoutAHostNothingStarts()
     {
         RunnerBench bench;
@@ -218,17 +190,6 @@ private Q_SLOTS:
         bench.clock.advance(1s);
         QCOMPARE(bench.outcomes, QStringList("ok 2 reports, the console shows what was recorded"));
         QVERIFY(!bench.runner.hasUnplayed() && bench.differences.isEmpty());
-    }
-
-    void malformedReportIsPlayedByteForByte()
-    {
-        RunnerBench bench;
-        const QByteArray malformed = key(true, 1).left(18);
-        Recording().up(0, malformed).play(bench);
-        bench.datagram(led(1, "141414"));
-        bench.clock.advance(1s);
-        QCOMPARE(bench.datagrams, QVector<QByteArray>{malformed});
-        QVERIFY(bench.sent.first().startsWith("send 55ee55ee"));
     }
 };
 

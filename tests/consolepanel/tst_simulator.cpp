@@ -116,96 +116,6 @@ private Q_SLOTS:
         QVERIFY(!m_output.contains("press 13"));
     }
 
-    void keepGoingRunsTheWholeScript()
-    {
-        QCOMPARE(
-            runScript(
-                "expect lock tbar on within 0\npress 13\nexpect led 13 green within 20000\n",
-                {"--keep-going", "--quiet"}),
-            1);
-        QVERIFY2(m_output.contains("FAILED line 1: "), m_output.constData());
-        QVERIFY2(m_output.contains("1 received") && m_output.contains("1 failures"), m_output.constData());
-        QVERIFY(!m_output.contains("press 13")); // quiet
-    }
-
-    void captureIsReplayedToAHostThatDoesTheSame_data()
-    {
-        QTest::addColumn<QByteArray>("changed");
-        QTest::addColumn<int>("status");
-        QTest::addColumn<QByteArray>("said");
-        QTest::newRow("same") << QByteArray() << 0 << QByteArray("the console shows what was recorded");
-        QTest::newRow("different") << led(13, "ff0000") << 1
-                                   << QByteArray(
-                                          "at the end, key 13: expected 20,20,20 (Off), brightness 100, "
-                                          "shown 255,0,0 (Red), brightness 100");
-    }
-
-    void captureIsReplayedToAHostThatDoesTheSame()
-    {
-        QFETCH(QByteArray, changed);
-        QFETCH(int, status);
-        QFETCH(QByteArray, said);
-        const QTemporaryDir directory;
-        const QString file = directory.filePath("a.pcap");
-        const int recorded = runScript(
-            "press 12\nexpect led 12 green within 20000\n"
-            "tap 13 300\nexpect led 13 off within 20000\nmalformed short\n",
-            {"--capture", file});
-        QVERIFY2(recorded == 0, m_output.constData());
-        QVERIFY2(m_output.contains("captured 7 datagrams in " + file.toUtf8()), m_output.constData());
-        const QVector<QByteArray> reports = std::exchange(m_peer->reports, {});
-
-        m_output.clear();
-        start({"--replay", file, "--speed", "10"});
-        QVERIFY(prints("listening"));
-        m_peer->send(request(Protocol::UnlockTBar, {})); // a host is there
-        QVERIFY(prints("> release 13"));
-        if (!changed.isEmpty())
-            m_peer->send(changed);
-        QCOMPARE(ended(), status);
-        QVERIFY2(m_output.contains(said), m_output.constData());
-        QCOMPARE(m_peer->reports, reports);
-    }
-
-    void linesOfInputStepThroughACapture()
-    {
-        const QTemporaryDir directory;
-        const QString file = directory.filePath("a.pcap");
-        QCOMPARE(
-            runScript(
-                ("capture start " + file
-                 + "\ncapture start x\npress 12\nexpect led 12 green within 20000\n"
-                   "release 12\nexpect led 12 off within 20000\ncapture stop\ncapture stop\n")
-                    .toUtf8()
-                    .constData(),
-                {"--keep-going"}),
-            1);
-        QVERIFY2(m_output.contains(file.toUtf8() + " is being captured already"), m_output.constData());
-        QVERIFY2(m_output.contains("nothing is being captured"), m_output.constData());
-        m_output.clear();
-        start({"--replay", file, "--step"});
-        QVERIFY(prints("listening"));
-        m_peer->send(request(Protocol::UnlockTBar, {}));
-        QVERIFY(prints("2 reports to be stepped through"));
-        m_program.write("\n");
-        QVERIFY(prints("ok step - report 1 of 2"));
-        m_program.write("\n");
-        QVERIFY(prints("ok step - 2 reports, the console shows what was recorded"));
-        m_program.closeWriteChannel();
-        QCOMPARE(ended(), 0);
-    }
-
-    void replayWithoutACaptureDoesNotStart()
-    {
-        start({"--replay", "/nowhere.pcap"});
-        QCOMPARE(ended(), 2);
-        QVERIFY2(m_output.contains("FAILED replay /nowhere.pcap - No such file"), m_output.constData());
-        start({"--capture", "/nowhere/a.pcap"});
-        QCOMPARE(ended(), 2);
-        start({"--step"});
-        QCOMPARE(ended(), 2);
-    }
-
     void unreadableDatagramIsShownAndFailsTheRun_data()
     {
         QTest::addColumn<QStringList>("arguments");
@@ -238,20 +148,6 @@ private Q_SLOTS:
         QVERIFY2(m_output.contains("\"jump\": there is no command \"jump\""), m_output.constData());
         QCOMPARE(m_output.count("ok expect led 12 green within 20000"), 2);
         QTRY_COMPARE(m_peer->reports.size(), 2);
-    }
-
-    void jsonPrintsAnObjectALine()
-    {
-        QVERIFY(runScript("press 12\nexpect led 12 green within 20000\nshow\n", {"--json"}) == 0);
-        QStringList events;
-        for (const QByteArray& line : m_output.trimmed().split('\n')) {
-            const QJsonObject object = QJsonDocument::fromJson(line).object();
-            QVERIFY2(object.contains("ms"), line.constData());
-            events.append(object.value("event").toString());
-            if (events.last() == "down")
-                QVERIFY2(object.value("key") == 12 && object.value("color") == "0,255,0", line.constData());
-        }
-        QCOMPARE(events.join(' '), "ready up down result show end");
     }
 
     void burstIsTakenWhole()
@@ -328,21 +224,6 @@ private Q_SLOTS:
         QCOMPARE(problem.value("kind").toString(), QString("error"));
         QCOMPARE(problem.value("place").toString(), QString("keyboard"));
         QCOMPARE(problem.value("text").toString(), QString("is a list, expected an object"));
-    }
-
-    void checkPassesTheExampleAndRefusesWhatItCannotRead()
-    {
-        start({"--check", QStringLiteral(EXAMPLE_KEYBOARD)});
-        QVERIFY2(ended() == 0 && m_output.isEmpty(), m_output.constData());
-        const QList<QStringList> unreadable{
-            {"--check", "/nowhere"},
-            {"--check", QStringLiteral(EXAMPLE_KEYBOARD), "--translation", "/nowhere"}};
-        for (const QStringList& arguments : unreadable) {
-            start(arguments);
-            QCOMPARE(ended(), 2);
-            QVERIFY(m_program.readAllStandardError().contains("/nowhere: "));
-            QVERIFY2(m_output.isEmpty(), m_output.constData());
-        }
     }
 
     void operatorGuideIsThePageOfTheExample()

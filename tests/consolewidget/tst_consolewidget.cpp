@@ -1,18 +1,11 @@
 #include "consolewidget.h"
 #include "ec/eckeyboardloader.h"
-#include "faultpanel.h"
-#include "journalview.h"
 #include "keycap.h"
 #include "lightbar.h"
 #include "paneltestsupport.h"
 #include "tbarlever.h"
 
-#include <QLineEdit>
-#include <QPushButton>
 #include <QSignalSpy>
-#include <QSortFilterProxyModel>
-#include <QSpinBox>
-#include <QTableView>
 #include <QTest>
 
 using namespace PanelTest;
@@ -146,73 +139,6 @@ private Q_SLOTS:
         QCOMPARE(positions.last().first, quint32(62));
         desk.tell(request(103, number(7, 4) + number(Protocol::BottomToTop, 1)));
         QTRY_COMPARE(desk.widget.findChild<LightBar*>()->level(), 7);
-    }
-
-    void everythingFitsAtBothSizes_data()
-    {
-        QTest::addColumn<QSize>("size");
-        QTest::newRow("small") << QSize(1280, 550);
-        QTest::newRow("large") << QSize(3840, 2160);
-    }
-
-    void everythingFitsAtBothSizes()
-    {
-        QFETCH(QSize, size);
-        Desk desk;
-        desk.widget.resize(size);
-        QCOMPARE(desk.widget.size(), size);
-        QCoreApplication::processEvents();
-        const auto keys = desk.widget.findChildren<KeyCap*>();
-        QCOMPARE(keys.size(), 113);
-        for (const KeyCap* key : keys) {
-            const QRect place(key->mapTo(&desk.widget, QPoint(0, 0)), key->size());
-            QVERIFY2(desk.widget.rect().contains(place), qPrintable(key->objectName()));
-            QVERIFY2(place.width() >= 40 && place.height() >= 30, qPrintable(key->objectName()));
-        }
-    }
-
-    void journalReadsFiltersAndForgets()
-    {
-        JournalModel journal;
-        JournalView view(journal);
-        journal.note(std::chrono::seconds(1), JournalModel::Down, led(12, "00ff00"));
-        journal.note(std::chrono::seconds(2), JournalModel::Up, encodeUp(KeyReport{true, 13}, 0));
-        journal.note(std::chrono::seconds(3), JournalModel::Lost, malformedDatagram(1));
-        view.refresh();
-        const auto* const shown = view.findChild<QTableView*>()->model();
-        QCOMPARE(shown->rowCount(), 3);
-        const auto text = [&](int row) {
-            return shown->index(row, JournalModel::TextColumn).data().toString();
-        };
-        QVERIFY(text(0).contains("UpdateECButtonColor key=12"));
-        QCOMPARE(text(1), "press 13");
-        QCOMPARE(text(2), "malformed");
-        QCOMPARE(shown->index(2, JournalModel::DirectionColumn).data().toString(), "> lost");
-        QVERIFY(shown->index(0, JournalModel::HexColumn).data().toString().startsWith("ee 55 ee 55"));
-        view.findChild<QLineEdit*>("journalFilter")->setText("PRESS 13");
-        QCOMPARE(shown->rowCount(), 1);
-        view.findChild<QLineEdit*>("journalFilter")->clear();
-        for (int i = 0; i < JournalModel::MostEntries + 10; ++i)
-            journal.note(std::chrono::seconds(4), JournalModel::Down, led(quint16(i), "ffffff"));
-        view.refresh();
-        QCOMPARE(journal.rowCount(), int(JournalModel::MostEntries));
-        QVERIFY(text(0).contains("key=10 "));
-    }
-
-    void faultPanelAndScriptChangeTheSameWire()
-    {
-        FaultyWire wire;
-        FaultPanel panel(wire);
-        panel.findChild<QSpinBox*>("dropRate")->setValue(30);
-        QCOMPARE(wire.faults().dropRate, 30);
-        wire.faults().delayRate = 5;
-        panel.refresh();
-        QCOMPARE(panel.findChild<QSpinBox*>("delayRate")->value(), 5);
-        panel.findChild<QPushButton*>("loseRelease")->click();
-        QVERIFY(wire.faults().losesNextRelease);
-        QSignalSpy sent(&panel, &FaultPanel::signalSendBytes);
-        panel.findChild<QPushButton*>("sendMalformed")->click();
-        QVERIFY(!decodeUp(sent.at(0).at(0).toByteArray()));
     }
 
     void burstCostsOneFrameThatShowsItsLast()

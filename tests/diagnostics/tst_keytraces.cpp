@@ -86,18 +86,6 @@ private Q_SLOTS:
         QVERIFY(console().settle());
     }
 
-    void anOnScreenKeyTellsBothItsNumbers()
-    {
-        ECKeyTracer tracer;
-        const quint16 digit = keyOf("NumberCommand", "Enter");
-        const quint32 virtualKey = Constants::VirtualKeyOffset + TestSupport::appNumber(digit);
-        QVERIFY(tap(virtualKey));
-        const Traces traces = tracer.take();
-        QCOMPARE(traces.size(), 2);
-        QCOMPARE(traces.first().key, virtualKey);
-        QCOMPARE(traces.first().ecKey, quint32(digit));
-    }
-
     void eachGuardIsTheReasonOfEachKeyThatItStops_data()
     {
         QTest::addColumn<Arrange>("arrange");

@@ -73,16 +73,6 @@ private Q_SLOTS:
         QCOMPARE(differencesOf(surface), QString());
     }
 
-    void askingWhatIsWantedSendsNothing()
-    {
-        const Shadow shadow;
-        repaint();
-        console().takeRequests();
-        shadow.surface();
-        QVERIFY(console().settle());
-        QCOMPARE(int(console().takeRequests().size()), 0);
-    }
-
     void aLightThatTheHostPaintsOverIsTheOneThatDiffers()
     {
         const Shadow shadow;
@@ -110,27 +100,6 @@ private Q_SLOTS:
         console().release(enter);
         QVERIFY(console().settle());
         QVERIFY(!keyAt(shadow, enter).differs());
-    }
-
-    void closingAllLightsLeavesEveryKeyWrong()
-    {
-        const Shadow shadow;
-        repaint();
-        ECManager::instance()->closeAllButtonLED();
-        const auto keys = shadow.surface().keys;
-        QVERIFY(std::all_of(keys.cbegin(), keys.cend(), [](const Shadow::Key& key) {
-            return !key.wanted || (key.differs() && key.sent && key.sent->ButtonState == CloseAllLight);
-        }));
-    }
-
-    void whatWasSentBeforeTheShadowIsNotKnown()
-    {
-        repaint();
-        const Shadow shadow;
-        const auto surface = shadow.surface();
-        QVERIFY(std::none_of(surface.keys.cbegin(), surface.keys.cend(), [](const Shadow::Key& key) {
-            return key.sent.has_value();
-        }));
     }
 
 private:

@@ -1,8 +1,8 @@
 #include "capturefile.h"
 #include "downdecoder.h"
 #include "downdescription.h"
-#include "orvaneecclientencoder.h"
 #include "printabletext.h"
+#include "requestrows.h"
 #include "upmessage.h"
 
 #include <QJsonArray>
@@ -175,94 +175,11 @@ Reading readingOf(const CapturedDatagram& datagram)
     return reading;
 }
 
-/// Every request there is, as the library's own encoder makes it.
 QVector<QByteArray> everyRequest()
 {
-    ECClientEncoder encoder;
     QVector<QByteArray> requests;
-    const auto add = [&requests](auto&& build) {
-        QByteArray bytes;
-        build(bytes);
-        requests.append(bytes);
-    };
-    const auto plain = [&](bool (ECClientEncoder::*build)(QByteArray&)) {
-        add([&](QByteArray& out) { (encoder.*build)(out); });
-    };
-    for (const quint8 state : {LightUp, Flashing, CloseAllLight, ClosedNormalLight})
-        add([&](QByteArray& out) {
-            encoder.getECButtonColorRequest(
-                std::make_shared<ECButtonColor>(ECButtonColor{0xFFFFFFFF, 12, state, 1, 2, 255, 100}), out);
-        });
-    for (const char* text :
-         {"", "Page 1", "a label that has more than 32 bytes", "\xC3\xA4\xE4\xB8\xAD",
-          "thirty-one bytes, then a half \xC3\xA4", "tab\tin it"})
-        add([&](QByteArray& out) {
-            auto label = std::make_shared<ECOLEDText>();
-            label->OledKey = 2540;
-            label->ECKey = 540;
-            qstrncpy(label->OledText, text, sizeof(label->OledText));
-            std::copy_n(text, std::min(qstrlen(text), uint(sizeof(label->OledText))), label->OledText);
-            encoder.getECOledTextRequest(label, out);
-        });
-    for (const quint8 direction : {quint8(BottomToTop), quint8(TopToBottom), quint8(7)})
-        add([&](QByteArray& out) {
-            encoder.getECTBarValueRequest(std::make_shared<ECTBarValue>(ECTBarValue{12, direction}), out);
-        });
-    plain(&ECClientEncoder::getLockTBarRequest);
-    plain(&ECClientEncoder::getUnlockTBarRequest);
-    plain(&ECClientEncoder::getLockedTBarRequest);
-    plain(&ECClientEncoder::getLockKeyboardRequest);
-    plain(&ECClientEncoder::getUnlockedKeyboardRequest);
-    plain(&ECClientEncoder::getLockedKeyboardRequest);
-    add([&](QByteArray& out) { encoder.getDVIInSignalRequest(3, out); });
-    for (const quint8 light : {Gooseneck, Front, Logo, Other})
-        add([&](QByteArray& out) {
-            encoder.getCloseAllButtonLEDRequest(
-                std::make_shared<LightControl>(LightControl{light, quint8(light % 2), 15}), out);
-        });
-    add([&](QByteArray& out) {
-        encoder.getScreenLuminanceRequest(std::make_shared<ScreenLuminance>(ScreenLuminance{80}), out);
-    });
-    add([&](QByteArray& out) {
-        auto screens = std::make_shared<PeripheralControl>();
-        screens->ScreenNum = 2;
-        screens->TargetScreenIndex = 1;
-        for (int i = 0; i < 32; ++i)
-            screens->resolution[i] = quint16(65535 - i * 1000);
-        encoder.getPeripheralControlRequest(screens, out);
-    });
-    for (const quint8 source : {0, 1, 9})
-        add([&](QByteArray& out) { encoder.getSwitchSourceRequest({source}, out); });
-    add([&](QByteArray& out) { encoder.getUpdateSystemTime("2024:05:06 07:08:09", out); });
-    add([&](QByteArray& out) { encoder.getUpdateSystemTime("", out); });
-    add([&](QByteArray& out) { encoder.getUpdateSystemIP(QStringLiteral("b\u00FCro@\"b\""), out); });
-    add([&](QByteArray& out) {
-        encoder.getFileOperateFirstPackRequest(
-            OpeWriteFile, 0, 3, MCU, 1000, 0, 3, QStringLiteral("a.b"), QByteArray(400, 'x'), out);
-    });
-    add([&](QByteArray& out) {
-        encoder.getFileOperateFirstPackRequest(
-            OpeWriteFile, 0, 1, ALL, 0, 0, 0, QString(), QByteArray(), out);
-    });
-    add([&](QByteArray& out) {
-        encoder.getFileOperateRequest(OpeWriteFile, 1, 3, QByteArray(400, 'y'), out);
-    });
-    add([&](QByteArray& out) { encoder.getFileOperateRequest(OpeReadFile, 2, 3, QByteArray(), out); });
-    add([&](QByteArray& out) { encoder.getReqECDeviceIP(7, out); });
-    add([&](QByteArray& out) {
-        encoder.getResECDeviceIP(QByteArray::fromHex("0001 0a00a8c0 00ffffff 010000ff"), out);
-    });
-    add([&](QByteArray& out) { encoder.getRestartConsolePack(1, out); });
-    add([&](QByteArray& out) { encoder.getKeyboardMouseEventListenReq(true, out); });
-    add([&](QByteArray& out) {
-        encoder.getUpdateDVISignalStatusPack(std::make_shared<DVIInSignal>(DVIInSignal{2, 9}), out);
-    });
-    add([&](QByteArray& out) { encoder.getRestartMCUPack(255, out); });
-    add([&](QByteArray& out) { encoder.getChangeIPModeRequestPack(QByteArray::fromHex("0102"), out); });
-    add([&](QByteArray& out) {
-        encoder.getControlPeripheralStateRequest(
-            std::make_shared<PeripheralControlVisibleState>(PeripheralControlVisibleState{0}), out);
-    });
+    for (const PanelTest::RequestRow& row : PanelTest::requestRows())
+        requests.append(QByteArray::fromHex(row.hex));
     return requests;
 }
 

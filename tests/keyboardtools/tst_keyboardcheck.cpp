@@ -209,18 +209,6 @@ private Q_SLOTS:
         QCOMPARE(lines.size(), 11); // and "Full screen"
     }
 
-    void whatMayBeInAHoleIsNotMissed()
-    {
-        const auto keyboard = example();
-        remove(*keyboard, Take);
-        remove(*keyboard, Digit7);
-        keyboard->m_commands[Screens]->m_buttons.append(nullptr);
-        keyboard->m_commands[Numbers]->m_buttons.prepend(nullptr);
-        keyboard->m_commands[Layers]->Name = "LayersCommand";
-        keyboard->m_commands.append(nullptr);
-        QCOMPARE(oddities(*keyboard), QStringList());
-    }
-
 private:
     static std::shared_ptr<s_ECKeyboardConfig> example()
     {

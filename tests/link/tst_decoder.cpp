@@ -4,7 +4,6 @@
 
 #include <QLoggingCategory>
 #include <QNetworkDatagram>
-#include <QRandomGenerator>
 #include <QtTest>
 
 #include <atomic>
