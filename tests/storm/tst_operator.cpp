@@ -1,16 +1,16 @@
 #include "operator.h"
+#include "processuse.h"
 #include "showclock_p.h"
 
 #include "showfile.h"
 
-#include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTest>
 
 using namespace Storm;
+using TestSupport::ProcessUse;
 
 namespace {
 
@@ -19,44 +19,6 @@ constexpr int DefaultSeconds = 20;
 constexpr int ShowRate = 100;
 /// Whoever runs for this long has made all the threads and caches that there are.
 constexpr int WarmUpSeconds = 10;
-/// A pool's thread more or less, and what the allocator keeps for itself.
-constexpr int ThreadTolerance = 4;
-constexpr int DescriptorTolerance = 4;
-constexpr qint64 MemoryToleranceKb = 20 * 1024;
-
-/// What the process holds of the machine.
-struct Use {
-    qint64 memoryKb = 0;
-    int threads = 0;
-    int descriptors = 0;
-};
-
-Use presentUse()
-{
-    Use use;
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (status.open(QIODevice::ReadOnly)) {
-        const auto lines = status.readAll().split('\n');
-        for (const QByteArray& line : lines) {
-            if (line.startsWith("VmRSS:"))
-                use.memoryKb = line.mid(6).trimmed().split(' ').first().toLongLong();
-            else if (line.startsWith("Threads:"))
-                use.threads = line.mid(8).trimmed().toInt();
-        }
-    }
-    use.descriptors = QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::System | QDir::Files).size();
-    return use;
-}
-
-/// Empty when the process has not grown.
-QString growth(const Use& before, const Use& after)
-{
-    if (after.memoryKb <= before.memoryKb + before.memoryKb / 10 + MemoryToleranceKb
-        && after.threads <= before.threads + ThreadTolerance
-        && after.descriptors <= before.descriptors + DescriptorTolerance)
-        return {};
-    return QStringLiteral("the process has grown");
-}
 
 } // namespace
 
@@ -93,7 +55,7 @@ private Q_SLOTS:
 
         QString wrong;
         quint64 comparisons = 0, presses = 0, unreadable = 0;
-        Use before, after;
+        ProcessUse before, after;
         {
             TestSupport::ModelRig rig(keyboard.config());
             const bool isLoaded = rig.load(*show);
@@ -105,11 +67,11 @@ private Q_SLOTS:
                 wrong = person.step();
                 rig.forget();
                 if (before.threads == 0 && timer.elapsed() > WarmUpSeconds * 1000)
-                    before = presentUse();
+                    before = ProcessUse::present();
             }
-            after = presentUse();
+            after = ProcessUse::present();
             if (wrong.isEmpty() && before.threads != 0)
-                wrong = growth(before, after);
+                wrong = after.growthSince(before);
             comparisons = person.comparisons();
             presses = person.presses();
             unreadable = rig.console().unreadableRequests();

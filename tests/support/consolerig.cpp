@@ -1,12 +1,10 @@
 #include "consolerig.h"
 
-#include "ecmanager.h"
-#include "orvaneecclientdecoder.h"
-
 #include <QCoreApplication>
 #include <QTest>
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <map>
@@ -18,10 +16,15 @@ using namespace ECProxy::Client;
 
 class ConsoleRig::Private {
 public:
-    bool receive(const QByteArray& datagram)
+    explicit Private(std::unique_ptr<ConsoleWire> wire)
+        : m_pWire(std::move(wire))
+    {
+    }
+
+    void receive(const char* bytes, int size)
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        const auto reception = m_recorder.receive(datagram.constData(), datagram.size());
+        const auto reception = m_recorder.receive(bytes, size);
         if (const auto* read = std::get_if<ConsolePanel::DownDatagram>(&reception.datagram)) {
             const auto* data = std::get_if<ECDeviceIPData>(&read->message);
             if (data && data->Index == MarkerIndex) {
@@ -31,14 +34,13 @@ public:
                 m_requests.push_back(*read);
             }
         }
-        return true;
     }
 
     /// A console index that no test uses: its network record, echoed by the library, marks a point in time.
     static constexpr quint8 MarkerIndex = 0xEE;
 
-    std::shared_ptr<ECClientDecoder> m_pDecoder = std::make_shared<ECClientDecoder>(nullptr);
-    quint16 m_nSequence = 0;
+    const std::unique_ptr<ConsoleWire> m_pWire;
+    std::atomic<quint16> m_nSequence{0}; ///< tests report on threads of their own
     quint32 m_nMarkerSent = 0;
 
     // m_mutex guards m_recorder, m_requests and m_nMarkerSeen.
@@ -60,25 +62,21 @@ template <typename Map> typename Map::mapped_type valueAt(const Map& map, quint1
 
 } // namespace
 
-ConsoleRig::ConsoleRig(const std::shared_ptr<EC::s_ECKeyboardConfig>& keyboard)
-    : d(std::make_unique<Private>())
+ConsoleRig::ConsoleRig(
+    const std::shared_ptr<EC::s_ECKeyboardConfig>& keyboard, std::unique_ptr<ConsoleWire> wire)
+    : d(std::make_unique<Private>(std::move(wire)))
 {
-    ECManager* manager = ECManager::instance();
-    manager->addSendDownTLVRequstCB([this](const QByteArray& datagram) { return d->receive(datagram); });
-    manager->setECClientDecoder(d->m_pDecoder);
-    d->m_pDecoder->registerUpTLVDecodeFinishedCB(
-        [manager](const eECUpMessageTag& tag, const QByteArray& value) {
-            return manager->upTLVDecodeFinished(tag, value);
-        });
-    manager->init(keyboard);
-    d->m_pDecoder->startDecode();
+    d->m_pWire->join(keyboard, [this](const char* bytes, int size) { d->receive(bytes, size); });
 }
 
 ConsoleRig::~ConsoleRig()
 {
-    // The send route cannot be taken back: the manager goes with the rig.
-    d->m_pDecoder->stopDecode();
-    ECManager::deleteInstance();
+    d->m_pWire->end();
+}
+
+ConsoleWire& ConsoleRig::wire()
+{
+    return *d->m_pWire;
 }
 
 void ConsoleRig::tap(quint32 key)
@@ -97,7 +95,7 @@ void ConsoleRig::tbar(quint32 value, quint8 direction)
 
 void ConsoleRig::report(const ConsolePanel::UpMessage& message)
 {
-    d->m_pDecoder->appendDatagram(ConsolePanel::encodeUp(message, ++d->m_nSequence));
+    d->m_pWire->report(ConsolePanel::encodeUp(message, ++d->m_nSequence));
 }
 
 void ConsoleRig::sendMarker()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "consolerecorder.h"
+#include "consolewire.h"
 #include "ecconstants.h"
 #include "ecprotocol.h"
 #include "upmessage.h"
@@ -11,22 +12,22 @@
 #include <memory>
 #include <vector>
 
-namespace Orvane::EC {
-struct s_ECKeyboardConfig;
-}
-
 namespace Orvane::TestSupport {
 
-/// A console in the test's own process, joined to the library without sockets: reports go through a real
-/// decoder and its thread, requests come back through a send route into a console's recorder. There is one
-/// rig a process, as there is one manager; make it on the GUI thread, after the application's device list.
+/// A console in the test's own process. Reports go to a real decoder and its thread, requests come back into
+/// a console's recorder; what is between, sockets or nothing, is the wire's. There is one rig a process, as
+/// there is one manager; make it on the GUI thread, after the application's device list.
 ///
 /// Reports are asynchronous as on the wire: `settle()` returns when all reports so far were handled, and the
 /// `wait…` functions run the event loop until the console shows what is asked.
 class ConsoleRig {
 public:
-    explicit ConsoleRig(const std::shared_ptr<EC::s_ECKeyboardConfig>& keyboard);
+    explicit ConsoleRig(
+        const std::shared_ptr<EC::s_ECKeyboardConfig>& keyboard,
+        std::unique_ptr<ConsoleWire> wire = makeDirectWire());
     ~ConsoleRig();
+
+    ConsoleWire& wire();
 
     // The console's side.
 

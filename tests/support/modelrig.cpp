@@ -12,7 +12,7 @@ namespace Orvane::TestSupport {
 using BizModel::DeviceList;
 using MemoryModel::JournalEntry;
 
-ModelRig::ModelRig(const std::shared_ptr<EC::s_ECKeyboardConfig>& keyboard)
+ModelRig::ModelRig(const std::shared_ptr<EC::s_ECKeyboardConfig>& keyboard, std::unique_ptr<ConsoleWire> wire)
     : m_pModel(std::make_unique<MemoryModel::MemoryModel>())
 {
     connectNotices();
@@ -22,7 +22,7 @@ ModelRig::ModelRig(const std::shared_ptr<EC::s_ECKeyboardConfig>& keyboard)
         if (entry.phase == JournalEntry::Phase::Started)
             m_letGo.wait(lock, [&] { return entry.operation != m_held; });
     });
-    m_pConsole = std::make_unique<ConsoleRig>(keyboard);
+    m_pConsole = std::make_unique<ConsoleRig>(keyboard, std::move(wire));
 }
 
 ModelRig::~ModelRig()

@@ -31,7 +31,9 @@ public:
         Clock::time_point time;
     };
 
-    explicit ModelRig(const std::shared_ptr<EC::s_ECKeyboardConfig>& keyboard);
+    explicit ModelRig(
+        const std::shared_ptr<EC::s_ECKeyboardConfig>& keyboard,
+        std::unique_ptr<ConsoleWire> wire = makeDirectWire());
     ~ModelRig();
 
     /// Replaces what the application works on. False, with the faults in the log, when the show is broken.

@@ -19,7 +19,7 @@ struct Installed {
 
 Installed& installation()
 {
-    static Installed s_installed;
+    static Installed& s_installed = *new Installed; // threads use it until the process is gone
     return s_installed;
 }
 

@@ -235,8 +235,9 @@ ECConsoleManager::~ECConsoleManager() = default;
 
 ECConsoleManager* ECConsoleManager::instance()
 {
-    static ECConsoleManager s_manager;
-    return &s_manager;
+    static ECConsoleManager* const s_pManager =
+        new ECConsoleManager; // threads use it until the process is gone
+    return s_pManager;
 }
 
 void ECConsoleManager::appendECCommandItem(KeyboardType type, const std::shared_ptr<ECCommandItem>& item)

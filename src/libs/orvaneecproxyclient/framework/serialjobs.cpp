@@ -1,5 +1,7 @@
 #include "serialjobs_p.h"
 
+#include "processend_p.h"
+
 #include <QRunnable>
 #include <QThreadPool>
 
@@ -42,7 +44,9 @@ public:
             state.m_waiting.pop_front();
             state.m_bRunning = true;
             lock.unlock();
-            std::exchange(job, nullptr)(); // what it captures goes, too, before the owner may go
+            if (const ProcessEnd::Work work; work)
+                job();
+            job = nullptr; // what it captures goes, too, before the owner may go
             lock.lock();
             state.m_bRunning = false;
             state.m_ended.notify_all();

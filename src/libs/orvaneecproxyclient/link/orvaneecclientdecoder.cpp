@@ -2,6 +2,7 @@
 #include "orvaneecclientdecoder_p.h"
 
 #include "log_p.h"
+#include "processend_p.h"
 #include "uptlv_p.h"
 
 #include <QNetworkDatagram>
@@ -83,14 +84,16 @@ void ECClientDecoderPrivate::decodeUntilStopped()
     DatagramQueue batch;
     std::unique_lock<std::mutex> lock(m_mtxDecode);
     while (!m_bStopDecode) {
-        if (m_datagramQueue.isEmpty()) {
+        if (m_datagramQueue.isEmpty() || ProcessEnd::hasBegun()) {
             m_wcDecode.wait(lock); // without a limit: every stop wakes the thread
             continue;
         }
         m_datagramQueue.swap(batch);
         lock.unlock();
-        ecInfo(lcCodec, "[locate key no response] received key command,parsing tlv.");
-        decode(batch);
+        if (const ProcessEnd::Work work; work) {
+            ecInfo(lcCodec, "[locate key no response] received key command,parsing tlv.");
+            decode(batch);
+        }
         batch.clear();
         lock.lock();
     }
@@ -104,7 +107,7 @@ void ECClientDecoderPrivate::decode(const DatagramQueue& batch)
     unsigned known = m_nCallbackChange.load(std::memory_order_acquire);
     SharedCallback callback = upCallback();
     // Whole, also after a stop: only what is still in the queue waits for the next start.
-    for (std::size_t i = 0; i < batch.count(); ++i) {
+    for (std::size_t i = 0; i < batch.count() && !ProcessEnd::hasBegun(); ++i) {
         const unsigned change = m_nCallbackChange.load(std::memory_order_acquire);
         if (change != known) {
             known = change;

@@ -2,6 +2,7 @@
 #include "orvaneectimer_p.h"
 
 #include "log_p.h"
+#include "processend_p.h"
 #include "showclock_p.h"
 #include "threadlifecycle_p.h"
 
@@ -116,17 +117,28 @@ void OrvaneECTimerPrivate::fire(std::unique_lock<std::mutex>& lock, Generation o
 {
     m_nCalling = own;
     lock.unlock();
-    Generation due = own;
-    if (m_nDue.compare_exchange_strong(due, 0) && m_cbTimeout)
-        m_cbTimeout();
+    const bool mayCall = call(own);
     lock.lock();
     m_nCalling = 0;
+    if (!mayCall)
+        m_timerCond.wait(lock, [&] { return m_nInForce != own; });
     if (m_nInForce != own)
         return;
     if (m_bSingleShot)
         m_nInForce = 0;
     else
         m_nDue = own;
+}
+
+/// @return false when the process ends: then the thread has nothing more to do but to be stopped
+bool OrvaneECTimerPrivate::call(Generation own)
+{
+    const ProcessEnd::Work work;
+    if (!work)
+        return false;
+    if (m_nDue.compare_exchange_strong(own, 0) && m_cbTimeout)
+        m_cbTimeout();
+    return true;
 }
 
 } // namespace Internal
@@ -204,6 +216,7 @@ void OrvaneECTimer::start(int msec, Start start)
     case Started::NeedsThread:
         break;
     }
+    Internal::ProcessEnd::watch();
     // Only one caller gets here at a time. A thread of an earlier start has nothing left to do but end.
     wait();
     QThread::start(QThread::InheritPriority);

@@ -42,6 +42,7 @@ private:
 
     bool fireWhileInForce(std::unique_lock<std::mutex>& lock, Generation own);
     void fire(std::unique_lock<std::mutex>& lock, Generation own);
+    bool call(Generation own);
 
     /// Guards all members below, but for the thread's taking of m_nDue.
     mutable std::mutex m_timerMutex;

@@ -1,6 +1,7 @@
 #include "threadlifecycle_p.h"
 
 #include "log_p.h"
+#include "processend_p.h"
 
 #include <system_error>
 #include <thread>
@@ -25,6 +26,7 @@ bool ThreadLifecycle::start()
                 qUtf8Printable(m_thread.objectName()));
         return !m_bStop;
     }
+    ProcessEnd::watchAnew();
     const Locker turn(m_mtxTurn);
     // run() returns only after stop(): a running thread that is not being stopped keeps running.
     if (!m_bStop && m_thread.isRunning())
