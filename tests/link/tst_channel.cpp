@@ -305,6 +305,40 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(log.count("Orvane ec client decoder thread stop"), 1, WaitLimitMs);
     }
 
+    void whatFloodsAWaitingHandlerIsLeftToTheKernel()
+    {
+        constexpr quint32 flood = 200000;
+        constexpr int mostKept = flood / 2; // the kernel's buffer, and what the library keeps
+        LogCapture log;
+        Service service;
+        ECClientChannelManager channel;
+        std::promise<void> letGo;
+        std::atomic<int> calls{0};
+        std::atomic<quint32> last{0};
+        std::atomic<bool> inOrder{true};
+        channel.registerUpTLVDecodeFinishedCB(
+            [&, go = letGo.get_future().share()](const eECUpMessageTag&, const QByteArray& value) {
+                go.wait();
+                const quint32 key = Wire::load<quint32>(value.constData());
+                inOrder = inOrder && key >= last;
+                last = key;
+                ++calls;
+                return true;
+            });
+        QVERIFY(open(channel, log));
+        for (quint32 key = 0; key < flood; ++key)
+            service.report(press(key));
+        letGo.set_value();
+        const auto isLastWorked = [&] {
+            service.report(press(flood)); // again, for there may be no room for it yet
+            return last == flood;
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(isLastWorked(), WaitLimitMs);
+        QVERIFY2(calls < mostKept, qPrintable(QString::number(calls)));
+        QVERIFY(inOrder);
+        QVERIFY(log.contains("receiver waits"));
+    }
+
     void aSecondCloserWaitsUntilNoCallbackRuns()
     {
         LogCapture log;

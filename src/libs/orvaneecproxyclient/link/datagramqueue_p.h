@@ -32,6 +32,7 @@ public:
 
     bool isEmpty() const { return m_ends.empty(); }
     std::size_t count() const { return m_ends.size(); }
+    std::size_t byteCount() const { return m_bytes.size(); }
 
     Datagram at(std::size_t index) const
     {

@@ -21,13 +21,26 @@ public:
     }
 
     /// Appends what `fill` puts into the queue it is handed: one lock and one wake for all of it.
-    template <typename Fill> void append(Fill&& fill)
+    /// @return whether more waits now than `isBehind()` allows
+    template <typename Fill> bool append(Fill&& fill)
     {
+        bool isLong = false;
         {
             const std::lock_guard<std::mutex> lock(m_mtxDecode);
             fill(m_datagramQueue);
+            isLong = isTooLong(m_datagramQueue);
         }
         m_wcDecode.notify_one(); // unlocked, so that the woken thread does not block on the mutex
+        return isLong;
+    }
+
+    /// So much waits that the receive thread should leave the rest to the kernel, which keeps what its buffer
+    /// holds and drops what comes then. Far more than a console can report while a handler waits; without a
+    /// limit a flood of the port would take the process's memory, and keys would act ever later.
+    bool isBehind()
+    {
+        const std::lock_guard<std::mutex> lock(m_mtxDecode);
+        return isTooLong(m_datagramQueue);
     }
 
     bool isObserved() const { return m_bObserved.load(std::memory_order_relaxed); }
@@ -62,6 +75,13 @@ public:
     ThreadLifecycle m_lifecycle;
 
 private:
+    static bool isTooLong(const DatagramQueue& queue)
+    {
+        constexpr std::size_t mostDatagrams = 16384;
+        constexpr std::size_t mostBytes = 4u << 20;
+        return queue.count() > mostDatagrams || queue.byteCount() > mostBytes;
+    }
+
     void decode(const DatagramQueue& batch);
     SharedCallback upCallback();
 };

@@ -3,6 +3,7 @@
 #include "log_p.h"
 #include "orvaneecclientdecoder.h"
 #include "orvaneecclientdecoder_p.h"
+#include "processend_p.h"
 #include "threadlifecycle_p.h"
 
 #include <QElapsedTimer>
@@ -128,12 +129,14 @@ public:
     /// The socket's descriptor while the thread may wait on it, else -1.
     int m_nDescriptor = -1;
     SenderCheck m_senderCheck;
+    QElapsedTimer m_lastWaitLogged;
     ThreadLifecycle m_lifecycle;
 
 private:
     void setReceiveBuffer(int descriptor);
     void waitWithoutSocket();
-    void handOver(const DatagramReader& reader, int count);
+    bool handOver(const DatagramReader& reader, int count);
+    void waitForDecoder();
 };
 
 ECClientReceiverPrivate::ECClientReceiverPrivate(ECClientReceiver& receiver)
@@ -209,24 +212,39 @@ void ECClientReceiverPrivate::waitWithoutSocket()
     m_wcReceive.wait_for(lock, LongestWait, [this] { return m_bStopReceive.load(); });
 }
 
-void ECClientReceiverPrivate::handOver(const DatagramReader& reader, int count)
+/// The decoder is behind: what comes now waits in the kernel.
+void ECClientReceiverPrivate::waitForDecoder()
+{
+    constexpr std::chrono::milliseconds step(1);
+    constexpr std::chrono::milliseconds logInterval(1000);
+    if (!m_lastWaitLogged.isValid() || m_lastWaitLogged.hasExpired(logInterval.count())) {
+        m_lastWaitLogged.start();
+        ecWarning(lcLink, "Orvane ec client receiver waits: reports come faster than they are worked.");
+    }
+    std::unique_lock<std::mutex> lock(m_mtxReceive);
+    while (!m_bStopReceive && m_pECClientDecoder->d->isBehind())
+        m_wcReceive.wait_for(lock, step);
+}
+
+/// @return whether the decoder keeps up
+bool ECClientReceiverPrivate::handOver(const DatagramReader& reader, int count)
 {
     int refused = 0;
     for (int i = 0; i < count; ++i) {
-        if (!m_senderCheck.accepts(reader.sender(i))) {
+        if (!m_senderCheck.accepts(reader.sender(i)) && !ProcessEnd::hasBegun()) {
             m_senderCheck.logRefused(reader.sender(i));
             ++refused;
         }
     }
     if (refused == count)
-        return;
+        return true;
     const auto isAccepted = [&](int i) { return refused == 0 || m_senderCheck.accepts(reader.sender(i)); };
     ECClientDecoderPrivate& decoder = *m_pECClientDecoder->d;
     for (int i = 0; i < count && decoder.isObserved(); ++i) {
         if (isAccepted(i))
             decoder.observe(reader.datagram(i));
     }
-    decoder.append([&](DatagramQueue& queue) {
+    return !decoder.append([&](DatagramQueue& queue) {
         for (int i = 0; i < count; ++i) {
             if (isAccepted(i))
                 reader.copyTo(queue, i);
@@ -248,7 +266,8 @@ void ECClientReceiverPrivate::receiveUntilStopped()
         if (m_bStopReceive)
             break; // the read may have returned an empty datagram that nobody sent
         if (count > 0) {
-            handOver(reader, count);
+            if (!handOver(reader, count))
+                waitForDecoder();
             failing = false;
         } else if (errno != EAGAIN && errno != EINTR) {
             if (!failing)
