@@ -48,6 +48,7 @@ constexpr int AfterTransitionMs = 25;
 Operator::Operator(
     TestSupport::ModelRig& rig, const Keyboard& keyboard, const QStringList& devices, quint32 seed)
     : m_rig(rig)
+    , m_pSockets(dynamic_cast<TestSupport::SocketWire*>(&rig.console().wire()))
     , m_keyboard(keyboard)
     , m_devices(devices)
     , m_dice(seed)
@@ -97,10 +98,13 @@ QString Operator::step()
         {6, &Operator::turnPages},      {3, &Operator::workUnderGuard}, {3, &Operator::changeDevice},
         {12, &Operator::changeScreen},  {12, &Operator::changeLayer},   {8, &Operator::changeInput},
         {6, &Operator::changePreset},   {2, &Operator::changeLocks},    {2, &Operator::typeOnBothConsoles},
-        {1, &Operator::restartConsole}, {2, &Operator::changeSignal}};
+        {1, &Operator::restartConsole}, {2, &Operator::changeSignal},   {2, &Operator::holdUpService},
+        {2, &Operator::loseReports},    {1, &Operator::loseRequests}};
+    constexpr int withoutSockets = 109;
+    constexpr int onSockets = 5;
     m_doing.clear();
     m_expectations.clear();
-    int at = m_dice.below(109);
+    int at = m_dice.below(withoutSockets + (m_pSockets ? onSockets : 0));
     for (const auto& [weight, gesture] : gestures) {
         at -= weight;
         if (at < 0) {
@@ -564,6 +568,10 @@ void Operator::typeOnBothConsoles()
 /// the way.
 void Operator::restartConsole()
 {
+    if (m_pSockets) {
+        ECManager::instance()->retranslateUi();
+        return restartService();
+    }
     say("the console starts anew");
     ECManager* const manager = ECManager::instance();
     m_rig.console().restart();

@@ -2,6 +2,7 @@
 
 #include "dice.h"
 #include "modelrig.h"
+#include "socketwire.h"
 #include "statement.h"
 
 #include <QStringList>
@@ -14,7 +15,7 @@ namespace Storm {
 
 /// Somebody at the console and at the application, who does one thing after another and looks each time
 /// whether the console shows what the documents say. What the next thing is follows from the seed alone as
-/// long as the library does as it should.
+/// long as the library does as it should. On real sockets the link and the service fail, too.
 ///
 /// Used on the GUI thread. The show is the example's; its clock may run fast.
 class Operator {
@@ -27,6 +28,7 @@ public:
 
     quint64 presses() const { return m_nPresses; }
     quint64 comparisons() const { return m_nComparisons; }
+    quint64 linkFaults() const { return m_nLinkFaults; }
 
 private:
     using Key = EC::s_ECButtonConfig;
@@ -48,6 +50,12 @@ private:
     void changeLocks();
     void changeSignal();
     void lockKeypad(bool lock);
+    // Where there are sockets.
+    void tapBlindly();
+    void holdUpService();
+    void loseReports();
+    void loseRequests();
+    void restartService();
 
     static bool isLock(const Key& key);
     void allowForHold(const QElapsedTimer& timer);
@@ -75,6 +83,7 @@ private:
     bool isAnySelected() const;
 
     TestSupport::ModelRig& m_rig;
+    TestSupport::SocketWire* const m_pSockets; ///< null when there are none
     const Keyboard& m_keyboard;
     const QStringList m_devices;
     Dice m_dice;
@@ -90,6 +99,7 @@ private:
     int m_nNames = 0;
     quint64 m_nPresses = 0;
     quint64 m_nComparisons = 0;
+    quint64 m_nLinkFaults = 0;
 };
 
 } // namespace Storm

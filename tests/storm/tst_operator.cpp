@@ -25,7 +25,8 @@ constexpr int WarmUpSeconds = 10;
 /// A random operator of all groups of keys; after each thing that he does every light and label of the
 /// console is compared with what the documents say.
 ///
-/// ORVANE_OPERATOR_SEED repeats a run, ORVANE_OPERATOR_SECONDS says how long it is.
+/// ORVANE_OPERATOR_SEED repeats a run, ORVANE_OPERATOR_SECONDS says how long it is. With
+/// ORVANE_OPERATOR_SOCKETS console and library are joined by real sockets, which fail at times.
 class TestOperator : public QObject {
     Q_OBJECT
 
@@ -53,11 +54,15 @@ private Q_SLOTS:
         const auto former =
             qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
 
+        std::unique_ptr<TestSupport::ConsoleWire> wire = TestSupport::makeDirectWire();
+        if (qEnvironmentVariableIsSet("ORVANE_OPERATOR_SOCKETS"))
+            wire = std::make_unique<TestSupport::SocketWire>();
+
         QString wrong;
-        quint64 comparisons = 0, presses = 0, unreadable = 0;
+        quint64 comparisons = 0, presses = 0, linkFaults = 0, unreadable = 0;
         ProcessUse before, after;
         {
-            TestSupport::ModelRig rig(keyboard.config());
+            TestSupport::ModelRig rig(keyboard.config(), std::move(wire));
             const bool isLoaded = rig.load(*show);
             rig.model().setShowFile(directory.filePath(QStringLiteral("show.json")));
             Operator person(rig, keyboard, devices, seed);
@@ -74,12 +79,14 @@ private Q_SLOTS:
                 wrong = after.growthSince(before);
             comparisons = person.comparisons();
             presses = person.presses();
+            linkFaults = person.linkFaults();
             unreadable = rig.console().unreadableRequests();
         }
         qInstallMessageHandler(former);
         qInfo(
-            "%llu comparisons, %llu key presses", static_cast<unsigned long long>(comparisons),
-            static_cast<unsigned long long>(presses));
+            "%llu comparisons, %llu key presses, %llu faults of the link",
+            static_cast<unsigned long long>(comparisons), static_cast<unsigned long long>(presses),
+            static_cast<unsigned long long>(linkFaults));
         qInfo(
             "memory %lld kB, then %lld; threads %d, then %d; descriptors %d, then %d", before.memoryKb,
             after.memoryKb, before.threads, after.threads, before.descriptors, after.descriptors);

@@ -1,16 +1,13 @@
 #pragma once
 
 #include "consolewire.h"
+#include "ecconsolesession.h"
 
 #include <QProcess>
 
 #include <atomic>
 #include <mutex>
 #include <thread>
-
-namespace Orvane::ECProxy::Client {
-class ECConsoleSession;
-}
 
 namespace Orvane::TestSupport {
 
