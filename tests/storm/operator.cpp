@@ -99,7 +99,7 @@ QString Operator::step()
         {12, &Operator::changeScreen},  {12, &Operator::changeLayer},   {8, &Operator::changeInput},
         {6, &Operator::changePreset},   {2, &Operator::changeLocks},    {2, &Operator::typeOnBothConsoles},
         {1, &Operator::restartConsole}, {2, &Operator::changeSignal},   {2, &Operator::holdUpService},
-        {2, &Operator::loseReports},    {1, &Operator::loseRequests}};
+        {2, &Operator::loseReports},    {1, &Operator::missChange}};
     constexpr int withoutSockets = 109;
     constexpr int onSockets = 5;
     m_doing.clear();

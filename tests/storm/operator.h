@@ -54,7 +54,7 @@ private:
     void tapBlindly();
     void holdUpService();
     void loseReports();
-    void loseRequests();
+    void missChange();
     void restartService();
 
     static bool isLock(const Key& key);

@@ -57,13 +57,21 @@ void Operator::loseReports()
     m_pSockets->loseReports(false);
 }
 
-/// Requests are lost while the model changes; then the service starts anew, and the console shows it all.
-void Operator::loseRequests()
+/// The console misses a change of the model, because requests are lost or the service is away. Then the
+/// service starts anew, and the console shows it.
+void Operator::missChange()
 {
-    say("requests are lost:");
-    m_pSockets->loseRequests(true);
-    for (int i = 0; i < 3; ++i)
-        m_dice.chance(50) ? changeScreen() : changeLayer();
+    if (m_dice.chance(50)) {
+        say("requests are lost:");
+        m_pSockets->loseRequests(true);
+    } else {
+        say("the service is away:");
+        m_pSockets->killService();
+        (void)QTest::qWaitFor(
+            [this] { return m_pSockets->session().serviceState() == ECConsoleSession::ServiceState::Absent; },
+            PatienceMs);
+    }
+    m_dice.chance(50) ? changeScreen() : changeLayer(); // no more: the statement looks once
     restartService();
 }
 
@@ -73,12 +81,6 @@ void Operator::restartService()
     ++m_nLinkFaults;
     say("the service is killed and starts anew");
     m_pSockets->killService();
-    if (m_dice.chance(30)) { // the session sees that it is away, and the application goes on
-        (void)QTest::qWaitFor(
-            [this] { return m_pSockets->session().serviceState() == ECConsoleSession::ServiceState::Absent; },
-            PatienceMs);
-        changeScreen();
-    }
     m_rig.console().restart();
     m_pSockets->loseRequests(false);
     m_pSockets->startService();
