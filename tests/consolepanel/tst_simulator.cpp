@@ -150,20 +150,6 @@ private Q_SLOTS:
         QTRY_COMPARE(m_peer->reports.size(), 2);
     }
 
-    void burstIsTakenWhole()
-    {
-        start({"--script", file("script", "expect received 5000 within 20000\nexpect missing 0 within 0\n")});
-        QVERIFY(prints("listening"));
-        // In parts that the smallest socket buffer of a Linux machine holds.
-        constexpr int Burst = 100;
-        for (int i = 0; i < 5000; ++i) {
-            m_peer->send(label(quint16(i), QByteArray::number(i), quint16(i + 1)));
-            if (i % Burst == Burst - 1)
-                QVERIFY(prints(QByteArray("label=" + QByteArray::number(i) + ' ').constData()));
-        }
-        QVERIFY2(ended() == 0, m_output.right(2000).constData());
-    }
-
     void wrongStartsAreToldOnStandardError_data()
     {
         QTest::addColumn<QStringList>("arguments");

@@ -1,7 +1,6 @@
 #include "program.h"
 
 #include <QFile>
-#include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QTemporaryDir>
@@ -41,23 +40,6 @@ private Q_SLOTS:
         QVERIFY(told.value("handled").isNull());
         const QJsonObject dialog = told.value("guards").toArray().last().toObject();
         QCOMPARE(dialog, (QJsonObject{{"guard", "dialog"}, {"passed", false}}));
-    }
-
-    void aHandledKeyTellsTheDatagramsThatItSent()
-    {
-        QVERIFY(isDone("explain", {{"on", true}}));
-        tap(97); // a digit
-        QVERIFY(m_host->tells("keyExplained", {{"what", "released"}, {"key", 97}}));
-        const auto answer = m_host->command("explanations", {{"last", 2}, {"key", 97}});
-        const QJsonArray both = answer.value("explanations").toArray();
-        QCOMPARE(both.size(), 2);
-        const QJsonObject pressed = both.first().toObject();
-        QCOMPARE(pressed.value("handled"), QJsonValue(true));
-        QCOMPARE(pressed.value("reason"), QJsonValue(QString()));
-        const QJsonObject light = pressed.value("sent").toArray().first().toObject();
-        QCOMPARE(light.value("name"), QJsonValue("UpdateECButtonColor"));
-        QCOMPARE(light.value("key"), QJsonValue(97));
-        QVERIFY(isDone("explain", {{"on", false}}));
     }
 
     void aKeyThatTheConsoleWasToldWronglyIsTheOneDifference()
@@ -102,19 +84,6 @@ private Q_SLOTS:
         QCOMPARE(
             m_host->command("showSurface", {{"visible", true}, {"shown", "/nowhere"}}).value("reason"),
             reason);
-    }
-
-    void theirPicturesShowThem()
-    {
-        QTemporaryDir directory;
-        for (const auto& [show, window] :
-             {std::pair("showExplainer", "explainer"), std::pair("showSurface", "surface")}) {
-            QVERIFY(isDone(show, {{"visible", true}}));
-            const QString file = directory.filePath(QString(window) + ".png");
-            QVERIFY(isDone("screenshot", {{"file", file}, {"window", window}}));
-            QVERIFY(QImage(file).width() > 800);
-            QVERIFY(isDone(show, {{"visible", false}}));
-        }
     }
 };
 

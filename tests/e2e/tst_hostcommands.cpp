@@ -159,27 +159,6 @@ private Q_SLOTS:
         QCOMPARE(keyOf(m_host->command("keys").value("keys").toArray(), 1).value("bound"), "");
     }
 
-    void presetsAreThoseOfTheKeys()
-    {
-        QSet<QString> devices;
-        for (const QJsonValue& preset : m_host->command("presets").value("presets").toArray())
-            devices.insert(preset.toObject().value("device").toString());
-        QCOMPARE(devices.size(), 2);
-        QVERIFY(m_host->hasDone("setPresetMode", {{"mode", "clear"}}));
-        QVERIFY(m_host->hasDone("removeDevice", {}));
-        QCOMPARE(m_host->command("presets").value("mode"), "clear");
-    }
-
-    void helpTellsOneCommandAtATime()
-    {
-        QVERIFY(m_host->command("help").value("commands").toArray().contains("setFreeze"));
-        const QJsonObject help = m_host->command("help", {{"of", "setFreeze"}});
-        QCOMPARE(help.value("purpose"), "freezes the program");
-        QVERIFY(help.value("arguments").toObject().contains("screen"));
-        m_host->writeLine(R"({"command":1})");
-        QVERIFY(m_host->tells("error", {{"reason", "command is 1, expected a text"}}));
-    }
-
     void transitionTimesAreNumbersThatAUserWouldWrite()
     {
         QVERIFY(m_host->hasDone("selectScreens", {{"screens", QJsonArray{"regular:1"}}}));

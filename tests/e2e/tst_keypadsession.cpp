@@ -72,42 +72,6 @@ private Q_SLOTS:
         QVERIFY(m_host->tells("keyClicked", {{"key", ScreenKey}}));
     }
 
-    void quenorSilencesWhatTheDialogDoes()
-    {
-        QVERIFY(isDone("setQuenor", {{"on", true}}));
-        press(ScreenKey);
-        QVERIFY(m_host->waitForLog("now there is an modal window."));
-        tap(FirstDigit + 5);
-        QVERIFY(m_host->shows("field", "5"));
-        m_console->writeLine("tbar 10 up");
-        QVERIFY(m_host->waitForLog("T-Bar ignored: property Quenor is true"));
-
-        QVERIFY(isDone("setQuenor", {{"on", false}}));
-        press(ScreenKey);
-        QVERIFY(m_host->tells("keyClicked", {{"key", ScreenKey}}));
-    }
-
-    void lockedKeypadIsDeaf()
-    {
-        press(FirstDigit + 1);
-        QVERIFY(lights(FirstDigit + 1, "green"));
-        QVERIFY(isDone("lockKeypad"));
-        QVERIFY(m_console->expect("lock keypad on"));
-        QVERIFY(m_host->tells("keyboardLocked", {{"locked", true}}));
-
-        // A release is not let through either: the key stays as it was.
-        release(FirstDigit + 1);
-        press(FirstDigit + 2);
-        QVERIFY(m_host->waitForLog("now the keypad is locked."));
-        QVERIFY(lights(FirstDigit + 1, "green"));
-
-        QVERIFY(isDone("unlockKeypad"));
-        QVERIFY(m_console->expect("lock keypad off"));
-        QVERIFY(m_host->tells("keyboardLocked", {{"locked", false}}));
-        tap(FirstDigit + 3);
-        QVERIFY(m_host->shows("field", "13"));
-    }
-
     void onScreenKeyWorksAsTheKeyItStandsFor()
     {
         const int key = FirstDigit + 5;

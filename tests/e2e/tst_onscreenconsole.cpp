@@ -1,7 +1,6 @@
 #include "consolewidget.h"
 #include "ec/eckeyboardloader.h"
 #include "ecconsolesession.h"
-#include "ecmanager.h"
 #include "hand.h"
 #include "keycap.h"
 #include "lightbar.h"
@@ -22,14 +21,12 @@
 using namespace Orvane;
 using namespace Orvane::ConsolePanel;
 using ECProxy::Client::ECConsoleSession;
-using ECProxy::Client::ECManager;
 
 namespace {
 
 constexpr int Screen1 = 1;
 constexpr int Screen2 = 2;
 constexpr int ScreenPageDown = 10;
-constexpr int FirstDigit = 93;
 constexpr int LoadTarget = 92;
 const QColor Green(0, 255, 0);
 
@@ -64,20 +61,6 @@ private Q_SLOTS:
         m_console.reset();
         m_session.reset();
         m_notices.reset();
-    }
-
-    void digitIsTypedAndItsKeyIsLitWhileItIsHeld()
-    {
-        QString typed;
-        const auto connection = connect(
-            ECManager::instance(), &ECManager::signalStandardKeyPressed, this,
-            [&typed](unsigned, const QString& text) { typed += text; });
-        m_hand.press(key(FirstDigit));
-        QTRY_COMPARE_WITH_TIMEOUT(key(FirstDigit).shownColor(), Green, PatienceMs);
-        m_hand.release(key(FirstDigit));
-        QTRY_VERIFY_WITH_TIMEOUT(key(FirstDigit).shownColor() != Green, PatienceMs);
-        QTRY_COMPARE_WITH_TIMEOUT(typed, "0", PatienceMs);
-        disconnect(connection);
     }
 
     void screenKeySelectsItsScreen()

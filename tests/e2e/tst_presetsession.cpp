@@ -6,15 +6,11 @@
 namespace {
 
 // Keys of the example keyboard. The example show has presets in the slots 1 (active), 2, 12 and 20.
-constexpr int TakeKey = 15;
 constexpr int FirstPresetKey = 63;
-constexpr int RemoveKey = 89;
 constexpr int ClearKey = 90;
 constexpr int SaveKey = 91;
 constexpr int LoadTargetKey = 92;
 constexpr int SaveDataKey = 107;
-constexpr int LockTBarKey = 108;
-constexpr int LockKeypadKey = 109;
 constexpr int SourceKey = 110;
 constexpr int CopyKey = 111;
 constexpr int MirrorKey = 112;
@@ -72,40 +68,6 @@ private Q_SLOTS:
         QVERIFY(lights(presetKey(2), "green for 100"));
     }
 
-    void presetKeyWaitsForARunningTake()
-    {
-        tap(TakeKey); // one second
-        tap(presetKey(2));
-        QTRY_COMPARE_WITH_TIMEOUT(screen("regular:1").value("state"), QJsonValue("normal"), PatienceMs);
-        QVERIFY(lights(presetKey(1), "green for 200"));
-        QVERIFY(lights(presetKey(2), "yellow"));
-    }
-
-    void removeKeyRemovesTheNextPreset()
-    {
-        tap(RemoveKey);
-        QVERIFY(lights(RemoveKey, "yellow flashing"));
-        tap(presetKey(12));
-        QVERIFY(lights(presetKey(12), "off"));
-        QVERIFY(lights(RemoveKey, "off"));
-        QTRY_COMPARE_WITH_TIMEOUT(presets().size(), 4, PatienceMs);
-    }
-
-    void clearKeyMustBeHeldForThreeSeconds()
-    {
-        hold(ClearKey, 500);
-        QVERIFY(lights(ClearKey, "off"));
-        QCOMPARE(presets().size(), 5);
-        press(ClearKey);
-        QVERIFY(m_host->tells("waitingDialogShown", {{"text", "Cleaning presets,please wait..."}}));
-        QVERIFY(m_host->tells("waitingDialogHidden"));
-        QTRY_COMPARE_WITH_TIMEOUT(presets().size(), 0, PatienceMs);
-        for (const int slot : {1, 12, 20})
-            QVERIFY(lights(presetKey(slot), "off"));
-        QVERIFY(lights(ClearKey, "off"));
-        release(ClearKey);
-    }
-
     void onScreenClearKeyAsks()
     {
         const auto asks = [this] {
@@ -143,22 +105,6 @@ private Q_SLOTS:
         QVERIFY(m_console->expect("oled 585 \"Nach PVW laden\""));
     }
 
-    void keysShowWhatTheApplicationDoes()
-    {
-        QVERIFY(isDone("renamePreset", {{"slot", 12}, {"name", "Finale"}}));
-        QVERIFY(m_console->expect("oled 571 \"Finale\""));
-        QVERIFY(isDone("addPreset", {{"slot", 3}}));
-        QVERIFY(lights(presetKey(3), "yellow"));
-        QVERIFY(isDone("activatePreset", {{"slot", 3}}));
-        QVERIFY(lights(presetKey(3), "green"));
-        QVERIFY(lights(presetKey(1), "yellow"));
-        QVERIFY(isDone("removePreset", {{"slot", 3}}));
-        QVERIFY(lights(presetKey(3), "off"));
-        QVERIFY(isDone("clearPresets"));
-        QVERIFY(lights(presetKey(20), "off"));
-        QVERIFY(!isDone("coverPreset", {{"slot", 12}}));
-    }
-
     void saveDataKeyWritesTheShowOrTellsThatItCannot()
     {
         QVERIFY(isDone("renameScreen", {{"screen", "regular:1"}, {"name", "Saved wall"}}));
@@ -179,34 +125,6 @@ private Q_SLOTS:
         tap(SaveDataKey);
         QVERIFY(m_host->tells("messageBox", {{"type", "warning"}, {"text", "save data failure."}}));
         QVERIFY(m_host->waitForLog("Save device data has failed."));
-    }
-
-    void heldKeyLocksTheTBarAndFreesItAgain()
-    {
-        hold(LockTBarKey, 500);
-        QVERIFY(lights(LockTBarKey, "off"));
-        QVERIFY(m_console->expect("lock tbar off"));
-        hold(LockTBarKey, 2100);
-        QVERIFY(m_console->expect("lock tbar on"));
-        QVERIFY(lights(LockTBarKey, "green"));
-        QVERIFY(m_host->tells("tbarLocked", {{"locked", true}}));
-        hold(LockTBarKey, 2100);
-        QVERIFY(m_console->expect("lock tbar off"));
-        QVERIFY(lights(LockTBarKey, "off"));
-    }
-
-    void heldKeyLocksTheKeypadUntilTheApplicationFreesIt()
-    {
-        hold(LockKeypadKey, 2100);
-        QVERIFY(m_console->expect("lock keypad on"));
-        QVERIFY(lights(LockKeypadKey, "green"));
-        QVERIFY(m_host->tells("keyboardLocked", {{"locked", true}}));
-        tap(presetKey(2));
-        QVERIFY(m_host->waitForLog("now the keypad is locked."));
-        QVERIFY(isDone("unlockKeypad"));
-        QVERIFY(lights(LockKeypadKey, "off"));
-        tap(presetKey(2));
-        QVERIFY(lights(presetKey(2), "green"));
     }
 
     void sourceKeySwitchesTheMonitor()

@@ -6,46 +6,27 @@
 namespace {
 
 // Keys of the example keyboard. The example show has screens on the first four select keys; the first is
-// selected and active.
+// selected and active, and has two layers in its preview.
 constexpr int FirstScreenKey = 1;
 constexpr int SecondScreenKey = 2;
 constexpr int FreeScreenKey = 5;
-constexpr int PageKey = 10;
-constexpr int FreezeKey = 11;
-constexpr int MatchKey = 12;
-constexpr int FTBKey = 13;
-constexpr int CutKey = 14;
 constexpr int TakeKey = 15;
 constexpr int TimeUpKey = 17;
-constexpr int SwapKey = 19;
-constexpr int PGMEditKey = 20;
+constexpr int FreeLayerKey = 23;
+constexpr int ClearKey = 40;
+constexpr int ThirdInputKey = 47;
 
 const QString FirstScreen = "regular:1";
 const QString SecondScreen = "regular:2";
 
 } // namespace
 
-/// Screens and the T-Bar worked from the console, with the in-memory model in the host's process.
+/// Screens, their layers and the T-Bar worked from the console, with the in-memory model in the host's
+/// process.
 class ScreenSessionTest : public SessionTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void selectKeySelectsAndDeselects()
-    {
-        for (const char* label : {"oled 512 \"Main wall\"", "oled 513 \"Side wall\"", "oled 521 \"Fade\""})
-            QVERIFY(m_console->expect(label));
-        QVERIFY(lights(SecondScreenKey, "yellow"));
-        QVERIFY(lights(FreeScreenKey, "off"));
-        tap(SecondScreenKey);
-        QVERIFY(lights(SecondScreenKey, "green"));
-        QVERIFY(lights(FirstScreenKey, "green")); // the device allows several
-        QTRY_VERIFY_WITH_TIMEOUT(second("active").toBool(), PatienceMs);
-        tap(SecondScreenKey);
-        QVERIFY(lights(SecondScreenKey, "yellow"));
-        QTRY_VERIFY_WITH_TIMEOUT(!second("selected").toBool(), PatienceMs);
-        QVERIFY(second("active").toBool());
-    }
-
     void takeBringsThePreviewToProgramInItsTime()
     {
         selectSecondScreen();
@@ -73,83 +54,6 @@ private Q_SLOTS:
         QVERIFY(lights(SecondScreenKey, "yellow"));
     }
 
-    void takeWithNothingSelectedIsRefused()
-    {
-        QVERIFY(isDone("selectScreens", {{"screens", QJsonArray{}}}));
-        press(TakeKey);
-        QVERIFY(m_host->waitForLog("Take operator error:takeCutNotEnabled."));
-        QVERIFY(lights(TakeKey, "off"));
-    }
-
-    void cutAndMatchActAtOnce()
-    {
-        selectSecondScreen();
-        const QJsonValue program = second("pgm");
-        press(MatchKey);
-        QVERIFY(lights(MatchKey, "green"));
-        QTRY_COMPARE_WITH_TIMEOUT(second("pvw"), program, PatienceMs);
-        release(MatchKey);
-        QVERIFY(lights(MatchKey, "off"));
-
-        QVERIFY(isDone("selectScreens", {{"screens", QJsonArray{FirstScreen}}}));
-        const QJsonValue preview = screen(FirstScreen).value("pvw");
-        tap(CutKey);
-        QVERIFY(lights(CutKey, "off"));
-        QTRY_COMPARE_WITH_TIMEOUT(
-            screen(FirstScreen).value("pgm").toArray().size(), preview.toArray().size(), PatienceMs);
-    }
-
-    void flagKeyIsLitWhileItsFlagIsOn_data()
-    {
-        QTest::addColumn<int>("key");
-        QTest::addColumn<QByteArray>("colour");
-        QTest::addColumn<QString>("command");
-        QTest::addColumn<QJsonObject>("arguments");
-        const QJsonObject ofScreen = {{"screen", FirstScreen}};
-        QTest::newRow("freeze") << FreezeKey << QByteArray("red") << "setFreeze" << ofScreen;
-        QTest::newRow("FTB") << FTBKey << QByteArray("green") << "setFTB" << ofScreen;
-        QTest::newRow("PGM edit") << PGMEditKey << QByteArray("green") << "setPGMEdit" << ofScreen;
-        QTest::newRow("swap") << SwapKey << QByteArray("green") << "setSwap" << QJsonObject();
-    }
-
-    void flagKeyIsLitWhileItsFlagIsOn()
-    {
-        QFETCH(int, key);
-        QFETCH(QByteArray, colour);
-        QFETCH(QString, command);
-        QFETCH(QJsonObject, arguments);
-        tap(key);
-        QVERIFY(lights(key, colour));
-        tap(key);
-        QVERIFY(lights(key, "off"));
-        // Whoever changes it.
-        for (const bool on : {true, false}) {
-            arguments.insert("on", on);
-            QVERIFY(isDone(command, arguments));
-            QVERIFY(lights(key, on ? colour : "off"));
-        }
-        constexpr int quickPresses = 10;
-        for (int i = 0; i < quickPresses; ++i)
-            tap(key);
-        for (int i = 0; i < 2 + quickPresses; ++i)
-            QVERIFY(m_host->tells("keyClicked"));
-        QVERIFY(lights(key, "off"));
-        QVERIFY(lights(key, "off for 200"));
-    }
-
-    void freeKeyMakesAScreen()
-    {
-        tap(FreeScreenKey);
-        QVERIFY(m_host->tells("waitingDialogShown", {{"text", "Adding screen,please wait..."}}));
-        QVERIFY(m_host->tells("waitingDialogHidden"));
-        QVERIFY(lights(FreeScreenKey, "yellow"));
-        QVERIFY(m_console->expect("oled 516 \"Screen 4\""));
-        QTRY_VERIFY_WITH_TIMEOUT(screen("regular:4").value("active").toBool(), PatienceMs);
-        QVERIFY(isDone("removeScreen", {{"screen", "regular:4"}}));
-        QVERIFY(lights(FreeScreenKey, "off"));
-        QVERIFY(m_console->expect("oled 516 \"\""));
-    }
-
     void failedCreationLeavesTheKeyFreeAndASecondOneWaits()
     {
         QVERIFY(isDone("fail", {{"operation", "AsyncCreateScreen"}}));
@@ -168,18 +72,6 @@ private Q_SLOTS:
         QVERIFY(lights(FreeScreenKey + 1, "off"));
         QVERIFY(isDone("addScreen"));
         QVERIFY(lights(FreeScreenKey + 1, "yellow"));
-    }
-
-    void creationStopsAtTheLimit()
-    {
-        const auto count = [this] { return m_host->command("screens").value("screens").toArray().size(); };
-        while (isDone("addScreen")) { }
-        const int limit = count();
-        tap(PageKey); // to the second page, where keys are free
-        QVERIFY(m_console->expect("oled 520 \"Page 2\""));
-        tap(FreeScreenKey + 1);
-        QVERIFY(m_host->tells("statusBarMessage", {{"text", "The number of screens exceeds the limit!"}}));
-        QCOMPARE(count(), limit);
     }
 
     void heldTimeKeyWritesItsTimeOnceOnRelease()
@@ -219,17 +111,6 @@ private Q_SLOTS:
             QCOMPARE(levels.at(position - 1), position * 12 / 64);
     }
 
-    void lockedTBarMovesNothing()
-    {
-        selectSecondScreen();
-        QVERIFY(isDone("lockTBar"));
-        QVERIFY(m_console->expect("lock tbar on"));
-        m_console->writeLine("tbar-sweep 1 64 up 64");
-        QVERIFY(m_console->expect("tbar-level 12")); // the LEDs follow the lever all the same
-        QCOMPARE(second("state"), QJsonValue("normal"));
-        QVERIFY(second("pgm") != second("pvw"));
-    }
-
     void withoutADeviceKeysAreDark()
     {
         const QString device = m_host->command("screens").value("device").toString();
@@ -242,6 +123,51 @@ private Q_SLOTS:
         QVERIFY(m_console->expect("tbar-level 12"));
     }
 
+    void freeKeyPlacesALayerOnTheNextOutput()
+    {
+        tap(FreeLayerKey);
+        QVERIFY(lights(FreeLayerKey, "yellow"));
+        QVERIFY(m_console->expect("oled 526 \"Layer 3\""));
+        // Two layers are there: it is the first output's turn again, where one stands already.
+        QTRY_COMPARE_WITH_TIMEOUT(preview().size(), 3, PatienceMs);
+        const QJsonArray window = layer(3).value("window").toArray();
+        QVERIFY(window.at(0) == 60 && window.at(1) == 60);
+        QCOMPARE(layer(3).value("input").toInt(), 1); // the first that is single-link and has a signal
+    }
+
+    void missingResourcesAndARunningTakeAreTold()
+    {
+        QVERIFY(isDone("fail", {{"operation", "CheckOperationResources"}, {"always", true}}));
+        tap(FreeLayerKey);
+        const QJsonObject notice = {{"type", "warning"}, {"text", "Not enough resources."}};
+        QVERIFY(m_host->tells("statusBarMessage", notice));
+        tap(ThirdInputKey);
+        QVERIFY(m_host->tells("statusBarMessage", notice));
+        QCOMPARE(layer(1).value("input").toInt(), 2);
+        QTRY_COMPARE_WITH_TIMEOUT(
+            screen(FirstScreen).value("state").toString(), QString("normal"), PatienceMs);
+
+        QVERIFY(isDone("setScreenState", {{"screen", FirstScreen}, {"state", "taking"}}));
+        tap(FreeLayerKey);
+        QVERIFY(m_host->tells(
+            "statusBarMessage",
+            {{"type", "error"},
+             {"text", "The current operation cannot be completed during the screen taking."}}));
+        QCOMPARE(preview().size(), 2);
+    }
+
+    void clearKeyMustBeHeldForThreeSeconds()
+    {
+        hold(ClearKey, 500);
+        QVERIFY(lights(ClearKey, "off"));
+        QCOMPARE(preview().size(), 2);
+        press(ClearKey);
+        QVERIFY(m_host->tells("waitingDialogShown", {{"text", "Cleaning layers,please wait..."}}));
+        QVERIFY(m_host->tells("waitingDialogHidden"));
+        QTRY_COMPARE_WITH_TIMEOUT(preview().size(), 0, PatienceMs);
+        QVERIFY(lights(ClearKey, "off")); // while it is still down
+    }
+
 private:
     QJsonValue second(const char* member) { return screen(SecondScreen).value(member); }
     /// Selects the second screen alone: one output, a preview that is not its program.
@@ -250,6 +176,15 @@ private:
         QVERIFY(isDone("selectScreens", {{"screens", QJsonArray{SecondScreen}}}));
         QVERIFY(isDone("activateScreen", {{"screen", SecondScreen}}));
         QVERIFY(second("pgm") != second("pvw"));
+    }
+    QJsonArray preview() { return screen(FirstScreen).value("pvw").toArray(); }
+    QJsonObject layer(int id)
+    {
+        for (const QJsonValue& one : preview()) {
+            if (one.toObject().value("id") == id)
+                return one.toObject();
+        }
+        return {};
     }
 };
 

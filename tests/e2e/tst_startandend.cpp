@@ -46,21 +46,6 @@ private Q_SLOTS:
         QVERIFY2(host.log().contains(message), host.log().constData());
     }
 
-    void brokenKeyboardIsRefusedWithEveryFault()
-    {
-        QTemporaryDir directory;
-        QFile file(directory.filePath("keyboard.json"));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(
-            R"({"Name":"Broken","IconName":"","ModelId":70000,"m_commands":[{"Name":"NoCommand","m_buttons":[]}]})");
-        file.close();
-        Host host;
-        QVERIFY(!host.start({"--keyboard", file.fileName()}));
-        QCOMPARE(host.exitStatus(), 1);
-        for (const char* fault : {"70000", "NoCommand"})
-            QVERIFY2(host.log().contains(fault), host.log().constData());
-    }
-
     void exampleIsFoundWhereItIsInstalled()
     {
         QTemporaryDir data;

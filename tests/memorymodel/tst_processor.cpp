@@ -41,7 +41,6 @@ public:
         error = "No card.";
         return false;
     }
-    bool save(const QString& device, QString&) override { return device == A; }
     bool addLayer(const LayerJob& job, QString& error) override { return note("add", job, error); }
     bool removeLayer(const LayerJob& job, QString& error) override { return note("remove", job, error); }
     bool moveLayer(const LayerJob& job, QString& error) override { return note("move", job, error); }
@@ -167,17 +166,6 @@ private Q_SLOTS:
         QVERIFY(created.wait());
         QCOMPARE(created.text(), QString("No card."));
         QCOMPARE(kit.device()->screens(ScreenType::RegularScreen).size(), 3);
-    }
-
-    void otherHooksStaySimulated()
-    {
-        Kit kit;
-        QVERIFY(kit.start(ParallelCutScreen{}).wait());
-        QCOMPARE(kit.screen()->layerCount(SceneType::PGM, BizModel::LayerType::AllLayerType), 2);
-        Outcome saved; // by the hardware: there is no show file
-        ModelControl::AsyncManager::instance()->startAsyncRequest(
-            ModelControl::AsyncSaveDeviceData{kit.device(), saved.completion()});
-        QVERIFY(saved.wait() && saved.ok());
     }
 
     void layersGoToTheHardwareBeforeTheyChange()

@@ -80,20 +80,6 @@ void clearPreview(Model& m, const Completion& completion)
 class TestTransitions : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void oneDeviceOfAGroupFailing()
-    {
-        Model m;
-        for (const QString& device : {A, B})
-            m.control().setGroup(device, "7");
-        m.model.operations().fail(Operation::ParallelCutScreen, "Refused.", Times::Once);
-        QString error;
-        QVERIFY(!run<ParallelCutScreen>(m, true, {}, &error));
-        QCOMPARE(error, "Refused.");
-        const bool aCut = m.sources(1, SceneType::PGM) == Ids{1, 2};
-        const bool bCut = m.sources(1, SceneType::PGM, B) == Ids{1};
-        QVERIFY(aCut != bCut);
-    }
-
     void waitingOnAThreadOfTheModelIsRefused()
     {
         Model m;
