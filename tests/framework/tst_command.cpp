@@ -155,6 +155,7 @@ private Q_SLOTS:
         m_pCommand->updateECOledTextByBtnECKey(42, QStringLiteral("nowhere"));
         QCOMPARE(m_pRig->label(41), QStringLiteral("of key 40"));
         QCOMPARE(int(m_pRig->takeRequests().size()), 1);
+        QVERIFY(m_pCommand->containsECOled(41) && !m_pCommand->containsECOled(42));
     }
 
 private:

@@ -70,6 +70,18 @@ private Q_SLOTS:
         takeSent();
     }
 
+    void requestsReachTheConsoleByteForByte()
+    {
+        ECManager* manager = ECManager::instance();
+        manager->closeAllButtonLED();
+        manager->stopKeyboardMouseEventListen();
+        manager->controlPeripheralState(true);
+        manager->updateECConsolePluginSettings(); // there is no device, so no plug-in
+        QCOMPARE(
+            takeRequests().join(' '),
+            QString("65000b00ff000000ff000200000000 7a00010000 7e00010001 7e00010000"));
+    }
+
     void everyRouteGetsEveryRequestInOrder()
     {
         ECManager* manager = ECManager::instance();
