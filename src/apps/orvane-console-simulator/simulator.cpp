@@ -16,7 +16,7 @@ constexpr std::chrono::milliseconds LongestOvertaking(100);
 Simulator::Simulator(const SimulatorOptions& options, ConsoleLayout layout)
     : m_options(options)
     , m_layout(std::move(layout))
-    , m_output(options.json, options.quiet)
+    , m_output(options.json, options.quiet, m_clock)
     , m_runner(m_console, m_clock, *this)
     , m_link([this] {
         takeReceived();
@@ -47,7 +47,6 @@ bool Simulator::open()
         m_strError = m_link.errorText();
         return false;
     }
-    m_output.setTime(m_clock.now());
     m_output.ready(QStringLiteral("127.0.0.1:%1").arg(Protocol::ECServicePort), m_link.receiveBufferSize());
     m_output.flush();
     return true;
@@ -55,7 +54,6 @@ bool Simulator::open()
 
 void Simulator::add(const ScriptCommand& command)
 {
-    m_output.setTime(m_clock.now());
     m_runner.append(command.command, command.text, command.place);
     settle();
 }
@@ -66,7 +64,6 @@ void Simulator::addLine(const QString& line)
     if (const auto* command = std::get_if<SimulatorCommand>(&parsed)) {
         add({*command, line.trimmed(), {}});
     } else if (const auto* fault = std::get_if<CommandFault>(&parsed)) {
-        m_output.setTime(m_clock.now());
         refuse(QStringLiteral("\"%1\": %2").arg(line.trimmed(), fault->reason));
         settle();
     }
@@ -135,37 +132,26 @@ void Simulator::transmit(const QByteArray& datagram)
 
 void Simulator::noteSent(const QString& what)
 {
-    m_output.setTime(m_clock.now());
     m_output.up(what);
 }
 
 void Simulator::noteOutcome(const CommandOutcome& outcome)
 {
-    m_output.setTime(m_clock.now());
     m_output.outcome(outcome);
 }
 
 void Simulator::setFault(const SetFault& fault)
 {
+    // In the order of the kinds.
+    constexpr int WireFaults::*rates[] = {
+        &WireFaults::dropRate, &WireFaults::duplicateRate, &WireFaults::delayRate, &WireFaults::reorderRate};
     WireFaults& faults = m_wire.faults();
-    switch (fault.kind) {
-    case SetFault::Drop:
-        faults.dropRate = fault.rate;
-        break;
-    case SetFault::Duplicate:
-        faults.duplicateRate = fault.rate;
-        break;
-    case SetFault::Delay:
-        faults.delayRate = fault.rate;
-        faults.delay = fault.delay;
-        break;
-    case SetFault::Reorder:
-        faults.reorderRate = fault.rate;
-        break;
-    case SetFault::LoseRelease:
+    if (fault.kind == SetFault::LoseRelease)
         faults.losesNextRelease = true;
-        break;
-    }
+    else
+        faults.*rates[fault.kind] = fault.rate;
+    if (fault.kind == SetFault::Delay)
+        faults.delay = fault.delay;
 }
 
 void Simulator::restartConsole()
@@ -221,7 +207,6 @@ void Simulator::endCapture()
     m_link.setCapture(nullptr);
     const QString path = m_pCapture->path();
     const CaptureWriter::Summary summary = std::exchange(m_pCapture, nullptr)->close();
-    m_output.setTime(m_clock.now());
     if (!summary.errorText.isEmpty() || summary.lost != 0)
         refuse(QStringLiteral("%1 lacks %2 datagrams: %3")
                    .arg(
@@ -233,7 +218,6 @@ void Simulator::endCapture()
 
 void Simulator::noteDifferences(const QString& when, const std::vector<ConsoleDifference>& found)
 {
-    m_output.setTime(m_clock.now());
     for (const ConsoleDifference& difference : found)
         m_output.difference(when, difference);
 }
@@ -268,7 +252,6 @@ void Simulator::showHelp()
 
 void Simulator::takeReceived()
 {
-    m_output.setTime(m_clock.now());
     m_link.takeReceived([this](const char* bytes, int size) { take(bytes, size); });
 }
 

@@ -158,14 +158,14 @@ void SimulatorOutput::line(const char* event, char mark, const QString& text, co
 void SimulatorOutput::textLine(char mark, const QString& text)
 {
     char time[32];
-    std::snprintf(time, sizeof(time), "%9.3f %c ", double(m_now.count()) / 1e6, mark);
+    std::snprintf(time, sizeof(time), "%9.3f %c ", double(m_clock.now().count()) / 1e6, mark);
     append(QByteArray(time) + text.toUtf8());
 }
 
 void SimulatorOutput::jsonLine(const char* event, QJsonObject object)
 {
     object.insert(QStringLiteral("event"), QLatin1String(event));
-    object.insert(QStringLiteral("ms"), double(m_now.count()) / 1e3);
+    object.insert(QStringLiteral("ms"), double(m_clock.now().count()) / 1e3);
     append(QJsonDocument(object).toJson(QJsonDocument::Compact));
 }
 

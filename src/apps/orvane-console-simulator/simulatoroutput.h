@@ -8,18 +8,17 @@
 /// datagrams costs one write.
 class SimulatorOutput {
 public:
-    /// `quiet` leaves out the traffic and what went well.
-    SimulatorOutput(bool json, bool quiet)
-        : m_bJson(json)
+    /// @param quiet leaves out the traffic and what went well
+    /// @param clock gives the time that each line carries
+    SimulatorOutput(bool json, bool quiet, const Orvane::ConsolePanel::PanelClock& clock)
+        : m_clock(clock)
+        , m_bJson(json)
         , m_bQuiet(quiet)
     {
     }
     ~SimulatorOutput() { flush(); }
     SimulatorOutput(const SimulatorOutput&) = delete;
     SimulatorOutput& operator=(const SimulatorOutput&) = delete;
-
-    /// Time that the next lines carry.
-    void setTime(std::chrono::microseconds now) { m_now = now; }
 
     void ready(const QString& place, int receiveBuffer);
     void down(const Orvane::ConsolePanel::DownDatagram& datagram);
@@ -47,8 +46,8 @@ private:
     void jsonLine(const char* event, QJsonObject object);
     void append(const QByteArray& line);
 
+    const Orvane::ConsolePanel::PanelClock& m_clock;
     QByteArray m_buffer;
-    std::chrono::microseconds m_now{};
     bool m_bJson;
     bool m_bQuiet;
 };

@@ -23,23 +23,13 @@ SimulatorCommand report(UpMessage message)
     return command;
 }
 
-template <bool isPressed> SimulatorCommand parseKey(WordReader& in)
-{
-    return report(KeyReport{isPressed, quint32(in.number("KEY"))});
-}
-
-SimulatorCommand parseTap(WordReader& in)
+/// `tap KEY [MS]`, `hold KEY MS`
+template <bool isHeld> SimulatorCommand parseTap(WordReader& in)
 {
     TapKey tap{quint32(in.number("KEY")), DefaultTapDuration};
-    if (!in.atEnd())
+    if (isHeld || !in.atEnd())
         tap.duration = in.milliseconds("MS");
     return tap;
-}
-
-SimulatorCommand parseHold(WordReader& in)
-{
-    const auto key = quint32(in.number("KEY"));
-    return TapKey{key, in.milliseconds("MS")};
 }
 
 quint8 parseDirection(WordReader& in)
@@ -65,11 +55,6 @@ SimulatorCommand parseSweep(WordReader& in)
     sweep.direction = parseDirection(in);
     sweep.duration = in.milliseconds("MS");
     return sweep;
-}
-
-template <LockTarget target> SimulatorCommand parseLockReport(WordReader& in)
-{
-    return report(LockReport{target, in.onOff("STATE")});
 }
 
 SimulatorCommand parseDvi(WordReader& in)
@@ -143,11 +128,6 @@ SimulatorCommand parseFault(WordReader& in)
     return fault;
 }
 
-SimulatorCommand parseMalformed(WordReader& in)
-{
-    return SendRaw{malformedDatagram(in.choice("KIND", malformedKinds()))};
-}
-
 /// `capture start FILE`, `capture stop`
 SimulatorCommand parseCapture(WordReader& in)
 {
@@ -175,16 +155,6 @@ SimulatorCommand parseStep(WordReader& in)
     if (step.count == 0)
         in.fail(QStringLiteral("COUNT must not be 0"));
     return step;
-}
-
-SimulatorCommand parseWait(WordReader& in)
-{
-    return Pause{in.milliseconds("MS")};
-}
-
-SimulatorCommand parseScreenshot(WordReader& in)
-{
-    return TakePicture{in.text("FILE")};
 }
 
 SimulatorCommand parseStorm(WordReader& in)
@@ -243,9 +213,24 @@ SimulatorCommand parseExpect(WordReader& in)
     return expect;
 }
 
+template <bool isPressed> SimulatorCommand parseKey(WordReader& in)
+{
+    return report(KeyReport{isPressed, quint32(in.number("KEY"))});
+}
+
+template <LockTarget target> SimulatorCommand parseLockReport(WordReader& in)
+{
+    return report(LockReport{target, in.onOff("STATE")});
+}
+
 template <typename Command> SimulatorCommand parsePlain(WordReader&)
 {
     return Command{};
+}
+
+SimulatorCommand parseMalformed(WordReader& in)
+{
+    return SendRaw{malformedDatagram(in.choice("KIND", malformedKinds()))};
 }
 
 struct CommandKind {
@@ -258,8 +243,8 @@ struct CommandKind {
 constexpr CommandKind CommandKinds[] = {
     {"press", parseKey<true>, "press KEY", "reports the key pressed"},
     {"release", parseKey<false>, "release KEY", "reports the key released"},
-    {"tap", parseTap, "tap KEY [MS]", "presses, waits 50 ms or MS, releases"},
-    {"hold", parseHold, "hold KEY MS", "presses, waits, releases"},
+    {"tap", parseTap<false>, "tap KEY [MS]", "presses, waits 50 ms or MS, releases"},
+    {"hold", parseTap<true>, "hold KEY MS", "presses, waits, releases"},
     {"storm", parseStorm, "storm KEY... count N [rate PER_SECOND] [window N]",
      "presses and releases the keys in turn, N times"},
     {"tbar", parseTBar, "tbar POSITION up|down", "reports a T-Bar position"},
@@ -281,11 +266,13 @@ constexpr CommandKind CommandKinds[] = {
     {"replay", parseReplay, "replay FILE [speed N | step]",
      "reports what a capture has, and compares the console with it"},
     {"step", parseStep, "step [N]", "plays the next report of the capture, or the next N"},
-    {"wait", parseWait, "wait MS", "waits"},
+    {"wait", [](WordReader& in) -> SimulatorCommand { return Pause{in.milliseconds("MS")}; }, "wait MS",
+     "waits"},
     {"expect", parseExpect, "expect [no-]CONDITION [within MS | for MS]",
      "waits until the condition holds, or watches that it does"},
     {"show", parsePlain<ShowConsole>, "show", "draws the console"},
-    {"screenshot", parseScreenshot, "screenshot FILE", "writes a picture of the window"},
+    {"screenshot", [](WordReader& in) -> SimulatorCommand { return TakePicture{in.text("FILE")}; },
+     "screenshot FILE", "writes a picture of the window"},
     {"help", parsePlain<ShowHelp>, "help", "lists the commands"},
     {"quit", parsePlain<Quit>, "quit", "ends the program"},
 };

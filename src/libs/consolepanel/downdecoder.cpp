@@ -44,34 +44,19 @@ Fault checkHead(const char* head)
     return {};
 }
 
-/// Bytes of a value, read in order. The caller has checked that there are enough.
-class ValueReader {
-public:
-    explicit ValueReader(const char* bytes)
-        : m_in(bytes)
-    {
-    }
-    quint8 u8() { return m_in.next<quint8>(); }
-    quint16 u16() { return m_in.next<quint16>(); }
-    quint32 u32() { return m_in.next<quint32>(); }
-
-private:
-    Wire::Reader m_in;
-};
-
 using ReadValue = DownMessage (*)(const char* value, int size, Fault& fault);
 
 DownMessage readButtonColor(const char* value, int, Fault& fault)
 {
-    ValueReader in(value);
+    Wire::Reader in(value);
     ECButtonColor record;
-    record.ButtonKey = in.u32();
-    record.ECKey = in.u16();
-    record.ButtonState = in.u8();
-    record.R = in.u8();
-    record.G = in.u8();
-    record.B = in.u8();
-    record.brightness = in.u8();
+    record.ButtonKey = in.next<quint32>();
+    record.ECKey = in.next<quint16>();
+    record.ButtonState = in.next<quint8>();
+    record.R = in.next<quint8>();
+    record.G = in.next<quint8>();
+    record.B = in.next<quint8>();
+    record.brightness = in.next<quint8>();
     if (record.ButtonState > CloseAllLight && record.ButtonState != ClosedNormalLight)
         fault = QStringLiteral("button state %1 is none of 0, 1, 2 and 255").arg(record.ButtonState);
     return record;
@@ -79,10 +64,10 @@ DownMessage readButtonColor(const char* value, int, Fault& fault)
 
 DownMessage readOledText(const char* value, int, Fault& fault)
 {
-    ValueReader in(value);
+    Wire::Reader in(value);
     ECOLEDText record;
-    record.OledKey = in.u32();
-    record.ECKey = in.u16();
+    record.OledKey = in.next<quint32>();
+    record.ECKey = in.next<quint16>();
     constexpr int TextOffset = sizeof(ECOLEDText) - sizeof(record.OledText);
     std::copy_n(value + TextOffset, sizeof(record.OledText), record.OledText);
     const char* const end = std::cend(record.OledText);
@@ -94,10 +79,10 @@ DownMessage readOledText(const char* value, int, Fault& fault)
 
 DownMessage readTBarLevel(const char* value, int, Fault&)
 {
-    ValueReader in(value);
+    Wire::Reader in(value);
     ECTBarValue record;
-    record.Value = in.u32();
-    record.IsBottomToTop = in.u8();
+    record.Value = in.next<quint32>();
+    record.IsBottomToTop = in.next<quint8>();
     return record;
 }
 
@@ -114,11 +99,11 @@ template <typename Record> DownMessage readByte(const char* value, int, Fault&)
 
 DownMessage readLight(const char* value, int, Fault& fault)
 {
-    ValueReader in(value);
+    Wire::Reader in(value);
     LightControl record;
-    record.LightType = in.u8();
-    record.IsEnabled = in.u8();
-    record.Brightness = in.u8();
+    record.LightType = in.next<quint8>();
+    record.IsEnabled = in.next<quint8>();
+    record.Brightness = in.next<quint8>();
     if (record.LightType > Logo && record.LightType != Other)
         fault = QStringLiteral("light type %1 is none of 0, 1, 2 and 255").arg(record.LightType);
     return record;
@@ -126,13 +111,13 @@ DownMessage readLight(const char* value, int, Fault& fault)
 
 DownMessage readPeripheral(const char* value, int, Fault&)
 {
-    ValueReader in(value);
+    Wire::Reader in(value);
     PeripheralControl record;
-    record.ScreenNum = in.u8();
-    record.TargetScreenIndex = in.u8();
+    record.ScreenNum = in.next<quint8>();
+    record.TargetScreenIndex = in.next<quint8>();
     // Index access: a packed array's elements cannot be bound to references.
     for (std::size_t i = 0; i < std::size(record.resolution); ++i) // NOLINT(modernize-loop-convert)
-        record.resolution[i] = in.u16();
+        record.resolution[i] = in.next<quint16>();
     return record;
 }
 
@@ -148,12 +133,12 @@ DownMessage readDeviceIP(const char* value, int size, Fault& fault)
         fault = mismatch("size of the network record", size, sizeof(record));
         return record;
     }
-    ValueReader in(value);
-    record.Index = in.u8();
-    record.Status = in.u8();
-    record.IP = in.u32();
-    record.Mask = in.u32();
-    record.Gateway = in.u32();
+    Wire::Reader in(value);
+    record.Index = in.next<quint8>();
+    record.Status = in.next<quint8>();
+    record.IP = in.next<quint32>();
+    record.Mask = in.next<quint32>();
+    record.Gateway = in.next<quint32>();
     return record;
 }
 
@@ -164,9 +149,9 @@ DownMessage readDeviceIPMode(const char* value, int size, Fault& fault)
         fault = mismatch("size of the network mode record", size, sizeof(record));
         return record;
     }
-    ValueReader in(value);
-    record.Index = in.u8();
-    record.Mode = in.u8();
+    Wire::Reader in(value);
+    record.Index = in.next<quint8>();
+    record.Mode = in.next<quint8>();
     return record;
 }
 
@@ -177,10 +162,10 @@ DownMessage readKeyboardListening(const char* value, int, Fault&)
 
 DownMessage readDviStatus(const char* value, int, Fault&)
 {
-    ValueReader in(value);
+    Wire::Reader in(value);
     DVIInSignal record;
-    record.Index = in.u8();
-    record.Signal = in.u8();
+    record.Index = in.next<quint8>();
+    record.Signal = in.next<quint8>();
     return record;
 }
 

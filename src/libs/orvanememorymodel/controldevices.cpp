@@ -98,18 +98,12 @@ ControlResult Control::setLoadToPGM(const QString& device, bool loadToPGM)
 
 ControlResult Control::setConsolePlugin(const QString& device, bool enabled)
 {
-    return onDevice(device, [enabled](Change& change, const auto& present) {
-        present->data(change).config.consolePlugin = enabled;
-        change.markChanged();
-    });
+    return setOnDevice(device, &MemoryDevice::Data::consolePlugin, enabled);
 }
 
 ControlResult Control::setLoadToPGMEnabled(const QString& device, bool enabled)
 {
-    return onDevice(device, [enabled](Change& change, const auto& present) {
-        present->data(change).config.loadToPGMEnabled = enabled;
-        change.markChanged();
-    });
+    return setOnDevice(device, &MemoryDevice::Data::loadToPGMEnabled, enabled);
 }
 
 ControlResult Control::setOutputOnline(const QString& device, quint32 outputId, bool online)

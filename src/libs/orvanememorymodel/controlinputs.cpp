@@ -73,21 +73,19 @@ ControlResult Control::removeInput(const QString& device, quint32 inputId)
 
 ControlResult Control::renameInput(const QString& device, quint32 inputId, const QString& name)
 {
-    return setOnInput(
-        device, inputId, &MemoryInput::State::name, name, &DeviceList::signalInterfaceNameChanged);
+    return setOnInput(device, inputId, &InputRecord::name, name, &DeviceList::signalInterfaceNameChanged);
 }
 
 ControlResult Control::setSignal(const QString& device, quint32 inputId, bool present)
 {
     return setOnInput(
-        device, inputId, &MemoryInput::State::signal, present, &DeviceList::signalInterfaceSignalChanged);
+        device, inputId, &InputRecord::signal, present, &DeviceList::signalInterfaceSignalChanged);
 }
 
 ControlResult Control::setOverload(const QString& device, quint32 inputId, bool overload)
 {
     return setOnInput(
-        device, inputId, &MemoryInput::State::overload, overload,
-        &DeviceList::signalInterfaceOverLoadChanged);
+        device, inputId, &InputRecord::overload, overload, &DeviceList::signalInterfaceOverLoadChanged);
 }
 
 ControlResult Control::setConnectorCapacity(

@@ -30,38 +30,30 @@ MemoryDevice::MemoryDevice(std::shared_ptr<ModelHub> hub, const DeviceRecord& re
         m_subcards += std::make_shared<MemorySubcard>(m_pHub, card);
     for (const OutputRecord& output : record.outputs)
         m_outputs += std::make_shared<MemoryOutput>(m_pHub, output, subcard(output.subcardId));
-    Data data;
-    data.ipMacSn = record.ipMacSn;
+    Data data{record};
     data.preIPMacSn = record.ipMacSn;
-    data.groupId = record.groupId;
-    data.online = record.online;
-    data.config = {record.consolePlugin, record.loadToPGMEnabled};
-    data.multiScreens = record.multiScreens;
-    data.swap = record.swap;
-    data.loadToPGM = record.loadToPGM;
     m_data = Guarded<Data>(std::move(data));
+}
+
+BizModel::s_DeviceConfig MemoryDevice::deviceConfig() const
+{
+    const Guard guard(*m_pHub);
+    return {data(guard).consolePlugin, data(guard).loadToPGMEnabled};
 }
 
 QList<std::weak_ptr<BizModel::Screen>> MemoryDevice::screens(int screenTypeMask) const
 {
-    const Guard guard(*m_pHub);
-    QList<std::weak_ptr<BizModel::Screen>> list;
-    for (const std::shared_ptr<MemoryScreen>& screen : data(guard).screens) {
-        if (screen->screenType() & screenTypeMask)
-            list += screen;
-    }
-    return list;
+    return weakList<BizModel::Screen>(data(Guard(*m_pHub)).screens, [screenTypeMask](const auto& screen) {
+        return screen.screenType() & screenTypeMask;
+    });
 }
 
 QList<std::weak_ptr<BizModel::Screen>> MemoryDevice::selectedScreen(int screenTypeMask) const
 {
     const Guard guard(*m_pHub);
-    QList<std::weak_ptr<BizModel::Screen>> list;
-    for (const std::shared_ptr<MemoryScreen>& screen : data(guard).screens) {
-        if ((screen->screenType() & screenTypeMask) && screen->data(guard).selected)
-            list += screen;
-    }
-    return list;
+    return weakList<BizModel::Screen>(data(guard).screens, [&](const auto& screen) {
+        return (screen.screenType() & screenTypeMask) && screen.data(guard).selected;
+    });
 }
 
 bool MemoryDevice::isScreenSelected(const std::weak_ptr<BizModel::Screen>& screen) const
@@ -121,11 +113,7 @@ bool MemoryDevice::isLayerLimited(SceneType scene) const
 
 QList<std::weak_ptr<BizModel::Input>> MemoryDevice::validInputs() const
 {
-    const Guard guard(*m_pHub);
-    QList<std::weak_ptr<BizModel::Input>> list;
-    for (const std::shared_ptr<MemoryInput>& input : data(guard).inputs)
-        list += input;
-    return list;
+    return weakList<BizModel::Input>(data(Guard(*m_pHub)).inputs);
 }
 
 std::weak_ptr<BizModel::Input> MemoryDevice::findInput(quint32 interfaceId) const
@@ -173,14 +161,7 @@ DeviceRecord MemoryDevice::record(const Guard& guard) const
 {
     const Data& device = data(guard);
     DeviceRecord record;
-    record.ipMacSn = device.ipMacSn;
-    record.groupId = device.groupId;
-    record.online = device.online;
-    record.multiScreens = device.multiScreens;
-    record.consolePlugin = device.config.consolePlugin;
-    record.loadToPGMEnabled = device.config.loadToPGMEnabled;
-    record.loadToPGM = device.loadToPGM;
-    record.swap = device.swap;
+    static_cast<DeviceSettings&>(record) = device;
     record.maxPresetCount = m_nMaxPresetCount;
     record.limits = m_limits;
     for (const std::shared_ptr<MemorySubcard>& card : m_subcards) {
@@ -190,7 +171,7 @@ DeviceRecord MemoryDevice::record(const Guard& guard) const
         record.subcards += stored;
     }
     for (const std::shared_ptr<MemoryInput>& input : device.inputs)
-        record.inputs += input->record(guard);
+        record.inputs += std::as_const(*input).data(guard);
     for (const std::shared_ptr<MemoryOutput>& output : m_outputs)
         record.outputs += output->record(guard);
     for (const std::shared_ptr<MemoryScreen>& screen : device.screens)
@@ -198,7 +179,7 @@ DeviceRecord MemoryDevice::record(const Guard& guard) const
     if (device.activeScreen)
         record.activeScreen = device.activeScreen->key();
     for (const std::shared_ptr<MemoryPreset>& preset : device.presets)
-        record.presets += preset->record(guard);
+        record.presets += std::as_const(*preset).data(guard);
     record.activePreset =
         device.presets.contains(device.activePreset) ? device.activePreset->fileId() : quint16(0);
     record.hasKeypad = device.keypad != nullptr;
@@ -231,19 +212,13 @@ std::shared_ptr<MemoryScreen> MemoryDevice::screen(const Guard& guard, ScreenKey
 std::shared_ptr<MemoryScreen> MemoryDevice::own(
     const Guard& guard, const std::weak_ptr<BizModel::Screen>& screen) const
 {
-    const std::shared_ptr<BizModel::Screen> wanted = screen.lock();
-    if (!wanted)
-        return nullptr;
-    return findIn(data(guard).screens, [&wanted](const auto& each) { return each == wanted; });
+    return findIn(data(guard).screens, [wanted = screen.lock()](const auto& each) { return each == wanted; });
 }
 
 std::shared_ptr<MemoryPreset> MemoryDevice::own(
     const Guard& guard, const std::weak_ptr<BizModel::Preset>& preset) const
 {
-    const std::shared_ptr<BizModel::Preset> wanted = preset.lock();
-    if (!wanted)
-        return nullptr;
-    return findIn(data(guard).presets, [&wanted](const auto& each) { return each == wanted; });
+    return findIn(data(guard).presets, [wanted = preset.lock()](const auto& each) { return each == wanted; });
 }
 
 std::shared_ptr<MemoryPreset> MemoryDevice::preset(const Guard& guard, FileType type, quint16 fileId) const
@@ -396,15 +371,7 @@ void MemoryDevice::setActiveScreen(Change& change, const std::shared_ptr<MemoryS
 
 std::shared_ptr<MemoryScreen> MemoryDevice::makeScreen(const ScreenRecord& record)
 {
-    MemoryScreen::Data state;
-    state.name = record.name;
-    state.uiScreenIndex = record.uiScreenIndex;
-    state.selected = record.selected;
-    state.freeze = record.freeze;
-    state.fadeToBlack = record.fadeToBlack;
-    state.pgmEdit = record.pgmEdit;
-    state.effectType = record.effectType;
-    state.effectSeconds = record.effectSeconds;
+    MemoryScreen::Data state{record};
     for (const ScreenOutputRecord& place : record.outputs) {
         if (const std::shared_ptr<MemoryOutput> found = output(place.outputId))
             state.outputs += MemoryScreen::OutputPlace{found, place.rect};

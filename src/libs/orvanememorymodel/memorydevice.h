@@ -29,16 +29,9 @@ public:
     };
 
     /// What changes over a device's life.
-    struct Data {
-        QString ipMacSn;
+    struct Data : DeviceSettings {
         QString preIPMacSn;
-        QString groupId = defaultDeviceGroupId;
-        bool online = true;
         bool upgrading = false;
-        BizModel::s_DeviceConfig config;
-        bool multiScreens = false;
-        bool swap = false;
-        bool loadToPGM = false;
         Screens screens;
         /// Made by `createDefaultScreen` and not part of the device yet.
         QList<std::weak_ptr<MemoryScreen>> pendingScreens;
@@ -63,7 +56,7 @@ public:
     QString groupId() const override { return data(Guard(*m_pHub)).groupId; }
     bool onlineFlag() const override { return data(Guard(*m_pHub)).online; }
     bool isDeviceUpgrading() const override { return data(Guard(*m_pHub)).upgrading; }
-    BizModel::s_DeviceConfig deviceConfig() const override { return data(Guard(*m_pHub)).config; }
+    BizModel::s_DeviceConfig deviceConfig() const override;
 
     std::weak_ptr<BizModel::Screen> activedScreen() const override
     {

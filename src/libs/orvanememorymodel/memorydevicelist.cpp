@@ -77,11 +77,7 @@ void MemoryDeviceList::setPresetOperateMode(BizModel::Enum::Preset::PresetOptMod
 
 QList<std::weak_ptr<BizModel::Device>> MemoryDeviceList::devices() const
 {
-    const Guard guard(*m_pHub);
-    QList<std::weak_ptr<BizModel::Device>> list;
-    for (const std::shared_ptr<MemoryDevice>& device : data(guard).devices)
-        list += device;
-    return list;
+    return weakList<BizModel::Device>(data(Guard(*m_pHub)).devices);
 }
 
 std::shared_ptr<MemoryDevice> MemoryDeviceList::device(const Guard& guard, const QString& ipMacSn) const

@@ -11,11 +11,7 @@ using BizModel::DeviceList;
 
 QList<std::weak_ptr<BizModel::Preset>> MemoryDevice::presets() const
 {
-    const Guard guard(*m_pHub);
-    QList<std::weak_ptr<BizModel::Preset>> list;
-    for (const std::shared_ptr<MemoryPreset>& preset : data(guard).presets)
-        list += preset;
-    return list;
+    return weakList<BizModel::Preset>(data(Guard(*m_pHub)).presets);
 }
 
 void MemoryDevice::setActivedPreset(const std::weak_ptr<BizModel::Preset>& preset, quint16 fileId)
@@ -52,17 +48,11 @@ bool MemoryDevice::editPresetValidityCheck(const QString& text, QString& error) 
 QList<std::weak_ptr<BizModel::File>> MemoryDevice::files(FileType type) const
 {
     const Guard guard(*m_pHub);
-    QList<std::weak_ptr<BizModel::File>> list;
-    if (type == FileType::keypad) {
-        if (data(guard).keypad)
-            list += data(guard).keypad;
-        return list;
-    }
-    for (const std::shared_ptr<MemoryPreset>& preset : data(guard).presets) {
-        if (preset->fileType() == type)
-            list += preset;
-    }
-    return list;
+    const std::shared_ptr<BizModel::Keypad>& keypad = data(guard).keypad;
+    if (type == FileType::keypad)
+        return keypad ? QList<std::weak_ptr<BizModel::File>>{keypad} : QList<std::weak_ptr<BizModel::File>>();
+    return weakList<BizModel::File>(
+        data(guard).presets, [type](const auto& preset) { return preset.fileType() == type; });
 }
 
 void MemoryDevice::addKeypadFile(const std::shared_ptr<BizModel::Keypad>& keypad)

@@ -37,14 +37,8 @@ MemoryInput::MemoryInput(std::shared_ptr<ModelHub> hub, const InputRecord& recor
     , m_nId(record.id)
     , m_nSubcardId(record.subcardId)
     , m_nConnectorId(record.connectorId)
-    , m_state(State{record.name, record.capacity, record.signal, record.overload})
+    , m_record(record)
 {
-}
-
-InputRecord MemoryInput::record(const Guard& guard) const
-{
-    const State& state = data(guard);
-    return {m_nId, state.name, m_nSubcardId, m_nConnectorId, state.capacity, state.signal, state.overload};
 }
 
 MemoryOutput::MemoryOutput(

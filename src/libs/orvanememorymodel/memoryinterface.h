@@ -46,13 +46,6 @@ private:
 
 class MemoryInput final : public BizModel::Input {
 public:
-    struct State {
-        QString name;
-        BizModel::CapacityMode capacity = BizModel::CapacityMode::_SL;
-        bool signal = true;
-        bool overload = false;
-    };
-
     MemoryInput(std::shared_ptr<ModelHub> hub, const InputRecord& record);
 
     quint32 interfaceId() const override { return m_nId; }
@@ -63,16 +56,15 @@ public:
     bool isOverLoad() const override { return data(Guard(*m_pHub)).overload; }
 
     quint32 connectorId() const { return m_nConnectorId; }
-    const State& data(const Guard& guard) const { return m_state.get(guard); }
-    State& data(Change& change) { return m_state.get(change); }
-    InputRecord record(const Guard& guard) const;
+    const InputRecord& data(const Guard& guard) const { return m_record.get(guard); }
+    InputRecord& data(Change& change) { return m_record.get(change); }
 
 private:
     const std::shared_ptr<ModelHub> m_pHub;
     const quint32 m_nId;
     const quint32 m_nSubcardId;
     const quint32 m_nConnectorId;
-    Guarded<State> m_state;
+    Guarded<InputRecord> m_record;
 };
 
 class MemoryOutput final : public BizModel::Output {

@@ -17,7 +17,7 @@ MemoryLayer::MemoryLayer(
     , m_nScreenId(screenId)
     , m_nId(record.id)
     , m_type(record.type)
-    , m_state(State{record.name, scene, record.inputId, record.window, record.capacity, record.selected})
+    , m_state(State{record, scene})
 {
 }
 
@@ -36,12 +36,6 @@ QSize MemoryLayer::defulatSize(const std::weak_ptr<BizModel::Input>& input) cons
 {
     const std::shared_ptr<BizModel::Input> source = input.lock();
     return defaultLayerSize(source ? source->capacity() : CapacityMode::_SL);
-}
-
-LayerRecord MemoryLayer::record(const Guard& guard) const
-{
-    const State& state = data(guard);
-    return {m_nId, state.name, m_type, state.inputId, state.window, state.capacity, state.selected};
 }
 
 bool MemoryLayer::operationAllowed(const Guard& guard) const

@@ -25,13 +25,8 @@ private:
 class MemoryLayer final : public BizModel::Layer {
 public:
     /// What changes over a layer's life.
-    struct State {
-        QString name;
+    struct State : LayerRecord {
         BizModel::SceneType scene = BizModel::SceneType::PVW;
-        quint32 inputId = 0;
-        QRect window;
-        BizModel::CapacityMode capacity = BizModel::CapacityMode::_SL;
-        bool selected = false;
     };
 
     MemoryLayer(
@@ -54,7 +49,6 @@ public:
     std::shared_ptr<const LayerOwner> owner() const { return m_pOwner.lock(); }
     const State& data(const Guard& guard) const { return m_state.get(guard); }
     State& data(Change& change) { return m_state.get(change); }
-    LayerRecord record(const Guard& guard) const;
     bool operationAllowed(const Guard& guard) const;
 
 private:

@@ -14,7 +14,7 @@ MemoryPreset::MemoryPreset(
     , m_pDevice(std::move(device))
     , m_type(record.type)
     , m_nId(record.id)
-    , m_state(State{record.name, record.screens})
+    , m_record(record)
 {
 }
 
@@ -46,12 +46,6 @@ bool MemoryPreset::presetSelectedScreens(
     if (screens.isEmpty())
         error = QStringLiteral("None of the preset's screens is there.");
     return !screens.isEmpty();
-}
-
-PresetRecord MemoryPreset::record(const Guard& guard) const
-{
-    const State& state = data(guard);
-    return {m_type, m_nId, state.name, state.screens};
 }
 
 } // namespace Orvane::MemoryModel

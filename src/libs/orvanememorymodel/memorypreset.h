@@ -9,11 +9,6 @@ namespace Orvane::MemoryModel {
 /// A preset file with the scenes that it stores.
 class MemoryPreset final : public BizModel::Preset {
 public:
-    struct State {
-        QString name;
-        QList<PresetScreenRecord> screens;
-    };
-
     MemoryPreset(
         std::shared_ptr<ModelHub> hub, std::weak_ptr<BizModel::Device> device, const PresetRecord& record);
 
@@ -23,16 +18,15 @@ public:
     bool presetSelectedScreens(
         QList<std::weak_ptr<BizModel::Screen>>& screens, FileType type, QString& error) const override;
 
-    const State& data(const Guard& guard) const { return m_state.get(guard); }
-    State& data(Change& change) { return m_state.get(change); }
-    PresetRecord record(const Guard& guard) const;
+    const PresetRecord& data(const Guard& guard) const { return m_record.get(guard); }
+    PresetRecord& data(Change& change) { return m_record.get(change); }
 
 private:
     const std::shared_ptr<ModelHub> m_pHub;
     const std::weak_ptr<BizModel::Device> m_pDevice;
     const FileType m_type;
     const quint16 m_nId;
-    Guarded<State> m_state;
+    Guarded<PresetRecord> m_record;
 };
 
 } // namespace Orvane::MemoryModel

@@ -123,12 +123,7 @@ QRect MemoryScreen::mosaic(const Guard& guard) const
 
 QList<std::weak_ptr<BizModel::Subcard>> MemoryScreen::subCards() const
 {
-    const Guard guard(*m_pHub);
-    QList<std::weak_ptr<BizModel::Subcard>> list;
-    const auto cards = subcards(guard);
-    for (const std::shared_ptr<MemorySubcard>& card : cards)
-        list += card;
-    return list;
+    return weakList<BizModel::Subcard>(subcards(Guard(*m_pHub)));
 }
 
 QList<std::shared_ptr<MemorySubcard>> MemoryScreen::subcards(const Guard& guard) const
@@ -153,13 +148,9 @@ int MemoryScreen::layerCapacity(const Guard& guard) const
 
 QList<std::weak_ptr<BizModel::Layer>> MemoryScreen::layers(SceneType scene, int layerTypeMask) const
 {
-    const Guard guard(*m_pHub);
-    QList<std::weak_ptr<BizModel::Layer>> list;
-    for (const std::shared_ptr<MemoryLayer>& layer : data(guard).layers(scene)) {
-        if (layer->layerType() & layerTypeMask)
-            list += layer;
-    }
-    return list;
+    return weakList<BizModel::Layer>(data(Guard(*m_pHub)).layers(scene), [layerTypeMask](const auto& layer) {
+        return layer.layerType() & layerTypeMask;
+    });
 }
 
 QList<std::weak_ptr<BizModel::Layer>> MemoryScreen::selectedLayers(int sceneMask) const
@@ -167,12 +158,10 @@ QList<std::weak_ptr<BizModel::Layer>> MemoryScreen::selectedLayers(int sceneMask
     const Guard guard(*m_pHub);
     QList<std::weak_ptr<BizModel::Layer>> list;
     for (const SceneType scene : {SceneType::PGM, SceneType::PVW}) {
-        if (!(scene & sceneMask))
-            continue;
-        for (const std::shared_ptr<MemoryLayer>& layer : data(guard).layers(scene)) {
-            if (layer->data(guard).selected)
-                list += layer;
-        }
+        if (scene & sceneMask)
+            list += weakList<BizModel::Layer>(data(guard).layers(scene), [&guard](const auto& layer) {
+                return layer.data(guard).selected;
+            });
     }
     return list;
 }
@@ -210,21 +199,14 @@ ScreenRecord MemoryScreen::record(const Guard& guard) const
 {
     const Data& screen = data(guard);
     ScreenRecord record;
+    static_cast<ScreenSettings&>(record) = screen;
     record.key = m_key;
-    record.name = screen.name;
-    record.uiScreenIndex = screen.uiScreenIndex;
-    record.selected = screen.selected;
-    record.freeze = screen.freeze;
-    record.fadeToBlack = screen.fadeToBlack;
-    record.pgmEdit = screen.pgmEdit;
-    record.effectType = screen.effectType;
-    record.effectSeconds = screen.effectSeconds;
     for (const OutputPlace& place : screen.outputs)
         record.outputs += ScreenOutputRecord{place.output->outputId(), place.rect};
     for (const std::shared_ptr<MemoryLayer>& layer : screen.pgm)
-        record.pgm += layer->record(guard);
+        record.pgm += std::as_const(*layer).data(guard);
     for (const std::shared_ptr<MemoryLayer>& layer : screen.pvw)
-        record.pvw += layer->record(guard);
+        record.pvw += std::as_const(*layer).data(guard);
     return record;
 }
 

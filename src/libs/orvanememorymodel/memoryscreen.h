@@ -24,18 +24,10 @@ public:
     };
 
     /// What changes over a screen's life.
-    struct Data {
-        QString name;
-        int uiScreenIndex = -1;
+    struct Data : ScreenSettings {
         /// Part of the device's list of screens.
         bool registered = false;
         State state = State::Normal;
-        bool selected = false;
-        bool freeze = false;
-        bool fadeToBlack = false;
-        bool pgmEdit = false;
-        BizModel::EffectType effectType = BizModel::EffectType::fade;
-        double effectSeconds = 0.5;
         QList<OutputPlace> outputs;
         Layers pgm;
         Layers pvw;

@@ -95,4 +95,23 @@ private:
     T m_value{};
 };
 
+/// Those of the objects that the predicate, called with each, accepts, as the platform's interfaces hand them
+/// out.
+template <typename Interface, typename Objects, typename Accepts>
+QList<std::weak_ptr<Interface>> weakList(const Objects& objects, Accepts accepts)
+{
+    QList<std::weak_ptr<Interface>> list;
+    for (const auto& object : objects) {
+        if (accepts(std::as_const(*object)))
+            list += object;
+    }
+    return list;
+}
+
+template <typename Interface, typename Objects>
+QList<std::weak_ptr<Interface>> weakList(const Objects& objects)
+{
+    return QList<std::weak_ptr<Interface>>(objects.begin(), objects.end());
+}
+
 } // namespace Orvane::MemoryModel

@@ -14,58 +14,6 @@ namespace Orvane::MemoryModel {
 
 namespace {
 
-/// In the order of the enumerators.
-constexpr std::array names = {
-    "setPresetOperateMode",
-    "setActivedScreen",
-    "createDefaultScreen",
-    "appendViewingScreen",
-    "setState",
-    "setUiScreenIndex",
-    "addOutput",
-    "setSelected",
-    "cancelSelected",
-    "updateEffectSpeed",
-    "updateEffectType",
-    "updatePGMEditStatus",
-    "addLayer",
-    "removeLayers",
-    "topZOrder",
-    "incrZOrder",
-    "bottomZOrder",
-    "decrZOrder",
-    "setLayersSelected",
-    "cancelLayersSelected",
-    "updateWindow",
-    "bindSource",
-    "CheckOperationResources",
-    "createPresetFile",
-    "removeFile",
-    "coverPreset",
-    "checkPresetData",
-    "createKeypadInfo",
-    "updatePresetModelData",
-    "editPresetValidityCheck",
-    "presetSelectedScreens",
-    "setActivedPreset",
-    "addKeypadFile",
-    "AsyncCreateScreen",
-    "AsyncRemoveLayer",
-    "AsyncAddCopyLayers",
-    "AsyncSaveDeviceData",
-    "AsyncRemoveFile",
-    "ParallelTakeScreen",
-    "ParallelCutScreen",
-    "ParallelMatchPGM",
-    "ParallelFreezeScreen",
-    "ParallelFTBScreen",
-    "ParallelSetSwapStatus",
-    "ParallelSetLoadToPresetPGMStatus",
-    "setSamplingType",
-    "TBarSampling",
-    "LoadPresetSampling"};
-static_assert(names.size() == std::size_t(Operation::SampleLoadPreset) + 1);
-
 QString currentThreadName()
 {
     // The system keeps 15 characters and a terminating zero.
@@ -86,7 +34,7 @@ template <typename T> T takeFirst(std::deque<T>& queue)
 
 QString operationName(Operation operation)
 {
-    return QString::fromLatin1(names.at(std::size_t(operation)));
+    return operationNames().value(int(operation));
 }
 
 std::optional<Operation> findOperation(const QString& name)
@@ -97,10 +45,20 @@ std::optional<Operation> findOperation(const QString& name)
 
 QStringList operationNames()
 {
-    QStringList list;
-    for (const char* const name : names)
-        list += QString::fromLatin1(name);
-    return list;
+    static const QStringList names =
+        QStringLiteral(
+            "setPresetOperateMode setActivedScreen createDefaultScreen appendViewingScreen setState "
+            "setUiScreenIndex addOutput setSelected cancelSelected updateEffectSpeed "
+            "updateEffectType updatePGMEditStatus addLayer removeLayers topZOrder incrZOrder "
+            "bottomZOrder decrZOrder setLayersSelected cancelLayersSelected updateWindow bindSource "
+            "CheckOperationResources createPresetFile removeFile coverPreset checkPresetData "
+            "createKeypadInfo updatePresetModelData editPresetValidityCheck presetSelectedScreens "
+            "setActivedPreset addKeypadFile AsyncCreateScreen AsyncRemoveLayer AsyncAddCopyLayers "
+            "AsyncSaveDeviceData AsyncRemoveFile ParallelTakeScreen ParallelCutScreen "
+            "ParallelMatchPGM ParallelFreezeScreen ParallelFTBScreen ParallelSetSwapStatus "
+            "ParallelSetLoadToPresetPGMStatus setSamplingType TBarSampling LoadPresetSampling")
+            .split(QLatin1Char(' '));
+    return names;
 }
 
 void Operations::setListener(JournalListener listener)

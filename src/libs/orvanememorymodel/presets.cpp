@@ -47,7 +47,7 @@ QList<PresetScreenRecord> presentScenes(const Guard& guard, const MemoryDevice& 
     for (const std::shared_ptr<MemoryScreen>& screen : std::as_const(screens)) {
         PresetScreenRecord record{screen->key(), {}};
         for (const auto& layer : std::as_const(*screen).data(guard).layers(scene)) {
-            record.layers += layer->record(guard);
+            record.layers += std::as_const(*layer).data(guard);
             record.layers.last().selected = false;
         }
         stored += record;

@@ -67,9 +67,8 @@ struct ScreenOutputRecord {
 /// The layers of a scene, from the bottom to the top.
 using LayerRecords = QList<LayerRecord>;
 
-/// A screen, with its scenes.
-struct ScreenRecord {
-    ScreenKey key; ///< which screen
+/// What is set on a screen.
+struct ScreenSettings {
     QString name; ///< as the console shows it
     int uiScreenIndex = -1; ///< place of its key on the console; -1 for none
     bool selected = false; ///< works with the console's keys
@@ -78,6 +77,11 @@ struct ScreenRecord {
     bool pgmEdit = false; ///< layers of the program may be changed
     BizModel::EffectType effectType = BizModel::EffectType::fade; ///< how a take mixes
     double effectSeconds = 0.5; ///< how long a take lasts, 0 to `MaxEffectSeconds`
+};
+
+/// A screen, with its scenes.
+struct ScreenRecord : ScreenSettings {
+    ScreenKey key; ///< which screen
     QList<ScreenOutputRecord> outputs; ///< what the mosaic is made of
     LayerRecords pgm; ///< the program
     LayerRecords pvw; ///< the preview
@@ -139,8 +143,8 @@ struct LimitsRecord {
     int layers = 64;
 };
 
-/// A device, with all it has.
-struct DeviceRecord {
+/// What is set on a device.
+struct DeviceSettings {
     QString ipMacSn; ///< identity, unique in the show
     QString groupId; ///< group; empty or the default group's for none
     bool online = true; ///< can be worked
@@ -149,6 +153,10 @@ struct DeviceRecord {
     bool loadToPGMEnabled = false; ///< presets may be loaded to program
     bool loadToPGM = false; ///< presets are loaded to program
     bool swap = false; ///< takes exchange program and preview
+};
+
+/// A device, with all it has.
+struct DeviceRecord : DeviceSettings {
     quint16 maxPresetCount = 128; ///< slots, up to the constant `MaxPresetCount`
     LimitsRecord limits; ///< what there is room for
     QList<SubcardRecord> subcards; ///< its cards

@@ -60,7 +60,6 @@ OperationCall describe(const AsyncRequest& request)
     return std::visit([](const auto& each) { return describe(each); }, request);
 }
 
-const QString deviceGone = QStringLiteral("The device is gone.");
 const QString screenGone = QStringLiteral("The screen is gone.");
 
 } // namespace
@@ -118,11 +117,9 @@ bool RequestManager::perform(const AsyncCreateScreen& request, QString& error)
     if (!m_processor.createScreens(job, error))
         return false;
     Change change(*m_pHub);
-    const std::shared_ptr<MemoryDevice> device = m_list.own(change, request.device);
-    if (!device) {
-        error = deviceGone;
+    const std::shared_ptr<MemoryDevice> device = find(change, request.device, error);
+    if (!device)
         return false;
-    }
     MemoryDevice::Screens added;
     for (const std::shared_ptr<BizModel::Screen>& screen : request.screens) {
         const auto own = std::dynamic_pointer_cast<MemoryScreen>(screen);
@@ -210,7 +207,7 @@ MemoryScreen::Layers RequestManager::copyLayers(
             error = QStringLiteral("A layer to be copied is gone.");
             break;
         }
-        LayerRecord record = layer->record(change);
+        LayerRecord record = layer->data(change);
         record.name.clear();
         record.selected = false;
         if (request.mirrored)
@@ -232,18 +229,25 @@ std::shared_ptr<MemoryScreen> RequestManager::find(
     const Guard& guard, const std::weak_ptr<BizModel::Device>& device,
     const std::weak_ptr<BizModel::Screen>& screen, QString& error) const
 {
-    const std::shared_ptr<MemoryDevice> owner = m_list.own(guard, device);
+    const std::shared_ptr<MemoryDevice> owner = find(guard, device, error);
     auto present = owner ? owner->own(guard, screen) : nullptr;
+    if (owner && !present)
+        error = screenGone;
+    return present;
+}
+
+std::shared_ptr<MemoryDevice> RequestManager::find(
+    const Guard& guard, const std::weak_ptr<BizModel::Device>& device, QString& error) const
+{
+    auto present = m_list.own(guard, device);
     if (!present)
-        error = owner ? screenGone : deviceGone;
+        error = QStringLiteral("The device is gone.");
     return present;
 }
 
 bool RequestManager::perform(const AsyncSaveDeviceData& request, QString& error)
 {
-    const std::shared_ptr<MemoryDevice> device = m_list.own(Guard(*m_pHub), request.device);
-    if (!device)
-        error = deviceGone;
+    const std::shared_ptr<MemoryDevice> device = find(Guard(*m_pHub), request.device, error);
     return device && m_processor.save(device->ipMacSn(), error);
 }
 
@@ -272,13 +276,10 @@ bool RequestManager::perform(const AsyncRemoveFile& request, QString& error)
             return false;
     }
     Change change(*m_pHub);
-    const std::shared_ptr<MemoryDevice> device = m_list.own(change, request.device);
-    if (!device) {
-        error = deviceGone;
-        return false;
-    }
-    removeFiles(change, m_list.group(change, device), request.fileTypes);
-    return true;
+    const std::shared_ptr<MemoryDevice> device = find(change, request.device, error);
+    if (device)
+        removeFiles(change, m_list.group(change, device), request.fileTypes);
+    return device != nullptr;
 }
 
 } // namespace Orvane::MemoryModel

@@ -26,6 +26,9 @@ private:
 
     MemoryScreen::Layers copyLayers(
         Change& change, const ModelControl::AsyncAddCopyLayers& request, QString& error);
+    /// Empty, with the reason in @p error, when it is not there.
+    std::shared_ptr<MemoryDevice> find(
+        const Guard& guard, const std::weak_ptr<BizModel::Device>& device, QString& error) const;
     std::shared_ptr<MemoryScreen> find(
         const Guard& guard, const std::weak_ptr<BizModel::Device>& device,
         const std::weak_ptr<BizModel::Screen>& screen, QString& error) const;

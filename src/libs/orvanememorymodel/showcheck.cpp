@@ -46,34 +46,40 @@ private:
         m_faults += m_place + QLatin1Char('.') + place + QStringLiteral(": ") + text;
     }
 
+    /// Calls @p check with each of the records and its place.
+    template <typename Record, typename Check>
+    void each(const QString& name, const QList<Record>& records, Check check)
+    {
+        for (int i = 0; i < records.size(); ++i)
+            check(records[i], QStringLiteral("%1[%2]").arg(name).arg(i));
+    }
+
     /// Records a number; it must not stand there already.
     template <typename T> void unique(QSet<T>& seen, const T& value, const QString& place)
     {
         if (seen.contains(value) && isSet(value))
-            fault(place, QStringLiteral("expected a number that no other has"));
+            fault(place + QStringLiteral(".id"), QStringLiteral("expected a number that no other has"));
         seen += value;
     }
 
     void checkHardware()
     {
-        for (int i = 0; i < m_device.subcards.size(); ++i) {
-            const SubcardRecord& card = m_device.subcards[i];
-            unique(m_subcards, card.id, QStringLiteral("subcards[%1].id").arg(i));
-            QSet<quint32> connectors;
-            for (int j = 0; j < card.connectors.size(); ++j) {
-                const quint32 id = card.connectors[j].id;
-                unique(connectors, id, QStringLiteral("subcards[%1].connectors[%2].id").arg(i).arg(j));
-                m_connectors += (quint64(card.id) << 32) | id;
-            }
-        }
+        each(QStringLiteral("subcards"), m_device.subcards, [this](const auto& card, const QString& place) {
+            unique(m_subcards, card.id, place);
+            QSet<quint32> ids;
+            each(
+                place + QStringLiteral(".connectors"), card.connectors,
+                [&](const auto& one, const QString& at) {
+                    unique(ids, one.id, at);
+                    m_connectors += (quint64(card.id) << 32) | one.id;
+                });
+        });
         QSet<quint64> used;
-        for (int i = 0; i < m_device.inputs.size(); ++i) {
-            const InputRecord& input = m_device.inputs[i];
-            const QString place = QStringLiteral("inputs[%1]").arg(i);
+        each(QStringLiteral("inputs"), m_device.inputs, [&](const auto& input, const QString& place) {
             const quint64 connector = (quint64(input.subcardId) << 32) | input.connectorId;
-            unique(m_inputs, input.id, place + QStringLiteral(".id"));
+            unique(m_inputs, input.id, place);
             if (input.subcardId == 0 || input.connectorId == 0)
-                continue;
+                return;
             if (!m_connectors.contains(connector))
                 fault(
                     place + QStringLiteral(".connector"),
@@ -83,43 +89,27 @@ private:
                     place + QStringLiteral(".connector"),
                     QStringLiteral("expected a connector that no other input is on"));
             used += connector;
-        }
-        for (int i = 0; i < m_device.outputs.size(); ++i) {
-            const OutputRecord& output = m_device.outputs[i];
-            unique(m_outputs, output.id, QStringLiteral("outputs[%1].id").arg(i));
+        });
+        each(QStringLiteral("outputs"), m_device.outputs, [this](const auto& output, const QString& place) {
+            unique(m_outputs, output.id, place);
             if (isSet(output.subcardId) && !m_subcards.contains(output.subcardId))
                 fault(
-                    QStringLiteral("outputs[%1].subcard").arg(i),
-                    QStringLiteral("expected a sub-card of the device"));
-        }
+                    place + QStringLiteral(".subcard"), QStringLiteral("expected a sub-card of the device"));
+        });
     }
 
     void checkScreens()
     {
         int selected = 0;
-        for (int i = 0; i < m_device.screens.size(); ++i) {
-            const ScreenRecord& screen = m_device.screens[i];
-            const QString place = QStringLiteral("screens[%1]").arg(i);
-            unique(m_screens, screen.key, place + QStringLiteral(".id"));
+        each(QStringLiteral("screens"), m_device.screens, [&](const auto& screen, const QString& place) {
+            unique(m_screens, screen.key, place);
             selected += screen.selected;
-            for (int j = 0; j < screen.outputs.size(); ++j) {
-                const quint32 id = screen.outputs[j].outputId;
-                const QString output = place + QStringLiteral(".outputs[%1].output").arg(j);
-                if (!isSet(id))
-                    continue;
-                if (!m_outputs.contains(id))
-                    fault(output, QStringLiteral("expected an output of the device"));
-                else if (m_usedOutputs.contains(id))
-                    fault(output, QStringLiteral("expected an output that no other screen shows"));
-                m_usedOutputs += id;
-            }
+            checkOutputs(screen.outputs, place);
             if (screen.pgmEdit && screen.key.type != ScreenType::RegularScreen)
                 fault(place + QStringLiteral(".pgmEdit"), QStringLiteral("expected a regular screen"));
-            checkLayers(screen.pgm, screen.key.type, place + QStringLiteral(".pgm"));
-            checkLayers(screen.pvw, screen.key.type, place + QStringLiteral(".pvw"));
-            checkSources(screen.pgm, place + QStringLiteral(".pgm"));
-            checkSources(screen.pvw, place + QStringLiteral(".pvw"));
-        }
+            checkScene(screen.pgm, screen.key.type, place + QStringLiteral(".pgm"));
+            checkScene(screen.pvw, screen.key.type, place + QStringLiteral(".pvw"));
+        });
         if (selected > 1 && !m_device.multiScreens)
             fault(
                 QStringLiteral("screens"),
@@ -128,6 +118,19 @@ private:
         checkLimit(ScreenType::AUXScreen, m_device.limits.auxScreens);
         if (m_device.activeScreen.id != 0 && !m_screens.contains(m_device.activeScreen))
             fault(QStringLiteral("activeScreen"), QStringLiteral("expected a screen of the device"));
+    }
+
+    void checkOutputs(const QList<ScreenOutputRecord>& outputs, const QString& screen)
+    {
+        each(screen + QStringLiteral(".outputs"), outputs, [this](const auto& shown, const QString& place) {
+            const quint32 id = shown.outputId;
+            const QString output = place + QStringLiteral(".output");
+            if (isSet(id) && !m_outputs.contains(id))
+                fault(output, QStringLiteral("expected an output of the device"));
+            else if (isSet(id) && m_usedOutputs.contains(id))
+                fault(output, QStringLiteral("expected an output that no other screen shows"));
+            m_usedOutputs += id;
+        });
     }
 
     void checkLimit(ScreenType type, int limit)
@@ -141,43 +144,38 @@ private:
                 QStringLiteral("expected %1 %2 screens at most").arg(limit).arg(screenTypeText(type)));
     }
 
-    void checkLayers(const LayerRecords& layers, ScreenType screenType, const QString& place)
+    void checkLayers(const LayerRecords& layers, ScreenType screenType, const QString& name)
     {
         const LayerType foreign = screenType == ScreenType::AUXScreen ? LayerType::Regular : LayerType::AUX;
         QSet<quint32> ids;
-        for (int i = 0; i < layers.size(); ++i) {
-            const LayerRecord& layer = layers[i];
-            const QString each = place + QStringLiteral("[%1]").arg(i);
-            unique(ids, layer.id, each + QStringLiteral(".id"));
+        each(name, layers, [&](const auto& layer, const QString& place) {
+            unique(ids, layer.id, place);
             if (layer.type == foreign)
                 fault(
-                    each + QStringLiteral(".type"),
+                    place + QStringLiteral(".type"),
                     QStringLiteral("expected a layer that a screen of type %1 can have")
                         .arg(screenTypeText(screenType)));
-        }
+        });
     }
 
-    /// Not for presets: the device may have changed since one was stored.
-    void checkSources(const LayerRecords& layers, const QString& place)
+    /// The sources too. Not for presets: the device may have changed since one was stored.
+    void checkScene(const LayerRecords& layers, ScreenType screenType, const QString& name)
     {
-        for (int i = 0; i < layers.size(); ++i) {
-            if (layers[i].inputId != 0 && !m_inputs.contains(layers[i].inputId))
-                fault(
-                    place + QStringLiteral("[%1].input").arg(i),
-                    QStringLiteral("expected an input of the device"));
-        }
+        checkLayers(layers, screenType, name);
+        each(name, layers, [this](const auto& layer, const QString& place) {
+            if (layer.inputId != 0 && !m_inputs.contains(layer.inputId))
+                fault(place + QStringLiteral(".input"), QStringLiteral("expected an input of the device"));
+        });
     }
 
     void checkPresets()
     {
         QSet<quint32> ids;
         bool activeFound = m_device.activePreset == 0;
-        for (int i = 0; i < m_device.presets.size(); ++i) {
-            const PresetRecord& preset = m_device.presets[i];
-            const QString place = QStringLiteral("presets[%1]").arg(i);
+        each(QStringLiteral("presets"), m_device.presets, [&](const auto& preset, const QString& place) {
             // Of a number that could not be read the type alone would stand twice.
             const quint32 slot = preset.id == 0 ? 0 : quint32(preset.type) << 16 | preset.id;
-            unique(ids, slot, place + QStringLiteral(".id"));
+            unique(ids, slot, place);
             activeFound |= preset.id == m_device.activePreset;
             if (preset.id > m_device.maxPresetCount)
                 fault(
@@ -185,13 +183,13 @@ private:
                     QStringLiteral("expected a number up to maxPresetCount, %1")
                         .arg(m_device.maxPresetCount));
             QSet<ScreenKey> screens;
-            for (int j = 0; j < preset.screens.size(); ++j) {
-                const PresetScreenRecord& screen = preset.screens[j];
-                const QString each = place + QStringLiteral(".screens[%1]").arg(j);
-                unique(screens, screen.key, each + QStringLiteral(".id"));
-                checkLayers(screen.layers, screen.key.type, each + QStringLiteral(".layers"));
-            }
-        }
+            each(
+                place + QStringLiteral(".screens"), preset.screens,
+                [&](const auto& screen, const QString& at) {
+                    unique(screens, screen.key, at);
+                    checkLayers(screen.layers, screen.key.type, at + QStringLiteral(".layers"));
+                });
+        });
         if (!activeFound)
             fault(QStringLiteral("activePreset"), QStringLiteral("expected a preset of the device"));
     }

@@ -12,7 +12,7 @@ MemoryScreen::Layers copies(const Guard& guard, MemoryScreen& screen, SceneType 
     MemoryScreen::Layers list;
     const MemoryScreen& source = screen;
     for (const std::shared_ptr<MemoryLayer>& layer : source.data(guard).layers(from)) {
-        LayerRecord record = layer->record(guard);
+        LayerRecord record = std::as_const(*layer).data(guard);
         record.selected = false;
         list += screen.makeLayer(to, record);
     }

@@ -37,17 +37,18 @@ std::shared_ptr<ScreenItem> ownScreen(
     return ownScreens(device, {screen}).value(0);
 }
 
-/// The screen's own layers among those given, and whether all are.
-LayerList ownLayers(const ScreenItem& screen, const QList<std::weak_ptr<BizModel::Layer>>& layers, bool& all)
+/// The screen's own layers among those given; none without a screen.
+LayerList ownLayers(
+    const std::shared_ptr<ScreenItem>& screen, const QList<std::weak_ptr<BizModel::Layer>>& layers)
 {
-    const LayerList present = screen.layerList(SceneType::PGM) + screen.layerList(SceneType::PVW);
     LayerList own;
+    const LayerList present =
+        screen ? screen->layerList(SceneType::PGM) + screen->layerList(SceneType::PVW) : LayerList();
     for (const std::weak_ptr<BizModel::Layer>& each : layers) {
         const auto layer = std::dynamic_pointer_cast<LayerItem>(each.lock());
         if (layer && present.contains(layer))
             own += layer;
     }
-    all = own.size() == layers.size();
     return own;
 }
 
@@ -56,13 +57,10 @@ std::shared_ptr<ScreenItem> screenOf(
     const std::shared_ptr<DeviceItem>& device, const std::weak_ptr<BizModel::Layer>& layer)
 {
     const auto screens = device ? device->screenList() : DeviceItem::ScreenList();
-    for (const std::shared_ptr<ScreenItem>& screen : screens) {
-        bool isOwn = false;
-        ownLayers(*screen, {layer}, isOwn);
-        if (isOwn)
-            return screen;
-    }
-    return nullptr;
+    const auto found = std::find_if(screens.cbegin(), screens.cend(), [&layer](const auto& screen) {
+        return !ownLayers(screen, {layer}).isEmpty();
+    });
+    return found == screens.cend() ? nullptr : *found;
 }
 
 std::shared_ptr<PresetItem> ownPreset(
@@ -192,8 +190,7 @@ bool ItemControllerFactory::ScreenController::removeLayers(
     QList<std::pair<BizModel::s_ScreenLayerId, QString>>& failed)
 {
     const auto own = ownScreen(m_pDevice.lock(), screen);
-    bool all = false;
-    const LayerList wanted = own ? ownLayers(*own, layers, all) : LayerList();
+    const LayerList wanted = ownLayers(own, layers);
     for (const std::shared_ptr<LayerItem>& layer : wanted) {
         if (m_hooks.removeLayer(*own, *layer))
             own->removeLayer(layer);
@@ -231,9 +228,8 @@ bool ItemControllerFactory::ScreenController::reorder(
     const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers, Reorder order)
 {
     const auto own = ownScreen(m_pDevice.lock(), screen);
-    bool all = false;
-    const LayerList marked = own ? ownLayers(*own, layers, all) : LayerList();
-    if (!all || marked.isEmpty())
+    const LayerList marked = ownLayers(own, layers);
+    if (marked.isEmpty() || marked.size() != layers.size())
         return false;
     const auto scenes = {SceneType::PGM, SceneType::PVW};
     for (const SceneType scene : scenes) {
@@ -255,9 +251,8 @@ bool ItemControllerFactory::LayerController::setSelected(
     bool notify)
 {
     const auto own = ownScreen(m_pDevice.lock(), screen);
-    bool all = false;
-    const LayerList wanted = own ? ownLayers(*own, layers, all) : LayerList();
-    if (!all)
+    const LayerList wanted = ownLayers(own, layers);
+    if (!own || wanted.size() != layers.size())
         return false;
     bool changed = false;
     const LayerList present = own->layerList(SceneType::PGM) + own->layerList(SceneType::PVW);
@@ -274,9 +269,8 @@ bool ItemControllerFactory::LayerController::cancelSelected(
     const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers, bool notify)
 {
     const auto own = ownScreen(m_pDevice.lock(), screen);
-    bool all = false;
-    const LayerList wanted = own ? ownLayers(*own, layers, all) : LayerList();
-    if (!all)
+    const LayerList wanted = ownLayers(own, layers);
+    if (!own || wanted.size() != layers.size())
         return false;
     bool changed = false;
     for (const std::shared_ptr<LayerItem>& layer : wanted)
