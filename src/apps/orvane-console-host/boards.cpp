@@ -1,5 +1,6 @@
 #include "boards.h"
 
+#include "enumwords_p.h"
 #include "modelpicture.h"
 #include "mosaicpainter.h"
 #include "tileboard.h"
@@ -22,23 +23,10 @@ const QColor ActiveColour(0x2c, 0x80, 0x48);
 /// So many slots are shown at least.
 constexpr int FewestSlots = 24;
 
-QString capacityText(BizModel::CapacityMode capacity)
-{
-    switch (capacity) {
-    case BizModel::CapacityMode::_SL:
-        return QStringLiteral("SL");
-    case BizModel::CapacityMode::_DL:
-        return QStringLiteral("DL");
-    case BizModel::CapacityMode::_4K:
-        return QStringLiteral("4K");
-    }
-    return {};
-}
-
 Tile tileOf(const InputPicture& input)
 {
     Tile tile;
-    tile.caption = QStringLiteral("%1  %2").arg(input.id).arg(capacityText(input.capacity));
+    tile.caption = QStringLiteral("%1  %2").arg(input.id).arg(Internal::wordOf(input.capacity));
     tile.name = input.name;
     tile.mark = input.isOverloaded ? QStringLiteral("OVER")
         : input.hasSignal          ? QString()

@@ -217,14 +217,12 @@ QJsonObject screensToJson(const DevicePicture& device)
 
 QJsonObject inputsToJson(const DevicePicture& device)
 {
-    static const QStringList capacities // in the order of CapacityMode
-        = {QStringLiteral("SL"), QStringLiteral("DL"), QStringLiteral("4K")};
     QJsonArray inputs;
     for (const InputPicture& input : device.inputs) {
         inputs.append(QJsonObject{
             {QStringLiteral("input"), qint64(input.id)},
             {QStringLiteral("name"), input.name},
-            {QStringLiteral("capacity"), capacities.value(input.capacity)},
+            {QStringLiteral("capacity"), Internal::wordOf(input.capacity)},
             {QStringLiteral("signal"), input.hasSignal},
             {QStringLiteral("overload"), input.isOverloaded},
             {QStringLiteral("marked"), input.isMarked}});

@@ -2,7 +2,6 @@
 
 #include "capturefile.h"
 #include "faultywire.h"
-#include "networkaddress.h"
 #include "words.h"
 
 namespace Orvane::ConsolePanel {
@@ -70,23 +69,14 @@ SimulatorCommand parseDvi(WordReader& in)
     return report(inputs);
 }
 
-quint32 parseAddress(WordReader& in, const char* what)
-{
-    const QString word = in.text(what);
-    const auto address = addressFromText(word);
-    if (!address)
-        in.fail(QStringLiteral("%1 must be a network address, not \"%2\"").arg(QLatin1String(what), word));
-    return address.value_or(0);
-}
-
 SimulatorCommand parseConsoleIP(WordReader& in)
 {
     ECDeviceIPData record;
     record.Index = quint8(in.number("INDEX", 255));
     record.Status = quint8(in.number("STATUS", 255));
-    record.IP = parseAddress(in, "ADDRESS");
-    record.Mask = parseAddress(in, "MASK");
-    record.Gateway = parseAddress(in, "GATEWAY");
+    record.IP = in.address("ADDRESS");
+    record.Mask = in.address("MASK");
+    record.Gateway = in.address("GATEWAY");
     return report(record);
 }
 

@@ -206,10 +206,7 @@ Condition parseDviStatus(WordReader& in)
 Condition parseConsoleIP(WordReader& in)
 {
     const auto record = entry(&ConsoleState::deviceIPs, quint8(in.number("INDEX", 255)));
-    const QString word = in.text("ADDRESS");
-    const auto address = addressFromText(word);
-    if (!address)
-        in.fail(QStringLiteral("ADDRESS must be a network address, not \"%1\"").arg(word));
+    const quint32 address = in.address("ADDRESS");
     return aboutPresent(
         record, [address](const ECDeviceIPData& is) { return address == quint32(is.IP); },
         [](const ECDeviceIPData& is) { return addressText(is.IP); });

@@ -148,42 +148,20 @@ QString fieldText(const Field& field)
     return field.value.toVariant().toString();
 }
 
-/// Ordered by tag.
-constexpr const char* TagNames[] = {
-    "UpdateECButtonColor",
-    "UpdateECOledText",
-    "UpdateTBarValue",
-    "LockTBar",
-    "UnlockTBar",
-    "ReadLockedTBar",
-    "LockKeyboard",
-    "UnlockKeyboard",
-    "ReadLockedKeyboard",
-    "ReadDVIInSignal",
-    "ControlLight",
-    "UpdateScreenLuminance",
-    "ControlPeripheral",
-    "ControlMVRSignal",
-    "UpdateSystemTime",
-    "UpdateNetworkInfo",
-    "ReadFile",
-    "WriteFile",
-    "ReadECDeviceIPData",
-    "UpdateECDeviceIPData",
-    "RestartConsole",
-    "ControlKeyboard",
-    "UpdateDVISignalStatus",
-    "ResetMCU",
-    "ChangeIPMode",
-    "ControlPeripheralState",
-};
-static_assert(std::size(TagNames) == DownMessageCount);
-
 } // namespace
 
 QString tagName(eECDownMessageTag tag)
 {
-    return QLatin1String(TagNames[tag - UpdateECButtonColor]);
+    static const QStringList names = // in the order of the tags
+        QStringLiteral(
+            "UpdateECButtonColor UpdateECOledText UpdateTBarValue LockTBar UnlockTBar ReadLockedTBar "
+            "LockKeyboard UnlockKeyboard ReadLockedKeyboard ReadDVIInSignal ControlLight "
+            "UpdateScreenLuminance ControlPeripheral ControlMVRSignal UpdateSystemTime "
+            "UpdateNetworkInfo ReadFile WriteFile ReadECDeviceIPData UpdateECDeviceIPData "
+            "RestartConsole ControlKeyboard UpdateDVISignalStatus ResetMCU ChangeIPMode "
+            "ControlPeripheralState")
+            .split(QLatin1Char(' '));
+    return names.value(tag - UpdateECButtonColor);
 }
 
 QString describe(const DownDatagram& datagram)

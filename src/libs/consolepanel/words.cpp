@@ -1,5 +1,7 @@
 #include "words.h"
 
+#include "networkaddress.h"
+
 namespace Orvane::ConsolePanel {
 
 namespace {
@@ -95,6 +97,15 @@ double WordReader::decimal(const char* what, double lowest, double highest)
 std::chrono::milliseconds WordReader::milliseconds(const char* what)
 {
     return std::chrono::milliseconds(number(what, LongestMs));
+}
+
+quint32 WordReader::address(const char* what)
+{
+    const QString word = text(what);
+    const auto address = addressFromText(word);
+    if (!address)
+        fail(QStringLiteral("%1 must be a network address, not \"%2\"").arg(QLatin1String(what), word));
+    return address.value_or(0);
 }
 
 int WordReader::choice(const char* what, const QStringList& choices)

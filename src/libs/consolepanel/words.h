@@ -30,6 +30,8 @@ public:
     quint64 number(const char* what, quint64 highest = 0xFFFFFFFF);
     double decimal(const char* what, double lowest, double highest);
     std::chrono::milliseconds milliseconds(const char* what);
+    /// A network address, in any form of `addressFromText`.
+    quint32 address(const char* what);
     /// One of the choices, by its place among them.
     int choice(const char* what, const QStringList& choices);
     /// `on`, `off`, `1` or `0`.

@@ -73,15 +73,9 @@ ControlResult Control::setMultiScreens(const QString& device, bool several)
         present->data(change).multiScreens = several;
         change.markChanged();
         bool oneSelected = false;
-        bool changed = false;
-        for (const auto& screen : std::as_const(present->data(change).screens)) {
-            bool& selected = screen->data(change).selected;
-            if (selected && oneSelected && !several)
-                changed = !(selected = false);
-            oneSelected |= selected;
-        }
-        if (changed)
-            present->announceSelectedScreens(change);
+        present->selectScreens(change, [&](const auto&, bool isSelected) {
+            return isSelected && (!std::exchange(oneSelected, true) || several);
+        });
     });
 }
 

@@ -12,10 +12,9 @@ namespace {
 std::shared_ptr<MemoryLayer> findLayer(
     const Guard& guard, const MemoryScreen& screen, SceneType scene, quint32 layerId)
 {
-    const MemoryScreen::Layers& all = screen.data(guard).layers(scene);
-    const auto found = std::find_if(
-        all.cbegin(), all.cend(), [layerId](const auto& layer) { return layer->layerId() == layerId; });
-    return found == all.cend() ? nullptr : *found;
+    return findIn(screen.data(guard).layers(scene), [layerId](const auto& layer) {
+        return layer->layerId() == layerId;
+    });
 }
 
 ControlResult noLayer(SceneType scene, quint32 layerId)

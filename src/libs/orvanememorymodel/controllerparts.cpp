@@ -1,5 +1,6 @@
 #include "controllerparts.h"
 
+#include "layers.h"
 #include "operationtext.h"
 
 #include <utility>
@@ -46,6 +47,31 @@ MemoryDevice::Screens ControllerParts::screens(const Guard& guard, const ScreenL
             return {};
     }
     return list;
+}
+
+std::shared_ptr<MemoryScreen> ControllerParts::find(
+    const Guard& guard, const std::weak_ptr<BizModel::Screen>& screen, const LayerList& layers,
+    MemoryScreen::Layers& found) const
+{
+    auto present = this->screen(guard, screen);
+    for (const std::weak_ptr<BizModel::Layer>& each : layers) {
+        const auto layer = ownObject<MemoryLayer>(each);
+        if (!present || screenOf(guard, layer) != present)
+            return nullptr;
+        found += layer;
+    }
+    return present;
+}
+
+std::shared_ptr<MemoryScreen> ControllerParts::screenOf(
+    const Guard& guard, const std::shared_ptr<MemoryLayer>& layer) const
+{
+    const std::shared_ptr<MemoryScreen> screen = layer ? MemoryModel::screenOf(*layer) : nullptr;
+    if (!screen || !std::as_const(*screen).data(guard).registered
+        || screen->device().lock() != m_pDevice.lock())
+        return nullptr;
+    const BizModel::SceneType scene = std::as_const(*layer).data(guard).scene;
+    return std::as_const(*screen).data(guard).layers(scene).contains(layer) ? screen : nullptr;
 }
 
 MemoryDeviceList::Devices ControllerParts::group(const Guard& guard) const

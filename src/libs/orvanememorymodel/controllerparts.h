@@ -14,6 +14,7 @@ public:
 
 protected:
     using ScreenList = QList<std::weak_ptr<BizModel::Screen>>;
+    using LayerList = QList<std::weak_ptr<BizModel::Layer>>;
 
     /// Writes the operation into the journal; false, with the text in @p error, when it has to fail.
     bool start(Operation operation, const QString& arguments, QString* error = nullptr) const;
@@ -26,6 +27,13 @@ protected:
     /// All of the screens, or none when one is not there.
     MemoryDevice::Screens screens(const Guard& guard, const ScreenList& screens) const;
     /// @}
+    /// The screen and those of the layers that are on it; no screen when one of them is not.
+    std::shared_ptr<MemoryScreen> find(
+        const Guard& guard, const std::weak_ptr<BizModel::Screen>& screen, const LayerList& layers,
+        MemoryScreen::Layers& found) const;
+    /// The screen that the layer is on now; empty when it is on none of this device.
+    std::shared_ptr<MemoryScreen> screenOf(
+        const Guard& guard, const std::shared_ptr<MemoryLayer>& layer) const;
     /// The device and the others of its group; none when the device is gone.
     MemoryDeviceList::Devices group(const Guard& guard) const;
 

@@ -24,14 +24,11 @@ ScreenKey Control::addScreen(const QString& device, ScreenType type, QString* re
     ScreenKey key{type, 0};
     const ControlResult result = onDevice(device, [&](Change& change, const auto& owner) {
         const std::shared_ptr<MemoryScreen> screen = owner->createScreen(change, type);
-        const auto& outputs = owner->allOutputs();
-        const auto unused = std::find_if(outputs.cbegin(), outputs.cend(), [&](const auto& output) {
-            return !owner->isOutputUsed(change, output);
-        });
-        if (unused != outputs.cend()) {
-            const QRect rect(QPoint(0, 0), (*unused)->size());
-            screen->data(change).outputs += MemoryScreen::OutputPlace{*unused, rect};
-        }
+        const auto unused = findIn(
+            owner->allOutputs(), [&](const auto& output) { return !owner->isOutputUsed(change, output); });
+        if (unused)
+            screen->data(change).outputs +=
+                MemoryScreen::OutputPlace{unused, QRect(QPoint(0, 0), unused->size())};
         QString error;
         if (!owner->canAddScreen(change, screen, {}, error))
             return ControlResult::refused(error);
@@ -87,13 +84,8 @@ ControlResult Control::selectScreens(const QString& device, const QList<ScreenKe
         }
         if (screens.size() > 1 && !owner->data(change).multiScreens)
             return ControlResult::refused(QStringLiteral("the device selects one screen at a time"));
-        bool changed = false;
-        for (const auto& screen : std::as_const(owner->data(change).screens)) {
-            const bool selected = screens.contains(screen->key());
-            changed |= std::exchange(screen->data(change).selected, selected) != selected;
-        }
-        if (changed)
-            owner->announceSelectedScreens(change);
+        owner->selectScreens(
+            change, [&](const auto& screen, bool) { return screens.contains(screen->key()); });
         return ControlResult::done();
     });
 }

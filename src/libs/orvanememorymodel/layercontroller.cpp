@@ -127,29 +127,4 @@ bool LayerController::bindSource(const Layers& layers, quint32 sourceId, int sou
         && bound.size() == layers.size();
 }
 
-std::shared_ptr<MemoryScreen> LayerController::find(
-    const Guard& guard, const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers,
-    MemoryScreen::Layers& found) const
-{
-    auto present = this->screen(guard, screen);
-    for (const std::weak_ptr<BizModel::Layer>& each : layers) {
-        const auto layer = ownObject<MemoryLayer>(each);
-        if (!present || screenOf(guard, layer) != present)
-            return nullptr;
-        found += layer;
-    }
-    return present;
-}
-
-std::shared_ptr<MemoryScreen> LayerController::screenOf(
-    const Guard& guard, const std::shared_ptr<MemoryLayer>& layer) const
-{
-    const std::shared_ptr<MemoryScreen> screen = layer ? MemoryModel::screenOf(*layer) : nullptr;
-    if (!screen || !std::as_const(*screen).data(guard).registered
-        || screen->device().lock() != m_pDevice.lock())
-        return nullptr;
-    const SceneType scene = std::as_const(*layer).data(guard).scene;
-    return std::as_const(*screen).data(guard).layers(scene).contains(layer) ? screen : nullptr;
-}
-
 } // namespace Orvane::MemoryModel

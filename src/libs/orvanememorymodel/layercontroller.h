@@ -22,15 +22,6 @@ public:
     /// The layers take on the input's capacity. Those that cannot be changed now stay as they are, and the
     /// answer is false. On regular screens the hardware must have the resources.
     bool bindSource(const Layers& layers, quint32 sourceId, int sourceType) override;
-
-private:
-    /// The screen and those of the layers that are on it; no screen when one of them is not.
-    std::shared_ptr<MemoryScreen> find(
-        const Guard& guard, const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers,
-        MemoryScreen::Layers& found) const;
-    /// The screen that the layer is on now; empty when it is on none of this device.
-    std::shared_ptr<MemoryScreen> screenOf(
-        const Guard& guard, const std::shared_ptr<MemoryLayer>& layer) const;
 };
 
 } // namespace Orvane::MemoryModel

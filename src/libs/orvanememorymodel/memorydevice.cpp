@@ -11,16 +11,6 @@ using BizModel::DeviceList;
 using BizModel::SceneType;
 using ScreenState = BizModel::Screen::State;
 
-namespace {
-
-template <typename List, typename Predicate> auto findIn(const List& list, Predicate predicate)
-{
-    const auto found = std::find_if(list.cbegin(), list.cend(), predicate);
-    return found == list.cend() ? typename List::value_type() : *found;
-}
-
-} // namespace
-
 MemoryDevice::MemoryDevice(std::shared_ptr<ModelHub> hub, const DeviceRecord& record)
     : m_pHub(std::move(hub))
     , m_nMaxPresetCount(record.maxPresetCount)
@@ -30,7 +20,8 @@ MemoryDevice::MemoryDevice(std::shared_ptr<ModelHub> hub, const DeviceRecord& re
         m_subcards += std::make_shared<MemorySubcard>(m_pHub, card);
     for (const OutputRecord& output : record.outputs)
         m_outputs += std::make_shared<MemoryOutput>(m_pHub, output, subcard(output.subcardId));
-    Data data{record};
+    Data data;
+    static_cast<DeviceSettings&>(data) = record;
     data.preIPMacSn = record.ipMacSn;
     m_data = Guarded<Data>(std::move(data));
 }
@@ -349,17 +340,25 @@ bool MemoryDevice::removeScreen(Change& change, const std::shared_ptr<MemoryScre
     state.state = ScreenState::Normal;
     change.announce(&DeviceList::signalScreenRemoved, weak_from_this(), removed);
     if (wasSelected)
-        announceSelectedScreens(change);
+        change.announce(&DeviceList::signalSelectedRegularScreensChanged, weak_from_this());
     if (device.activeScreen == removed)
         setActiveScreen(change, device.screens.isEmpty() ? nullptr : device.screens.first());
     return true;
 }
 
-/// The change of selection shows at once; @p notify also sends its signal.
-void MemoryDevice::announceSelectedScreens(Change& change, bool notify)
+void MemoryDevice::selectScreens(
+    Change& change, const std::function<bool(const std::shared_ptr<MemoryScreen>&, bool)>& select,
+    bool notify)
 {
-    change.markChanged();
-    if (notify)
+    bool changed = false;
+    for (const std::shared_ptr<MemoryScreen>& screen : std::as_const(data(change).screens)) {
+        bool& selected = screen->data(change).selected;
+        const bool now = select(screen, selected);
+        changed |= std::exchange(selected, now) != now;
+    }
+    if (changed)
+        change.markChanged();
+    if (changed && notify)
         change.announce(&DeviceList::signalSelectedRegularScreensChanged, weak_from_this());
 }
 
@@ -371,7 +370,8 @@ void MemoryDevice::setActiveScreen(Change& change, const std::shared_ptr<MemoryS
 
 std::shared_ptr<MemoryScreen> MemoryDevice::makeScreen(const ScreenRecord& record)
 {
-    MemoryScreen::Data state{record};
+    MemoryScreen::Data state;
+    static_cast<ScreenSettings&>(state) = record;
     for (const ScreenOutputRecord& place : record.outputs) {
         if (const std::shared_ptr<MemoryOutput> found = output(place.outputId))
             state.outputs += MemoryScreen::OutputPlace{found, place.rect};

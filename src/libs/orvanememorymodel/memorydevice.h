@@ -128,7 +128,11 @@ public:
         QString& error) const;
     void addScreen(Change& change, const std::shared_ptr<MemoryScreen>& screen);
     bool removeScreen(Change& change, const std::shared_ptr<MemoryScreen>& screen);
-    void announceSelectedScreens(Change& change, bool notify = true);
+    /// Selects those screens for which @p select, called with each and whether it is selected now, is true.
+    /// The change shows at once; @p notify also sends its signal.
+    void selectScreens(
+        Change& change, const std::function<bool(const std::shared_ptr<MemoryScreen>&, bool)>& select,
+        bool notify = true);
     void setActiveScreen(Change& change, const std::shared_ptr<MemoryScreen>& screen);
     void setKeypad(Change& change, const std::shared_ptr<BizModel::Keypad>& keypad);
     void setActivePreset(Change& change, const std::shared_ptr<MemoryPreset>& preset);

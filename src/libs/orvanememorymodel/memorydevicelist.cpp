@@ -82,20 +82,14 @@ QList<std::weak_ptr<BizModel::Device>> MemoryDeviceList::devices() const
 
 std::shared_ptr<MemoryDevice> MemoryDeviceList::device(const Guard& guard, const QString& ipMacSn) const
 {
-    const Devices& all = data(guard).devices;
-    const auto found = std::find_if(
-        all.cbegin(), all.cend(), [&](const auto& each) { return each->data(guard).ipMacSn == ipMacSn; });
-    return found == all.cend() ? nullptr : *found;
+    return findIn(
+        data(guard).devices, [&](const auto& each) { return each->data(guard).ipMacSn == ipMacSn; });
 }
 
 std::shared_ptr<MemoryDevice> MemoryDeviceList::own(
     const Guard& guard, const std::weak_ptr<BizModel::Device>& device) const
 {
-    const std::shared_ptr<BizModel::Device> wanted = device.lock();
-    const Devices& all = data(guard).devices;
-    const auto found =
-        std::find_if(all.cbegin(), all.cend(), [&wanted](const auto& each) { return each == wanted; });
-    return found == all.cend() ? nullptr : *found;
+    return findIn(data(guard).devices, [wanted = device.lock()](const auto& each) { return each == wanted; });
 }
 
 void MemoryDeviceList::retire(Change& change, const std::shared_ptr<MemoryDevice>& device)

@@ -26,10 +26,7 @@ MemorySubcard::MemorySubcard(const std::shared_ptr<ModelHub>& hub, const Subcard
 
 std::shared_ptr<MemoryConnector> MemorySubcard::connector(quint32 connectorId) const
 {
-    const auto found = std::find_if(m_connectors.cbegin(), m_connectors.cend(), [&](const auto& connector) {
-        return connector->connectorId() == connectorId;
-    });
-    return found == m_connectors.cend() ? nullptr : *found;
+    return findIn(m_connectors, [&](const auto& each) { return each->connectorId() == connectorId; });
 }
 
 MemoryInput::MemoryInput(std::shared_ptr<ModelHub> hub, const InputRecord& record)

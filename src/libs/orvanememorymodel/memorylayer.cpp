@@ -48,28 +48,12 @@ bool MemoryLayer::operationAllowed(const Guard& guard) const
 
 QSize defaultLayerSize(CapacityMode capacity)
 {
-    switch (capacity) {
-    case CapacityMode::_4K:
-        return {1920, 1080};
-    case CapacityMode::_DL:
-        return {1920, 540};
-    case CapacityMode::_SL:
-        break;
-    }
-    return {960, 540};
+    return {capacity == CapacityMode::_SL ? 960 : 1920, capacity == CapacityMode::_4K ? 1080 : 540};
 }
 
 int capacityCost(CapacityMode capacity)
 {
-    switch (capacity) {
-    case CapacityMode::_4K:
-        return 4;
-    case CapacityMode::_DL:
-        return 2;
-    case CapacityMode::_SL:
-        break;
-    }
-    return 1;
+    return capacity == CapacityMode::_4K ? 4 : capacity == CapacityMode::_DL ? 2 : 1;
 }
 
 } // namespace Orvane::MemoryModel

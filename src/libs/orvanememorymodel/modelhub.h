@@ -3,6 +3,7 @@
 #include "modelsignals.h"
 #include "operations.h"
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -94,6 +95,13 @@ public:
 private:
     T m_value{};
 };
+
+/// The first of the objects that the predicate accepts; empty when there is none.
+template <typename List, typename Predicate> auto findIn(const List& list, Predicate predicate)
+{
+    const auto found = std::find_if(list.cbegin(), list.cend(), predicate);
+    return found == list.cend() ? typename List::value_type() : *found;
+}
 
 /// Those of the objects that the predicate, called with each, accepts, as the platform's interfaces hand them
 /// out.

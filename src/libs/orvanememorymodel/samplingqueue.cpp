@@ -92,22 +92,23 @@ bool SamplingQueue::setSamplingType(SamplingType type)
 
 bool SamplingQueue::appendData(const std::shared_ptr<s_TBarSampling>& sampling)
 {
-    const bool usable = sampling && sampling->process >= -EndTolerance
-        && sampling->process <= 1.0 + EndTolerance && !sampling->pCurDevice.expired();
-    if (!usable) {
-        qWarning("%s", sampling ? "Sampling data container is invalid" : "Sampling data container is null");
-        return false;
-    }
-    return append(*sampling);
+    const bool usable =
+        sampling && sampling->process >= -EndTolerance && sampling->process <= 1.0 + EndTolerance;
+    return appendUsable(sampling, usable);
 }
 
 bool SamplingQueue::appendData(const std::shared_ptr<s_LoadPresetSampling>& sampling)
 {
-    if (!sampling || sampling->pCurDevice.expired()) {
-        qWarning("%s", sampling ? "Sampling data container is invalid" : "Sampling data container is null");
-        return false;
-    }
-    return append(*sampling);
+    return appendUsable(sampling, sampling != nullptr);
+}
+
+template <typename Sampling>
+bool SamplingQueue::appendUsable(const std::shared_ptr<Sampling>& sampling, bool usable)
+{
+    if (usable && !sampling->pCurDevice.expired())
+        return append(*sampling);
+    qWarning("%s", sampling ? "Sampling data container is invalid" : "Sampling data container is null");
+    return false;
 }
 
 void SamplingQueue::stop()

@@ -33,6 +33,7 @@ public:
 private:
     using Sample = std::variant<TaskSampling::s_TBarSampling, TaskSampling::s_LoadPresetSampling>;
 
+    template <typename Sampling> bool appendUsable(const std::shared_ptr<Sampling>& sampling, bool usable);
     bool append(Sample sample);
     bool enqueue(Sample sample);
     void carryOutNext(bool stopping);

@@ -45,14 +45,12 @@ bool ScreenController::setSelected(
     if (!owner || wanted.isEmpty() || (wanted.size() > 1 && !owner->data(change).multiScreens))
         return false;
     const bool replaces = mode == BizModel::SelectedType::Cover || !owner->data(change).multiScreens;
-    bool changed = false;
-    for (const std::shared_ptr<MemoryScreen>& screen : std::as_const(owner->data(change).screens)) {
-        bool& selected = screen->data(change).selected;
-        const bool now = wanted.contains(screen) || (selected && !replaces);
-        changed |= std::exchange(selected, now) != now;
-    }
-    if (changed)
-        owner->announceSelectedScreens(change, notify);
+    owner->selectScreens(
+        change,
+        [&](const auto& screen, bool isSelected) {
+            return wanted.contains(screen) || (isSelected && !replaces);
+        },
+        notify);
     return true;
 }
 
@@ -62,13 +60,13 @@ bool ScreenController::cancelSelected(const Screens& screens, bool notify)
     if (!start(Operation::CancelScreensSelected, arguments))
         return false;
     Change change(*m_pHub);
-    const MemoryDevice::Screens wanted = this->screens(change, screens);
-    bool changed = false;
-    for (const std::shared_ptr<MemoryScreen>& screen : wanted)
-        changed |= std::exchange(screen->data(change).selected, false);
-    if (changed)
-        device(change)->announceSelectedScreens(change, notify);
-    return !wanted.isEmpty();
+    const MemoryDevice::Screens unwanted = this->screens(change, screens);
+    if (!unwanted.isEmpty())
+        device(change)->selectScreens(
+            change,
+            [&](const auto& screen, bool isSelected) { return isSelected && !unwanted.contains(screen); },
+            notify);
+    return !unwanted.isEmpty();
 }
 
 bool ScreenController::updateEffectSpeed(

@@ -44,7 +44,7 @@ private:
         LayerRecord record) const;
     /// The layers, all of which are on the screen and may be changed; none otherwise.
     MemoryScreen::Layers editable(
-        const Guard& guard, const std::shared_ptr<MemoryScreen>& screen, const Layers& layers) const;
+        const Guard& guard, const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers) const;
     bool reorder(
         Operation operation, const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers,
         Reorder order);

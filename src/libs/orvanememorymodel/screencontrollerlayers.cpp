@@ -6,6 +6,7 @@
 
 #include <QtDebug>
 
+#include <algorithm>
 #include <utility>
 
 namespace Orvane::MemoryModel {
@@ -150,10 +151,10 @@ bool ScreenController::reorder(
     ScreenKey key;
     {
         const Guard guard(*m_pHub);
-        const std::shared_ptr<MemoryScreen> present = this->screen(guard, screen);
-        marked = editable(guard, present, layers);
+        marked = editable(guard, screen, layers);
         if (marked.isEmpty())
             return false;
+        const std::shared_ptr<MemoryScreen> present = this->screen(guard, screen);
         device = std::as_const(*this->device(guard)).data(guard).ipMacSn;
         key = present->key();
         for (const SceneType scene : {SceneType::PGM, SceneType::PVW}) {
@@ -185,22 +186,15 @@ bool ScreenController::reorder(
 }
 
 MemoryScreen::Layers ScreenController::editable(
-    const Guard& guard, const std::shared_ptr<MemoryScreen>& screen, const Layers& layers) const
+    const Guard& guard, const std::weak_ptr<BizModel::Screen>& screen, const Layers& layers) const
 {
     MemoryScreen::Layers found;
-    for (const std::weak_ptr<BizModel::Layer>& each : layers) {
-        const std::shared_ptr<const MemoryScreen> present = screen;
-        const auto layer = ownObject<MemoryLayer>(each);
-        if (!present || !layer)
-            return {};
-        const SceneType scene = std::as_const(*layer).data(guard).scene;
+    const std::shared_ptr<const MemoryScreen> present = find(guard, screen, layers, found);
+    const bool areEditable = std::all_of(found.cbegin(), found.cend(), [&](const auto& layer) {
         QString error;
-        if (!present->data(guard).layers(scene).contains(layer)
-            || !isSceneEditable(guard, *present, scene, error))
-            return {};
-        found += layer;
-    }
-    return found;
+        return present && isSceneEditable(guard, *present, std::as_const(*layer).data(guard).scene, error);
+    });
+    return areEditable ? found : MemoryScreen::Layers();
 }
 
 } // namespace Orvane::MemoryModel
