@@ -14,7 +14,7 @@ public:
     /// was.
     bool isAnother()
     {
-        const std::weak_ptr<BizModel::Device> now = activedDevice();
+        const WeakDevice now = activedDevice();
         const std::lock_guard<std::mutex> lock(m_mutex);
         const bool isSame = !now.owner_before(m_pDevice) && !m_pDevice.owner_before(now);
         m_pDevice = now;
@@ -24,7 +24,7 @@ public:
 private:
     // m_mutex guards m_pDevice, the device of the last call.
     std::mutex m_mutex;
-    std::weak_ptr<BizModel::Device> m_pDevice;
+    WeakDevice m_pDevice;
 };
 
 } // namespace Orvane::ECProxy::Client::Internal

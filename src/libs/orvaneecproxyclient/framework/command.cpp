@@ -220,88 +220,43 @@ void Command::registerPresetCommand(IPresetCommandEx*) { }
 // ---- Notifications: none concerns every command ---------------------------------------------------------
 
 void Command::slotActivedDeviceChanged() { }
-void Command::slotDeviceRemoved(std::shared_ptr<BizModel::Device>) { }
-void Command::slotActivedScreenChanged(std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen>) { }
-void Command::slotSelectedScreensChanged(std::weak_ptr<BizModel::Device>) { }
-void Command::slotDeviceScreenIndexChanged(std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen>)
-{
-}
-void Command::slotDeviceScreenMoved(
-    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen>, std::weak_ptr<BizModel::Screen>)
-{
-}
-void Command::slotDeviceRegulerScreenAdded(std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen>)
-{
-}
-void Command::slotDeviceRegulerScreenRemoved(
-    std::weak_ptr<BizModel::Device>, std::shared_ptr<BizModel::Screen>)
-{
-}
-void Command::slotDeviceScreenBaseNameChanged(
-    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen>)
-{
-}
-void Command::slotScreenBasePGMFrozenStateChanged(
-    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen>)
-{
-}
-void Command::slotScreenBasePGMFTBStateChanged(
-    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen>)
-{
-}
-void Command::slotScreenEffectChanged(std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen>) { }
-void Command::slotDeviceSwapStateChanged(std::weak_ptr<BizModel::Device>) { }
-void Command::slotDeviceLoadToPGMStateChanged(std::weak_ptr<BizModel::Device>) { }
+void Command::slotDeviceRemoved(DevicePtr) { }
+void Command::slotActivedScreenChanged(WeakDevice, WeakScreen) { }
+void Command::slotSelectedScreensChanged(WeakDevice) { }
+void Command::slotDeviceScreenIndexChanged(WeakDevice, WeakScreen) { }
+void Command::slotDeviceScreenMoved(WeakDevice, WeakScreen, WeakScreen) { }
+void Command::slotDeviceRegulerScreenAdded(WeakDevice, WeakScreen) { }
+void Command::slotDeviceRegulerScreenRemoved(WeakDevice, ScreenPtr) { }
+void Command::slotDeviceScreenBaseNameChanged(WeakDevice, WeakScreen) { }
+void Command::slotScreenBasePGMFrozenStateChanged(WeakDevice, WeakScreen) { }
+void Command::slotScreenBasePGMFTBStateChanged(WeakDevice, WeakScreen) { }
+void Command::slotScreenEffectChanged(WeakDevice, WeakScreen) { }
+void Command::slotDeviceSwapStateChanged(WeakDevice) { }
+void Command::slotDeviceLoadToPGMStateChanged(WeakDevice) { }
 void Command::slotTbarLocked(bool) { }
 void Command::slotKeyboardLocked(bool) { }
 void Command::slotDVISignalChanged(QMap<int, bool>) { }
-void Command::slotDeviceScreenBaseLayerAdded(
-    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen>, std::weak_ptr<BizModel::Layer>)
-{
-}
-void Command::slotDeviceScreenBaseLayerRemoved(
-    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen>, std::shared_ptr<BizModel::Layer>)
-{
-}
-void Command::slotSelectedRegularLayersChanged(
-    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen>)
-{
-}
-void Command::slotNotifyUpdateLayer(const QList<std::weak_ptr<BizModel::Screen>>&, int) { }
-void Command::slotLayerNameChanged(
-    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen>, std::weak_ptr<BizModel::Layer>)
-{
-}
-void Command::slotDeviceInputNameChanged(std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Interface>)
-{
-}
-void Command::slotInterfaceOverLoadChanged(
-    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Interface>)
-{
-}
-void Command::slotInterfaceCapacityChanged(
-    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Subcard>, std::weak_ptr<BizModel::Connector>)
-{
-}
-void Command::slotDeviceInputAdded(std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Input>) { }
-void Command::slotDevicePresetAdded(std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Preset>) { }
-void Command::slotDevicePresetRemoved(std::weak_ptr<BizModel::Device>, std::shared_ptr<BizModel::Preset>) { }
-void Command::slotDeviceDevicePresetCleared(std::weak_ptr<BizModel::Device>) { }
-void Command::slotPresetNameChanged(std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::File>) { }
-void Command::slotDevicePresetSelectChanged(std::weak_ptr<BizModel::Device>) { }
-void Command::slotDevicePresetCovered(std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Preset>) { }
+void Command::slotDeviceScreenBaseLayerAdded(WeakDevice, WeakScreen, WeakLayer) { }
+void Command::slotDeviceScreenBaseLayerRemoved(WeakDevice, WeakScreen, LayerPtr) { }
+void Command::slotSelectedRegularLayersChanged(WeakDevice, WeakScreen) { }
+void Command::slotNotifyUpdateLayer(const QList<WeakScreen>&, int) { }
+void Command::slotLayerNameChanged(WeakDevice, WeakScreen, WeakLayer) { }
+void Command::slotDeviceInputNameChanged(WeakDevice, WeakInterface) { }
+void Command::slotInterfaceOverLoadChanged(WeakDevice, WeakInterface) { }
+void Command::slotInterfaceCapacityChanged(WeakDevice, WeakSubcard, WeakConnector) { }
+void Command::slotDeviceInputAdded(WeakDevice, WeakInput) { }
+void Command::slotDevicePresetAdded(WeakDevice, WeakPreset) { }
+void Command::slotDevicePresetRemoved(WeakDevice, PresetPtr) { }
+void Command::slotDeviceDevicePresetCleared(WeakDevice) { }
+void Command::slotPresetNameChanged(WeakDevice, WeakFile) { }
+void Command::slotDevicePresetSelectChanged(WeakDevice) { }
+void Command::slotDevicePresetCovered(WeakDevice, WeakPreset) { }
 void Command::slotKeypadChanged() { }
-void Command::slotScreenBasePGMEditStateChanged(
-    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen>)
-{
-}
-void Command::slotDeviceInputCleared(std::weak_ptr<BizModel::Device>) { }
-void Command::slotSelectedInputChanged(std::weak_ptr<BizModel::Device>) { }
-void Command::slotDeviceInputRemoved(std::weak_ptr<BizModel::Device>, std::shared_ptr<BizModel::Input>) { }
-void Command::slotLayerSourceChanged(
-    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen>, std::weak_ptr<BizModel::Layer>)
-{
-}
+void Command::slotScreenBasePGMEditStateChanged(WeakDevice, WeakScreen) { }
+void Command::slotDeviceInputCleared(WeakDevice) { }
+void Command::slotSelectedInputChanged(WeakDevice) { }
+void Command::slotDeviceInputRemoved(WeakDevice, InputPtr) { }
+void Command::slotLayerSourceChanged(WeakDevice, WeakScreen, WeakLayer) { }
 void Command::slotECTBarChanged(const ECTBarValue&) { }
 void Command::slotECButtonPressed(const quint32&) { }
 void Command::slotECButtonRelease(const quint32&) { }
@@ -783,7 +738,7 @@ bool Command::checkScreenType(BizModel::Enum::Screen::ScreenType type)
     return type == BizModel::Enum::Screen::RegularScreen || type == BizModel::Enum::Screen::AUXScreen;
 }
 
-bool Command::checkScreenType(std::weak_ptr<BizModel::Screen> weakScreen)
+bool Command::checkScreenType(WeakScreen weakScreen)
 {
     const auto screen = weakScreen.lock();
     return screen && checkScreenType(screen->screenType());

@@ -2,10 +2,10 @@
 
 #include "ecconstants.h"
 #include "ecprotocol.h"
+#include "modelpointers.h"
 #include "orvaneecproxyclient_global.h"
 
 #include "orvaneplatform/bizmodel/enums.h"
-#include "orvaneplatform/bizmodel/fwd.h"
 
 #include <QList>
 #include <QMap>
@@ -121,73 +121,44 @@ public Q_SLOTS:
     /// them.
     /// @{
     virtual void slotActivedDeviceChanged();
-    virtual void slotDeviceRemoved(std::shared_ptr<BizModel::Device> device);
-    virtual void slotActivedScreenChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen);
-    virtual void slotSelectedScreensChanged(std::weak_ptr<BizModel::Device> device);
-    virtual void slotDeviceScreenIndexChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen);
-    virtual void slotDeviceScreenMoved(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen,
-        std::weak_ptr<BizModel::Screen> other);
-    virtual void slotDeviceRegulerScreenAdded(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen);
-    virtual void slotDeviceRegulerScreenRemoved(
-        std::weak_ptr<BizModel::Device> device, std::shared_ptr<BizModel::Screen> screen);
-    virtual void slotDeviceScreenBaseNameChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen);
-    virtual void slotScreenBasePGMFrozenStateChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen);
-    virtual void slotScreenBasePGMFTBStateChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen);
-    virtual void slotScreenEffectChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen);
-    virtual void slotDeviceSwapStateChanged(std::weak_ptr<BizModel::Device> device);
-    virtual void slotDeviceLoadToPGMStateChanged(std::weak_ptr<BizModel::Device> device);
+    virtual void slotDeviceRemoved(DevicePtr device);
+    virtual void slotActivedScreenChanged(WeakDevice device, WeakScreen screen);
+    virtual void slotSelectedScreensChanged(WeakDevice device);
+    virtual void slotDeviceScreenIndexChanged(WeakDevice device, WeakScreen screen);
+    virtual void slotDeviceScreenMoved(WeakDevice device, WeakScreen screen, WeakScreen other);
+    virtual void slotDeviceRegulerScreenAdded(WeakDevice device, WeakScreen screen);
+    virtual void slotDeviceRegulerScreenRemoved(WeakDevice device, ScreenPtr screen);
+    virtual void slotDeviceScreenBaseNameChanged(WeakDevice device, WeakScreen screen);
+    virtual void slotScreenBasePGMFrozenStateChanged(WeakDevice device, WeakScreen screen);
+    virtual void slotScreenBasePGMFTBStateChanged(WeakDevice device, WeakScreen screen);
+    virtual void slotScreenEffectChanged(WeakDevice device, WeakScreen screen);
+    virtual void slotDeviceSwapStateChanged(WeakDevice device);
+    virtual void slotDeviceLoadToPGMStateChanged(WeakDevice device);
     virtual void slotTbarLocked(bool locked);
     virtual void slotKeyboardLocked(bool locked);
     virtual void slotDVISignalChanged(QMap<int, bool> signalOfInput);
-    virtual void slotDeviceScreenBaseLayerAdded(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen,
-        std::weak_ptr<BizModel::Layer> layer);
-    virtual void slotDeviceScreenBaseLayerRemoved(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen,
-        std::shared_ptr<BizModel::Layer> layer);
-    virtual void slotSelectedRegularLayersChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen);
-    virtual void slotNotifyUpdateLayer(const QList<std::weak_ptr<BizModel::Screen>>& screens, int type);
-    virtual void slotLayerNameChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen,
-        std::weak_ptr<BizModel::Layer> layer);
-    virtual void slotDeviceInputNameChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Interface> interface);
-    virtual void slotInterfaceOverLoadChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Interface> interface);
+    virtual void slotDeviceScreenBaseLayerAdded(WeakDevice device, WeakScreen screen, WeakLayer layer);
+    virtual void slotDeviceScreenBaseLayerRemoved(WeakDevice device, WeakScreen screen, LayerPtr layer);
+    virtual void slotSelectedRegularLayersChanged(WeakDevice device, WeakScreen screen);
+    virtual void slotNotifyUpdateLayer(const QList<WeakScreen>& screens, int type);
+    virtual void slotLayerNameChanged(WeakDevice device, WeakScreen screen, WeakLayer layer);
+    virtual void slotDeviceInputNameChanged(WeakDevice device, WeakInterface interface);
+    virtual void slotInterfaceOverLoadChanged(WeakDevice device, WeakInterface interface);
     virtual void slotInterfaceCapacityChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Subcard> subcard,
-        std::weak_ptr<BizModel::Connector> connector);
-    virtual void slotDeviceInputAdded(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Input> input);
-    virtual void slotDevicePresetAdded(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Preset> preset);
-    virtual void slotDevicePresetRemoved(
-        std::weak_ptr<BizModel::Device> device, std::shared_ptr<BizModel::Preset> preset);
-    virtual void slotDeviceDevicePresetCleared(std::weak_ptr<BizModel::Device> device);
-    virtual void slotPresetNameChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::File> file);
-    virtual void slotDevicePresetSelectChanged(std::weak_ptr<BizModel::Device> device);
-    virtual void slotDevicePresetCovered(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Preset> preset);
+        WeakDevice device, WeakSubcard subcard, WeakConnector connector);
+    virtual void slotDeviceInputAdded(WeakDevice device, WeakInput input);
+    virtual void slotDevicePresetAdded(WeakDevice device, WeakPreset preset);
+    virtual void slotDevicePresetRemoved(WeakDevice device, PresetPtr preset);
+    virtual void slotDeviceDevicePresetCleared(WeakDevice device);
+    virtual void slotPresetNameChanged(WeakDevice device, WeakFile file);
+    virtual void slotDevicePresetSelectChanged(WeakDevice device);
+    virtual void slotDevicePresetCovered(WeakDevice device, WeakPreset preset);
     virtual void slotKeypadChanged();
-    virtual void slotScreenBasePGMEditStateChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen);
-    virtual void slotDeviceInputCleared(std::weak_ptr<BizModel::Device> device);
-    virtual void slotSelectedInputChanged(std::weak_ptr<BizModel::Device> device);
-    virtual void slotDeviceInputRemoved(
-        std::weak_ptr<BizModel::Device> device, std::shared_ptr<BizModel::Input> input);
-    virtual void slotLayerSourceChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen,
-        std::weak_ptr<BizModel::Layer> layer);
+    virtual void slotScreenBasePGMEditStateChanged(WeakDevice device, WeakScreen screen);
+    virtual void slotDeviceInputCleared(WeakDevice device);
+    virtual void slotSelectedInputChanged(WeakDevice device);
+    virtual void slotDeviceInputRemoved(WeakDevice device, InputPtr input);
+    virtual void slotLayerSourceChanged(WeakDevice device, WeakScreen screen, WeakLayer layer);
     virtual void slotECTBarChanged(const ECTBarValue& value);
     virtual void slotECButtonPressed(const quint32& ecKey);
     virtual void slotECButtonRelease(const quint32& ecKey);
@@ -284,7 +255,7 @@ public:
     /// True for the screens that keys work on: regular and AUX.
     /// @{
     static bool checkScreenType(BizModel::Enum::Screen::ScreenType type);
-    static bool checkScreenType(std::weak_ptr<BizModel::Screen> screen);
+    static bool checkScreenType(WeakScreen screen);
     /// @}
     /// Locks or unlocks the console's keypad, then has the manager emit `signalKeyboardLocked`.
     void lockedKeyPad(bool locked);

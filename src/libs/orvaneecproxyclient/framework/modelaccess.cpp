@@ -6,13 +6,13 @@
 
 namespace Orvane::ECProxy::Client::Internal {
 
-std::shared_ptr<BizModel::Device> activedDevice()
+DevicePtr activedDevice()
 {
     const BizModel::DeviceList* devices = BizModel::DeviceList::instance();
     return devices ? devices->activedDevice().lock() : nullptr;
 }
 
-std::shared_ptr<BizModel::Screen> activedScreen()
+ScreenPtr activedScreen()
 {
     const auto device = activedDevice();
     return device ? device->activedScreen().lock() : nullptr;

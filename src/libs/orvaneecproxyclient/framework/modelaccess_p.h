@@ -1,7 +1,8 @@
 #pragma once
 
+#include "modelpointers.h"
+
 #include "bizmodel/enums.h"
-#include "bizmodel/fwd.h"
 
 #include <QString>
 
@@ -13,10 +14,10 @@
 namespace Orvane::ECProxy::Client::Internal {
 
 /// The active device, empty when there is none.
-std::shared_ptr<BizModel::Device> activedDevice();
+DevicePtr activedDevice();
 
 /// The active device's active screen, empty when there is none.
-std::shared_ptr<BizModel::Screen> activedScreen();
+ScreenPtr activedScreen();
 
 // What the user must see. Dropped when the application has no device list.
 

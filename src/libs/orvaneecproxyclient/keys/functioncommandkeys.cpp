@@ -52,7 +52,7 @@ int layerLimit(const BizModel::Screen& screen)
 }
 
 /// Scene of the first of the layers that is still there.
-SceneType sceneOf(const QList<std::weak_ptr<BizModel::Layer>>& layers)
+SceneType sceneOf(const QList<WeakLayer>& layers)
 {
     for (const auto& weakLayer : layers) {
         if (const auto layer = weakLayer.lock())
@@ -62,7 +62,7 @@ SceneType sceneOf(const QList<std::weak_ptr<BizModel::Layer>>& layers)
 }
 
 /// Whether the scene has room for copies of the selected layers. Shows the user when it has not.
-bool hasRoomFor(const BizModel::Screen& screen, const QList<std::weak_ptr<BizModel::Layer>>& selected)
+bool hasRoomFor(const BizModel::Screen& screen, const QList<WeakLayer>& selected)
 {
     const bool isPreview = sceneOf(selected) == SceneType::PVW;
     const int present = isPreview ? screen.PVWLayers(BizModel::Enum::Layer::RegularAndAUXLayers).size()

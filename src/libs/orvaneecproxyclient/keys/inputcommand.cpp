@@ -24,7 +24,6 @@ namespace Internal {
 
 namespace Translate = BizModel::Translate;
 using BizModel::StatusBarMsgType;
-using WeakLayers = QList<std::weak_ptr<BizModel::Layer>>;
 
 // ---- Keys -----------------------------------------------------------------------------------------------
 
@@ -69,7 +68,7 @@ bool InputCommandPrivate::selectInputPressed(const quint32& ecKey)
         KeyTracing::refuse("unable to find input");
         return false;
     }
-    const WeakLayers selected = screen->selectedLayers(BizModel::Enum::Scene::BothScenes);
+    const QList<WeakLayer> selected = screen->selectedLayers(BizModel::Enum::Scene::BothScenes);
     if (selected.isEmpty()) {
         ecWarning(lcKeys, "Input key %u refused: no layer is selected.", ecKey);
         showStatusBarMsg(StatusBarMsgType::Warning, Translate::tr(Translate::TR_THE_INPUT_SELECT_LAYER));
@@ -94,7 +93,7 @@ bool InputCommandPrivate::selectInputPressed(const quint32& ecKey)
 }
 
 void InputCommandPrivate::bindSource(
-    const std::shared_ptr<BizModel::Device>& device, const WeakLayers& selected, quint32 inputId)
+    const DevicePtr& device, const QList<WeakLayer>& selected, quint32 inputId)
 {
     const auto first = selected.first().lock();
     if (!first) {
@@ -132,7 +131,7 @@ void InputCommandPrivate::refreshKeys(Enum::UpdateConsoleType type)
 
 void InputCommandPrivate::followSelectedLayer(const BizModel::Device& device, const BizModel::Screen& screen)
 {
-    const WeakLayers selected = screen.selectedLayers(BizModel::Enum::Scene::BothScenes);
+    const QList<WeakLayer> selected = screen.selectedLayers(BizModel::Enum::Scene::BothScenes);
     const auto layer = selected.size() == 1 ? selected.first().lock() : nullptr;
     if (!layer)
         return;
@@ -271,7 +270,7 @@ void InputCommand::slotActivedDeviceChanged()
     updateKeyboard();
 }
 
-void InputCommand::slotDeviceRemoved(std::shared_ptr<BizModel::Device> device)
+void InputCommand::slotDeviceRemoved(DevicePtr device)
 {
     if (device)
         d->m_items.forgetDevice(device->ipMacSn());
@@ -279,22 +278,19 @@ void InputCommand::slotDeviceRemoved(std::shared_ptr<BizModel::Device> device)
     updateKeyboard();
 }
 
-void InputCommand::slotActivedScreenChanged(
-    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen> screen)
+void InputCommand::slotActivedScreenChanged(WeakDevice, WeakScreen screen)
 {
     if (checkScreenType(screen))
         d->refreshKeys(Enum::UpdateConsoleType::Key);
 }
 
-void InputCommand::slotDeviceRegulerScreenRemoved(
-    std::weak_ptr<BizModel::Device>, std::shared_ptr<BizModel::Screen> screen)
+void InputCommand::slotDeviceRegulerScreenRemoved(WeakDevice, ScreenPtr screen)
 {
     if (checkScreenType(screen))
         d->refreshKeys(Enum::UpdateConsoleType::Key);
 }
 
-void InputCommand::slotDeviceScreenBaseLayerRemoved(
-    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen>, std::shared_ptr<BizModel::Layer> layer)
+void InputCommand::slotDeviceScreenBaseLayerRemoved(WeakDevice, WeakScreen, LayerPtr layer)
 {
     const bool isShown = layer
         && (layer->layerType() == BizModel::LayerType::Regular
@@ -303,8 +299,7 @@ void InputCommand::slotDeviceScreenBaseLayerRemoved(
         d->refreshKeys(Enum::UpdateConsoleType::Key);
 }
 
-void InputCommand::slotSelectedRegularLayersChanged(
-    std::weak_ptr<BizModel::Device> weakDevice, std::weak_ptr<BizModel::Screen> weakScreen)
+void InputCommand::slotSelectedRegularLayersChanged(WeakDevice weakDevice, WeakScreen weakScreen)
 {
     const auto device = weakDevice.lock();
     const auto screen = weakScreen.lock();
@@ -314,8 +309,7 @@ void InputCommand::slotSelectedRegularLayersChanged(
         d->refreshKeys(Enum::UpdateConsoleType::All);
 }
 
-void InputCommand::slotDeviceInputNameChanged(
-    std::weak_ptr<BizModel::Device> weakDevice, std::weak_ptr<BizModel::Interface> weakInterface)
+void InputCommand::slotDeviceInputNameChanged(WeakDevice weakDevice, WeakInterface weakInterface)
 {
     const auto device = weakDevice.lock();
     const auto input = weakInterface.lock();
@@ -323,40 +317,37 @@ void InputCommand::slotDeviceInputNameChanged(
         d->updateInputName(*device, *input);
 }
 
-void InputCommand::slotInterfaceOverLoadChanged(
-    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Interface>)
+void InputCommand::slotInterfaceOverLoadChanged(WeakDevice, WeakInterface)
 {
     d->refreshKeys(Enum::UpdateConsoleType::All);
 }
 
-void InputCommand::slotInterfaceCapacityChanged(
-    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Subcard>, std::weak_ptr<BizModel::Connector>)
+void InputCommand::slotInterfaceCapacityChanged(WeakDevice, WeakSubcard, WeakConnector)
 {
     d->refreshKeys(Enum::UpdateConsoleType::All);
 }
 
-void InputCommand::slotDeviceInputAdded(std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Input>)
+void InputCommand::slotDeviceInputAdded(WeakDevice, WeakInput)
 {
     d->refreshKeys(Enum::UpdateConsoleType::All);
 }
 
-void InputCommand::slotDeviceInputCleared(std::weak_ptr<BizModel::Device>)
+void InputCommand::slotDeviceInputCleared(WeakDevice)
 {
     d->refreshKeys(Enum::UpdateConsoleType::All);
 }
 
-void InputCommand::slotSelectedInputChanged(std::weak_ptr<BizModel::Device>)
+void InputCommand::slotSelectedInputChanged(WeakDevice)
 {
     d->refreshKeys(Enum::UpdateConsoleType::Key);
 }
 
-void InputCommand::slotDeviceInputRemoved(std::weak_ptr<BizModel::Device>, std::shared_ptr<BizModel::Input>)
+void InputCommand::slotDeviceInputRemoved(WeakDevice, InputPtr)
 {
     d->refreshKeys(Enum::UpdateConsoleType::All);
 }
 
-void InputCommand::slotLayerSourceChanged(
-    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen>, std::weak_ptr<BizModel::Layer>)
+void InputCommand::slotLayerSourceChanged(WeakDevice, WeakScreen, WeakLayer)
 {
     d->refreshKeys(Enum::UpdateConsoleType::Key);
 }

@@ -57,32 +57,20 @@ public Q_SLOTS:
     /// The notifications that concern these keys; see `Command`.
     /// @{
     void slotActivedDeviceChanged() override;
-    void slotDeviceRemoved(std::shared_ptr<BizModel::Device> device) override;
-    void slotActivedScreenChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen) override;
-    void slotDeviceRegulerScreenRemoved(
-        std::weak_ptr<BizModel::Device> device, std::shared_ptr<BizModel::Screen> screen) override;
-    void slotDeviceScreenBaseLayerRemoved(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen,
-        std::shared_ptr<BizModel::Layer> layer) override;
-    void slotSelectedRegularLayersChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen) override;
-    void slotDeviceInputNameChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Interface> interface) override;
-    void slotInterfaceOverLoadChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Interface> interface) override;
+    void slotDeviceRemoved(DevicePtr device) override;
+    void slotActivedScreenChanged(WeakDevice device, WeakScreen screen) override;
+    void slotDeviceRegulerScreenRemoved(WeakDevice device, ScreenPtr screen) override;
+    void slotDeviceScreenBaseLayerRemoved(WeakDevice device, WeakScreen screen, LayerPtr layer) override;
+    void slotSelectedRegularLayersChanged(WeakDevice device, WeakScreen screen) override;
+    void slotDeviceInputNameChanged(WeakDevice device, WeakInterface interface) override;
+    void slotInterfaceOverLoadChanged(WeakDevice device, WeakInterface interface) override;
     void slotInterfaceCapacityChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Subcard> subcard,
-        std::weak_ptr<BizModel::Connector> connector) override;
-    void slotDeviceInputAdded(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Input> input) override;
-    void slotDeviceInputCleared(std::weak_ptr<BizModel::Device> device) override;
-    void slotSelectedInputChanged(std::weak_ptr<BizModel::Device> device) override;
-    void slotDeviceInputRemoved(
-        std::weak_ptr<BizModel::Device> device, std::shared_ptr<BizModel::Input> input) override;
-    void slotLayerSourceChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen,
-        std::weak_ptr<BizModel::Layer> layer) override;
+        WeakDevice device, WeakSubcard subcard, WeakConnector connector) override;
+    void slotDeviceInputAdded(WeakDevice device, WeakInput input) override;
+    void slotDeviceInputCleared(WeakDevice device) override;
+    void slotSelectedInputChanged(WeakDevice device) override;
+    void slotDeviceInputRemoved(WeakDevice device, InputPtr input) override;
+    void slotLayerSourceChanged(WeakDevice device, WeakScreen screen, WeakLayer layer) override;
     void slotECButtonPressed(const quint32& ecKey) override;
     void slotECButtonRelease(const quint32& ecKey) override;
     /// @}

@@ -41,9 +41,7 @@ public:
     InputKeyItems m_items{quint16(InputCallbackType::eSelecInputCB)};
 
 private:
-    static void bindSource(
-        const std::shared_ptr<BizModel::Device>& device,
-        const QList<std::weak_ptr<BizModel::Layer>>& selected, quint32 inputId);
+    static void bindSource(const DevicePtr& device, const QList<WeakLayer>& selected, quint32 inputId);
 
     /// A press is being checked: see `InputTrial`.
     std::atomic<bool> m_bChecking{false};

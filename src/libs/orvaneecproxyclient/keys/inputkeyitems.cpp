@@ -13,8 +13,6 @@
 
 namespace Orvane::ECProxy::Client::Internal {
 
-using InputPtr = std::shared_ptr<BizModel::Input>;
-
 namespace {
 
 ECObjectId objectId(const BizModel::Interface& input)
@@ -53,7 +51,7 @@ public:
     }
 
 private:
-    const std::shared_ptr<BizModel::Screen> m_pScreen;
+    const ScreenPtr m_pScreen;
     std::set<quint32> m_feedingSelection;
 };
 

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "keygroup_p.h"
-
-#include "bizmodel/fwd.h"
+#include "modelpointers.h"
 
 #include <QList>
 #include <QString>
@@ -14,7 +13,7 @@
 namespace Orvane::ECProxy::Client::Internal {
 
 /// The device's valid inputs, by ascending id.
-QList<std::shared_ptr<BizModel::Input>> sortedInputs(const BizModel::Device& device);
+QList<InputPtr> sortedInputs(const BizModel::Device& device);
 
 /// Which input is on which key, and how the key looks: the items of the input keys, in line with the inputs
 /// of the active device. Any thread.
@@ -28,7 +27,7 @@ public:
     /// Binds the active device's inputs to the keys, by ascending id, and gives the keys their looks.
     void update();
     /// The input on the key with that button index; empty when there is none.
-    std::shared_ptr<BizModel::Input> findBindingInput(const BizModel::Device& device, int buttonIndex) const;
+    InputPtr findBindingInput(const BizModel::Device& device, int buttonIndex) const;
     /// The item of an input's key; empty when it has none.
     ECCommandItemPtr findItem(const BizModel::Device& device, const BizModel::Interface& input) const;
     /// Writes the input's name to its item; empty when it has none.

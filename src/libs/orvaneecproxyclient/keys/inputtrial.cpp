@@ -27,7 +27,7 @@ public:
     CapacityTrial(const CapacityTrial&) = delete;
     CapacityTrial& operator=(const CapacityTrial&) = delete;
 
-    void add(const std::shared_ptr<BizModel::Layer>& layer)
+    void add(const LayerPtr& layer)
     {
         m_ownCapacities.emplace_back(layer, layer->capacity());
         layer->setCapacity(m_capacity);
@@ -35,7 +35,7 @@ public:
 
 private:
     const BizModel::CapacityMode m_capacity;
-    std::vector<std::pair<std::shared_ptr<BizModel::Layer>, BizModel::CapacityMode>> m_ownCapacities;
+    std::vector<std::pair<LayerPtr, BizModel::CapacityMode>> m_ownCapacities;
 };
 
 } // namespace
@@ -53,8 +53,7 @@ InputTrial::~InputTrial()
 }
 
 bool InputTrial::hasResourcesFor(
-    const std::shared_ptr<BizModel::Screen>& screen, const QList<std::weak_ptr<BizModel::Layer>>& selected,
-    const std::shared_ptr<BizModel::Input>& input) const
+    const ScreenPtr& screen, const QList<WeakLayer>& selected, const InputPtr& input) const
 {
     CapacityTrial trial(input->capacity());
     BizModel::ResourceCheck::LayerRects rects;

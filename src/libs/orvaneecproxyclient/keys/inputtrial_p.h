@@ -1,6 +1,6 @@
 #pragma once
 
-#include "bizmodel/fwd.h"
+#include "modelpointers.h"
 
 #include <QList>
 
@@ -28,9 +28,7 @@ public:
     /// Whether the hardware has the resources for the screen's selected layers with the input's capacity. The
     /// layers have their own capacities again when this returns; others can see the trial's until then.
     bool hasResourcesFor(
-        const std::shared_ptr<BizModel::Screen>& screen,
-        const QList<std::weak_ptr<BizModel::Layer>>& selected,
-        const std::shared_ptr<BizModel::Input>& input) const;
+        const ScreenPtr& screen, const QList<WeakLayer>& selected, const InputPtr& input) const;
 
 private:
     std::atomic<bool>& m_running;

@@ -155,7 +155,7 @@ void LayerCommand::slotActivedDeviceChanged()
     updateKeyboard();
 }
 
-void LayerCommand::slotDeviceRemoved(std::shared_ptr<BizModel::Device> device)
+void LayerCommand::slotDeviceRemoved(DevicePtr device)
 {
     if (device)
         d->forgetDevice(*device);
@@ -163,8 +163,7 @@ void LayerCommand::slotDeviceRemoved(std::shared_ptr<BizModel::Device> device)
     updateKeyboard();
 }
 
-void LayerCommand::slotActivedScreenChanged(
-    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen> screen)
+void LayerCommand::slotActivedScreenChanged(WeakDevice, WeakScreen screen)
 {
     d->endHoldsOfOtherScreens();
     d->rememberSelection();
@@ -172,13 +171,12 @@ void LayerCommand::slotActivedScreenChanged(
         d->refreshKeys();
 }
 
-void LayerCommand::slotSelectedScreensChanged(std::weak_ptr<BizModel::Device>)
+void LayerCommand::slotSelectedScreensChanged(WeakDevice)
 {
     d->refreshKeys();
 }
 
-void LayerCommand::slotDeviceRegulerScreenAdded(
-    std::weak_ptr<BizModel::Device> weakDevice, std::weak_ptr<BizModel::Screen> weakScreen)
+void LayerCommand::slotDeviceRegulerScreenAdded(WeakDevice weakDevice, WeakScreen weakScreen)
 {
     const auto device = weakDevice.lock();
     const auto screen = weakScreen.lock();
@@ -188,8 +186,7 @@ void LayerCommand::slotDeviceRegulerScreenAdded(
     d->refreshKeys();
 }
 
-void LayerCommand::slotDeviceRegulerScreenRemoved(
-    std::weak_ptr<BizModel::Device> weakDevice, std::shared_ptr<BizModel::Screen> screen)
+void LayerCommand::slotDeviceRegulerScreenRemoved(WeakDevice weakDevice, ScreenPtr screen)
 {
     const auto device = weakDevice.lock();
     if (!device || !screen)
@@ -199,8 +196,7 @@ void LayerCommand::slotDeviceRegulerScreenRemoved(
     d->refreshKeys();
 }
 
-void LayerCommand::slotDeviceScreenBaseLayerAdded(
-    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen>, std::weak_ptr<BizModel::Layer>)
+void LayerCommand::slotDeviceScreenBaseLayerAdded(WeakDevice, WeakScreen, WeakLayer)
 {
     if (d->m_operation.leaveRepaint(LayerOperation::Kind::Creating)) {
         ecInfo(lcModel, "Layer is created by key. ignore this slot.");
@@ -210,8 +206,7 @@ void LayerCommand::slotDeviceScreenBaseLayerAdded(
 }
 
 void LayerCommand::slotDeviceScreenBaseLayerRemoved(
-    std::weak_ptr<BizModel::Device> weakDevice, std::weak_ptr<BizModel::Screen> weakScreen,
-    std::shared_ptr<BizModel::Layer> layer)
+    WeakDevice weakDevice, WeakScreen weakScreen, LayerPtr layer)
 {
     if (!layer)
         return;
@@ -238,8 +233,7 @@ void LayerCommand::slotDeviceScreenBaseLayerRemoved(
     d->refreshKeys();
 }
 
-void LayerCommand::slotSelectedRegularLayersChanged(
-    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen)
+void LayerCommand::slotSelectedRegularLayersChanged(WeakDevice device, WeakScreen screen)
 {
     if (const auto running = d->m_operation.leaveRepaint(); running != LayerOperation::Kind::None) {
         ecInfo(
@@ -266,7 +260,7 @@ void LayerCommand::slotSelectedRegularLayersChanged(
     d->updateLayerKeyboard();
 }
 
-void LayerCommand::slotNotifyUpdateLayer(const QList<std::weak_ptr<BizModel::Screen>>& screens, int type)
+void LayerCommand::slotNotifyUpdateLayer(const QList<WeakScreen>& screens, int type)
 {
     Internal::logConsumeTime("preset consume time: Update LayerCommand Notify Timer start.");
     d->rememberUpdate(screens, type);
@@ -284,9 +278,7 @@ void LayerCommand::updateLayerECButtonAfterTake()
     d->updateAfterTake();
 }
 
-void LayerCommand::slotLayerNameChanged(
-    std::weak_ptr<BizModel::Device> weakDevice, std::weak_ptr<BizModel::Screen> weakScreen,
-    std::weak_ptr<BizModel::Layer> weakLayer)
+void LayerCommand::slotLayerNameChanged(WeakDevice weakDevice, WeakScreen weakScreen, WeakLayer weakLayer)
 {
     const auto device = weakDevice.lock();
     const auto screen = weakScreen.lock();

@@ -73,26 +73,16 @@ public Q_SLOTS:
     /// The notifications that concern these keys; see `Command`.
     /// @{
     void slotActivedDeviceChanged() override;
-    void slotDeviceRemoved(std::shared_ptr<BizModel::Device> device) override;
-    void slotActivedScreenChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen) override;
-    void slotSelectedScreensChanged(std::weak_ptr<BizModel::Device> device) override;
-    void slotDeviceRegulerScreenAdded(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen) override;
-    void slotDeviceRegulerScreenRemoved(
-        std::weak_ptr<BizModel::Device> device, std::shared_ptr<BizModel::Screen> screen) override;
-    void slotDeviceScreenBaseLayerAdded(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen,
-        std::weak_ptr<BizModel::Layer> layer) override;
-    void slotDeviceScreenBaseLayerRemoved(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen,
-        std::shared_ptr<BizModel::Layer> layer) override;
-    void slotSelectedRegularLayersChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen) override;
-    void slotNotifyUpdateLayer(const QList<std::weak_ptr<BizModel::Screen>>& screens, int type) override;
-    void slotLayerNameChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen,
-        std::weak_ptr<BizModel::Layer> layer) override;
+    void slotDeviceRemoved(DevicePtr device) override;
+    void slotActivedScreenChanged(WeakDevice device, WeakScreen screen) override;
+    void slotSelectedScreensChanged(WeakDevice device) override;
+    void slotDeviceRegulerScreenAdded(WeakDevice device, WeakScreen screen) override;
+    void slotDeviceRegulerScreenRemoved(WeakDevice device, ScreenPtr screen) override;
+    void slotDeviceScreenBaseLayerAdded(WeakDevice device, WeakScreen screen, WeakLayer layer) override;
+    void slotDeviceScreenBaseLayerRemoved(WeakDevice device, WeakScreen screen, LayerPtr layer) override;
+    void slotSelectedRegularLayersChanged(WeakDevice device, WeakScreen screen) override;
+    void slotNotifyUpdateLayer(const QList<WeakScreen>& screens, int type) override;
+    void slotLayerNameChanged(WeakDevice device, WeakScreen screen, WeakLayer layer) override;
     void slotECButtonPressed(const quint32& ecKey) override;
     void slotECButtonRelease(const quint32& ecKey) override;
     void slotFramelessMessageBoxClosed(QMessageBox::StandardButton button) override;

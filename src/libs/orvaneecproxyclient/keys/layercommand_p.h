@@ -38,8 +38,8 @@ public:
 
     /// The layers selected on a screen's preview. By object, for a new layer may get a removed one's id.
     struct Selection {
-        std::weak_ptr<BizModel::Screen> screen;
-        std::set<std::weak_ptr<BizModel::Layer>, std::owner_less<>> layers;
+        WeakScreen screen;
+        std::set<WeakLayer, std::owner_less<>> layers;
     };
 
     explicit LayerCommandPrivate(LayerCommand* command);
@@ -122,7 +122,7 @@ public:
 
     // A burst of layer notifications.
 
-    void rememberUpdate(const QList<std::weak_ptr<BizModel::Screen>>& screens, int type);
+    void rememberUpdate(const QList<WeakScreen>& screens, int type);
     void updateAfterTake();
 
     LayerCommand* const m_pCommand;
@@ -158,13 +158,11 @@ private:
     LayerPtr createLayer(const quint32& ecKey, const KeyPlace& place);
     /// False, with a notice to the operator, when the screen takes no further layer now.
     static bool isReadyForNewLayer(const BizModel::Device& device, const BizModel::Screen& screen);
-    std::shared_ptr<BizModel::Input> getMachingInput(const BizModel::Device& device) const;
-    static QPoint getNextPostition(
-        const LayerScreen& target, const std::shared_ptr<BizModel::Input>& input, const LayerPtr& probe);
+    InputPtr getMachingInput(const BizModel::Device& device) const;
+    static QPoint getNextPostition(const LayerScreen& target, const InputPtr& input, const LayerPtr& probe);
     static LayerPtr makeProbeLayer(
-        const BizModel::Device& device, const BizModel::Screen& screen,
-        const std::shared_ptr<BizModel::Input>& input);
-    void holdResourceOut(const std::shared_ptr<BizModel::Screen>& screen);
+        const BizModel::Device& device, const BizModel::Screen& screen, const InputPtr& input);
+    void holdResourceOut(const ScreenPtr& screen);
     void slotScreenStateTimeOut();
     KeyPlace keyPlace(const quint32& ecKey) const;
     static void logBinding(const quint32& ecKey, const KeyPlace& place, const LayerScreen& target);
@@ -173,8 +171,7 @@ private:
 
     // Changes of what is selected.
 
-    using ZOrderOperation =
-        bool (ModelControl::Screen::*)(const std::weak_ptr<BizModel::Screen>&, const WeakLayers&);
+    using ZOrderOperation = bool (ModelControl::Screen::*)(const WeakScreen&, const QList<WeakLayer>&);
     void changeZOrder(const LayerTarget& target, ZOrderOperation operation);
     void removeLayers(const LayerScreen& target, const QList<LayerPtr>& layers);
     /// The number of the key that became free, for the log; -1 when the layer had none, or a repaint after
@@ -199,14 +196,14 @@ private:
     // m_notificationMtx guards m_updateTakeScreens, m_iUpdateTakeType, m_selection, m_currentModule and
     // m_resourceOutScreens, which key presses, notifications and time-outs share, each on its thread.
     std::mutex m_notificationMtx;
-    QList<std::weak_ptr<BizModel::Screen>> m_updateTakeScreens;
+    QList<WeakScreen> m_updateTakeScreens;
     int m_iUpdateTakeType = 0;
     /// The active screen's selection at the last notification.
     Selection m_selection;
     /// Our question that is open. Only a Yes ends it.
     std::optional<ClearQuestion> m_currentModule;
     /// Screens whose state goes back to normal with the next time-out.
-    QList<std::weak_ptr<BizModel::Screen>> m_resourceOutScreens;
+    QList<WeakScreen> m_resourceOutScreens;
 
     // Last, so that they end first: their callbacks use all of the above.
     Coalescer m_pUpdateTakeTimer;

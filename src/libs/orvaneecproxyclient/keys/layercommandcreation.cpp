@@ -226,7 +226,7 @@ void LayerCommandPrivate::showNewLayer(
 
 // ---- Source and place of a new layer --------------------------------------------------------------------
 
-std::shared_ptr<BizModel::Input> LayerCommandPrivate::getMachingInput(const BizModel::Device& device) const
+InputPtr LayerCommandPrivate::getMachingInput(const BizModel::Device& device) const
 {
     const auto inputs = sortedInputs(device);
     const BizModel::CapacityMode wanted = m_currentLayerTemplate;
@@ -238,15 +238,14 @@ std::shared_ptr<BizModel::Input> LayerCommandPrivate::getMachingInput(const BizM
 }
 
 LayerPtr LayerCommandPrivate::makeProbeLayer(
-    const BizModel::Device& device, const BizModel::Screen& screen,
-    const std::shared_ptr<BizModel::Input>& input)
+    const BizModel::Device& device, const BizModel::Screen& screen, const InputPtr& input)
 {
     const auto connector = device.getConnector(input->interfaceFullId()).lock();
     return screen.createProbeLayer(input, connector ? connector->capacity() : input->capacity());
 }
 
 QPoint LayerCommandPrivate::getNextPostition(
-    const LayerScreen& target, const std::shared_ptr<BizModel::Input>& input, const LayerPtr& probe)
+    const LayerScreen& target, const InputPtr& input, const LayerPtr& probe)
 {
     if (target.screen->screenType() != ScreenType::RegularScreen)
         return NoLayerPosition;
@@ -273,7 +272,7 @@ QPoint LayerCommandPrivate::getNextPostition(
     return position;
 }
 
-void LayerCommandPrivate::holdResourceOut(const std::shared_ptr<BizModel::Screen>& screen)
+void LayerCommandPrivate::holdResourceOut(const ScreenPtr& screen)
 {
     screen->setState(ScreenState::Resource_out);
     {
@@ -286,7 +285,7 @@ void LayerCommandPrivate::holdResourceOut(const std::shared_ptr<BizModel::Screen
 void LayerCommandPrivate::slotScreenStateTimeOut()
 {
     // The operator may have gone to another device since.
-    QList<std::weak_ptr<BizModel::Screen>> screens;
+    QList<WeakScreen> screens;
     {
         const std::lock_guard<std::mutex> lock(m_notificationMtx);
         screens.swap(m_resourceOutScreens);

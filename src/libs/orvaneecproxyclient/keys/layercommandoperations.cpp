@@ -41,17 +41,16 @@ QList<LayerPtr> changeableSelection(const BizModel::Screen& screen)
     return layers;
 }
 
-WeakLayers weakened(const QList<LayerPtr>& layers)
+QList<WeakLayer> weakened(const QList<LayerPtr>& layers)
 {
-    WeakLayers weak;
+    QList<WeakLayer> weak;
     for (const LayerPtr& layer : layers)
         weak.append(layer);
     return weak;
 }
 
 /// True when the screen has the resources for the new windows, those of each scene together.
-bool hasResourcesFor(
-    const std::shared_ptr<BizModel::Screen>& screen, const QList<std::pair<LayerPtr, QRect>>& windows)
+bool hasResourcesFor(const ScreenPtr& screen, const QList<std::pair<LayerPtr, QRect>>& windows)
 {
     for (const SceneType scene : {SceneType::PVW, SceneType::PGM}) {
         BizModel::ResourceCheck::LayerRects rects;
@@ -67,9 +66,7 @@ bool hasResourcesFor(
 }
 
 /// Clears the layers of a scene; `failureLine` is logged when that fails.
-void startClearing(
-    const std::shared_ptr<BizModel::Device>& device, const std::shared_ptr<BizModel::Screen>& screen,
-    SceneType scene, const char* failureLine)
+void startClearing(const DevicePtr& device, const ScreenPtr& screen, SceneType scene, const char* failureLine)
 {
     auto* requests = ModelControl::AsyncManager::instance();
     if (!requests) {

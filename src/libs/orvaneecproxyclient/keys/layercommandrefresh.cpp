@@ -271,7 +271,7 @@ void LayerCommandPrivate::forgetDevice(const BizModel::Device& device)
 
 // ---- A burst of layer notifications ---------------------------------------------------------------------
 
-void LayerCommandPrivate::rememberUpdate(const QList<std::weak_ptr<BizModel::Screen>>& screens, int type)
+void LayerCommandPrivate::rememberUpdate(const QList<WeakScreen>& screens, int type)
 {
     {
         const std::lock_guard<std::mutex> lock(m_notificationMtx);
@@ -284,7 +284,7 @@ void LayerCommandPrivate::rememberUpdate(const QList<std::weak_ptr<BizModel::Scr
 void LayerCommandPrivate::updateAfterTake()
 {
     ecInfo(lcPaint, "Start updating the layer interface button color");
-    QList<std::weak_ptr<BizModel::Screen>> screens;
+    QList<WeakScreen> screens;
     {
         const std::lock_guard<std::mutex> lock(m_notificationMtx);
         screens.swap(m_updateTakeScreens);

@@ -24,7 +24,7 @@ template <typename Model> bool isSame(const std::weak_ptr<Model>& left, const st
 LayerTarget LayerTarget::actived()
 {
     const auto device = activedDevice();
-    return {device, device ? device->activedScreen() : std::weak_ptr<BizModel::Screen>()};
+    return {device, device ? device->activedScreen() : WeakScreen()};
 }
 
 bool LayerTarget::isActived() const

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "holdtimer_p.h"
-
-#include "bizmodel/fwd.h"
+#include "modelpointers.h"
 
 #include <chrono>
 #include <functional>
@@ -14,8 +13,8 @@ namespace Orvane::ECProxy::Client::Internal {
 
 /// The screen that a key was pressed for, and its device. Both may be gone by now.
 struct LayerTarget {
-    std::weak_ptr<BizModel::Device> device;
-    std::weak_ptr<BizModel::Screen> screen;
+    WeakDevice device;
+    WeakScreen screen;
 
     /// The active screen of the active device; empty members when there is none.
     static LayerTarget actived();

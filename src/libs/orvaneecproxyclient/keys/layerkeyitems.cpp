@@ -84,8 +84,7 @@ std::optional<LayerKeyItems::ScreenLayers> LayerKeyItems::readActivedScreen()
     return read;
 }
 
-LayerKeyItems::TakenLayers LayerKeyItems::readTakenLayers(
-    const QList<std::weak_ptr<BizModel::Screen>>& screens)
+LayerKeyItems::TakenLayers LayerKeyItems::readTakenLayers(const QList<WeakScreen>& screens)
 {
     TakenLayers taken;
     const auto device = activedDevice();
@@ -142,7 +141,7 @@ void LayerKeyItems::update()
     });
 }
 
-std::optional<int> LayerKeyItems::giveAnew(const QList<std::weak_ptr<BizModel::Screen>>& screens, int page)
+std::optional<int> LayerKeyItems::giveAnew(const QList<WeakScreen>& screens, int page)
 {
     // Freed and bound again in one step, so that a key pressed meanwhile does not find itself without a
     // layer.

@@ -28,7 +28,7 @@ public:
     void update();
     /// Frees the keys of all layers of those screens and gives them anew, from the first. When a selected
     /// layer was on `page` and none is now, returns the page that has one.
-    std::optional<int> giveAnew(const QList<std::weak_ptr<BizModel::Screen>>& screens, int page);
+    std::optional<int> giveAnew(const QList<WeakScreen>& screens, int page);
 
     /// Empty when the key is free.
     LayerPtr findBindingLayer(const LayerScreen& target, const KeyPlace& place) const;
@@ -65,7 +65,7 @@ private:
     };
 
     static std::optional<ScreenLayers> readActivedScreen();
-    static TakenLayers readTakenLayers(const QList<std::weak_ptr<BizModel::Screen>>& screens);
+    static TakenLayers readTakenLayers(const QList<WeakScreen>& screens);
     static ECCommandItemList itemsOf(const ScreenLayers& screen);
     void bindLayers(const ScreenLayers& screen) const;
 };

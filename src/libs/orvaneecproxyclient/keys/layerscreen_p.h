@@ -1,6 +1,6 @@
 #pragma once
 
-#include "bizmodel/fwd.h"
+#include "modelpointers.h"
 
 #include <QList>
 #include <QRect>
@@ -12,13 +12,10 @@
 /// What the layer keys see of a screen. Any thread.
 namespace Orvane::ECProxy::Client::Internal {
 
-using LayerPtr = std::shared_ptr<BizModel::Layer>;
-using WeakLayers = QList<std::weak_ptr<BizModel::Layer>>;
-
 /// A screen whose layers have keys, and what its items are found by.
 struct LayerScreen {
-    std::shared_ptr<BizModel::Device> device;
-    std::shared_ptr<BizModel::Screen> screen;
+    DevicePtr device;
+    ScreenPtr screen;
     /// The device's identity.
     QString ip;
     /// Server id of the screen's items.

@@ -22,7 +22,7 @@ QString activeDeviceIp()
     return device ? device->ipMacSn() : QString();
 }
 
-bool isActive(const std::weak_ptr<BizModel::Device>& device)
+bool isActive(const WeakDevice& device)
 {
     const auto locked = device.lock();
     return locked && locked == Internal::activedDevice();
@@ -137,15 +137,14 @@ void ScreenCommand::slotActivedDeviceChanged()
     d->updateKeyboard();
 }
 
-void ScreenCommand::slotDeviceRemoved(std::shared_ptr<BizModel::Device> device)
+void ScreenCommand::slotDeviceRemoved(DevicePtr device)
 {
     if (device)
         d->m_pBindings->forgetDevice(device->ipMacSn());
     d->updateKeyboard();
 }
 
-void ScreenCommand::slotActivedScreenChanged(
-    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen> screen)
+void ScreenCommand::slotActivedScreenChanged(WeakDevice, WeakScreen screen)
 {
     if (!checkScreenType(screen))
         return;
@@ -155,34 +154,30 @@ void ScreenCommand::slotActivedScreenChanged(
     d->updateTimeFunData();
 }
 
-void ScreenCommand::slotSelectedScreensChanged(std::weak_ptr<BizModel::Device>)
+void ScreenCommand::slotSelectedScreensChanged(WeakDevice)
 {
     d->repaintScreenKeys(Enum::UpdateConsoleType::Key);
     d->updateScreenKeyboard();
 }
 
-void ScreenCommand::slotDeviceScreenIndexChanged(
-    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen>)
+void ScreenCommand::slotDeviceScreenIndexChanged(WeakDevice, WeakScreen)
 {
     d->repaintScreenKeys(Enum::UpdateConsoleType::All);
 }
 
-void ScreenCommand::slotDeviceScreenMoved(
-    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen>, std::weak_ptr<BizModel::Screen>)
+void ScreenCommand::slotDeviceScreenMoved(WeakDevice, WeakScreen, WeakScreen)
 {
     d->repaintScreenKeys(Enum::UpdateConsoleType::All);
 }
 
-void ScreenCommand::slotDeviceRegulerScreenAdded(
-    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen)
+void ScreenCommand::slotDeviceRegulerScreenAdded(WeakDevice device, WeakScreen screen)
 {
     // The whole page: the new screen may have taken its place from another one.
     if (isActive(device) && checkScreenType(screen))
         d->repaintScreenKeys(Enum::UpdateConsoleType::All);
 }
 
-void ScreenCommand::slotDeviceRegulerScreenRemoved(
-    std::weak_ptr<BizModel::Device> device, std::shared_ptr<BizModel::Screen> screen)
+void ScreenCommand::slotDeviceRegulerScreenRemoved(WeakDevice device, ScreenPtr screen)
 {
     const auto owner = device.lock();
     if (!owner || !checkScreenType(screen))
@@ -194,28 +189,24 @@ void ScreenCommand::slotDeviceRegulerScreenRemoved(
     d->updateTimeFunData(); // it may have been the active one
 }
 
-void ScreenCommand::slotDeviceScreenBaseNameChanged(
-    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen)
+void ScreenCommand::slotDeviceScreenBaseNameChanged(WeakDevice device, WeakScreen screen)
 {
     // All labels of the page, for the page may just be turning.
     if (isActive(device) && checkScreenType(screen))
         d->repaintScreenKeys(Enum::UpdateConsoleType::OLED);
 }
 
-void ScreenCommand::slotScreenBasePGMFrozenStateChanged(
-    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen>)
+void ScreenCommand::slotScreenBasePGMFrozenStateChanged(WeakDevice, WeakScreen)
 {
     d->updateFreezeColor();
 }
 
-void ScreenCommand::slotScreenBasePGMFTBStateChanged(
-    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen>)
+void ScreenCommand::slotScreenBasePGMFTBStateChanged(WeakDevice, WeakScreen)
 {
     d->updateFTBColor();
 }
 
-void ScreenCommand::slotScreenEffectChanged(
-    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen> screen)
+void ScreenCommand::slotScreenEffectChanged(WeakDevice, WeakScreen screen)
 {
     const auto changed = screen.lock();
     if (!changed || changed != Internal::activedScreen())
@@ -224,18 +215,17 @@ void ScreenCommand::slotScreenEffectChanged(
     d->updateMixType();
 }
 
-void ScreenCommand::slotDeviceSwapStateChanged(std::weak_ptr<BizModel::Device>)
+void ScreenCommand::slotDeviceSwapStateChanged(WeakDevice)
 {
     d->updateSwapColor();
 }
 
-void ScreenCommand::slotNotifyUpdateLayer(const QList<std::weak_ptr<BizModel::Screen>>&, int)
+void ScreenCommand::slotNotifyUpdateLayer(const QList<WeakScreen>&, int)
 {
     d->notifyUpdateLayer();
 }
 
-void ScreenCommand::slotScreenBasePGMEditStateChanged(
-    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Screen>)
+void ScreenCommand::slotScreenBasePGMEditStateChanged(WeakDevice, WeakScreen)
 {
     d->updatePGMEditColor();
 }

@@ -84,31 +84,20 @@ public Q_SLOTS:
     /// The notifications that concern these keys; see `Command`.
     /// @{
     void slotActivedDeviceChanged() override;
-    void slotDeviceRemoved(std::shared_ptr<BizModel::Device> device) override;
-    void slotActivedScreenChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen) override;
-    void slotSelectedScreensChanged(std::weak_ptr<BizModel::Device> device) override;
-    void slotDeviceScreenIndexChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen) override;
-    void slotDeviceScreenMoved(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen,
-        std::weak_ptr<BizModel::Screen> other) override;
-    void slotDeviceRegulerScreenAdded(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen) override;
-    void slotDeviceRegulerScreenRemoved(
-        std::weak_ptr<BizModel::Device> device, std::shared_ptr<BizModel::Screen> screen) override;
-    void slotDeviceScreenBaseNameChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen) override;
-    void slotScreenBasePGMFrozenStateChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen) override;
-    void slotScreenBasePGMFTBStateChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen) override;
-    void slotScreenEffectChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen) override;
-    void slotDeviceSwapStateChanged(std::weak_ptr<BizModel::Device> device) override;
-    void slotNotifyUpdateLayer(const QList<std::weak_ptr<BizModel::Screen>>& screens, int type) override;
-    void slotScreenBasePGMEditStateChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen) override;
+    void slotDeviceRemoved(DevicePtr device) override;
+    void slotActivedScreenChanged(WeakDevice device, WeakScreen screen) override;
+    void slotSelectedScreensChanged(WeakDevice device) override;
+    void slotDeviceScreenIndexChanged(WeakDevice device, WeakScreen screen) override;
+    void slotDeviceScreenMoved(WeakDevice device, WeakScreen screen, WeakScreen other) override;
+    void slotDeviceRegulerScreenAdded(WeakDevice device, WeakScreen screen) override;
+    void slotDeviceRegulerScreenRemoved(WeakDevice device, ScreenPtr screen) override;
+    void slotDeviceScreenBaseNameChanged(WeakDevice device, WeakScreen screen) override;
+    void slotScreenBasePGMFrozenStateChanged(WeakDevice device, WeakScreen screen) override;
+    void slotScreenBasePGMFTBStateChanged(WeakDevice device, WeakScreen screen) override;
+    void slotScreenEffectChanged(WeakDevice device, WeakScreen screen) override;
+    void slotDeviceSwapStateChanged(WeakDevice device) override;
+    void slotNotifyUpdateLayer(const QList<WeakScreen>& screens, int type) override;
+    void slotScreenBasePGMEditStateChanged(WeakDevice device, WeakScreen screen) override;
     /// One position of the T-Bar, from 1 to 64. Always on the same thread.
     void slotECTBarChanged(const ECTBarValue& value) override;
     void slotECButtonPressed(const quint32& ecKey) override;

@@ -32,14 +32,14 @@ bool isPGMEdited(const BizModel::Device& device);
 class ToggleRequest {
 public:
     struct Asked {
-        std::weak_ptr<BizModel::Device> device;
+        WeakDevice device;
         bool on = false;
         std::atomic<bool> isEnded{false};
     };
 
     /// Asks for the opposite of what is under way for that device or, with nothing under way, of its state.
     /// The caller sets `isEnded` when the request has ended.
-    std::shared_ptr<Asked> askOpposite(const std::shared_ptr<BizModel::Device>& device, DeviceState isOn);
+    std::shared_ptr<Asked> askOpposite(const DevicePtr& device, DeviceState isOn);
 
 private:
     std::shared_ptr<Asked> last();
@@ -69,7 +69,7 @@ public:
 
     bool selectScreenPressed(const quint32& ecKey);
     bool createScreen(const quint32& ecKey);
-    std::shared_ptr<BizModel::Screen> findBindingScreen(const quint32& ecKey) const;
+    ScreenPtr findBindingScreen(const quint32& ecKey) const;
     /// Whether the group has its configuration; logs when it has none.
     bool hasConfig() const;
 
@@ -158,15 +158,9 @@ private:
 
     bool isPositionAccepted(quint32 position);
 
-    bool toggleSelection(
-        const std::shared_ptr<BizModel::Device>& device,
-        const std::shared_ptr<BizModel::Screen>& screen) const;
-    bool reserveKey(
-        const quint32& ecKey, const std::shared_ptr<BizModel::Device>& device,
-        const std::shared_ptr<BizModel::Screen>& screen);
-    Completion screenCreated(
-        const std::shared_ptr<BizModel::Device>& device,
-        const std::shared_ptr<BizModel::Screen>& screen) const;
+    bool toggleSelection(const DevicePtr& device, const ScreenPtr& screen) const;
+    bool reserveKey(const quint32& ecKey, const DevicePtr& device, const ScreenPtr& screen);
+    Completion screenCreated(const DevicePtr& device, const ScreenPtr& screen) const;
 
     bool refuse(const quint32& ecKey, const char* text);
     void showTakeWaitingDialog(double transitionMs);

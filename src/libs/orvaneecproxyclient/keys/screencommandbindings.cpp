@@ -19,14 +19,14 @@ namespace {
 
 /// What a key shows of a screen: a snapshot of the model.
 struct ScreenState {
-    std::shared_ptr<BizModel::Screen> screen;
+    ScreenPtr screen;
     ECObjectId id;
     int uiScreenIndex = -1;
     ECLEDColor color = ECLEDColor::Off;
     QString name;
 };
 
-ScreenState stateOf(const std::shared_ptr<BizModel::Screen>& screen)
+ScreenState stateOf(const ScreenPtr& screen)
 {
     return {
         screen, screenObjectId(*screen), screen->uiScreenIndex(), screenKeyColor(screen->selected()),
@@ -88,8 +88,8 @@ template <typename SettleOne> void settleEach(Screens& screens, SettleOne settle
 
 /// Before all rules: the reserved key, if there is one, is its screen's alone. Returns the other screens.
 Screens settleReserved(
-    const std::vector<ScreenState>& states, Places::iterator reserved,
-    const std::shared_ptr<BizModel::Screen>& screen, Places& places)
+    const std::vector<ScreenState>& states, Places::iterator reserved, const ScreenPtr& screen,
+    Places& places)
 {
     if (reserved != places.end())
         reserved->reserved = true;
@@ -151,7 +151,7 @@ ECObjectId screenObjectId(const BizModel::Screen& screen)
     return {screen.screenId(), quint32(screen.screenType())};
 }
 
-void ScreenBindings::rebuild(const std::shared_ptr<BizModel::Device>& device)
+void ScreenBindings::rebuild(const DevicePtr& device)
 {
     const QString ip = device->ipMacSn();
     // A device that has just become the active one may not have its keys yet.
@@ -176,8 +176,7 @@ void ScreenBindings::rebuild(const std::shared_ptr<BizModel::Device>& device)
             lcPaint, " Binding screen data error... No key is left for the screen %s.", qUtf8Printable(name));
 }
 
-std::shared_ptr<BizModel::Screen> ScreenBindings::find(
-    const std::shared_ptr<BizModel::Device>& device, int buttonIndex) const
+ScreenPtr ScreenBindings::find(const DevicePtr& device, int buttonIndex) const
 {
     if (buttonIndex < 0)
         return nullptr; // would be that of every screen without a key
@@ -191,9 +190,7 @@ std::shared_ptr<BizModel::Screen> ScreenBindings::find(
     return nullptr;
 }
 
-bool ScreenBindings::reserve(
-    const std::shared_ptr<BizModel::Device>& device, const std::shared_ptr<BizModel::Screen>& screen,
-    const KeyPlace& place)
+bool ScreenBindings::reserve(const DevicePtr& device, const ScreenPtr& screen, const KeyPlace& place)
 {
     const Reservation reservation{device->ipMacSn(), screen, screenObjectId(*screen), place};
     return writeItems([&] {

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "keygroup_p.h"
-
-#include "bizmodel/fwd.h"
+#include "modelpointers.h"
 
 #include <memory>
 
@@ -34,17 +33,14 @@ public:
     }
 
     /// Brings the keys of the device in line with its screens: place, color, label.
-    void rebuild(const std::shared_ptr<BizModel::Device>& device);
+    void rebuild(const DevicePtr& device);
 
     /// The device's screen on the key with that button index; empty when it has none.
-    std::shared_ptr<BizModel::Screen> find(
-        const std::shared_ptr<BizModel::Device>& device, int buttonIndex) const;
+    ScreenPtr find(const DevicePtr& device, int buttonIndex) const;
 
     /// Keeps a free key for a screen that is about to be created. One at a time. False when the key has been
     /// taken.
-    bool reserve(
-        const std::shared_ptr<BizModel::Device>& device, const std::shared_ptr<BizModel::Screen>& screen,
-        const KeyPlace& place);
+    bool reserve(const DevicePtr& device, const ScreenPtr& screen, const KeyPlace& place);
     /// The screen has been created: binds the reserved key to it.
     void bindReserved();
     /// The creation has failed. False when the key was not bound to the screen any more.
@@ -56,7 +52,7 @@ public:
 private:
     struct Reservation {
         QString deviceIp;
-        std::shared_ptr<BizModel::Screen> screen;
+        ScreenPtr screen;
         /// At the time of the reservation: the final one may come with the creation.
         ECObjectId id;
         KeyPlace place;

@@ -16,8 +16,6 @@ namespace Orvane::ECProxy::Client::Internal {
 
 using BizModel::Enum::Screen::RegularAndAUXScreens;
 using BizModel::Enum::Screen::RegularScreen;
-using WeakDevice = std::weak_ptr<BizModel::Device>;
-using WeakScreen = std::weak_ptr<BizModel::Screen>;
 
 namespace {
 
@@ -77,7 +75,7 @@ const std::vector<KeyRow<ScreenCommandPrivate>>& ScreenCommandPrivate::keys()
     return s_keys;
 }
 
-std::shared_ptr<BizModel::Screen> ScreenCommandPrivate::findBindingScreen(const quint32& ecKey) const
+ScreenPtr ScreenCommandPrivate::findBindingScreen(const quint32& ecKey) const
 {
     const auto device = activedDevice();
     return device ? m_pBindings->find(device, m_pCommand->findECButtonIndex(ecKey)) : nullptr;
@@ -117,8 +115,7 @@ bool ScreenCommandPrivate::selectScreenPressed(const quint32& ecKey)
     return toggleSelection(device, screen);
 }
 
-bool ScreenCommandPrivate::toggleSelection(
-    const std::shared_ptr<BizModel::Device>& device, const std::shared_ptr<BizModel::Screen>& screen) const
+bool ScreenCommandPrivate::toggleSelection(const DevicePtr& device, const ScreenPtr& screen) const
 {
     const auto controller = ModelControl::Device::screenModelControl(RegularScreen, device);
     const auto deviceController = ModelControl::Device::create(device);
@@ -182,9 +179,7 @@ bool ScreenCommandPrivate::createScreen(const quint32& ecKey)
     return true;
 }
 
-bool ScreenCommandPrivate::reserveKey(
-    const quint32& ecKey, const std::shared_ptr<BizModel::Device>& device,
-    const std::shared_ptr<BizModel::Screen>& screen)
+bool ScreenCommandPrivate::reserveKey(const quint32& ecKey, const DevicePtr& device, const ScreenPtr& screen)
 {
     const int pageIndex = m_pCommand->currentPageIndex();
     const int orderIndex = m_pCommand->findECButtonOrderIndex(ecKey);
@@ -197,8 +192,7 @@ bool ScreenCommandPrivate::reserveKey(
 
 /// Called when the model has created the screen or has failed to. That is on a thread of the model, perhaps
 /// after the command is gone, so it holds what it needs.
-Completion ScreenCommandPrivate::screenCreated(
-    const std::shared_ptr<BizModel::Device>& device, const std::shared_ptr<BizModel::Screen>& screen) const
+Completion ScreenCommandPrivate::screenCreated(const DevicePtr& device, const ScreenPtr& screen) const
 {
     return [bindings = m_pBindings, isCreating = m_isCreatingScreen, device = WeakDevice(device),
             ip = device->ipMacSn(), screen](bool ok, const QString& text) {

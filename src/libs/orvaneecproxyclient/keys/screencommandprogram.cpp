@@ -22,8 +22,6 @@ namespace Orvane::ECProxy::Client::Internal {
 using BizModel::Enum::Screen::RegularAndAUXScreens;
 using BizModel::Enum::Screen::RegularScreen;
 using std::chrono::milliseconds;
-using WeakDevice = std::weak_ptr<BizModel::Device>;
-using WeakScreen = std::weak_ptr<BizModel::Screen>;
 
 namespace {
 
@@ -32,21 +30,21 @@ constexpr double ShortTransitionMs = 1000;
 /// The waiting dialog's limit beyond the transition's time.
 constexpr double WaitingDialogExtraMs = 300;
 
-bool takeCutEnabled(const std::shared_ptr<BizModel::Device>& device)
+bool takeCutEnabled(const DevicePtr& device)
 {
     const auto controller = ModelControl::Device::create(device);
     return controller && controller->takeCutEnabled();
 }
 
-std::shared_ptr<ModelControl::Screen> screenController(const std::shared_ptr<BizModel::Device>& device)
+std::shared_ptr<ModelControl::Screen> screenController(const DevicePtr& device)
 {
     return ModelControl::Device::screenModelControl(RegularScreen, device);
 }
 
 /// Hands a task for the device and its group to the model.
 bool startParallelRequest(
-    const std::shared_ptr<BizModel::Device>& device, const ParallelControl::ParallelTaskFactory& factory,
-    bool waitForResult, QString* error = nullptr, const Completion& callback = {})
+    const DevicePtr& device, const ParallelControl::ParallelTaskFactory& factory, bool waitForResult,
+    QString* error = nullptr, const Completion& callback = {})
 {
     if (auto* const manager = ParallelControl::ParallelManager::instance())
         return manager->startParallelRequest(device, factory, waitForResult, error, callback);
@@ -259,8 +257,7 @@ bool ScreenCommandPrivate::toggle(const Toggle& what)
     return isStarted && !what.waitForResult ? true : ended(isStarted, error);
 }
 
-std::shared_ptr<ToggleRequest::Asked> ToggleRequest::askOpposite(
-    const std::shared_ptr<BizModel::Device>& device, DeviceState isOn)
+std::shared_ptr<ToggleRequest::Asked> ToggleRequest::askOpposite(const DevicePtr& device, DeviceState isOn)
 {
     const auto asked = std::make_shared<Asked>();
     asked->device = device;

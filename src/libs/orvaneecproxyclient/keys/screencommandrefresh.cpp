@@ -23,7 +23,7 @@ constexpr std::chrono::milliseconds LayerNotificationWindow{10};
 template <typename Predicate> bool isAnySelected(const BizModel::Device& device, Predicate predicate)
 {
     const auto screens = device.selectedScreen(BizModel::Enum::Screen::RegularAndAUXScreens);
-    return std::any_of(screens.cbegin(), screens.cend(), [&](const std::weak_ptr<BizModel::Screen>& screen) {
+    return std::any_of(screens.cbegin(), screens.cend(), [&](const WeakScreen& screen) {
         const auto locked = screen.lock();
         return locked && predicate(*locked);
     });
@@ -38,7 +38,7 @@ template <typename Predicate> bool isAnySelectedInGroup(const BizModel::Device& 
     if (!list || groupId == BizModel::Device::defaultDeviceGroupId)
         return false;
     const auto members = list->groupDevices(groupId);
-    return std::any_of(members.cbegin(), members.cend(), [&](const std::weak_ptr<BizModel::Device>& member) {
+    return std::any_of(members.cbegin(), members.cend(), [&](const WeakDevice& member) {
         const auto locked = member.lock();
         return locked && isAnySelected(*locked, predicate);
     });

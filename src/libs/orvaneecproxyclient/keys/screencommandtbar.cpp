@@ -43,7 +43,7 @@ const char* boolText(bool value)
     return value ? "true" : "false";
 }
 
-bool hasTakeScreens(const std::shared_ptr<BizModel::Device>& device)
+bool hasTakeScreens(const DevicePtr& device)
 {
     const auto controller = ModelControl::Device::create(device);
     return controller && !controller->getTakeScreens(TBarScreens, TBarEffect, true).isEmpty();

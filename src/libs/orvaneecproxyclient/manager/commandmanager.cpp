@@ -481,7 +481,7 @@ void CommandManager::slotActivedDeviceChanged()
     d->forEachCommand(&Command::slotActivedDeviceChanged);
 }
 
-void CommandManager::slotDeviceIPChanged(std::weak_ptr<BizModel::Device> weakDevice)
+void CommandManager::slotDeviceIPChanged(WeakDevice weakDevice)
 {
     const auto device = weakDevice.lock();
     if (!device) {
@@ -491,7 +491,7 @@ void CommandManager::slotDeviceIPChanged(std::weak_ptr<BizModel::Device> weakDev
     ECConsoleManager::instance()->updateECCommandItems(device->preIPMacSn(), device->ipMacSn());
 }
 
-void CommandManager::slotDeviceRemoved(std::shared_ptr<BizModel::Device> device)
+void CommandManager::slotDeviceRemoved(DevicePtr device)
 {
     d->forEachCommand(&Command::slotDeviceRemoved, device);
     // No command needs them any more. Should the device come back, it gets new ones.
@@ -499,73 +499,62 @@ void CommandManager::slotDeviceRemoved(std::shared_ptr<BizModel::Device> device)
         ECConsoleManager::instance()->removeDeviceEcCommandItems(device->ipMacSn());
 }
 
-void CommandManager::slotSelectedScreensChanged(std::weak_ptr<BizModel::Device> device)
+void CommandManager::slotSelectedScreensChanged(WeakDevice device)
 {
     d->forEachCommand(&Command::slotSelectedScreensChanged, device);
 }
 
-void CommandManager::slotDeviceScreenIndexChanged(
-    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen)
+void CommandManager::slotDeviceScreenIndexChanged(WeakDevice device, WeakScreen screen)
 {
     d->forEachCommand(&Command::slotDeviceScreenIndexChanged, device, screen);
 }
 
-void CommandManager::slotActivedScreenChanged(
-    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen)
+void CommandManager::slotActivedScreenChanged(WeakDevice device, WeakScreen screen)
 {
     d->forEachCommand(&Command::slotActivedScreenChanged, device, screen);
 }
 
-void CommandManager::slotDeviceRegulerScreenAdded(
-    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen)
+void CommandManager::slotDeviceRegulerScreenAdded(WeakDevice device, WeakScreen screen)
 {
     d->forEachCommand(&Command::slotDeviceRegulerScreenAdded, device, screen);
 }
 
-void CommandManager::slotDeviceScreenMoved(
-    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen,
-    std::weak_ptr<BizModel::Screen> other)
+void CommandManager::slotDeviceScreenMoved(WeakDevice device, WeakScreen screen, WeakScreen other)
 {
     d->forEachCommand(&Command::slotDeviceScreenMoved, device, screen, other);
 }
 
-void CommandManager::slotDeviceRegulerScreenRemoved(
-    std::weak_ptr<BizModel::Device> device, std::shared_ptr<BizModel::Screen> screen)
+void CommandManager::slotDeviceRegulerScreenRemoved(WeakDevice device, ScreenPtr screen)
 {
     d->forEachCommand(&Command::slotDeviceRegulerScreenRemoved, device, screen);
 }
 
-void CommandManager::slotDeviceScreenBaseNameChanged(
-    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen)
+void CommandManager::slotDeviceScreenBaseNameChanged(WeakDevice device, WeakScreen screen)
 {
     d->forEachCommand(&Command::slotDeviceScreenBaseNameChanged, device, screen);
 }
 
-void CommandManager::slotScreenBasePGMFrozenStateChanged(
-    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen)
+void CommandManager::slotScreenBasePGMFrozenStateChanged(WeakDevice device, WeakScreen screen)
 {
     d->forEachCommand(&Command::slotScreenBasePGMFrozenStateChanged, device, screen);
 }
 
-void CommandManager::slotScreenBasePGMFTBStateChanged(
-    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen)
+void CommandManager::slotScreenBasePGMFTBStateChanged(WeakDevice device, WeakScreen screen)
 {
     d->forEachCommand(&Command::slotScreenBasePGMFTBStateChanged, device, screen);
 }
 
-void CommandManager::slotDeviceSwapStateChanged(std::weak_ptr<BizModel::Device> device)
+void CommandManager::slotDeviceSwapStateChanged(WeakDevice device)
 {
     d->forEachCommand(&Command::slotDeviceSwapStateChanged, device);
 }
 
-void CommandManager::slotScreenBasePGMEditStateChanged(
-    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen)
+void CommandManager::slotScreenBasePGMEditStateChanged(WeakDevice device, WeakScreen screen)
 {
     d->forEachCommand(&Command::slotScreenBasePGMEditStateChanged, device, screen);
 }
 
-void CommandManager::slotScreenEffectChanged(
-    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen)
+void CommandManager::slotScreenEffectChanged(WeakDevice device, WeakScreen screen)
 {
     d->forEachCommand(&Command::slotScreenEffectChanged, device, screen);
 }
@@ -580,126 +569,108 @@ void CommandManager::slotKeyboardLocked(bool locked)
     d->forEachCommand(&Command::slotKeyboardLocked, locked);
 }
 
-void CommandManager::slotDeviceLoadToPGMStateChanged(std::weak_ptr<BizModel::Device> device)
+void CommandManager::slotDeviceLoadToPGMStateChanged(WeakDevice device)
 {
     d->forEachCommand(&Command::slotDeviceLoadToPGMStateChanged, device);
 }
 
-void CommandManager::slotDeviceScreenBaseLayerAdded(
-    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen,
-    std::weak_ptr<BizModel::Layer> layer)
+void CommandManager::slotDeviceScreenBaseLayerAdded(WeakDevice device, WeakScreen screen, WeakLayer layer)
 {
     d->forEachCommand(&Command::slotDeviceScreenBaseLayerAdded, device, screen, layer);
 }
 
-void CommandManager::slotDeviceScreenBaseLayerRemoved(
-    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen,
-    std::shared_ptr<BizModel::Layer> layer)
+void CommandManager::slotDeviceScreenBaseLayerRemoved(WeakDevice device, WeakScreen screen, LayerPtr layer)
 {
     d->forEachCommand(&Command::slotDeviceScreenBaseLayerRemoved, device, screen, layer);
 }
 
-void CommandManager::slotSelectedRegularLayersChanged(
-    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen)
+void CommandManager::slotSelectedRegularLayersChanged(WeakDevice device, WeakScreen screen)
 {
     d->forEachCommand(&Command::slotSelectedRegularLayersChanged, device, screen);
 }
 
-void CommandManager::slotNotifyUpdateLayer(const QList<std::weak_ptr<BizModel::Screen>>& screens, int type)
+void CommandManager::slotNotifyUpdateLayer(const QList<WeakScreen>& screens, int type)
 {
     d->forEachCommand(&Command::slotNotifyUpdateLayer, screens, type);
 }
 
-void CommandManager::slotLayerNameChanged(
-    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen,
-    std::weak_ptr<BizModel::Layer> layer)
+void CommandManager::slotLayerNameChanged(WeakDevice device, WeakScreen screen, WeakLayer layer)
 {
     d->forEachCommand(&Command::slotLayerNameChanged, device, screen, layer);
 }
 
-void CommandManager::slotDeviceInputNameChanged(
-    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Interface> interface)
+void CommandManager::slotDeviceInputNameChanged(WeakDevice device, WeakInterface interface)
 {
     d->forEachCommand(&Command::slotDeviceInputNameChanged, device, interface);
 }
 
-void CommandManager::slotDeviceInputAdded(
-    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Input> input)
+void CommandManager::slotDeviceInputAdded(WeakDevice device, WeakInput input)
 {
     d->forEachCommand(&Command::slotDeviceInputAdded, device, input);
 }
 
-void CommandManager::slotDeviceInputCleared(std::weak_ptr<BizModel::Device> device)
+void CommandManager::slotDeviceInputCleared(WeakDevice device)
 {
     d->forEachCommand(&Command::slotDeviceInputCleared, device);
 }
 
-void CommandManager::slotSelectedInputChanged(std::weak_ptr<BizModel::Device> device)
+void CommandManager::slotSelectedInputChanged(WeakDevice device)
 {
     d->forEachCommand(&Command::slotSelectedInputChanged, device);
 }
 
-void CommandManager::slotDeviceInputRemoved(
-    std::weak_ptr<BizModel::Device> device, std::shared_ptr<BizModel::Input> input)
+void CommandManager::slotDeviceInputRemoved(WeakDevice device, InputPtr input)
 {
     d->forEachCommand(&Command::slotDeviceInputRemoved, device, input);
 }
 
-void CommandManager::slotLayerSourceChanged(
-    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen,
-    std::weak_ptr<BizModel::Layer> layer)
+void CommandManager::slotLayerSourceChanged(WeakDevice device, WeakScreen screen, WeakLayer layer)
 {
     d->forEachCommand(&Command::slotLayerSourceChanged, device, screen, layer);
 }
 
-void CommandManager::slotInterfaceOverLoadChanged(
-    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Interface> interface)
+void CommandManager::slotInterfaceOverLoadChanged(WeakDevice device, WeakInterface interface)
 {
     d->forEachCommand(&Command::slotInterfaceOverLoadChanged, device, interface);
 }
 
 void CommandManager::slotInterfaceCapacityChanged(
-    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Subcard> subcard,
-    std::weak_ptr<BizModel::Connector> connector)
+    WeakDevice device, WeakSubcard subcard, WeakConnector connector)
 {
     d->forEachCommand(&Command::slotInterfaceCapacityChanged, device, subcard, connector);
 }
 
-void CommandManager::slotDevicePresetAdded(
-    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Preset> preset)
+void CommandManager::slotDevicePresetAdded(WeakDevice device, WeakPreset preset)
 {
     d->forEachCommand(&Command::slotDevicePresetAdded, device, preset);
 }
 
-void CommandManager::slotDevicePresetRemoved(
-    std::weak_ptr<BizModel::Device> device, std::shared_ptr<BizModel::Preset> preset)
+void CommandManager::slotDevicePresetRemoved(WeakDevice device, PresetPtr preset)
 {
     d->forEachCommand(&Command::slotDevicePresetRemoved, device, preset);
 }
 
-void CommandManager::slotDeviceDevicePresetCleared(std::weak_ptr<BizModel::Device> device)
+void CommandManager::slotDeviceDevicePresetCleared(WeakDevice device)
 {
     d->forEachCommand(&Command::slotDeviceDevicePresetCleared, device);
 }
 
-void CommandManager::slotPresetNameChanged(
-    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::File> file)
+void CommandManager::slotPresetNameChanged(WeakDevice device, WeakFile file)
 {
     d->forEachCommand(&Command::slotPresetNameChanged, device, file);
 }
 
-void CommandManager::slotDevicePresetSelectChanged(std::weak_ptr<BizModel::Device> device)
+void CommandManager::slotDevicePresetSelectChanged(WeakDevice device)
 {
     d->forEachCommand(&Command::slotDevicePresetSelectChanged, device);
 }
 
-void CommandManager::slotDevicePresetCovered(
-    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Preset> preset)
+void CommandManager::slotDevicePresetCovered(WeakDevice device, WeakPreset preset)
 {
     d->forEachCommand(&Command::slotDevicePresetCovered, device, preset);
 }
 
-void CommandManager::slotKeypadChanged(std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::File>)
+void CommandManager::slotKeypadChanged(WeakDevice, WeakFile)
 {
     d->forEachCommand(&Command::slotKeypadChanged);
 }

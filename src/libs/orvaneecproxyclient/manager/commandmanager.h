@@ -1,9 +1,8 @@
 #pragma once
 
 #include "ecprotocol.h"
+#include "modelpointers.h"
 #include "orvaneecproxyclient_global.h"
-
-#include "orvaneplatform/bizmodel/fwd.h"
 
 #include <QList>
 #include <QMap>
@@ -92,75 +91,47 @@ public Q_SLOTS:
 
     /// @}
     /// Moves the items of a device to its new address; the commands are not notified.
-    void slotDeviceIPChanged(std::weak_ptr<BizModel::Device> device);
+    void slotDeviceIPChanged(WeakDevice device);
 
     /// The model's notifications, on the GUI thread: each goes to every command's slot of the same name.
     /// @{
     void slotActivedDeviceChanged();
-    void slotDeviceRemoved(std::shared_ptr<BizModel::Device> device);
-    void slotSelectedScreensChanged(std::weak_ptr<BizModel::Device> device);
-    void slotDeviceScreenIndexChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen);
-    void slotActivedScreenChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen);
-    void slotDeviceRegulerScreenAdded(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen);
-    virtual void slotDeviceScreenMoved(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen,
-        std::weak_ptr<BizModel::Screen> other);
-    void slotDeviceRegulerScreenRemoved(
-        std::weak_ptr<BizModel::Device> device, std::shared_ptr<BizModel::Screen> screen);
-    void slotDeviceScreenBaseNameChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen);
-    void slotScreenBasePGMFrozenStateChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen);
-    void slotScreenBasePGMFTBStateChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen);
-    void slotDeviceSwapStateChanged(std::weak_ptr<BizModel::Device> device);
-    void slotScreenBasePGMEditStateChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen);
-    void slotScreenEffectChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen);
+    void slotDeviceRemoved(DevicePtr device);
+    void slotSelectedScreensChanged(WeakDevice device);
+    void slotDeviceScreenIndexChanged(WeakDevice device, WeakScreen screen);
+    void slotActivedScreenChanged(WeakDevice device, WeakScreen screen);
+    void slotDeviceRegulerScreenAdded(WeakDevice device, WeakScreen screen);
+    virtual void slotDeviceScreenMoved(WeakDevice device, WeakScreen screen, WeakScreen other);
+    void slotDeviceRegulerScreenRemoved(WeakDevice device, ScreenPtr screen);
+    void slotDeviceScreenBaseNameChanged(WeakDevice device, WeakScreen screen);
+    void slotScreenBasePGMFrozenStateChanged(WeakDevice device, WeakScreen screen);
+    void slotScreenBasePGMFTBStateChanged(WeakDevice device, WeakScreen screen);
+    void slotDeviceSwapStateChanged(WeakDevice device);
+    void slotScreenBasePGMEditStateChanged(WeakDevice device, WeakScreen screen);
+    void slotScreenEffectChanged(WeakDevice device, WeakScreen screen);
     void slotTbarLocked(bool locked);
     void slotKeyboardLocked(bool locked);
-    void slotDeviceLoadToPGMStateChanged(std::weak_ptr<BizModel::Device> device);
-    void slotDeviceScreenBaseLayerAdded(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen,
-        std::weak_ptr<BizModel::Layer> layer);
-    void slotDeviceScreenBaseLayerRemoved(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen,
-        std::shared_ptr<BizModel::Layer> layer);
-    void slotSelectedRegularLayersChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen);
-    void slotNotifyUpdateLayer(const QList<std::weak_ptr<BizModel::Screen>>& screens, int type);
-    void slotLayerNameChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen,
-        std::weak_ptr<BizModel::Layer> layer);
-    void slotDeviceInputNameChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Interface> interface);
-    void slotDeviceInputAdded(std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Input> input);
-    void slotDeviceInputCleared(std::weak_ptr<BizModel::Device> device);
-    void slotSelectedInputChanged(std::weak_ptr<BizModel::Device> device);
-    void slotDeviceInputRemoved(
-        std::weak_ptr<BizModel::Device> device, std::shared_ptr<BizModel::Input> input);
-    void slotLayerSourceChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Screen> screen,
-        std::weak_ptr<BizModel::Layer> layer);
-    void slotInterfaceOverLoadChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Interface> interface);
-    void slotInterfaceCapacityChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Subcard> subcard,
-        std::weak_ptr<BizModel::Connector> connector);
-    void slotDevicePresetAdded(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Preset> preset);
-    void slotDevicePresetRemoved(
-        std::weak_ptr<BizModel::Device> device, std::shared_ptr<BizModel::Preset> preset);
-    void slotDeviceDevicePresetCleared(std::weak_ptr<BizModel::Device> device);
-    void slotPresetNameChanged(std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::File> file);
-    void slotDevicePresetSelectChanged(std::weak_ptr<BizModel::Device> device);
-    void slotDevicePresetCovered(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Preset> preset);
-    void slotKeypadChanged(std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::File> file);
+    void slotDeviceLoadToPGMStateChanged(WeakDevice device);
+    void slotDeviceScreenBaseLayerAdded(WeakDevice device, WeakScreen screen, WeakLayer layer);
+    void slotDeviceScreenBaseLayerRemoved(WeakDevice device, WeakScreen screen, LayerPtr layer);
+    void slotSelectedRegularLayersChanged(WeakDevice device, WeakScreen screen);
+    void slotNotifyUpdateLayer(const QList<WeakScreen>& screens, int type);
+    void slotLayerNameChanged(WeakDevice device, WeakScreen screen, WeakLayer layer);
+    void slotDeviceInputNameChanged(WeakDevice device, WeakInterface interface);
+    void slotDeviceInputAdded(WeakDevice device, WeakInput input);
+    void slotDeviceInputCleared(WeakDevice device);
+    void slotSelectedInputChanged(WeakDevice device);
+    void slotDeviceInputRemoved(WeakDevice device, InputPtr input);
+    void slotLayerSourceChanged(WeakDevice device, WeakScreen screen, WeakLayer layer);
+    void slotInterfaceOverLoadChanged(WeakDevice device, WeakInterface interface);
+    void slotInterfaceCapacityChanged(WeakDevice device, WeakSubcard subcard, WeakConnector connector);
+    void slotDevicePresetAdded(WeakDevice device, WeakPreset preset);
+    void slotDevicePresetRemoved(WeakDevice device, PresetPtr preset);
+    void slotDeviceDevicePresetCleared(WeakDevice device);
+    void slotPresetNameChanged(WeakDevice device, WeakFile file);
+    void slotDevicePresetSelectChanged(WeakDevice device);
+    void slotDevicePresetCovered(WeakDevice device, WeakPreset preset);
+    void slotKeypadChanged(WeakDevice device, WeakFile file);
     void slotFramelessMessageBoxClosed(QMessageBox::StandardButton button);
     void slotDVISignalChanged(QMap<int, bool> signalOfInput);
     /// @}

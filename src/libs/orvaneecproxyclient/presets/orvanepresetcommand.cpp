@@ -21,14 +21,13 @@ namespace Internal {
 OrvanePresetCommandPrivate::KeyPresets OrvanePresetCommandPrivate::readPresets(const BizModel::Device& device)
 {
     struct Found {
-        std::shared_ptr<BizModel::Preset> preset;
-        std::shared_ptr<BizModel::Device> device;
+        PresetPtr preset;
+        DevicePtr device;
         quint16 fileId = 0;
     };
     std::vector<Found> found;
     const BizModel::DeviceList* devices = BizModel::DeviceList::instance();
-    const auto members = devices ? devices->groupDevices(device.groupId(), true, false)
-                                 : QList<std::weak_ptr<BizModel::Device>>();
+    const auto members = devices ? devices->groupDevices(device.groupId(), true, false) : QList<WeakDevice>();
     for (const auto& weakMember : members) {
         const auto member = weakMember.lock();
         if (!member)
@@ -94,7 +93,7 @@ void OrvanePresetCommandPrivate::updateECCommandItems()
         [&](const KeyPresets& presets) { bindPresets(ip, pageSize, presets); });
 }
 
-std::shared_ptr<BizModel::Preset> OrvanePresetCommandPrivate::findPresetByEckey(const quint32& ecKey) const
+PresetPtr OrvanePresetCommandPrivate::findPresetByEckey(const quint32& ecKey) const
 {
     const auto device = activedDevice();
     const BizModel::DeviceList* devices = BizModel::DeviceList::instance();
@@ -120,7 +119,7 @@ void OrvanePresetCommandPrivate::unbindRemovedPreset(
     m_keys.writeItems([&, ip = device.ipMacSn()] { m_keys.unbind(ip, id); });
 }
 
-bool OrvanePresetCommandPrivate::isOfActivedGroup(const std::weak_ptr<BizModel::Device>& weakDevice)
+bool OrvanePresetCommandPrivate::isOfActivedGroup(const WeakDevice& weakDevice)
 {
     const auto device = weakDevice.lock();
     const auto actived = activedDevice();
@@ -261,21 +260,19 @@ bool OrvanePresetCommand::clearPresetsPressed()
 
 // ---- The model's notifications --------------------------------------------------------------------------
 
-void OrvanePresetCommand::slotDeviceRemoved(std::shared_ptr<BizModel::Device> device)
+void OrvanePresetCommand::slotDeviceRemoved(DevicePtr device)
 {
     if (device)
         d->m_keys.forgetDevice(device->ipMacSn());
 }
 
-void OrvanePresetCommand::slotDevicePresetAdded(
-    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Preset>)
+void OrvanePresetCommand::slotDevicePresetAdded(WeakDevice device, WeakPreset)
 {
     if (OrvanePresetCommandPrivate::isOfActivedGroup(device))
         updateECCommandItems();
 }
 
-void OrvanePresetCommand::slotDevicePresetRemoved(
-    std::weak_ptr<BizModel::Device> weakDevice, std::shared_ptr<BizModel::Preset> preset)
+void OrvanePresetCommand::slotDevicePresetRemoved(WeakDevice weakDevice, PresetPtr preset)
 {
     const auto device = weakDevice.lock();
     if (device && preset)
@@ -285,25 +282,23 @@ void OrvanePresetCommand::slotDevicePresetRemoved(
     updateECCommandItems();
 }
 
-void OrvanePresetCommand::slotDeviceDevicePresetCleared(std::weak_ptr<BizModel::Device>)
+void OrvanePresetCommand::slotDeviceDevicePresetCleared(WeakDevice)
 {
     updateECCommandItems();
     d->m_modes.offFunctionkeyColor(PresetCallbackType::eClearPresetsCB);
 }
 
-void OrvanePresetCommand::slotPresetNameChanged(
-    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::File>)
+void OrvanePresetCommand::slotPresetNameChanged(WeakDevice, WeakFile)
 {
     updateECCommandItems();
 }
 
-void OrvanePresetCommand::slotDevicePresetSelectChanged(std::weak_ptr<BizModel::Device>)
+void OrvanePresetCommand::slotDevicePresetSelectChanged(WeakDevice)
 {
     updateECCommandItems();
 }
 
-void OrvanePresetCommand::slotDevicePresetCovered(
-    std::weak_ptr<BizModel::Device>, std::weak_ptr<BizModel::Preset>)
+void OrvanePresetCommand::slotDevicePresetCovered(WeakDevice, WeakPreset)
 {
     updateECCommandItems();
 }

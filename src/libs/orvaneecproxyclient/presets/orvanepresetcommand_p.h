@@ -36,11 +36,11 @@ public:
 
     void updateECCommandItems();
     /// The preset on the key; empty when the slot is free.
-    std::shared_ptr<BizModel::Preset> findPresetByEckey(const quint32& ecKey) const;
+    PresetPtr findPresetByEckey(const quint32& ecKey) const;
     /// Frees the key of a preset that is gone, among the items of its device.
     void unbindRemovedPreset(const BizModel::Device& device, const BizModel::Preset& preset);
     /// Whether the keys show the presets of the device.
-    static bool isOfActivedGroup(const std::weak_ptr<BizModel::Device>& device);
+    static bool isOfActivedGroup(const WeakDevice& device);
     QMap<quint32, quint32> presetKeyMapCopy() const;
 
     OrvanePresetCommand* const m_pOrvanePresetCommand;
@@ -63,13 +63,13 @@ private:
     void bindPresets(const QString& ip, int pageSize, const KeyPresets& presets);
 
     /// The device's preset with that file id.
-    static std::shared_ptr<BizModel::Preset> presetOf(const BizModel::Device& device, quint16 fileId);
+    static PresetPtr presetOf(const BizModel::Device& device, quint16 fileId);
     /// Stores the present preview under that file id, over what is there.
-    static bool storePreset(const std::shared_ptr<BizModel::Device>& device, quint16 fileId);
+    static bool storePreset(const DevicePtr& device, quint16 fileId);
     /// Applies the preset to the model and gives the device the new keypad file. Runs on a pool thread.
     static void updatePresetModel(
-        const std::weak_ptr<BizModel::Device>& device, const std::weak_ptr<BizModel::Preset>& preset,
-        const ModelControl::Preset::Screens& screens, const ProtoModel::File::s_KeypadInfo& keypadInfo);
+        const WeakDevice& device, const WeakPreset& preset, const ModelControl::Preset::Screens& screens,
+        const ProtoModel::File::s_KeypadInfo& keypadInfo);
 
     // m_keyMapMutex guards presetKeyMap, the file ids by slot.
     mutable std::mutex m_keyMapMutex;

@@ -36,7 +36,7 @@ s_KeypadInfo keypadInfoOf(const BizModel::Device& device)
 
 /// State of the keypad once the preset is loaded; the present one when that is not known.
 s_KeypadInfo keypadInfoAfter(
-    const ModelControl::Preset& presets, const std::shared_ptr<BizModel::Preset>& preset,
+    const ModelControl::Preset& presets, const PresetPtr& preset,
     const ModelControl::Preset::Screens& screens, const s_KeypadInfo& present)
 {
     s_KeypadInfo after;
@@ -63,8 +63,7 @@ bool sampleLoad(const TaskSampling::s_LoadPresetSampling& sampling)
 
 // ---- Saving ---------------------------------------------------------------------------------------------
 
-std::shared_ptr<BizModel::Preset> OrvanePresetCommandPrivate::presetOf(
-    const BizModel::Device& device, quint16 fileId)
+PresetPtr OrvanePresetCommandPrivate::presetOf(const BizModel::Device& device, quint16 fileId)
 {
     const auto presets = device.presets();
     for (const auto& weakPreset : presets) {
@@ -75,7 +74,7 @@ std::shared_ptr<BizModel::Preset> OrvanePresetCommandPrivate::presetOf(
     return nullptr;
 }
 
-bool OrvanePresetCommandPrivate::storePreset(const std::shared_ptr<BizModel::Device>& device, quint16 fileId)
+bool OrvanePresetCommandPrivate::storePreset(const DevicePtr& device, quint16 fileId)
 {
     QString error;
     if (const auto present = presetOf(*device, fileId)) {
@@ -169,9 +168,9 @@ bool OrvanePresetCommandPrivate::loadPreset(const quint32& ecKey, bool)
 
     const s_KeypadInfo lastKeypadInfo = keypadInfoOf(*device);
     const s_KeypadInfo keypadInfo = keypadInfoAfter(*presets, preset, screens, lastKeypadInfo);
-    m_modelUpdates.post([device = std::weak_ptr<BizModel::Device>(device),
-                         preset = std::weak_ptr<BizModel::Preset>(preset), screens,
-                         keypadInfo] { updatePresetModel(device, preset, screens, keypadInfo); });
+    m_modelUpdates.post([device = WeakDevice(device), preset = WeakPreset(preset), screens, keypadInfo] {
+        updatePresetModel(device, preset, screens, keypadInfo);
+    });
     sampleLoad({quint8(preset->fileId()), device, keypadInfo, lastKeypadInfo});
     m_modes.endSelect();
     logConsumeTime("preset consume time:OrvanePresetCommand loadPreset end");
@@ -179,8 +178,8 @@ bool OrvanePresetCommandPrivate::loadPreset(const quint32& ecKey, bool)
 }
 
 void OrvanePresetCommandPrivate::updatePresetModel(
-    const std::weak_ptr<BizModel::Device>& weakDevice, const std::weak_ptr<BizModel::Preset>& preset,
-    const ModelControl::Preset::Screens& screens, const s_KeypadInfo& keypadInfo)
+    const WeakDevice& weakDevice, const WeakPreset& preset, const ModelControl::Preset::Screens& screens,
+    const s_KeypadInfo& keypadInfo)
 {
     const auto device = weakDevice.lock();
     if (!device) {

@@ -195,21 +195,20 @@ void PresetCommand::slotActivedDeviceChanged()
     updateKeyboard();
 }
 
-void PresetCommand::slotDeviceRemoved(std::shared_ptr<BizModel::Device> device)
+void PresetCommand::slotDeviceRemoved(DevicePtr device)
 {
     d->m_pOrvanePresetCmd->slotDeviceRemoved(device);
     d->m_pages.clamp();
     updateKeyboard();
 }
 
-void PresetCommand::slotDeviceLoadToPGMStateChanged(std::weak_ptr<BizModel::Device> device)
+void PresetCommand::slotDeviceLoadToPGMStateChanged(WeakDevice device)
 {
     d->m_pOrvanePresetCmd->slotDeviceLoadToPGMStateChanged(device);
     d->slotLoadToPGMUpDate();
 }
 
-void PresetCommand::slotDevicePresetAdded(
-    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Preset> preset)
+void PresetCommand::slotDevicePresetAdded(WeakDevice device, WeakPreset preset)
 {
     d->m_pOrvanePresetCmd->slotDevicePresetAdded(device, preset);
     d->m_pages.updatePageIndex();
@@ -217,22 +216,20 @@ void PresetCommand::slotDevicePresetAdded(
     d->m_pages.updateAllKeyboard();
 }
 
-void PresetCommand::slotDevicePresetRemoved(
-    std::weak_ptr<BizModel::Device> device, std::shared_ptr<BizModel::Preset> preset)
+void PresetCommand::slotDevicePresetRemoved(WeakDevice device, PresetPtr preset)
 {
     d->m_pOrvanePresetCmd->slotDevicePresetRemoved(device, preset);
     d->m_pages.updateAllKeyboard();
 }
 
-void PresetCommand::slotDeviceDevicePresetCleared(std::weak_ptr<BizModel::Device> device)
+void PresetCommand::slotDeviceDevicePresetCleared(WeakDevice device)
 {
     d->endHeldClear(); // the page extension darkens the key
     d->m_pOrvanePresetCmd->slotDeviceDevicePresetCleared(device);
     d->m_pages.updateAllKeyboard();
 }
 
-void PresetCommand::slotPresetNameChanged(
-    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::File> file)
+void PresetCommand::slotPresetNameChanged(WeakDevice device, WeakFile file)
 {
     d->m_pOrvanePresetCmd->slotPresetNameChanged(device, file);
     d->m_pages.updatePageIndex();
@@ -240,7 +237,7 @@ void PresetCommand::slotPresetNameChanged(
     d->m_pages.updateAllKeyboard();
 }
 
-void PresetCommand::slotDevicePresetSelectChanged(std::weak_ptr<BizModel::Device> weakDevice)
+void PresetCommand::slotDevicePresetSelectChanged(WeakDevice weakDevice)
 {
     d->m_pOrvanePresetCmd->slotDevicePresetSelectChanged(weakDevice);
     if (const auto device = weakDevice.lock())
@@ -249,8 +246,7 @@ void PresetCommand::slotDevicePresetSelectChanged(std::weak_ptr<BizModel::Device
     updateCommandKeypad(Enum::UpdateConsoleType::Key);
 }
 
-void PresetCommand::slotDevicePresetCovered(
-    std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Preset> preset)
+void PresetCommand::slotDevicePresetCovered(WeakDevice device, WeakPreset preset)
 {
     d->m_pOrvanePresetCmd->slotDevicePresetCovered(device, preset);
     d->m_pages.updatePageIndex();

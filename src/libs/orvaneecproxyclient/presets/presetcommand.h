@@ -56,18 +56,14 @@ public Q_SLOTS:
     /// The notifications that concern these keys; see `Command`.
     /// @{
     void slotActivedDeviceChanged() override;
-    void slotDeviceRemoved(std::shared_ptr<BizModel::Device> device) override;
-    void slotDeviceLoadToPGMStateChanged(std::weak_ptr<BizModel::Device> device) override;
-    void slotDevicePresetAdded(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Preset> preset) override;
-    void slotDevicePresetRemoved(
-        std::weak_ptr<BizModel::Device> device, std::shared_ptr<BizModel::Preset> preset) override;
-    void slotDeviceDevicePresetCleared(std::weak_ptr<BizModel::Device> device) override;
-    void slotPresetNameChanged(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::File> file) override;
-    void slotDevicePresetSelectChanged(std::weak_ptr<BizModel::Device> device) override;
-    void slotDevicePresetCovered(
-        std::weak_ptr<BizModel::Device> device, std::weak_ptr<BizModel::Preset> preset) override;
+    void slotDeviceRemoved(DevicePtr device) override;
+    void slotDeviceLoadToPGMStateChanged(WeakDevice device) override;
+    void slotDevicePresetAdded(WeakDevice device, WeakPreset preset) override;
+    void slotDevicePresetRemoved(WeakDevice device, PresetPtr preset) override;
+    void slotDeviceDevicePresetCleared(WeakDevice device) override;
+    void slotPresetNameChanged(WeakDevice device, WeakFile file) override;
+    void slotDevicePresetSelectChanged(WeakDevice device) override;
+    void slotDevicePresetCovered(WeakDevice device, WeakPreset preset) override;
     void slotKeypadChanged() override;
     void slotECTBarChanged(const ECTBarValue& value) override;
     void slotECButtonPressed(const quint32& ecKey) override;

@@ -102,7 +102,7 @@ private:
     // that was active when the clear-all key was pressed last.
     mutable std::mutex m_mutex;
     PageKey m_pageIndexECKey;
-    std::weak_ptr<BizModel::Device> m_clearAllDevice;
+    WeakDevice m_clearAllDevice;
 
     // Last, so that it ends first: its callback uses all of the above.
     HoldTimer m_pClearAllTimer;

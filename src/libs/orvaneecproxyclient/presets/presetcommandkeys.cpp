@@ -154,7 +154,7 @@ bool PresetCommandPrivate::clearPresetsPressed(const quint32& ecKey)
 {
     ecDebug(lcKeys, "Clear all presets pressed.");
     {
-        const std::weak_ptr<BizModel::Device> device = activedDevice();
+        const WeakDevice device = activedDevice();
         const std::lock_guard<std::mutex> lock(m_mutex);
         m_clearAllDevice = device;
     }
@@ -201,7 +201,7 @@ void PresetCommandPrivate::showClearKey(const quint32& ecKey)
 
 bool PresetCommandPrivate::clearEverywhere()
 {
-    std::weak_ptr<BizModel::Device> asked;
+    WeakDevice asked;
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         asked = m_clearAllDevice;
@@ -302,7 +302,7 @@ void PresetCommandPrivate::setLoadToPGMState(LoadToPGMStatus status)
         ecWarning(lcKeys, "Load target refused: there is no active device.");
         return;
     }
-    const auto factory = [status](std::weak_ptr<BizModel::Device> member) {
+    const auto factory = [status](WeakDevice member) {
         return ParallelControl::ParallelSetLoadToPresetPGMStatus{member, status};
     };
     const auto completion = [](bool ok, const QString& error) {
