@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ec/eckeyfunctions.h"
 #include "functioncommand.h"
 #include "inputcommand.h"
 #include "keyboardbuilder.h"
@@ -51,11 +52,17 @@ inline const std::vector<Key>& keys()
     return s_keys;
 }
 
-/// The key of a row, by the row's name.
-inline quint16 keyOf(const char* group, const char* name)
+/// What the key does, as an operator calls it.
+inline QString functionOf(const Key& key)
+{
+    return EC::keyFunctionName(key.group, key.row.code);
+}
+
+/// The key that does that.
+inline quint16 keyOf(const char* group, const char* function)
 {
     for (const Key& key : keys()) {
-        if (key.group == QLatin1String(group) && qstrcmp(key.row.name, name) == 0)
+        if (key.group == QLatin1String(group) && functionOf(key) == QLatin1String(function))
             return key.ecKey;
     }
     return 0;

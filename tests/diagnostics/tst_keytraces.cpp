@@ -134,8 +134,8 @@ private Q_SLOTS:
                     continue;
                 const unsigned passing = trace.event == Event::Pressed ? passesPress : passesRelease;
                 const bool passes = (key.row.traits & passing) != 0;
-                QVERIFY2(trace.guards.last().isPassed == passes, key.row.name);
-                QVERIFY2(passes || !trace.handled, key.row.name);
+                QVERIFY2(trace.guards.last().isPassed == passes, qPrintable(functionOf(key)));
+                QVERIFY2(passes || !trace.handled, qPrintable(functionOf(key)));
                 QVERIFY2(passes || trace.reason.contains(reason), qPrintable(trace.reason));
             }
         }
@@ -185,7 +185,7 @@ private Q_SLOTS:
             const bool isRefused = !pressed->handled.value_or(false);
             const bool didNothing = pressed->sent.isEmpty() && !isAnythingAsked() && m_rig.notices().empty();
             const QString where =
-                QStringLiteral("%1 %2: %3").arg(key.group, QLatin1String(key.row.name), pressed->reason);
+                QStringLiteral("%1 %2: %3").arg(key.group, functionOf(key), pressed->reason);
             QVERIFY2(!pressed->reason.isEmpty() || !(isRefused || didNothing), qPrintable(where));
             QVERIFY2(!pressed->reason.contains("nothing to do"), qPrintable(where));
             console().release(key.ecKey);
@@ -209,15 +209,15 @@ private Q_SLOTS:
         const Arrange nothingSelected = [](auto& rig, bool) {
             rig.control().selectLayers(Device, Stage, BizModel::SceneType::PVW, {});
         };
-        row("InputCommand", "select an input", Event::Pressed, "no layer is selected", nothingSelected);
-        row("InputCommand", "select an input", Event::Pressed, "unable to find input",
+        row("InputCommand", "select", Event::Pressed, "no layer is selected", nothingSelected);
+        row("InputCommand", "select", Event::Pressed, "unable to find input",
             [](auto& rig, bool) { rig.control().removeInput(Device, 1); });
         row("FunctionCommand", "copy layers", Event::Pressed, "select layer is empty", nothingSelected);
-        row("FunctionCommand", "lock keypad", Event::Released, "before the end of its hold");
-        row("FunctionCommand", "MVR", Event::Pressed, "acts when it is released");
-        row("FunctionCommand", "MVR", Event::Released, "DVI input 0 has no signal");
-        row("FunctionCommand", "DVI light", Event::Pressed, "nothing is bound to a press");
-        row("PresetCommand", "load target", Event::Pressed, "does not allow loading to PGM");
+        row("FunctionCommand", "lock keypad (hold)", Event::Released, "before the end of its hold");
+        row("FunctionCommand", "switch source", Event::Pressed, "acts when it is released");
+        row("FunctionCommand", "switch source", Event::Released, "DVI input 0 has no signal");
+        row("FunctionCommand", "DVI input light", Event::Pressed, "nothing is bound to a press");
+        row("PresetCommand", "load to PGM or PVW", Event::Pressed, "does not allow loading to PGM");
         row("ScreenCommand", "page up", Event::Released, "minimum page number");
         row("LayerCommand", "full screen", Event::Held, "no layer that may be resized", nothingSelected);
     }

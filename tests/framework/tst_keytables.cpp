@@ -112,14 +112,16 @@ private Q_SLOTS:
         const auto command = make();
         for (const auto& row : command->keyTable().rows()) {
             const EC::KeyFunction* const function = EC::findKeyFunction(command->name(), row.code);
-            QVERIFY2(function, row.name);
-            QVERIFY2(function->isUsed() == hasHandler(row), row.name);
-            QVERIFY2(function->worksInDialog == bool(row.traits & Internal::PressPassesDialog), row.name);
-            QVERIFY2(function->worksWhenLocked == bool(row.traits & Internal::PassesKeypadLock), row.name);
+            QVERIFY2(function, qPrintable(text({row.code})));
+            QVERIFY2(function->isUsed() == hasHandler(row), function->name);
+            QVERIFY2(
+                function->worksInDialog == bool(row.traits & Internal::PressPassesDialog), function->name);
+            QVERIFY2(
+                function->worksWhenLocked == bool(row.traits & Internal::PassesKeypadLock), function->name);
             if (*function->hold) // what a hold began must be stopped when its release is dropped
-                QVERIFY2(row.rest, row.name);
+                QVERIFY2(row.rest, function->name);
             if (row.light == Internal::KeyLight::Lasting)
-                QVERIFY2(*function->light, row.name);
+                QVERIFY2(*function->light, function->name);
         }
     }
 

@@ -102,7 +102,6 @@ template <typename Owner> struct KeyRow {
     using Step = void (Owner::*)(const quint32& ecKey);
 
     FunctionCode code;
-    const char* name; ///< as an operator reads it
     KeyHandler<Owner> pressed;
     KeyHandler<Owner> released;
     unsigned traits = NoTraits; ///< of `KeyTrait`
@@ -114,7 +113,6 @@ template <typename Owner> struct KeyRow {
 /// A row, bound to its command.
 struct BoundKeyRow {
     quint16 code = 0;
-    const char* name = nullptr;
     KeyCallback pressed;
     KeyCallback released;
     unsigned traits = NoTraits;
@@ -136,8 +134,8 @@ public:
         };
         for (const auto& row : rows) {
             m_rows.push_back(
-                {row.code, row.name, row.pressed.bind(command, owner), row.released.bind(command, owner),
-                 row.traits, row.light, bindStep(row.show), bindStep(row.rest)});
+                {row.code, row.pressed.bind(command, owner), row.released.bind(command, owner), row.traits,
+                 row.light, bindStep(row.show), bindStep(row.rest)});
         }
     }
 

@@ -113,20 +113,19 @@ const std::vector<KeyRow<FunctionCommandPrivate>>& FunctionCommandPrivate::keys(
     using Type = FunctionCallbackType;
     using P = FunctionCommandPrivate;
     static const std::vector<KeyRow<P>> rows{
-        {quint16(Type::eSaveDataToDeviceCB), "save", &P::saveDataToDevicePressed, &P::saveDataToDeviceRelease,
+        {Type::eSaveDataToDeviceCB, &P::saveDataToDevicePressed, &P::saveDataToDeviceRelease,
          ReleasePassesDialog, KeyLight::Momentary},
-        {quint16(Type::eLockECTBarCB), "lock T-Bar", &P::lockECTBarPressed, &P::lockECTBarRelease,
-         ReleasePassesDialog, KeyLight::Lasting, &P::showTBarKey, &P::endTBarHold},
-        {quint16(Type::eLockECKeyboardCB), "lock keypad", &P::lockECKeyboardPressed,
-         &P::lockECKeyboardRelease, ReleasePassesDialog | PassesKeypadLock, KeyLight::Lasting,
-         &P::showKeypadKey, &P::endKeypadHold},
-        {quint16(Type::eSwitchSecondaryScreenSignalCB), "MVR", &P::switchSecondaryScreenSignalPressed,
+        {Type::eLockECTBarCB, &P::lockECTBarPressed, &P::lockECTBarRelease, ReleasePassesDialog,
+         KeyLight::Lasting, &P::showTBarKey, &P::endTBarHold},
+        {Type::eLockECKeyboardCB, &P::lockECKeyboardPressed, &P::lockECKeyboardRelease,
+         ReleasePassesDialog | PassesKeypadLock, KeyLight::Lasting, &P::showKeypadKey, &P::endKeypadHold},
+        {Type::eSwitchSecondaryScreenSignalCB, &P::switchSecondaryScreenSignalPressed,
          &P::switchSecondaryScreenSignalRelease, NoTraits, KeyLight::Lasting, &P::showMvrKey},
-        {quint16(Type::eLayerCopy), "copy layers", &P::layerCopyPressed, &P::layerCopyRelease,
-         ReleasePassesDialog, KeyLight::Momentary},
-        {quint16(Type::eLayerMirCopy), "mirror copy", &P::layerMirCopyPressed, &P::layerMirCopyRelease,
-         ReleasePassesDialog, KeyLight::Momentary},
-        {quint16(Type::eDVIInSignalChangedCB), "DVI light", nullptr, nullptr},
+        {Type::eLayerCopy, &P::layerCopyPressed, &P::layerCopyRelease, ReleasePassesDialog,
+         KeyLight::Momentary},
+        {Type::eLayerMirCopy, &P::layerMirCopyPressed, &P::layerMirCopyRelease, ReleasePassesDialog,
+         KeyLight::Momentary},
+        {Type::eDVIInSignalChangedCB, nullptr, nullptr},
     };
     return rows;
 }

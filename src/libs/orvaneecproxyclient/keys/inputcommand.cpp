@@ -35,13 +35,11 @@ const std::vector<KeyRow<InputCommandPrivate>>& InputCommandPrivate::keys()
     // A dialog that opens while a page key is held must not keep its release away.
     constexpr auto Passes = ReleasePassesDialog;
     static const std::vector<KeyRow<Key>> s_keys{
-        {Type::eNothing, "none", nullptr, nullptr, NoTraits, Momentary},
-        {Type::eSelecInputCB, "select an input", &Key::selectInputPressed, &Key::selectInputRelease, NoTraits,
+        {Type::eNothing, nullptr, nullptr, NoTraits, Momentary},
+        {Type::eSelecInputCB, &Key::selectInputPressed, &Key::selectInputRelease, NoTraits,
          KeyLight::Lasting},
-        {Type::ePageUp, "page up", &Command::pageUpPressed, &Command::pageUpRelease, Passes | HasPageLabel,
-         Momentary},
-        {Type::ePageDown, "page down", &Command::pageDownPressed, &Command::pageDownRelease, Passes,
-         Momentary},
+        {Type::ePageUp, &Command::pageUpPressed, &Command::pageUpRelease, Passes | HasPageLabel, Momentary},
+        {Type::ePageDown, &Command::pageDownPressed, &Command::pageDownRelease, Passes, Momentary},
     };
     return s_keys;
 }

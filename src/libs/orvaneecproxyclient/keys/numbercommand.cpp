@@ -117,11 +117,11 @@ const std::vector<KeyRow<NumberCommandPrivate>>& NumberCommandPrivate::keys()
     constexpr unsigned typing = PressPassesDialog | ReleasePassesDialog;
     constexpr auto momentary = KeyLight::Momentary;
     static const std::vector<KeyRow<P>> rows{
-        {Type::eSelectNumberCB, "Digit", &P::selectNumberPressed, &P::selectNumberRelease, typing, momentary},
-        {Type::eEnterKeyCB, "Enter", &P::enterPressed, &P::enterRelease, typing, momentary},
-        {Type::eBackKeyCB, "Back", &P::backPressed, &P::backRelease, typing, momentary},
-        {Type::ePlusKeyCB, "Plus", &P::plusPressed, &P::plusRelease, typing, momentary},
-        {Type::eMinusKeyCB, "Minus", &P::minusPressed, &P::minusRelease, typing, momentary},
+        {Type::eSelectNumberCB, &P::selectNumberPressed, &P::selectNumberRelease, typing, momentary},
+        {Type::eEnterKeyCB, &P::enterPressed, &P::enterRelease, typing, momentary},
+        {Type::eBackKeyCB, &P::backPressed, &P::backRelease, typing, momentary},
+        {Type::ePlusKeyCB, &P::plusPressed, &P::plusRelease, typing, momentary},
+        {Type::eMinusKeyCB, &P::minusPressed, &P::minusRelease, typing, momentary},
     };
     return rows;
 }

@@ -41,37 +41,32 @@ const std::vector<KeyRow<ScreenCommandPrivate>>& ScreenCommandPrivate::keys()
     // A dialog that opens while a key is held must not keep it held.
     constexpr unsigned throughDialog = ReleasePassesDialog;
     static const std::vector<KeyRow<P>> s_keys{
-        {Type::eSelectScreenCB, "select", &P::selectScreenPressed, &P::ignoreRelease, NoTraits, lasting},
-        {Type::ePageUp, "page up", &Command::pageUpPressed, &Command::pageUpRelease, throughDialog, momentary,
+        {Type::eSelectScreenCB, &P::selectScreenPressed, &P::ignoreRelease, NoTraits, lasting},
+        {Type::ePageUp, &Command::pageUpPressed, &Command::pageUpRelease, throughDialog, momentary,
          &P::updateECPageIndexOLED},
-        {Type::ePageDown, "page down", &Command::pageDownPressed, &Command::pageDownRelease, throughDialog,
-         momentary},
-        {Type::eFTBPGMCB, "FTB", &P::ftbPGMPressed, &P::ignoreRelease, throughDialog, lasting,
-         &P::updateFTBColor},
-        {Type::eFreezePGMCB, "freeze", &P::freezePGMPressed, &P::ignoreRelease, throughDialog, lasting,
+        {Type::ePageDown, &Command::pageDownPressed, &Command::pageDownRelease, throughDialog, momentary},
+        {Type::eFTBPGMCB, &P::ftbPGMPressed, &P::ignoreRelease, throughDialog, lasting, &P::updateFTBColor},
+        {Type::eFreezePGMCB, &P::freezePGMPressed, &P::ignoreRelease, throughDialog, lasting,
          &P::updateFreezeColor},
-        {Type::eSetPGMEdit, "PGM edit", &P::setPGMEditPressed, &P::leaveRelease, throughDialog, lasting,
+        {Type::eSetPGMEdit, &P::setPGMEditPressed, &P::leaveRelease, throughDialog, lasting,
          &P::updatePGMEditColor},
-        {Type::eSetSwapStatusCB, "swap", &P::setSwapStatusPressed, &P::ignoreRelease, throughDialog, lasting,
+        {Type::eSetSwapStatusCB, &P::setSwapStatusPressed, &P::ignoreRelease, throughDialog, lasting,
          &P::updateSwapColor},
-        {Type::eSetTransitionMixTypeCB, "mix type", &P::setTransitionMixTypePressed, &P::ignoreRelease,
-         throughDialog, lasting, &P::updateMixType},
-        {Type::eSetTransitionTimeCB, "transition time up", &P::setTransitionTimePressed,
-         &P::setTransitionTimeRelease, throughDialog, momentary, &P::updateTimeFunData,
-         &P::restTransitionTime},
+        {Type::eSetTransitionMixTypeCB, &P::setTransitionMixTypePressed, &P::ignoreRelease, throughDialog,
+         lasting, &P::updateMixType},
+        {Type::eSetTransitionTimeCB, &P::setTransitionTimePressed, &P::setTransitionTimeRelease,
+         throughDialog, momentary, &P::updateTimeFunData, &P::restTransitionTime},
         // The row of the up key shows both labels.
-        {Type::eSetTransitionTimeReduceCB, "transition time down", &P::setTransitionTimeReducePressed,
+        {Type::eSetTransitionTimeReduceCB, &P::setTransitionTimeReducePressed,
          &P::setTransitionTimeReduceRelease, throughDialog, momentary, nullptr, &P::restTransitionTimeReduce},
-        {Type::eMatchPGMCB, "match", &P::matchPGMPressed, &P::matchPGMRelease, throughDialog, momentary,
-         nullptr, &P::restMatchPGM},
-        {Type::eCutToPGMCB, "cut", &P::cutToPGMPressed, &P::ignoreRelease, throughDialog | IsCutKey,
-         momentary},
-        {Type::eTakeToPGMCB, "take", &P::takeToPGMPressed, &P::ignoreRelease, throughDialog | IsTakeKey,
-         momentary},
+        {Type::eMatchPGMCB, &P::matchPGMPressed, &P::matchPGMRelease, throughDialog, momentary, nullptr,
+         &P::restMatchPGM},
+        {Type::eCutToPGMCB, &P::cutToPGMPressed, &P::ignoreRelease, throughDialog | IsCutKey, momentary},
+        {Type::eTakeToPGMCB, &P::takeToPGMPressed, &P::ignoreRelease, throughDialog | IsTakeKey, momentary},
         // Keys that do nothing are dark.
-        {Type::eSetWipeCB, "wipe (reserved)", nullptr, nullptr, NoTraits, momentary},
-        {Type::eSetFreezePVWCB, "freeze PVW (reserved)", nullptr, nullptr, NoTraits, momentary},
-        {Type::eNothing, "without a function", nullptr, nullptr, NoTraits, momentary}};
+        {Type::eSetWipeCB, nullptr, nullptr, NoTraits, momentary},
+        {Type::eSetFreezePVWCB, nullptr, nullptr, NoTraits, momentary},
+        {Type::eNothing, nullptr, nullptr, NoTraits, momentary}};
     return s_keys;
 }
 

@@ -6,7 +6,6 @@
 #include "functioncommand.h"
 #include "hoststate_p.h"
 #include "inputcommand.h"
-#include "keytable_p.h"
 #include "keytracing_p.h"
 #include "layercommand.h"
 #include "log_p.h"
@@ -19,6 +18,7 @@
 #include "bizmodel/device.h"
 #include "bizmodel/devicelist.h"
 #include "ec/eckeyboardconfig.h"
+#include "ec/eckeyfunctions.h"
 
 #include <atomic>
 #include <functional>
@@ -146,8 +146,7 @@ void noteOwner(const Command& owner, quint32 ecKey)
         return;
     trace->owner = owner.name();
     trace->functionCode = quint16(owner.findOrvaneKey(ecKey));
-    if (const auto* row = owner.keyTable().find(trace->functionCode))
-        trace->function = QString::fromUtf8(row->name);
+    trace->function = EC::keyFunctionName(trace->owner, trace->functionCode);
 }
 
 /// The console's number of a received key value. Logs nothing and leaves the console mode alone.

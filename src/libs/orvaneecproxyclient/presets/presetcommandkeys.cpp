@@ -53,21 +53,19 @@ const std::vector<KeyRow<PresetCommandPrivate>>& PresetCommandPrivate::keys()
     using Type = PresetCallbackType;
     using Own = PresetCommandPrivate;
     static const std::vector<KeyRow<Own>> rows{
-        {Type::eSelectPresetCB, "preset", &Own::selectPresetPressed, &Own::selectPresetRelease},
-        {Type::ePageUp, "page up", &Command::pageUpPressed, &Own::pageUpRelease, HasPageLabel,
-         KeyLight::Momentary},
-        {Type::ePageDown, "page down", &Command::pageDownPressed, &Own::pageDownRelease, NoTraits,
-         KeyLight::Momentary},
-        {Type::eRemoveSelectedPresetCB, "remove", &Own::removeSelectedPresetPressed,
-         &Own::removeSelectedPresetRelease, ReleasePassesDialog, KeyLight::Lasting, &Own::showRemoveKey},
-        {Type::eClearPresetsCB, "clear", &Own::clearPresetsPressed, &Own::clearPresetsRelease,
-         ReleasePassesDialog, KeyLight::Lasting, &Own::showClearKey, &Own::restClearPresets},
-        {Type::eSavePresetCB, "store", &Own::savePresetPressed, &Own::savePresetRelease, ReleasePassesDialog,
+        {Type::eSelectPresetCB, &Own::selectPresetPressed, &Own::selectPresetRelease},
+        {Type::ePageUp, &Command::pageUpPressed, &Own::pageUpRelease, HasPageLabel, KeyLight::Momentary},
+        {Type::ePageDown, &Command::pageDownPressed, &Own::pageDownRelease, NoTraits, KeyLight::Momentary},
+        {Type::eRemoveSelectedPresetCB, &Own::removeSelectedPresetPressed, &Own::removeSelectedPresetRelease,
+         ReleasePassesDialog, KeyLight::Lasting, &Own::showRemoveKey},
+        {Type::eClearPresetsCB, &Own::clearPresetsPressed, &Own::clearPresetsRelease, ReleasePassesDialog,
+         KeyLight::Lasting, &Own::showClearKey, &Own::restClearPresets},
+        {Type::eSavePresetCB, &Own::savePresetPressed, &Own::savePresetRelease, ReleasePassesDialog,
          KeyLight::Lasting, &Own::showSaveKey},
-        {Type::eCut, "cut", nullptr, nullptr},
-        {Type::eTake, "take", nullptr, nullptr},
-        {Type::eLoadToPgm, "load target", &Own::loadToPGMPresetPressed, &Own::loadToPGMPresetRelease,
-         ReleasePassesDialog, KeyLight::Lasting, &Own::showLoadTarget},
+        {Type::eCut, nullptr, nullptr},
+        {Type::eTake, nullptr, nullptr},
+        {Type::eLoadToPgm, &Own::loadToPGMPresetPressed, &Own::loadToPGMPresetRelease, ReleasePassesDialog,
+         KeyLight::Lasting, &Own::showLoadTarget},
     };
     return rows;
 }
