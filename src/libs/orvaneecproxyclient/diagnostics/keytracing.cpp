@@ -110,7 +110,7 @@ ECKeyTrace* Event::record()
 
 void Event::setKey(quint32 key, quint32 ecKey)
 {
-    if (s_nSinks.load(std::memory_order_relaxed) == 0)
+    if (!isTracing())
         return;
     if (Frame* const frame = frameOfThread()) {
         frame->hasKey = true;
@@ -119,50 +119,45 @@ void Event::setKey(quint32 key, quint32 ecKey)
     }
 }
 
-Event::Event(ECKeyTrace::Event kind, const QByteArray& report)
+void Event::beginUnlessBegun(ECKeyTrace::Event kind, const QByteArray& report)
 {
-    if (s_nSinks.load(std::memory_order_relaxed) == 0)
-        return;
     const Frame* const frame = frameOfThread();
     if (frame && !frame->hasKey && frame->record.event == kind)
         return;
-    open(kind);
+    begin(kind);
     m_pFrame->record.report = report;
 }
 
-Event::Event(const OriginPtr& origin)
+void Event::beginHeld(const Origin& origin)
 {
-    if (!origin || s_nSinks.load(std::memory_order_relaxed) == 0)
-        return;
-    open(ECKeyTrace::Event::Held);
+    begin(ECKeyTrace::Event::Held);
     m_pFrame->hasKey = true;
     ECKeyTrace& record = m_pFrame->record;
-    record.cause = origin->number;
-    record.key = origin->key;
-    record.ecKey = origin->ecKey;
-    record.owner = origin->owner;
-    record.functionCode = origin->functionCode;
-    record.function = origin->function;
+    record.cause = origin.number;
+    record.key = origin.key;
+    record.ecKey = origin.ecKey;
+    record.owner = origin.owner;
+    record.functionCode = origin.functionCode;
+    record.function = origin.function;
 }
 
-void Event::open(ECKeyTrace::Event kind)
+void Event::begin(ECKeyTrace::Event kind)
 {
     static std::atomic<quint64> s_nEvents{0};
-    m_pFrame = std::make_unique<Frame>();
+    m_pFrame = new Frame;
     m_pFrame->record.number = ++s_nEvents;
     m_pFrame->record.time = QDateTime::currentMSecsSinceEpoch();
     m_pFrame->record.event = kind;
-    m_pFrame->outer = std::exchange(frameOfThread(), m_pFrame.get());
+    m_pFrame->outer = std::exchange(frameOfThread(), m_pFrame);
 }
 
-Event::~Event()
+void Event::end()
 {
-    if (!m_pFrame)
-        return;
-    frameOfThread() = m_pFrame->outer;
-    ECKeyTrace& record = m_pFrame->record;
+    const std::unique_ptr<Frame> frame(m_pFrame);
+    frameOfThread() = frame->outer;
+    ECKeyTrace& record = frame->record;
     record.workedNs =
-        std::chrono::duration_cast<std::chrono::nanoseconds>(Clock::now() - m_pFrame->begin).count();
+        std::chrono::duration_cast<std::chrono::nanoseconds>(Clock::now() - frame->begin).count();
     if (record.reason.isEmpty())
         record.reason = reasonOf(record);
     hand(record);

@@ -38,15 +38,33 @@ void removeSink(Sink& sink);
 /// How many sinks there are.
 extern std::atomic<int> s_nSinks;
 
+/// Whether anybody looks: without it an event of a key costs these loads alone.
+inline bool isTracing()
+{
+    return s_nSinks.load(std::memory_order_relaxed) > 0;
+}
+
 /// An event of a key, from its construction to its destruction on one thread.
 class Event {
 public:
     /// Within the event of the same kind whose key is not yet known it is that event: the report's way
     /// through the manager to the routing is one.
-    explicit Event(ECKeyTrace::Event kind, const QByteArray& report = {});
+    explicit Event(ECKeyTrace::Event kind, const QByteArray& report = {})
+    {
+        if (isTracing())
+            beginUnlessBegun(kind, report);
+    }
     /// What comes of a hold that `origin` began; nothing for an empty one.
-    explicit Event(const OriginPtr& origin);
-    ~Event();
+    explicit Event(const OriginPtr& origin)
+    {
+        if (origin && isTracing())
+            beginHeld(*origin);
+    }
+    ~Event()
+    {
+        if (m_pFrame)
+            end();
+    }
     Event(const Event&) = delete;
     Event& operator=(const Event&) = delete;
 
@@ -58,15 +76,18 @@ public:
 private:
     struct Frame;
     static Frame*& frameOfThread();
-    void open(ECKeyTrace::Event kind);
+    void beginUnlessBegun(ECKeyTrace::Event kind, const QByteArray& report);
+    void beginHeld(const Origin& origin);
+    void begin(ECKeyTrace::Event kind);
+    void end();
 
-    std::unique_ptr<Frame> m_pFrame;
+    Frame* m_pFrame = nullptr; ///< owned
 };
 
 /// The record that the calling thread fills; null when nobody looks, and when it works no event.
 inline ECKeyTrace* current()
 {
-    return s_nSinks.load(std::memory_order_relaxed) > 0 ? Event::record() : nullptr;
+    return isTracing() ? Event::record() : nullptr;
 }
 
 /// The key that the calling thread works, for a hold that begins; empty when nobody looks, and in what comes
