@@ -4,7 +4,7 @@
 #include "bizmodel/translations.h"
 #include "consolerequests_p.h"
 #include "ec/eckeyboardconfig.h"
-#include "eccommanditem.h"
+#include "eccommanditem_p.h"
 #include "keytable_p.h"
 #include "keytracing_p.h"
 #include "log_p.h"
@@ -94,26 +94,28 @@ void runHandler(const Command::KeyCallback& handler, const quint32& ecKey)
 
 /// Sends what one key shows of an item. Color and text are read in one step.
 void sendItem(
-    const Command& command, const ECCommandItem& shared, const EC::s_ECButtonConfig& button,
+    const Command& command, const ECCommandItem& item, const EC::s_ECButtonConfig& button,
     Enum::UpdateConsoleType type)
 {
     const auto console = ConsoleRequests::installed();
     if (!console)
         return;
-    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): the moment's copy
-    const ECCommandItem item(shared);
+    const auto [ledColor, text] =
+        Internal::ECCommandItemPrivate::of(item).read([](const Internal::ECCommandItemValues& values) {
+            return std::pair(values.m_enLedColor, values.m_strOLEDText);
+        });
     const auto oled = std::make_shared<ECOLEDText>();
     if (button.pECOledCfg) {
         oled->OledKey = button.pECOledCfg->OrvaneECKey;
         oled->ECKey = button.pECOledCfg->ECKey;
     }
-    command.fillOledText(oled, item.ecOledText());
+    command.fillOledText(oled, text);
 
     const auto color = std::make_shared<ECButtonColor>();
     color->ButtonKey = button.OrvaneECKey;
     color->ECKey = button.ECKey;
     color->brightness = LedBrightnessPercent;
-    command.fillButtonColor(color, int(item.ecButtonColor()));
+    command.fillButtonColor(color, int(ledColor));
 
     switch (type) {
     case Enum::UpdateConsoleType::All:

@@ -35,6 +35,14 @@ void ECCommandItemValues::bind(
         QString(*look.oledText).swap(m_strOLEDText);
 }
 
+void ECCommandItemValues::rebind(
+    KeyboardType type, const ECObjectIdList& ids, qint32 buttonIndex, const KeyLook& look)
+{
+    reset(type, ECLEDColor::Off);
+    m_objectIdList.clear();
+    bind(type, ids, buttonIndex, look);
+}
+
 void ECCommandItemValues::reset(KeyboardType type, ECLEDColor color)
 {
     m_bBlink = false;
@@ -55,56 +63,6 @@ void ECCommandItemValues::showNames()
     QStringList(m_objectNameList).join(QLatin1Char('/')).swap(m_strOLEDText);
 }
 
-void ECCommandItemPrivate::attach(
-    const std::shared_ptr<ECCommandItemIndex>& index, const ECCommandItemPtr& item)
-{
-    ECCommandItemPrivate& entered = *item->d;
-    const std::unique_lock lock(entered.m_mutex);
-    entered.leaveIndexLocked();
-    const ECCommandItemValues& values = entered.m_values;
-    entered.m_nIndexRank =
-        index->enter(item, values.m_nECButtonPageIndex, values.m_nECButtonOrderIndex, values.m_objectIdList);
-    entered.m_pIndex = index;
-}
-
-void ECCommandItemPrivate::detach(const ECCommandItemPtr& item)
-{
-    const std::unique_lock lock(item->d->m_mutex);
-    item->d->leaveIndexLocked();
-}
-
-void ECCommandItemPrivate::leaveIndexLocked()
-{
-    if (m_pIndex) {
-        m_pIndex->leave(
-            m_nIndexRank, m_values.m_nECButtonPageIndex, m_values.m_nECButtonOrderIndex,
-            m_values.m_objectIdList);
-    }
-    m_pIndex.reset();
-}
-
-ECCommandItemPrivate::Report::Report(const ECCommandItemPrivate& item)
-    : m_item(item)
-    , m_nPageIndex(item.m_values.m_nECButtonPageIndex)
-    , m_nOrderIndex(item.m_values.m_nECButtonOrderIndex)
-    , m_ids(item.m_values.m_objectIdList)
-{
-}
-
-ECCommandItemPrivate::Report::~Report()
-{
-    if (!m_item.m_pIndex)
-        return;
-    const ECCommandItemValues& now = m_item.m_values;
-    if (now.m_nECButtonPageIndex != m_nPageIndex || now.m_nECButtonOrderIndex != m_nOrderIndex) {
-        m_item.m_pIndex->moved(
-            m_item.m_nIndexRank, m_nPageIndex, m_nOrderIndex, now.m_nECButtonPageIndex,
-            now.m_nECButtonOrderIndex);
-    }
-    if (now.m_objectIdList != m_ids)
-        m_item.m_pIndex->rebound(m_item.m_nIndexRank, m_ids, now.m_objectIdList);
-}
-
 } // namespace Internal
 
 using Values = Internal::ECCommandItemValues;
@@ -116,9 +74,9 @@ ECCommandItem::ECCommandItem(QObject* parent)
 }
 
 ECCommandItem::ECCommandItem(const ECCommandItem& other)
-    : ECCommandItem(nullptr)
+    : d(std::make_unique<Internal::ECCommandItemPrivate>(
+        other.d->read([](const Values& values) { return values; })))
 {
-    *this = other;
 }
 
 ECCommandItem& ECCommandItem::operator=(const ECCommandItem& other)

@@ -14,8 +14,6 @@ QT_END_NAMESPACE
 
 namespace Orvane::ECProxy::Client {
 
-class ECConsoleManager;
-
 namespace Internal {
 class ECCommandItemPrivate;
 }
@@ -118,7 +116,6 @@ public:
     void resetECCommandItem(KeyboardType type);
 
 private:
-    friend class ECConsoleManager;
     friend class Internal::ECCommandItemPrivate;
 
     const std::unique_ptr<Internal::ECCommandItemPrivate> d;

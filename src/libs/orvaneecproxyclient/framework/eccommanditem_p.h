@@ -1,7 +1,6 @@
 #pragma once
 
 #include "eccommanditem.h"
-#include "eccommanditemindex_p.h"
 
 #include <memory>
 #include <mutex>
@@ -29,6 +28,8 @@ struct ECCommandItemValues {
     /// when nothing is left.
     template <typename Predicate> void removeNamedObjects(Predicate isGone);
     void bind(KeyboardType type, const ECObjectIdList& ids, qint32 buttonIndex, const KeyLook& look);
+    /// The same after a reset, so that nothing else stays bound.
+    void rebind(KeyboardType type, const ECObjectIdList& ids, qint32 buttonIndex, const KeyLook& look);
     void reset(KeyboardType type, ECLEDColor color);
     void showNames();
 
@@ -46,10 +47,12 @@ struct ECCommandItemValues {
 
 class ECCommandItemPrivate {
 public:
-    /// Enters the item into the index, behind those that are there. It leaves the one in which it was.
-    static void attach(const std::shared_ptr<ECCommandItemIndex>& index, const ECCommandItemPtr& item);
-    /// Takes the item out of the index in which it is, if any.
-    static void detach(const ECCommandItemPtr& item);
+    explicit ECCommandItemPrivate(ECCommandItemValues values = {})
+        : m_values(std::move(values))
+    {
+    }
+
+    static ECCommandItemPrivate& of(const ECCommandItem& item) { return *item.d; }
 
     /// Returns what `get` reads of one moment's values.
     template <typename Get> auto read(Get get) const
@@ -58,39 +61,17 @@ public:
         return get(std::as_const(m_values));
     }
 
-    /// Has `change` change the values in one step and gives the index what differs. `change` calls nothing
-    /// else.
+    /// Has `change` change the values in one step. `change` calls nothing else.
     template <typename Change> auto change(Change change)
     {
         const std::unique_lock lock(m_mutex);
-        const Report report(*this);
         return change(m_values);
     }
 
-    // Guards all that follows.
+private:
+    // Guards m_values.
     mutable std::shared_mutex m_mutex;
     ECCommandItemValues m_values;
-    /// The index of the list that the item stands in, and the item's rank in that list.
-    std::shared_ptr<ECCommandItemIndex> m_pIndex;
-    quint64 m_nIndexRank = 0;
-
-private:
-    void leaveIndexLocked();
-
-    /// Tells the index at its end what has changed since its start.
-    class Report {
-    public:
-        explicit Report(const ECCommandItemPrivate& item);
-        ~Report();
-        Report(const Report&) = delete;
-        Report& operator=(const Report&) = delete;
-
-    private:
-        const ECCommandItemPrivate& m_item;
-        const int m_nPageIndex;
-        const int m_nOrderIndex;
-        const ECObjectIdList m_ids;
-    };
 };
 
 template <typename Predicate> void ECCommandItemValues::removeNamedObjects(Predicate isGone)

@@ -1,93 +1,101 @@
 #include "ecconsolemanager.h"
 
 #include "eccommanditem_p.h"
-#include "eccommanditemindex_p.h"
 #include "log_p.h"
 
 #include <algorithm>
-#include <list>
+#include <map>
 #include <mutex>
+#include <optional>
 #include <shared_mutex>
 #include <utility>
 #include <vector>
 
 namespace Orvane::ECProxy::Client {
 
+using Values = Internal::ECCommandItemValues;
+
 namespace Internal {
 
-/// The live items of one keyboard type and their index.
-struct IndexedItems {
-    ECCommandItemList list;
-    std::shared_ptr<ECCommandItemIndex> index = std::make_shared<ECCommandItemIndex>();
+using ScreenId = std::optional<quint64>;
+/// The registered items, or those of one device: one list a keyboard type, of a device's layer items one a
+/// screen.
+using ItemLists = std::map<std::pair<KeyboardType, ScreenId>, ECCommandItemList>;
 
-    void append(const ECCommandItemPtr& item)
-    {
-        ECCommandItemPrivate::attach(index, item);
-        list.append(item);
-    }
+namespace {
 
-    /// `items` are in the order of the list.
-    void remove(const ECCommandItemList& items)
-    {
-        auto next = items.cbegin();
-        ECCommandItemList kept;
-        for (const ECCommandItemPtr& item : qAsConst(list)) {
-            if (next == items.cend() || item != *next) {
-                kept.append(item);
-                continue;
-            }
-            ECCommandItemPrivate::detach(item);
-            ++next;
-        }
-        list.swap(kept);
-    }
-};
+/// Calls `operation` with the screen and the items of each list of the type.
+template <typename Lists, typename Operation>
+void forEachList(Lists& lists, KeyboardType type, Operation operation)
+{
+    for (auto list = lists.lower_bound({type, {}}); list != lists.end() && list->first.first == type; ++list)
+        operation(list->first.second, list->second);
+}
 
-/// The items of one device. The base set, which is only copied from, leaves its indexes empty.
-struct DeviceECCommandItems {
-    IndexedItems screenItems;
-    IndexedItems layerItems;
-    IndexedItems inputItems;
-    IndexedItems presetItems;
-    // The screens that have layer items of their own.
-    QList<quint32> layerScreens;
+/// A device's own item for a registered one; with a screen, a free layer item of it.
+ECCommandItemPtr copyOf(const ECCommandItem& registered, ScreenId screenId)
+{
+    auto item = std::make_shared<ECCommandItem>(registered);
+    if (screenId)
+        item->appendObjectData({*screenId, Constants::UnboundLayerIndex});
+    return item;
+}
 
-    /// Null for a type that no device has a list of.
-    IndexedItems* ofType(KeyboardType type)
-    {
-        switch (type) {
-        case KeyboardType::Screen:
-            return &screenItems;
-        case KeyboardType::Layer:
-            return &layerItems;
-        case KeyboardType::Input:
-            return &inputItems;
-        case KeyboardType::Preset:
-            return &presetItems;
-        case KeyboardType::PresetEx:
-            break;
-        }
-        return nullptr;
-    }
+template <typename Predicate> ECCommandItemPtr firstOf(const ECCommandItemList& items, Predicate isWanted)
+{
+    const auto found = std::find_if(items.cbegin(), items.cend(), [&](const ECCommandItemPtr& item) {
+        return ECCommandItemPrivate::of(*item).read(isWanted);
+    });
+    return found == items.cend() ? nullptr : *found;
+}
 
-    /// Appends this set's own copy of a registered item; of a layer item, a free one for each screen.
-    void appendCopy(KeyboardType type, const ECCommandItem& base)
-    {
-        if (type == KeyboardType::Layer) {
-            for (const quint32 screenId : qAsConst(layerScreens))
-                appendLayerCopy(base, screenId);
-        } else if (IndexedItems* const items = ofType(type)) {
-            items->append(std::make_shared<ECCommandItem>(base));
-        }
-    }
+auto isAt(int orderIndex, int pageIndex)
+{
+    return [=](const Values& values) {
+        return values.m_nECButtonOrderIndex == orderIndex && values.m_nECButtonPageIndex == pageIndex;
+    };
+}
 
-    void appendLayerCopy(const ECCommandItem& base, quint32 screenId)
-    {
-        const auto item = std::make_shared<ECCommandItem>(base);
-        item->appendObjectData({screenId, Constants::UnboundLayerIndex});
-        layerItems.append(item);
-    }
-};
+auto isButton(int index)
+{
+    return [=](const Values& values) { return values.m_nECButtonIndex == index; };
+}
+
+auto isBoundTo(const ECObjectId& id)
+{
+    return [=](const Values& values) { return values.m_objectIdList.contains(id); };
+}
+
+auto isOfServer(quint64 serverId)
+{
+    return [=](const Values& values) {
+        const auto& ids = values.m_objectIdList;
+        return std::any_of(
+            ids.cbegin(), ids.cend(), [=](const ECObjectId& id) { return id.first == serverId; });
+    };
+}
+
+/// The item that a binding of `ids` at that place belongs to.
+ECCommandItemPtr itemForIds(
+    const ECCommandItemList& items, KeyboardType type, const ECObjectIdList& ids, int orderIndex,
+    int pageIndex)
+{
+    if (ids.isEmpty())
+        return {};
+    const ECObjectId layer = ids.first();
+    return firstOf(items, [&, isPlace = isAt(orderIndex, pageIndex)](const Values& values) {
+        return isPlace(values)
+            && (type != KeyboardType::Layer || values.m_objectIdList.contains(layer)
+                || values.m_objectIdList.contains({layer.first, Constants::UnboundLayerIndex}));
+    });
+}
+
+ECObjectIdList objectsOf(const ECCommandItemPtr& item)
+{
+    return item ? item->getObjectIdList() : ECObjectIdList();
+}
+
+} // namespace
 
 class ECConsoleManagerPrivate {
 public:
@@ -96,135 +104,88 @@ public:
     {
     }
 
-    /// What `operation` returns on the items of the device and type, with the store locked for reading or
-    /// for a change; the result's default when the device has no set.
-    template <typename Operation> auto read(const QString& ip, KeyboardType type, Operation operation)
+    /// The device's items of the type, and of layer items those of the screen or, without one, of all.
+    ECCommandItemList items(const QString& ip, KeyboardType type, ScreenId screenId = {}) const
     {
         const std::shared_lock lock(m_deviceECCmdItemMtx);
-        return onItems(itemsOf(ip, type), operation);
+        return itemsLocked(ip, type, screenId);
     }
-    template <typename Operation> auto change(const QString& ip, KeyboardType type, Operation operation)
+    ECCommandItemList itemsLocked(const QString& ip, KeyboardType type, ScreenId screenId = {}) const;
+
+    /// As `items()`, but fresh copies of the registered items for a device without a set.
+    ECCommandItemList view(const QString& ip, KeyboardType type, ScreenId screenId = {}) const
+    {
+        const std::shared_lock lock(m_deviceECCmdItemMtx);
+        const bool isKnown = type == KeyboardType::PresetEx || m_deviceECCmdItemsList.count(ip) != 0;
+        return isKnown ? itemsLocked(ip, type, screenId) : copiesLocked(type);
+    }
+    /// Fresh copies of the registered items; with a screen, free layer items of it.
+    ECCommandItemList copiesLocked(KeyboardType type, ScreenId screenId = {}) const;
+
+    /// Has `operation` change the items and returns its result.
+    template <typename Operation>
+    auto change(const QString& ip, KeyboardType type, Operation operation, ScreenId screenId = {}) const
     {
         const std::unique_lock lock(m_deviceECCmdItemMtx);
-        return onItems(itemsOf(ip, type), operation);
+        return operation(itemsLocked(ip, type, screenId));
     }
 
-    ECCommandItemList view(const QString& ip, KeyboardType type);
-
-    // The caller holds m_deviceECCmdItemMtx.
-    DeviceECCommandItems* deviceItems(const QString& ip);
-    bool takeDevice(const QString& ip, DeviceECCommandItems& items);
-    IndexedItems* itemsOf(const QString& ip, KeyboardType type);
-    ECCommandItemList baseItems(KeyboardType type);
+    /// Has `operation` change the `PresetEx` item at that place and returns it; empty for another type.
+    template <typename Operation>
+    ECCommandItemPtr changePresetEx(
+        KeyboardType type, int orderIndex, int pageIndex, Operation operation) const
+    {
+        if (type != KeyboardType::PresetEx)
+            return {};
+        return change({}, type, [&](const ECCommandItemList& items) {
+            ECCommandItemPtr item = firstOf(items, isAt(orderIndex, pageIndex));
+            if (item)
+                ECCommandItemPrivate::of(*item).change(operation);
+            return item;
+        });
+    }
 
     ECConsoleManager* const m_pConsoleManager;
 
     // Guards all that follows. Whoever changes items through the store holds it exclusively from finding the
     // item to the end of the change, so that two such changes never mix. Nothing is logged and no item
     // destroyed under it.
-    std::shared_mutex m_deviceECCmdItemMtx;
-    DeviceECCommandItems baseDeviceECCommandItems;
-    IndexedItems presetECCommandExItems;
-    // Not a QList: several readers walk it at once, and each would give an empty one data of its own.
-    std::list<std::pair<QString, DeviceECCommandItems>> m_deviceECCmdItemsList;
-
-private:
-    template <typename Operation>
-    static auto onItems(IndexedItems* items, Operation operation) -> decltype(operation(*items))
-    {
-        using Result = decltype(operation(*items));
-        return items ? operation(*items) : Result();
-    }
+    mutable std::shared_mutex m_deviceECCmdItemMtx;
+    /// With those of `PresetEx`, of which there is no other set.
+    ItemLists baseDeviceECCommandItems;
+    std::map<QString, ItemLists> m_deviceECCmdItemsList;
 };
 
-DeviceECCommandItems* ECConsoleManagerPrivate::deviceItems(const QString& ip)
+ECCommandItemList ECConsoleManagerPrivate::itemsLocked(
+    const QString& ip, KeyboardType type, ScreenId screenId) const
 {
-    for (auto& device : m_deviceECCmdItemsList) {
-        if (device.first == ip)
-            return &device.second;
-    }
-    return nullptr;
-}
-
-/// Takes the device's set out of the store. False, and `items` is left alone, when there is none.
-bool ECConsoleManagerPrivate::takeDevice(const QString& ip, DeviceECCommandItems& items)
-{
-    const auto found =
-        std::find_if(m_deviceECCmdItemsList.begin(), m_deviceECCmdItemsList.end(), [&](const auto& device) {
-            return device.first == ip;
+    const auto device = m_deviceECCmdItemsList.find(ip);
+    if (type != KeyboardType::PresetEx && device == m_deviceECCmdItemsList.end())
+        return {};
+    ECCommandItemList found;
+    forEachList(
+        type == KeyboardType::PresetEx ? baseDeviceECCommandItems : device->second, type,
+        [&](ScreenId screen, const ECCommandItemList& items) {
+            if (!screenId || !screen || screen == screenId)
+                found += items;
         });
-    if (found == m_deviceECCmdItemsList.end())
-        return false;
-    items = std::move(found->second);
-    m_deviceECCmdItemsList.erase(found);
-    return true;
+    return found;
 }
 
-IndexedItems* ECConsoleManagerPrivate::itemsOf(const QString& ip, KeyboardType type)
-{
-    if (type == KeyboardType::PresetEx)
-        return &presetECCommandExItems;
-    DeviceECCommandItems* const device = deviceItems(ip);
-    return device ? device->ofType(type) : nullptr;
-}
-
-ECCommandItemList ECConsoleManagerPrivate::baseItems(KeyboardType type)
-{
-    const IndexedItems* const items = baseDeviceECCommandItems.ofType(type);
-    return items ? items->list : ECCommandItemList();
-}
-
-namespace {
-
-ECCommandItemList copiesOf(const ECCommandItemList& items)
+ECCommandItemList ECConsoleManagerPrivate::copiesLocked(KeyboardType type, ScreenId screenId) const
 {
     ECCommandItemList copies;
-    copies.reserve(items.size());
-    for (const ECCommandItemPtr& item : items)
-        copies.append(std::make_shared<ECCommandItem>(*item));
+    forEachList(baseDeviceECCommandItems, type, [&](ScreenId, const ECCommandItemList& registered) {
+        for (const ECCommandItemPtr& item : registered)
+            copies.append(copyOf(*item, screenId));
+    });
     return copies;
-}
-
-/// The item that a binding of `ids` at that place belongs to.
-ECCommandItemPtr itemForIds(
-    const IndexedItems& items, KeyboardType type, const ECObjectIdList& ids, int orderIndex, int pageIndex)
-{
-    if (ids.isEmpty())
-        return {};
-    if (type != KeyboardType::Layer)
-        return items.index->firstAt(pageIndex, orderIndex);
-    const ECObjectId layer = ids.first();
-    return items.index->firstAt(pageIndex, orderIndex, {layer, {layer.first, Constants::UnboundLayerIndex}});
-}
-
-ECObjectIdList objectsOfButton(const ECCommandItemList& items, int buttonIndex)
-{
-    for (const ECCommandItemPtr& item : items) {
-        if (item->isBindKeyPad(buttonIndex))
-            return item->getObjectIdList();
-    }
-    return {};
-}
-
-} // namespace
-
-ECCommandItemList ECConsoleManagerPrivate::view(const QString& ip, KeyboardType type)
-{
-    ECCommandItemList base;
-    {
-        const std::shared_lock lock(m_deviceECCmdItemMtx);
-        if (const IndexedItems* const items = itemsOf(ip, type))
-            return items->list;
-        base = baseItems(type);
-    }
-    return copiesOf(base);
 }
 
 } // namespace Internal
 
-using Internal::DeviceECCommandItems;
-using Values = Internal::ECCommandItemValues;
-using Internal::IndexedItems;
+using Internal::ECCommandItemPrivate;
+using Internal::firstOf;
 
 ECConsoleManager::ECConsoleManager()
     : d(std::make_unique<Internal::ECConsoleManagerPrivate>(this))
@@ -246,37 +207,29 @@ void ECConsoleManager::appendECCommandItem(KeyboardType type, const std::shared_
         ecWarning(lcPaint, "An empty item of keyboard type %d is not stored.", int(type));
         return;
     }
-    {
-        const std::unique_lock lock(d->m_deviceECCmdItemMtx);
-        if (type == KeyboardType::PresetEx) {
-            d->presetECCommandExItems.append(item);
-            return;
-        }
-        if (IndexedItems* const items = d->baseDeviceECCommandItems.ofType(type)) {
-            items->list.append(item);
-            for (auto& device : d->m_deviceECCmdItemsList)
-                device.second.appendCopy(type, *item);
-            return;
-        }
+    if (type < KeyboardType::Screen || type > KeyboardType::PresetEx) {
+        ecWarning(lcPaint, " ERR Plugin Type :%d", int(type));
+        return;
     }
-    ecWarning(lcPaint, " ERR Plugin Type :%d", int(type));
+    const std::unique_lock lock(d->m_deviceECCmdItemMtx);
+    d->baseDeviceECCommandItems[{type, {}}].append(item);
+    for (auto& device : d->m_deviceECCmdItemsList)
+        Internal::forEachList(
+            device.second, type, [&](Internal::ScreenId screenId, ECCommandItemList& items) {
+                items.append(Internal::copyOf(*item, screenId));
+            });
 }
 
 void ECConsoleManager::clearECCommandItems(KeyboardType type)
 {
-    std::vector<IndexedItems> cleared; // destroyed after the lock
-    const std::unique_lock lock(d->m_deviceECCmdItemMtx);
-    const auto clear = [&cleared](IndexedItems* items) {
-        if (items)
-            cleared.push_back(std::exchange(*items, {}));
+    std::vector<ECCommandItemList> cleared; // destroyed after the lock
+    const auto clear = [&cleared](Internal::ScreenId, ECCommandItemList& items) {
+        cleared.push_back(std::exchange(items, {}));
     };
-    if (type == KeyboardType::PresetEx) {
-        clear(&d->presetECCommandExItems);
-        return;
-    }
-    clear(d->baseDeviceECCommandItems.ofType(type));
+    const std::unique_lock lock(d->m_deviceECCmdItemMtx);
+    Internal::forEachList(d->baseDeviceECCommandItems, type, clear);
     for (auto& device : d->m_deviceECCmdItemsList)
-        clear(device.second.ofType(type));
+        Internal::forEachList(device.second, type, clear);
 }
 
 void ECConsoleManager::initDeviceECCommandItems(const QString& ip)
@@ -286,26 +239,23 @@ void ECConsoleManager::initDeviceECCommandItems(const QString& ip)
         return;
     }
     const std::unique_lock lock(d->m_deviceECCmdItemMtx);
-    if (d->deviceItems(ip))
+    const auto [device, isNew] = d->m_deviceECCmdItemsList.try_emplace(ip);
+    if (!isNew)
         return;
-    DeviceECCommandItems device;
-    for (const KeyboardType type : {KeyboardType::Screen, KeyboardType::Input, KeyboardType::Preset}) {
-        const ECCommandItemList base = d->baseItems(type);
-        for (const ECCommandItemPtr& item : base)
-            device.appendCopy(type, *item);
-    }
-    d->m_deviceECCmdItemsList.emplace_back(ip, std::move(device));
+    for (const KeyboardType type : {KeyboardType::Screen, KeyboardType::Input, KeyboardType::Preset})
+        device->second[{type, {}}] = d->copiesLocked(type);
 }
 
 void ECConsoleManager::updateECCommandItems(const QString& previousIp, const QString& currentIp)
 {
-    DeviceECCommandItems replaced;
+    Internal::ItemLists replaced; // destroyed after the lock
     {
         const std::unique_lock lock(d->m_deviceECCmdItemMtx);
-        DeviceECCommandItems moved;
-        if (d->takeDevice(previousIp, moved)) {
-            d->takeDevice(currentIp, replaced);
-            d->m_deviceECCmdItemsList.emplace_back(currentIp, std::move(moved));
+        const auto previous = d->m_deviceECCmdItemsList.find(previousIp);
+        if (previous != d->m_deviceECCmdItemsList.end()) {
+            replaced = std::move(previous->second);
+            d->m_deviceECCmdItemsList.erase(previous);
+            replaced.swap(d->m_deviceECCmdItemsList[currentIp]);
             return;
         }
     }
@@ -316,9 +266,9 @@ void ECConsoleManager::updateECCommandItems(const QString& previousIp, const QSt
 
 void ECConsoleManager::removeDeviceEcCommandItems(const QString& ip)
 {
-    DeviceECCommandItems removed;
+    decltype(d->m_deviceECCmdItemsList)::node_type removed; // destroyed after the lock
     const std::unique_lock lock(d->m_deviceECCmdItemMtx);
-    d->takeDevice(ip, removed);
+    removed = d->m_deviceECCmdItemsList.extract(ip);
 }
 
 ECCommandItemList ECConsoleManager::screenECCommandItems(const QString& ip) const
@@ -339,16 +289,7 @@ ECCommandItemList ECConsoleManager::presetECCommandItems(const QString& ip) cons
 void ECConsoleManager::layerECCommandItems(
     const QString& ip, quint32 screenId, ECCommandItemList& items) const
 {
-    ECCommandItemList found;
-    bool known = false;
-    {
-        const std::shared_lock lock(d->m_deviceECCmdItemMtx);
-        DeviceECCommandItems* const device = d->deviceItems(ip);
-        known = device != nullptr;
-        found = known ? device->layerItems.index->allOfServer(screenId)
-                      : d->baseDeviceECCommandItems.layerItems.list;
-    }
-    items = known ? found : Internal::copiesOf(found);
+    items = d->view(ip, KeyboardType::Layer, screenId);
 }
 
 ECCommandItemList ECConsoleManager::presetECCommandExItems() const
@@ -359,16 +300,13 @@ ECCommandItemList ECConsoleManager::presetECCommandExItems() const
 ECCommandItemPtr ECConsoleManager::findEcCommandItem(
     const QString& ip, KeyboardType type, int orderIndex, int pageIndex) const
 {
-    return d->read(
-        ip, type, [&](const IndexedItems& items) { return items.index->firstAt(pageIndex, orderIndex); });
+    return firstOf(d->items(ip, type), Internal::isAt(orderIndex, pageIndex));
 }
 
 ECCommandItemPtr ECConsoleManager::findEcCommandItem(
     const ECObjectIdList& ids, const QString& ip, KeyboardType type, int orderIndex, int pageIndex) const
 {
-    return d->read(ip, type, [&](const IndexedItems& items) {
-        return Internal::itemForIds(items, type, ids, orderIndex, pageIndex);
-    });
+    return Internal::itemForIds(d->items(ip, type, ids.value(0).first), type, ids, orderIndex, pageIndex);
 }
 
 ECCommandItemPtr ECConsoleManager::findPresetEcCmdExItem(
@@ -379,16 +317,15 @@ ECCommandItemPtr ECConsoleManager::findPresetEcCmdExItem(
 
 ECObjectIdList ECConsoleManager::findBindingObject(const QString& ip, KeyboardType type, int index) const
 {
-    return Internal::objectsOfButton(
-        d->read(ip, type, [](const IndexedItems& items) { return items.list; }), index);
+    return Internal::objectsOf(firstOf(d->items(ip, type), Internal::isButton(index)));
 }
 
 ECObjectIdList ECConsoleManager::findBindingObject(
     const QString& ip, KeyboardType type, int index, quint64 serverId) const
 {
-    return Internal::objectsOfButton(
-        d->read(ip, type, [&](const IndexedItems& items) { return items.index->allOfServer(serverId); }),
-        index);
+    const auto isWanted = [isButton = Internal::isButton(index), isOfServer = Internal::isOfServer(serverId)](
+                              const Values& values) { return isButton(values) && isOfServer(values); };
+    return Internal::objectsOf(firstOf(d->items(ip, type, serverId), isWanted));
 }
 
 int ECConsoleManager::findBindingButtonIndex(const QString& ip, KeyboardType type, const ECObjectId& id) const
@@ -400,7 +337,7 @@ int ECConsoleManager::findBindingButtonIndex(const QString& ip, KeyboardType typ
 ECCommandItemPtr ECConsoleManager::findBindingECItem(
     const QString& ip, KeyboardType type, const ECObjectId& id) const
 {
-    return d->read(ip, type, [&](const IndexedItems& items) { return items.index->firstBoundTo(id); });
+    return firstOf(d->items(ip, type, id.first), Internal::isBoundTo(id));
 }
 
 ECCommandItemPtr ECConsoleManager::updateECButtonData(
@@ -428,44 +365,52 @@ ECCommandItemPtr ECConsoleManager::bindItem(
     const QString& ip, KeyboardType type, int orderIndex, int buttonIndex, int pageIndex,
     const ECObjectIdList& ids, const Internal::KeyLook& look)
 {
-    return d->change(ip, type, [&](const IndexedItems& items) {
-        ECCommandItemPtr item = Internal::itemForIds(items, type, ids, orderIndex, pageIndex);
-        if (item)
-            item->d->change([&](Values& values) { values.bind(type, ids, buttonIndex, look); });
-        return item;
-    });
+    return d->change(
+        ip, type,
+        [&](const ECCommandItemList& items) {
+            ECCommandItemPtr item = Internal::itemForIds(items, type, ids, orderIndex, pageIndex);
+            if (item)
+                ECCommandItemPrivate::of(*item).change(
+                    [&](Values& values) { values.bind(type, ids, buttonIndex, look); });
+            return item;
+        },
+        ids.value(0).first);
 }
 
 ECCommandItemPtr ECConsoleManager::resetECButtonData(
     const QString& ip, KeyboardType type, const ECObjectId& id, ECLEDColor color)
 {
-    return d->change(ip, type, [&](const IndexedItems& items) {
-        ECCommandItemPtr item = items.index->firstBoundTo(id);
-        // Checked once more under the item's lock: it can be unbound past the store.
-        const bool isReset = item && item->d->change([&](Values& values) {
-            if (!values.m_objectIdList.contains(id))
-                return false;
-            values.reset(type, color);
-            return true;
-        });
-        return isReset ? item : nullptr;
-    });
+    return d->change(
+        ip, type,
+        [&](const ECCommandItemList& items) {
+            ECCommandItemPtr item = firstOf(items, Internal::isBoundTo(id));
+            // Checked once more under the item's lock: it can be unbound past the store.
+            const bool isReset = item && ECCommandItemPrivate::of(*item).change([&](Values& values) {
+                if (!values.m_objectIdList.contains(id))
+                    return false;
+                values.reset(type, color);
+                return true;
+            });
+            return isReset ? item : nullptr;
+        },
+        id.first);
 }
 
 void ECConsoleManager::resetECCommandItems(const QString& ip, KeyboardType type)
 {
-    d->change(ip, type, [&](const IndexedItems& items) {
-        for (const ECCommandItemPtr& item : items.list)
+    d->change(ip, type, [&](const ECCommandItemList& items) {
+        for (const ECCommandItemPtr& item : items)
             item->resetECCommandItem(type);
     });
 }
 
 void ECConsoleManager::resetECCommandItems(const QString& ip, KeyboardType type, quint32 id)
 {
-    const int left = d->read(ip, type, [&](const IndexedItems& items) {
-        return items.list.size() - items.index->allOfServer(id).size();
+    const auto items = d->items(ip, type);
+    const auto left = std::count_if(items.cbegin(), items.cend(), [&](const ECCommandItemPtr& item) {
+        return !ECCommandItemPrivate::of(*item).read(Internal::isOfServer(id));
     });
-    ecDebug(lcPaint, "ec items has been ereased... left size:%d", left);
+    ecDebug(lcPaint, "ec items has been ereased... left size:%d", int(left));
 }
 
 void ECConsoleManager::initLayerECCommand(const QString& ip, KeyboardType type, quint32 screenId)
@@ -476,12 +421,11 @@ void ECConsoleManager::initLayerECCommand(const QString& ip, KeyboardType type, 
     }
     {
         const std::unique_lock lock(d->m_deviceECCmdItemMtx);
-        if (DeviceECCommandItems* const device = d->deviceItems(ip)) {
-            if (device->layerScreens.contains(screenId))
-                return;
-            device->layerScreens.append(screenId);
-            for (const ECCommandItemPtr& item : qAsConst(d->baseDeviceECCommandItems.layerItems.list))
-                device->appendLayerCopy(*item, screenId);
+        const auto device = d->m_deviceECCmdItemsList.find(ip);
+        if (device != d->m_deviceECCmdItemsList.end()) {
+            const auto [layers, isNew] = device->second.try_emplace({type, screenId});
+            if (isNew)
+                layers->second = d->copiesLocked(type, screenId);
             return;
         }
     }
@@ -492,23 +436,22 @@ void ECConsoleManager::initLayerECCommand(const QString& ip, KeyboardType type, 
 
 void ECConsoleManager::removeECCommandLayerItems(const QString& ip, quint32 screenId)
 {
-    ECCommandItemList removed;
+    Internal::ItemLists::node_type removed; // destroyed after the lock
     const std::unique_lock lock(d->m_deviceECCmdItemMtx);
-    DeviceECCommandItems* const device = d->deviceItems(ip);
-    if (!device)
-        return;
-    device->layerScreens.removeOne(screenId);
-    removed = device->layerItems.index->allOfServer(screenId);
-    device->layerItems.remove(removed);
+    const auto device = d->m_deviceECCmdItemsList.find(ip);
+    if (device != d->m_deviceECCmdItemsList.end())
+        removed = device->second.extract({KeyboardType::Layer, screenId});
 }
 
 void ECConsoleManager::resetECCommandLayerItems(const QString& ip, quint32 screenId)
 {
-    d->change(ip, KeyboardType::Layer, [&](const IndexedItems& items) {
-        const ECCommandItemList ofScreen = items.index->allOfServer(screenId);
-        for (const ECCommandItemPtr& item : ofScreen)
-            item->resetECCommandItem(KeyboardType::Layer);
-    });
+    d->change(
+        ip, KeyboardType::Layer,
+        [](const ECCommandItemList& items) {
+            for (const ECCommandItemPtr& item : items)
+                item->resetECCommandItem(KeyboardType::Layer);
+        },
+        screenId);
 }
 
 ECCommandItemList ECConsoleManager::getPresetExItems() const
@@ -520,28 +463,15 @@ ECCommandItemPtr ECConsoleManager::appendECButtonData(
     KeyboardType type, int orderIndex, int pageIndex, const ECObjectId& id, const QString& name,
     ECLEDColor color)
 {
-    if (type != KeyboardType::PresetEx)
-        return {};
-    return d->change({}, type, [&](const IndexedItems& items) {
-        ECCommandItemPtr item = items.index->firstAt(pageIndex, orderIndex);
-        if (item)
-            item->d->change([&](Values& values) { values.addNamedObject(id, name, color); });
-        return item;
-    });
+    return d->changePresetEx(
+        type, orderIndex, pageIndex, [&](Values& values) { values.addNamedObject(id, name, color); });
 }
 
 ECCommandItemPtr ECConsoleManager::removeECButtonData(
     KeyboardType type, int orderIndex, int pageIndex, const ECObjectId& id)
 {
-    if (type != KeyboardType::PresetEx)
-        return {};
-    return d->change({}, type, [&](const IndexedItems& items) {
-        ECCommandItemPtr item = items.index->firstAt(pageIndex, orderIndex);
-        if (item)
-            item->d->change([&](Values& values) {
-                values.removeNamedObjects([&](const ECObjectId& bound) { return bound == id; });
-            });
-        return item;
+    return d->changePresetEx(type, orderIndex, pageIndex, [&](Values& values) {
+        values.removeNamedObjects([&](const ECObjectId& bound) { return bound == id; });
     });
 }
 
@@ -553,22 +483,20 @@ void ECConsoleManager::resetPresetExItems(KeyboardType type)
 
 void ECConsoleManager::resetPresetExItems(KeyboardType type, int pageIndex, int orderIndex)
 {
-    if (type != KeyboardType::PresetEx)
-        return;
-    d->change({}, type, [&](const IndexedItems& items) {
-        if (const ECCommandItemPtr item = items.index->firstAt(pageIndex, orderIndex))
-            item->resetECCommandItem();
-    });
+    d->changePresetEx(
+        type, orderIndex, pageIndex, [&](Values& values) { values.reset(type, ECLEDColor::Off); });
 }
 
 void ECConsoleManager::resetPresetExItems(KeyboardType type, quint64 serverId)
 {
     if (type != KeyboardType::PresetEx)
         return;
-    d->change({}, type, [&](const IndexedItems& items) {
-        const ECCommandItemList bound = items.index->allOfServer(serverId);
-        for (const ECCommandItemPtr& item : bound)
-            item->resetECCommandItem();
+    d->change({}, type, [&](const ECCommandItemList& items) {
+        for (const ECCommandItemPtr& item : items)
+            ECCommandItemPrivate::of(*item).change([&](Values& values) {
+                if (Internal::isOfServer(serverId)(values))
+                    values.reset(type, ECLEDColor::Off);
+            });
     });
 }
 
@@ -576,10 +504,10 @@ bool ECConsoleManager::resetPresetExDataByServerId(KeyboardType type, quint64 se
 {
     if (type != KeyboardType::PresetEx)
         return false;
-    const QList<QString> texts = d->change({}, type, [&](const IndexedItems& items) {
+    const QList<QString> texts = d->change({}, type, [&](const ECCommandItemList& items) {
         QList<QString> shown;
-        for (const ECCommandItemPtr& item : items.list)
-            shown.append(item->d->change([&](Values& values) {
+        for (const ECCommandItemPtr& item : items)
+            shown.append(ECCommandItemPrivate::of(*item).change([&](Values& values) {
                 values.removeNamedObjects([&](const ECObjectId& bound) { return bound.first == serverId; });
                 return values.m_strOLEDText;
             }));
@@ -592,12 +520,10 @@ bool ECConsoleManager::resetPresetExDataByServerId(KeyboardType type, quint64 se
 
 bool ECConsoleManager::updatePresetExItemText(int pageIndex, int orderIndex, const QString& text)
 {
-    return d->change({}, KeyboardType::PresetEx, [&](const IndexedItems& items) {
-        const ECCommandItemPtr item = items.index->firstAt(pageIndex, orderIndex);
-        if (item)
-            item->setECOledText(text);
-        return item != nullptr;
-    });
+    QString shown = text;
+    return d->changePresetEx(KeyboardType::PresetEx, orderIndex, pageIndex, [&](Values& values) {
+        values.m_strOLEDText.swap(shown);
+    }) != nullptr;
 }
 
 bool ECConsoleManager::isBindingPresetExObject(const ECObjectId& id) const

@@ -1,6 +1,7 @@
 #include "keygroup_p.h"
 
 #include "ec/eckeyboardconfig.h"
+#include "eccommanditem_p.h"
 #include "ecconsolemanager.h"
 
 #include <algorithm>
@@ -157,12 +158,13 @@ void KeyGroup::forgetDevice(const QString& ip)
     writeItems([&] { unbindAll(ip); });
 }
 
-ECCommandItemPtr KeyGroup::bind(
-    const QString& ip, const KeyPlace& place, const ECObjectIdList& ids, ECLEDColor color,
-    const QString& text) const
+void KeyGroup::bind(
+    const ECCommandItemPtr& item, const ECObjectIdList& ids, ECLEDColor color, const QString& text) const
 {
-    return store().updateECButtonData(
-        ip, *m_type, place.orderIndex, place.buttonIndex, place.pageIndex, ids, color, text, false);
+    ECCommandItemPrivate::of(*item).change([&, pageSize = pageSize()](ECCommandItemValues& values) {
+        const int buttonIndex = values.m_nECButtonPageIndex * pageSize + values.m_nECButtonOrderIndex;
+        values.rebind(*m_type, ids, buttonIndex, {color, text, false});
+    });
 }
 
 ECCommandItemPtr KeyGroup::unbind(const QString& ip, const ECObjectId& id) const

@@ -115,10 +115,9 @@ public:
 
     // Only within `updateItems()` or `writeItems()`.
 
-    /// Binds the item at that place to the objects and gives it its looks; empty when there is none.
-    ECCommandItemPtr bind(
-        const QString& ip, const KeyPlace& place, const ECObjectIdList& ids, ECLEDColor color,
-        const QString& text) const;
+    /// Binds an item of the group to these objects alone and gives it its looks.
+    void bind(
+        const ECCommandItemPtr& item, const ECObjectIdList& ids, ECLEDColor color, const QString& text) const;
     /// Unbinds the object's item and returns it; empty when it has none.
     ECCommandItemPtr unbind(const QString& ip, const ECObjectId& id) const;
     void unbindAll(const QString& ip) const;

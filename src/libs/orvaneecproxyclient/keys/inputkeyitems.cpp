@@ -55,62 +55,77 @@ private:
     std::set<quint32> m_feedingSelection;
 };
 
+/// One line for each input. They can be hundreds at each change of one, so their text is made once.
+void logInputsWithoutKey(int count)
+{
+    static const QString text = QStringLiteral(" Binding screen data error...");
+    const QMessageLogContext context(
+        QT_MESSAGELOG_FILE, QT_MESSAGELOG_LINE, QT_MESSAGELOG_FUNC, lcPaint().categoryName());
+    for (int i = 0; i < count; ++i) {
+        if (lcPaint().isWarningEnabled())
+            qt_message_output(QtWarningMsg, context, text);
+        if (KeyTracing::current())
+            KeyTracing::addLine(lcPaint(), QtWarningMsg, "%s", qUtf8Printable(text));
+    }
+}
+
 } // namespace
 
-QList<InputPtr> sortedInputs(const BizModel::Device& device)
+InputsById sortedInputs(const BizModel::Device& device)
 {
-    QList<InputPtr> inputs;
+    InputsById inputs;
     const auto weakInputs = device.validInputs();
+    inputs.reserve(std::size_t(weakInputs.size()));
     for (const auto& weakInput : weakInputs) {
-        if (const auto input = weakInput.lock())
-            inputs.append(input);
+        if (auto input = weakInput.lock())
+            inputs.emplace_back(input->interfaceId(), std::move(input));
     }
-    std::stable_sort(inputs.begin(), inputs.end(), [](const InputPtr& left, const InputPtr& right) {
-        return left->interfaceId() < right->interfaceId();
-    });
+    const auto isBefore = [](const auto& left, const auto& right) { return left.first < right.first; };
+    if (!std::is_sorted(inputs.cbegin(), inputs.cend(), isBefore)) // models mostly list them so
+        std::stable_sort(inputs.begin(), inputs.end(), isBefore);
     return inputs;
 }
 
-std::optional<InputKeyItems::DeviceInputs> InputKeyItems::readActivedDevice()
+std::optional<InputKeyItems::DeviceInputs> InputKeyItems::readActivedDevice() const
 {
     const auto device = activedDevice();
     if (!device)
         return std::nullopt;
-    DeviceInputs read{device->ipMacSn(), {}};
+    DeviceInputs read{device->ipMacSn(), {}, 0};
     const InputColors colors(*device);
     const auto sorted = sortedInputs(*device);
-    for (const InputPtr& input : sorted)
-        read.inputs.push_back({input->interfaceId(), input->name(), colors.getInputButtonColor(*input)});
+    const auto withKey = std::min(sorted.size(), std::size_t(items(read.ip).size()));
+    for (std::size_t i = 0; i < withKey; ++i) {
+        const auto& [id, input] = sorted[i];
+        read.inputs.push_back({id, input->name(), colors.getInputButtonColor(*input)});
+    }
+    read.withoutKey = int(sorted.size() - withKey);
     return read;
 }
 
 void InputKeyItems::update()
 {
-    const int withoutKey = updateItems(readActivedDevice, [this](const std::optional<DeviceInputs>& device) {
-        return device ? bindInputs(*device) : 0;
-    });
-    for (int i = 0; i < withoutKey; ++i)
-        ecWarning(lcPaint, " Binding screen data error...");
+    logInputsWithoutKey(updateItems(
+        [this] { return readActivedDevice(); },
+        [this](const std::optional<DeviceInputs>& device) {
+            if (device)
+                bindInputs(*device);
+            return device ? device->withoutKey : 0;
+        }));
 }
 
-/// Returns how many inputs are left without a key.
-int InputKeyItems::bindInputs(const DeviceInputs& device) const
+void InputKeyItems::bindInputs(const DeviceInputs& device) const
 {
+    auto input = device.inputs.cbegin();
     const ECCommandItemList items = this->items(device.ip);
-    const auto& inputs = device.inputs;
-    for (int i = 0; i < items.size(); ++i) {
-        const auto& item = items.at(i);
-        const bool isUsed = std::size_t(i) < inputs.size();
-        const ECObjectIdList ids = isUsed ? ECObjectIdList{{inputs[std::size_t(i)].id, 0}} : ECObjectIdList();
-        // A key that keeps its input is never free in between.
-        if (item->getObjectIdList() != ids)
+    for (const ECCommandItemPtr& item : items) {
+        if (input == device.inputs.cend()) {
             item->resetECCommandItem();
-        if (!isUsed)
             continue;
-        const KeyInput& input = inputs[std::size_t(i)];
-        bind(device.ip, placeOf(*item), ids, input.color, input.name);
+        }
+        bind(item, {{input->id, 0}}, input->color, input->name);
+        ++input;
     }
-    return std::max(0, int(inputs.size()) - items.size());
 }
 
 InputPtr InputKeyItems::findBindingInput(const BizModel::Device& device, int buttonIndex) const

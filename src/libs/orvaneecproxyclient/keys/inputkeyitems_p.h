@@ -3,17 +3,20 @@
 #include "keygroup_p.h"
 #include "modelpointers.h"
 
-#include <QList>
 #include <QString>
 
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace Orvane::ECProxy::Client::Internal {
 
-/// The device's valid inputs, by ascending id.
-QList<InputPtr> sortedInputs(const BizModel::Device& device);
+/// Inputs by ascending id, with the id.
+using InputsById = std::vector<std::pair<quint32, InputPtr>>;
+
+/// The device's valid inputs.
+InputsById sortedInputs(const BizModel::Device& device);
 
 /// Which input is on which key, and how the key looks: the items of the input keys, in line with the inputs
 /// of the active device. Any thread.
@@ -40,14 +43,15 @@ private:
         QString name;
         ECLEDColor color = ECLEDColor::Off;
     };
-    /// The inputs of the active device, by ascending id.
+    /// The inputs of the active device that get a key, by ascending id.
     struct DeviceInputs {
         QString ip;
         std::vector<KeyInput> inputs;
+        int withoutKey = 0; ///< how many others there are
     };
 
-    static std::optional<DeviceInputs> readActivedDevice();
-    int bindInputs(const DeviceInputs& device) const;
+    std::optional<DeviceInputs> readActivedDevice() const;
+    void bindInputs(const DeviceInputs& device) const;
 };
 
 } // namespace Orvane::ECProxy::Client::Internal

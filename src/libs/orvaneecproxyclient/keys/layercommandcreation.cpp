@@ -230,11 +230,12 @@ InputPtr LayerCommandPrivate::getMachingInput(const BizModel::Device& device) co
 {
     const auto inputs = sortedInputs(device);
     const BizModel::CapacityMode wanted = m_currentLayerTemplate;
-    const auto found = std::find_if(inputs.begin(), inputs.end(), [&](const auto& input) {
+    for (const auto& [id, input] : inputs) {
         const auto connector = device.getConnector(input->interfaceFullId()).lock();
-        return input->isActive() && connector && connector->capacity() == wanted;
-    });
-    return found == inputs.end() ? nullptr : *found;
+        if (input->isActive() && connector && connector->capacity() == wanted)
+            return input;
+    }
+    return nullptr;
 }
 
 LayerPtr LayerCommandPrivate::makeProbeLayer(

@@ -84,9 +84,9 @@ std::optional<LayerKeyItems::ScreenLayers> LayerKeyItems::readActivedScreen()
     return read;
 }
 
-LayerKeyItems::TakenLayers LayerKeyItems::readTakenLayers(const QList<WeakScreen>& screens)
+LayerKeyItems::TakenScreens LayerKeyItems::readTakenScreens(const QList<WeakScreen>& screens)
 {
-    TakenLayers taken;
+    TakenScreens taken;
     const auto device = activedDevice();
     if (!device)
         return taken;
@@ -97,11 +97,8 @@ LayerKeyItems::TakenLayers LayerKeyItems::readTakenLayers(const QList<WeakScreen
         const bool isTaken = screen && std::any_of(screens.begin(), screens.end(), [&](const auto& other) {
                                  return other.lock() == screen;
                              });
-        if (!isTaken)
-            continue;
-        const auto layers = previewLayers(*screen);
-        for (const auto& layer : layers)
-            taken.ids.append({layerServerId(*screen), layer->layerId()});
+        if (isTaken)
+            taken.serverIds.append(layerServerId(*screen));
     }
     return taken;
 }
@@ -123,13 +120,14 @@ void LayerKeyItems::bindLayers(const ScreenLayers& screen) const
     const std::vector<quint32> assigned = assignLayerKeys(keys, screen.layerIds);
     for (std::size_t i = 0; i < assigned.size(); ++i) {
         const auto& item = items.at(int(i));
-        if (assigned[i] != keys[i])
-            item->resetECCommandItem(KeyboardType::Layer);
-        if (assigned[i] == Constants::UnboundLayerIndex)
+        if (assigned[i] == Constants::UnboundLayerIndex) {
+            if (keys[i] != Constants::UnboundLayerIndex)
+                item->resetECCommandItem(KeyboardType::Layer);
             continue;
+        }
         const auto found = std::lower_bound(screen.layerIds.begin(), screen.layerIds.end(), assigned[i]);
         const KeyLayer& layer = screen.layers[std::size_t(found - screen.layerIds.begin())];
-        bind(screen.ip, placeOf(*item), {{screen.serverId, layer.id}}, layer.color, layer.name);
+        bind(item, {{screen.serverId, layer.id}}, layer.color, layer.name);
     }
 }
 
@@ -146,12 +144,12 @@ std::optional<int> LayerKeyItems::giveAnew(const QList<WeakScreen>& screens, int
     // Freed and bound again in one step, so that a key pressed meanwhile does not find itself without a
     // layer.
     return updateItems(
-        [&] { return std::pair(readTakenLayers(screens), readActivedScreen()); },
+        [&] { return std::pair(readTakenScreens(screens), readActivedScreen()); },
         [&](const auto& model) -> std::optional<int> {
             const auto& [taken, actived] = model;
             const bool isFollowing = actived && pageOfSelection(itemsOf(*actived), page) == page;
-            for (const ECObjectId& id : taken.ids)
-                unbind(taken.ip, id);
+            for (const quint32 serverId : taken.serverIds)
+                store().resetECCommandLayerItems(taken.ip, serverId);
             if (!actived)
                 return std::nullopt;
             bindLayers(*actived);
@@ -201,7 +199,9 @@ ECCommandItemPtr LayerKeyItems::bindNew(
             if (old.first == target.serverId && present.count(old.second) == 0)
                 unbind(target.ip, old);
         }
-        return bind(target.ip, place, {id}, ECLEDColor::Yellow, name);
+        return store().updateECButtonData(
+            target.ip, KeyboardType::Layer, place.orderIndex, place.buttonIndex, place.pageIndex, {id},
+            ECLEDColor::Yellow, name, false);
     });
 }
 

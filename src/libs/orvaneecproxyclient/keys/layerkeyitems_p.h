@@ -58,14 +58,14 @@ private:
         std::vector<quint32> layerIds; ///< ascending
         std::vector<KeyLayer> layers; ///< in the same order
     };
-    /// The present preview layers of screens of the active device.
-    struct TakenLayers {
+    /// Screens of the active device.
+    struct TakenScreens {
         QString ip;
-        ECObjectIdList ids;
+        QList<quint32> serverIds;
     };
 
     static std::optional<ScreenLayers> readActivedScreen();
-    static TakenLayers readTakenLayers(const QList<WeakScreen>& screens);
+    static TakenScreens readTakenScreens(const QList<WeakScreen>& screens);
     static ECCommandItemList itemsOf(const ScreenLayers& screen);
     void bindLayers(const ScreenLayers& screen) const;
 };

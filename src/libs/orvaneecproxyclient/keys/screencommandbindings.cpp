@@ -47,6 +47,7 @@ std::vector<ScreenState> screensOf(const BizModel::Device& device)
 /// One select key on one page, and the screen that belongs there.
 struct Place {
     ECCommandItemPtr item;
+    ECObjectIdList bound; ///< as it is before the change
     const ScreenState* screen = nullptr;
     /// Kept for a screen that is being created.
     bool reserved = false;
@@ -60,7 +61,7 @@ Places placesOf(const KeyGroup& keys, const QString& ip)
     for (const auto& item : items) {
         Place& place = places[keys.placeOf(*item).buttonIndex];
         if (!place.item)
-            place.item = item;
+            place = {item, item->getObjectIdList()};
     }
     return places;
 }
@@ -111,11 +112,13 @@ void settleOnOwnPosition(Screens& screens, Places& places)
 }
 
 /// Second rule: the key that the screen has now.
-void settleOnPresentKey(Screens& screens, const KeyGroup& keys, const QString& ip, Places& places)
+void settleOnPresentKey(Screens& screens, Places& places)
 {
     settleEach(screens, [&](const ScreenState* screen) {
-        const ECCommandItemPtr present = keys.itemOf(ip, screen->id);
-        return present && settleAt(places, present->ecButtonIndex(), *screen);
+        const auto present = std::find_if(places.begin(), places.end(), [&](const Place& place) {
+            return place.bound.contains(screen->id);
+        });
+        return present != places.end() && settle(*present, *screen);
     });
 }
 
@@ -128,19 +131,18 @@ void settleOnLowestFreeKey(Screens& screens, Places& places)
     });
 }
 
-void apply(const KeyGroup& keys, const QString& ip, const Places& places)
+void apply(const KeyGroup& keys, const Places& places)
 {
     // Every key is unbound from its old screen before any is bound to a new one: no screen is on two keys.
     for (const Place& place : places) {
-        const ECObjectIdList bound = place.item->getObjectIdList();
-        const bool keeps = place.screen ? bound == ECObjectIdList{place.screen->id} : place.reserved;
-        const bool isUnbound = bound.isEmpty() && !place.item->isBindKeyPad();
+        const bool keeps = place.screen ? place.bound == ECObjectIdList{place.screen->id} : place.reserved;
+        const bool isUnbound = place.bound.isEmpty() && !place.item->isBindKeyPad();
         if (!keeps && !isUnbound)
             place.item->resetECCommandItem();
     }
     for (const Place& place : places) {
         if (const ScreenState* screen = place.screen)
-            keys.bind(ip, keys.placeOf(*place.item), {screen->id}, screen->color, screen->name);
+            keys.bind(place.item, {screen->id}, screen->color, screen->name);
     }
 }
 
@@ -163,9 +165,9 @@ void ScreenBindings::rebuild(const DevicePtr& device)
         const auto reserved = isReserved ? places.find(m_reservation.place.buttonIndex) : places.end();
         Screens screens = settleReserved(states, reserved, m_reservation.screen, places);
         settleOnOwnPosition(screens, places);
-        settleOnPresentKey(screens, *this, ip, places);
+        settleOnPresentKey(screens, places);
         settleOnLowestFreeKey(screens, places);
-        apply(*this, ip, places);
+        apply(*this, places);
         QStringList names;
         for (const ScreenState* screen : screens)
             names.append(screen->name);
@@ -199,7 +201,7 @@ bool ScreenBindings::reserve(const DevicePtr& device, const ScreenPtr& screen, c
             return false;
         // The id may have been another screen's, whose removal has not come through yet.
         unbind(reservation.deviceIp, reservation.id);
-        bind(reservation.deviceIp, place, {reservation.id}, ECLEDColor::Off, {});
+        bind(key, {reservation.id}, ECLEDColor::Off, {});
         m_reservation = reservation;
         return true;
     });
@@ -212,9 +214,8 @@ void ScreenBindings::bindReserved()
         return;
     const ScreenState screen = stateOf(reservation.screen);
     writeItems([&] {
-        if (screen.id != reservation.id)
-            unbindKey(reservation);
-        bind(reservation.deviceIp, reservation.place, {screen.id}, screen.color, screen.name);
+        if (const auto key = itemAt(reservation.deviceIp, reservation.place))
+            bind(key, {screen.id}, screen.color, screen.name);
         m_reservation = {};
     });
 }

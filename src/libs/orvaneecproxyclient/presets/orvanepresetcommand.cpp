@@ -59,16 +59,23 @@ OrvanePresetCommandPrivate::KeyPresets OrvanePresetCommandPrivate::readPresets(c
     return keys;
 }
 
-void OrvanePresetCommandPrivate::bindPresets(const QString& ip, int pageSize, const KeyPresets& presets)
+void OrvanePresetCommandPrivate::bindPresets(const QString& ip, const KeyPresets& presets)
 {
-    m_keys.unbindAll(ip);
-    QMap<quint32, quint32> fileIds;
-    for (const auto& [slot, preset] : presets) {
+    const ECCommandItemList items = m_keys.items(ip);
+    for (const ECCommandItemPtr& item : items) {
+        const auto found = presets.find(m_keys.placeOf(*item).buttonIndex);
+        if (found == presets.cend()) {
+            item->resetECCommandItem();
+            continue;
+        }
+        const KeyPreset& preset = found->second;
         m_keys.bind(
-            ip, {slot, slot % pageSize, slot / pageSize}, preset.ids,
-            preset.isActived ? ECLEDColor::Green : ECLEDColor::Yellow, preset.names.join(QLatin1Char('/')));
-        fileIds[quint32(slot)] = quint32(preset.ids.first().first);
+            item, preset.ids, preset.isActived ? ECLEDColor::Green : ECLEDColor::Yellow,
+            preset.names.join(QLatin1Char('/')));
     }
+    QMap<quint32, quint32> fileIds;
+    for (const auto& [slot, preset] : presets)
+        fileIds[quint32(slot)] = quint32(preset.ids.first().first);
     const std::lock_guard<std::mutex> lock(m_keyMapMutex);
     presetKeyMap.swap(fileIds);
 }
@@ -89,8 +96,7 @@ void OrvanePresetCommandPrivate::updateECCommandItems()
     // A device that has just become the active one may not have its keys yet.
     KeyGroup::initDevice(ip);
     m_keys.updateItems(
-        [&] { return readPresets(*device); },
-        [&](const KeyPresets& presets) { bindPresets(ip, pageSize, presets); });
+        [&] { return readPresets(*device); }, [&](const KeyPresets& presets) { bindPresets(ip, presets); });
 }
 
 PresetPtr OrvanePresetCommandPrivate::findPresetByEckey(const quint32& ecKey) const
@@ -103,10 +109,13 @@ PresetPtr OrvanePresetCommandPrivate::findPresetByEckey(const quint32& ecKey) co
     const ECObjectIdList bound = m_keys.objectsOn(device->ipMacSn(), slot);
     if (bound.isEmpty())
         return nullptr;
-    const auto presets = devices->groupDevicePresets(device);
-    for (const auto& weakPreset : presets) {
-        auto preset = weakPreset.lock();
-        if (preset && preset->presetDetail().id == bound.first().first)
+    // The order of the group's presets: the device's own, then those of the others, mostly not needed.
+    if (auto own = presetOf(*device, bound.first().first))
+        return own;
+    const auto members = devices->groupDevices(device, true, false);
+    for (const auto& weakMember : members) {
+        const auto member = weakMember.lock();
+        if (auto preset = member ? presetOf(*member, bound.first().first) : nullptr)
             return preset;
     }
     return nullptr;

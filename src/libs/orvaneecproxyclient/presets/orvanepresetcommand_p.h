@@ -60,10 +60,10 @@ private:
     using KeyPresets = std::map<int, KeyPreset>; // by slot
 
     static KeyPresets readPresets(const BizModel::Device& device);
-    void bindPresets(const QString& ip, int pageSize, const KeyPresets& presets);
+    void bindPresets(const QString& ip, const KeyPresets& presets);
 
     /// The device's preset with that file id.
-    static PresetPtr presetOf(const BizModel::Device& device, quint16 fileId);
+    static PresetPtr presetOf(const BizModel::Device& device, quint64 fileId);
     /// Stores the present preview under that file id, over what is there.
     static bool storePreset(const DevicePtr& device, quint16 fileId);
     /// Applies the preset to the model and gives the device the new keypad file. Runs on a pool thread.

@@ -63,7 +63,7 @@ bool sampleLoad(const TaskSampling::s_LoadPresetSampling& sampling)
 
 // ---- Saving ---------------------------------------------------------------------------------------------
 
-PresetPtr OrvanePresetCommandPrivate::presetOf(const BizModel::Device& device, quint16 fileId)
+PresetPtr OrvanePresetCommandPrivate::presetOf(const BizModel::Device& device, quint64 fileId)
 {
     const auto presets = device.presets();
     for (const auto& weakPreset : presets) {
