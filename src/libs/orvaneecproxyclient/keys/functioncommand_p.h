@@ -27,17 +27,16 @@ public:
     // Key handlers.
 
     bool saveDataToDevicePressed(const quint32& ecKey);
-    bool saveDataToDeviceRelease(const quint32& ecKey);
-    bool lockECTBarPressed(const quint32& ecKey);
-    bool lockECTBarRelease(const quint32& ecKey);
-    bool lockECKeyboardPressed(const quint32& ecKey);
-    bool lockECKeyboardRelease(const quint32& ecKey);
+    bool saveDataToDeviceRelease(const quint32&) { return true; }
+    bool lockECTBarPressed(const quint32& ecKey) { return holdPressed(ecKey, m_tbarKey); }
+    bool lockECTBarRelease(const quint32& ecKey) { return holdRelease(ecKey, m_tbarKey); }
+    bool lockECKeyboardPressed(const quint32& ecKey) { return holdPressed(ecKey, m_keypadKey); }
+    bool lockECKeyboardRelease(const quint32& ecKey) { return holdRelease(ecKey, m_keypadKey); }
     bool switchSecondaryScreenSignalPressed(const quint32& ecKey);
     bool switchSecondaryScreenSignalRelease(const quint32& ecKey);
-    bool layerCopyPressed(const quint32& ecKey);
+    bool layerCopyPressed(const quint32& ecKey) { return copyPressed(ecKey, "copy", false); }
+    bool layerMirCopyPressed(const quint32& ecKey) { return copyPressed(ecKey, "mirror copy", true); }
     bool layerCopyRelease(const quint32& ecKey);
-    bool layerMirCopyPressed(const quint32& ecKey);
-    bool layerMirCopyRelease(const quint32& ecKey);
 
     // Notifications.
 
@@ -65,8 +64,7 @@ private:
     void updateEcButtonColor(bool on, FunctionCallbackType type, ECLEDColor color);
 
     void saveDataToDevice();
-    void layerCopy() { copySelectedLayers(false); }
-    void layerMirCopy() { copySelectedLayers(true); }
+    bool copyPressed(const quint32& ecKey, const char* what, bool mirrored);
     /// Asks for copies of the selected layers of the active screen.
     void copySelectedLayers(bool mirrored);
 

@@ -123,7 +123,7 @@ const std::vector<KeyRow<FunctionCommandPrivate>>& FunctionCommandPrivate::keys(
          &P::switchSecondaryScreenSignalRelease, NoTraits, KeyLight::Lasting, &P::showMvrKey},
         {Type::eLayerCopy, &P::layerCopyPressed, &P::layerCopyRelease, ReleasePassesDialog,
          KeyLight::Momentary},
-        {Type::eLayerMirCopy, &P::layerMirCopyPressed, &P::layerMirCopyRelease, ReleasePassesDialog,
+        {Type::eLayerMirCopy, &P::layerMirCopyPressed, &P::layerCopyRelease, ReleasePassesDialog,
          KeyLight::Momentary},
         {Type::eDVIInSignalChangedCB, nullptr, nullptr},
     };
@@ -159,11 +159,6 @@ bool FunctionCommandPrivate::saveDataToDevicePressed(const quint32& ecKey)
     return true;
 }
 
-bool FunctionCommandPrivate::saveDataToDeviceRelease(const quint32&)
-{
-    return true;
-}
-
 void FunctionCommandPrivate::saveDataToDevice()
 {
     const auto device = activedDevice();
@@ -185,26 +180,6 @@ void FunctionCommandPrivate::saveDataToDevice()
 }
 
 // ---- Locks ----------------------------------------------------------------------------------------------
-
-bool FunctionCommandPrivate::lockECTBarPressed(const quint32& ecKey)
-{
-    return holdPressed(ecKey, m_tbarKey);
-}
-
-bool FunctionCommandPrivate::lockECTBarRelease(const quint32& ecKey)
-{
-    return holdRelease(ecKey, m_tbarKey);
-}
-
-bool FunctionCommandPrivate::lockECKeyboardPressed(const quint32& ecKey)
-{
-    return holdPressed(ecKey, m_keypadKey);
-}
-
-bool FunctionCommandPrivate::lockECKeyboardRelease(const quint32& ecKey)
-{
-    return holdRelease(ecKey, m_keypadKey);
-}
 
 bool FunctionCommandPrivate::holdPressed(const quint32& ecKey, LockKey& key)
 {
@@ -307,12 +282,12 @@ bool FunctionCommandPrivate::switchSecondaryScreenSignalRelease(const quint32&)
 
 // ---- Layer copies ---------------------------------------------------------------------------------------
 
-bool FunctionCommandPrivate::layerCopyPressed(const quint32& ecKey)
+bool FunctionCommandPrivate::copyPressed(const quint32& ecKey, const char* what, bool mirrored)
 {
     if (HostState::hasModalWindow())
-        return refuse("copy", "a dialog is open");
+        return refuse(what, "a dialog is open");
     m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green);
-    layerCopy();
+    copySelectedLayers(mirrored);
     return true;
 }
 
@@ -320,20 +295,6 @@ bool FunctionCommandPrivate::layerCopyRelease(const quint32& ecKey)
 {
     m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Off);
     return true;
-}
-
-bool FunctionCommandPrivate::layerMirCopyPressed(const quint32& ecKey)
-{
-    if (HostState::hasModalWindow())
-        return refuse("mirror copy", "a dialog is open");
-    m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green);
-    layerMirCopy();
-    return true;
-}
-
-bool FunctionCommandPrivate::layerMirCopyRelease(const quint32& ecKey)
-{
-    return layerCopyRelease(ecKey);
 }
 
 void FunctionCommandPrivate::copySelectedLayers(bool mirrored)

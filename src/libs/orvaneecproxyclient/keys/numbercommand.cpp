@@ -73,21 +73,19 @@ public:
 
     bool selectNumberPressed(const quint32& ecKey)
     {
-        m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Green);
         const Qt::Key key = m_pCommand->getRealKeyValue(ecKey);
-        m_pCommand->signalStandardKeyPressed(key, QString(QChar(ushort(key))));
-        return true;
+        return press(ecKey, key, QString(QChar(ushort(key))));
     }
     bool enterPressed(const quint32& ecKey) { return press(ecKey, Qt::Key_Enter, QStringLiteral("\r")); }
     bool backPressed(const quint32& ecKey) { return press(ecKey, Qt::Key_Backspace, QStringLiteral("\b")); }
     bool plusPressed(const quint32& ecKey) { return press(ecKey, Qt::Key_Up, QString()); }
     bool minusPressed(const quint32& ecKey) { return press(ecKey, Qt::Key_Down, QString()); }
 
-    bool selectNumberRelease(const quint32& ecKey) { return release(ecKey); }
-    bool enterRelease(const quint32& ecKey) { return release(ecKey); }
-    bool backRelease(const quint32& ecKey) { return release(ecKey); }
-    bool plusRelease(const quint32& ecKey) { return release(ecKey); }
-    bool minusRelease(const quint32& ecKey) { return release(ecKey); }
+    bool release(const quint32& ecKey)
+    {
+        m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Off);
+        return true;
+    }
 
     static const std::vector<KeyRow<NumberCommandPrivate>>& keys();
 
@@ -101,12 +99,6 @@ private:
         m_pCommand->signalStandardKeyPressed(key, text);
         return true;
     }
-
-    bool release(quint32 ecKey)
-    {
-        m_pCommand->updateECButtonColor(ecKey, ECLEDColor::Off);
-        return true;
-    }
 };
 
 const std::vector<KeyRow<NumberCommandPrivate>>& NumberCommandPrivate::keys()
@@ -117,11 +109,11 @@ const std::vector<KeyRow<NumberCommandPrivate>>& NumberCommandPrivate::keys()
     constexpr unsigned typing = PressPassesDialog | ReleasePassesDialog;
     constexpr auto momentary = KeyLight::Momentary;
     static const std::vector<KeyRow<P>> rows{
-        {Type::eSelectNumberCB, &P::selectNumberPressed, &P::selectNumberRelease, typing, momentary},
-        {Type::eEnterKeyCB, &P::enterPressed, &P::enterRelease, typing, momentary},
-        {Type::eBackKeyCB, &P::backPressed, &P::backRelease, typing, momentary},
-        {Type::ePlusKeyCB, &P::plusPressed, &P::plusRelease, typing, momentary},
-        {Type::eMinusKeyCB, &P::minusPressed, &P::minusRelease, typing, momentary},
+        {Type::eSelectNumberCB, &P::selectNumberPressed, &P::release, typing, momentary},
+        {Type::eEnterKeyCB, &P::enterPressed, &P::release, typing, momentary},
+        {Type::eBackKeyCB, &P::backPressed, &P::release, typing, momentary},
+        {Type::ePlusKeyCB, &P::plusPressed, &P::release, typing, momentary},
+        {Type::eMinusKeyCB, &P::minusPressed, &P::release, typing, momentary},
     };
     return rows;
 }

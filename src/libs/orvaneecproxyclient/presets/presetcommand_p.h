@@ -32,23 +32,22 @@ public:
 
     bool selectPresetPressed(const quint32& ecKey);
     bool selectPresetRelease(const quint32& ecKey);
-    bool pageUpRelease(const quint32& ecKey);
-    bool pageDownRelease(const quint32& ecKey);
+    bool pageUpRelease(const quint32& ecKey) { return m_pages.turn(&Command::pageUpRelease, ecKey); }
+    bool pageDownRelease(const quint32& ecKey) { return m_pages.turn(&Command::pageDownRelease, ecKey); }
     bool removeSelectedPresetPressed(const quint32& ecKey);
     bool clearPresetsPressed(const quint32& ecKey);
     bool clearPresetsRelease(const quint32& ecKey);
     bool savePresetPressed(const quint32& ecKey);
     bool loadToPGMPresetPressed(const quint32& ecKey);
-    bool removeSelectedPresetRelease(const quint32& ecKey);
-    bool savePresetRelease(const quint32& ecKey);
-    bool loadToPGMPresetRelease(const quint32& ecKey);
+    /// A release that nothing follows.
+    bool leaveRelease(const quint32&) { return false; }
     void restClearPresets(const quint32& ecKey);
 
     // What a repaint shows on a key.
 
-    void showRemoveKey(const quint32& ecKey);
-    void showClearKey(const quint32& ecKey);
-    void showSaveKey(const quint32& ecKey);
+    void showRemoveKey(const quint32& ecKey) { m_modes.paint(ecKey, PresetModes::Mode::Clear); }
+    void showClearKey(const quint32& ecKey) { m_modes.paint(ecKey, PresetModes::Mode::ClearAll); }
+    void showSaveKey(const quint32& ecKey) { m_modes.paint(ecKey, PresetModes::Mode::Save); }
     void showLoadTarget(const quint32& ecKey);
 
     /// Ends a hold of the clear-all key without acting: its light goes, and a dark key never clears.

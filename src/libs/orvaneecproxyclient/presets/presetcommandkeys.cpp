@@ -56,15 +56,15 @@ const std::vector<KeyRow<PresetCommandPrivate>>& PresetCommandPrivate::keys()
         {Type::eSelectPresetCB, &Own::selectPresetPressed, &Own::selectPresetRelease},
         {Type::ePageUp, &Command::pageUpPressed, &Own::pageUpRelease, HasPageLabel, KeyLight::Momentary},
         {Type::ePageDown, &Command::pageDownPressed, &Own::pageDownRelease, NoTraits, KeyLight::Momentary},
-        {Type::eRemoveSelectedPresetCB, &Own::removeSelectedPresetPressed, &Own::removeSelectedPresetRelease,
+        {Type::eRemoveSelectedPresetCB, &Own::removeSelectedPresetPressed, &Own::leaveRelease,
          ReleasePassesDialog, KeyLight::Lasting, &Own::showRemoveKey},
         {Type::eClearPresetsCB, &Own::clearPresetsPressed, &Own::clearPresetsRelease, ReleasePassesDialog,
          KeyLight::Lasting, &Own::showClearKey, &Own::restClearPresets},
-        {Type::eSavePresetCB, &Own::savePresetPressed, &Own::savePresetRelease, ReleasePassesDialog,
+        {Type::eSavePresetCB, &Own::savePresetPressed, &Own::leaveRelease, ReleasePassesDialog,
          KeyLight::Lasting, &Own::showSaveKey},
         {Type::eCut, nullptr, nullptr},
         {Type::eTake, nullptr, nullptr},
-        {Type::eLoadToPgm, &Own::loadToPGMPresetPressed, &Own::loadToPGMPresetRelease, ReleasePassesDialog,
+        {Type::eLoadToPgm, &Own::loadToPGMPresetPressed, &Own::leaveRelease, ReleasePassesDialog,
          KeyLight::Lasting, &Own::showLoadTarget},
     };
     return rows;
@@ -119,31 +119,11 @@ bool PresetCommandPrivate::removeSelectedPresetPressed(const quint32& ecKey)
     return true;
 }
 
-bool PresetCommandPrivate::removeSelectedPresetRelease(const quint32&)
-{
-    return false;
-}
-
-void PresetCommandPrivate::showRemoveKey(const quint32& ecKey)
-{
-    m_modes.paint(ecKey, PresetOptMode::Clear);
-}
-
 bool PresetCommandPrivate::savePresetPressed(const quint32& ecKey)
 {
     endHeldClear();
     m_modes.toggle(ecKey, PresetOptMode::Save);
     return true;
-}
-
-bool PresetCommandPrivate::savePresetRelease(const quint32&)
-{
-    return false;
-}
-
-void PresetCommandPrivate::showSaveKey(const quint32& ecKey)
-{
-    m_modes.paint(ecKey, PresetOptMode::Save);
 }
 
 // ---- Clearing all presets -------------------------------------------------------------------------------
@@ -190,11 +170,6 @@ void PresetCommandPrivate::endHeldClear()
     ecWarning(
         lcKeys, "Clear all presets refused: the key went dark, or its release was dropped, during the hold.");
     m_modes.endClearAll();
-}
-
-void PresetCommandPrivate::showClearKey(const quint32& ecKey)
-{
-    m_modes.paint(ecKey, PresetOptMode::ClearAll);
 }
 
 bool PresetCommandPrivate::clearEverywhere()
@@ -312,11 +287,6 @@ void PresetCommandPrivate::setLoadToPGMState(LoadToPGMStatus status)
         completion(false, QStringLiteral("The request could not be started."));
 }
 
-bool PresetCommandPrivate::loadToPGMPresetRelease(const quint32&)
-{
-    return false;
-}
-
 void PresetCommandPrivate::slotLoadToPGMUpDate()
 {
     const auto config = m_pCommand->ecCommandConfig();
@@ -356,18 +326,6 @@ void PresetCommandPrivate::tbarChanged(const ECTBarValue& value)
         return;
     if (leavesEnd(previous, value))
         m_extensions.ecTBarChanged(value);
-}
-
-// ---- Pages ----------------------------------------------------------------------------------------------
-
-bool PresetCommandPrivate::pageUpRelease(const quint32& ecKey)
-{
-    return m_pages.turn(&Command::pageUpRelease, ecKey);
-}
-
-bool PresetCommandPrivate::pageDownRelease(const quint32& ecKey)
-{
-    return m_pages.turn(&Command::pageDownRelease, ecKey);
 }
 
 // ---- Items ----------------------------------------------------------------------------------------------
