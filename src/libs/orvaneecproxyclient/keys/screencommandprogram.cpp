@@ -1,5 +1,6 @@
 #include "screencommand_p.h"
 
+#include "hoststate_p.h"
 #include "log_p.h"
 #include "modelaccess_p.h"
 #include "painter_p.h"
@@ -166,12 +167,16 @@ Completion ScreenCommandPrivate::matchEnded(const quint32& ecKey, int press)
         auto* const app = QCoreApplication::instance();
         if (!app)
             return;
-        QMetaObject::invokeMethod(app, [self, ecKey, press] {
+        const auto show = [self, ecKey, press] {
             // The key may have been released, or pressed once more.
             int lit = press;
             if (self && self->m_nMatchLit.compare_exchange_strong(lit, 0))
                 self->showMatchKey(ecKey);
-        });
+        };
+        if (HostState::isGuiThread())
+            show();
+        else
+            QMetaObject::invokeMethod(app, show, Qt::QueuedConnection);
     };
 }
 

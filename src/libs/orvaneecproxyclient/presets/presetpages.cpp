@@ -6,6 +6,8 @@
 #include "bizmodel/devicelist.h"
 #include "ec/eckeyboardconfig.h"
 
+#include <QThread>
+
 #include <algorithm>
 
 namespace Orvane::ECProxy::Client::Internal {
@@ -53,7 +55,11 @@ void PresetPages::slotPageChanged(int page)
 {
     if (s_bAnnouncing)
         return; // our own announcement is not to come back
-    QMetaObject::invokeMethod(this, [this, page] { slotPageModifySelectedItems(page); });
+    if (QThread::currentThread() == thread())
+        slotPageModifySelectedItems(page);
+    else
+        QMetaObject::invokeMethod(
+            this, [this, page] { slotPageModifySelectedItems(page); }, Qt::QueuedConnection);
 }
 
 void PresetPages::slotPageModifySelectedItems(int page)
