@@ -8,6 +8,7 @@
 #include "presetcommand.h"
 #include "screencommand.h"
 #include "showclock_p.h"
+#include "timerlog.h"
 
 #include "bizmodel/input.h"
 #include "bizmodel/layer.h"
@@ -147,6 +148,8 @@ void Operator::quiet()
     m_rig.console().settle(SettleMs);
     QThreadPool::globalInstance()->waitForDone();
     (void)QTest::qWaitFor(isQuiet, SettleMs);
+    if (!m_bHolding)
+        (void)QTest::qWaitFor([] { return !TimerLog::isAnyRunning(); }, SettleMs);
     if (m_statement.isInTransition())
         waitUntilNothingIsSent();
     m_rig.console().settle(SettleMs);
@@ -426,9 +429,11 @@ void Operator::holdSomeKey()
     m_rig.console().settle();
     // The comparison in between is of the shortest of holds only: the clock runs on.
     if (which >= 5) {
+        m_bHolding = true;
         m_statement.held(key.ECKey);
         const QString wrong = compare();
         m_statement.held(0);
+        m_bHolding = false;
         if (!wrong.isEmpty())
             m_expectations.push_back([wrong] { return QStringLiteral("while it is held: ") + wrong; });
     }

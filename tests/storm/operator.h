@@ -95,6 +95,7 @@ private:
     quint64 m_nTBarLocks = 0;
     QMetaObject::Connection m_typing, m_locking;
     bool m_bOnScreen = false; ///< the next key is the on-screen console's
+    bool m_bHolding = false; ///< a key is down while the console is looked at
     bool m_bUpwards = true; ///< the T-Bar's next sweep
     int m_nNames = 0;
     quint64 m_nPresses = 0;

@@ -1,6 +1,7 @@
 #include "operator.h"
 #include "processuse.h"
 #include "showclock_p.h"
+#include "timerlog.h"
 
 #include "showfile.h"
 
@@ -51,8 +52,7 @@ private Q_SLOTS:
         const quint32 given = quint32(qEnvironmentVariableIntValue("ORVANE_OPERATOR_SEED", &isSet));
         const quint32 seed = isSet ? given : QRandomGenerator::global()->generate() >> 1;
         qInfo("ORVANE_OPERATOR_SEED=%u", seed);
-        const auto former =
-            qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+        auto log = std::make_unique<TimerLog>();
 
         std::unique_ptr<TestSupport::ConsoleWire> wire = TestSupport::makeDirectWire();
         if (qEnvironmentVariableIsSet("ORVANE_OPERATOR_SOCKETS"))
@@ -82,7 +82,7 @@ private Q_SLOTS:
             linkFaults = person.linkFaults();
             unreadable = rig.console().unreadableRequests();
         }
-        qInstallMessageHandler(former);
+        log.reset();
         qInfo(
             "%llu comparisons, %llu key presses, %llu faults of the link",
             static_cast<unsigned long long>(comparisons), static_cast<unsigned long long>(presses),

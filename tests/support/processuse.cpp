@@ -9,7 +9,11 @@ namespace {
 /// A pool's thread more or less, and what the allocator keeps for itself.
 constexpr int ThreadTolerance = 4;
 constexpr int DescriptorTolerance = 4;
+#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
+constexpr qint64 MemoryToleranceKb = 1024 * 1024; // theirs, by far
+#else
 constexpr qint64 MemoryToleranceKb = 20 * 1024;
+#endif
 } // namespace
 
 ProcessUse ProcessUse::present()

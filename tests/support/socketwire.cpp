@@ -31,9 +31,6 @@ SocketWire::SocketWire()
 SocketWire::~SocketWire()
 {
     killService();
-    shutdown(m_nOwnEnd, SHUT_RDWR);
-    if (m_reader.joinable())
-        m_reader.join();
     close(m_nOwnEnd);
     close(m_nServiceEnd);
 }
@@ -64,6 +61,9 @@ void SocketWire::report(const QByteArray& datagram)
 void SocketWire::end()
 {
     m_pSession.reset();
+    shutdown(m_nOwnEnd, SHUT_RDWR);
+    if (m_reader.joinable())
+        m_reader.join();
 }
 
 void SocketWire::readRequests()
