@@ -64,6 +64,22 @@ private Q_SLOTS:
 
     void cleanupTestCase() { m_pRig.reset(); }
 
+    void aNumberOfNoKeyIsNamedInTheLog()
+    {
+        const LogCapture log;
+        for (const quint32 number : {500U, 0x10000U + Digit0, 0xFFFFFFFFU}) {
+            tap(number);
+            const auto line =
+                QStringLiteral("[locate key no response] couldn't find command binding to key: %1");
+            QVERIFY2(log.contains(line.arg(number)), qPrintable(log.all()));
+        }
+        QVERIFY(m_typed.isEmpty() && m_clicked.isEmpty());
+
+        unsigned int order = 1;
+        QVERIFY(ECManager::instance()->getOrderIndexByECKey(4711, order));
+        QCOMPARE(order, Constants::InvalidECKey);
+    }
+
     void aKeyInTwoGroupsBelongsToTheEarlierCommand()
     {
         tap(Shared);
@@ -117,6 +133,19 @@ private Q_SLOTS:
         first.reset();
         QCoreApplication::processEvents();
         QVERIFY(!pressWithoutEventLoop());
+    }
+
+    void anUpgradeIgnoresEverything()
+    {
+        m_pDevices->m_bUpgrading = true;
+        const LogCapture log;
+        tap(Digit0);
+        m_pRig->tbar(30);
+        QVERIFY(m_pRig->settle());
+        QCOMPARE(log.count("Device is upgrading... Ignore key release event."), 1);
+        QCOMPARE(log.count("Device is upgrading... Ignore key pressed event."), 2); // one of the T-Bar
+        QVERIFY(m_typed.isEmpty() && !m_pRig->key(Digit0).isLit);
+        m_pDevices->m_bUpgrading = false;
     }
 
     void aKeyWhoseReleaseWasDroppedGoesDarkWhenTheGuardEnds_data()

@@ -160,6 +160,21 @@ private Q_SLOTS:
         QCOMPARE(log.count("Orvane ec client decoder thread stop"), 1);
     }
 
+    void withoutACallbackReportsAreLostWithAWarning()
+    {
+        LogCapture log;
+        Reports reports;
+        ECClientDecoder decoder;
+        decoder.registerExDownTLVDecodeFinishedCB(reports.callback()); // never called
+        decoder.startDecode();
+        decoder.appendDatagram(press(1));
+        QVERIFY(log.waitFor("[locate key no response] up tlv decoder callback is null."));
+        decoder.registerUpTLVDecodeFinishedCB(reports.callback());
+        decoder.appendDatagram(press(2));
+        QTRY_COMPARE_WITH_TIMEOUT(reports.count(), 1, WaitLimitMs);
+        QCOMPARE(reports.list().first().second, press(2).mid(16));
+    }
+
     void everyStopReturnsHoweverOftenOthersStart()
     {
         ECClientDecoder decoder;

@@ -112,6 +112,24 @@ private Q_SLOTS:
             store().initLayerECCommand(Wall, KeyboardType::Layer, screen);
     }
 
+    void namesKeepTheirOrderAndRefuseWrongPositions()
+    {
+        ECCommandItem item;
+        item.appendBindedName("A", -1);
+        item.appendBindedName("B", 0);
+        item.appendBindedName("C", 2); // right behind the last
+        QCOMPARE(item.joinObjectName(), QString("B/A/C"));
+        for (const int wrong : {-2, 4}) {
+            item.appendBindedName("X", wrong);
+            item.removeBindedName(wrong);
+            item.updateBindedName("X", wrong);
+        }
+        QCOMPARE(item.joinObjectName(), QString("B/A/C"));
+        item.updateBindedName("D", 2);
+        item.removeBindedName(0);
+        QCOMPARE(item.joinObjectName(), QString("A/D"));
+    }
+
     void aCopyHasEveryFieldAndGoesItsOwnWay()
     {
         const auto type = KeyboardType::Input;
