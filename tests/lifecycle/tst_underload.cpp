@@ -33,6 +33,11 @@ namespace {
 
 constexpr int PatienceMs = 30000;
 constexpr int ShowRate = 10;
+#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
+constexpr int Tries = 100;
+#else
+constexpr int Tries = 1000;
+#endif
 /// A press that has done nothing after this never will.
 constexpr auto LostAfter = 500ms;
 
@@ -85,7 +90,7 @@ void TestUnderLoad::initTestCase()
 
 void TestUnderLoad::aThousandOpeningsAmidTrafficLeaveNothingBehind()
 {
-    constexpr int rounds = 1000;
+    constexpr int rounds = Tries;
     auto& session = wire().session();
     std::atomic<bool> stop{false};
     std::thread requests([&] {
@@ -128,7 +133,7 @@ void TestUnderLoad::aThousandOpeningsAmidTrafficLeaveNothingBehind()
 
 void TestUnderLoad::aFloodOfGarbageDoublesNoKeyAndLosesOnlyWhatTheKernelDrops()
 {
-    constexpr int taps = 1000;
+    constexpr int taps = Tries;
     const auto& digits = m_keyboard.group(NumberGroup).m_buttons;
     const quint64 droppedBefore = TestSupport::portState(ECClientPort).dropped;
     const ProcessUse before = ProcessUse::present();
