@@ -44,6 +44,8 @@ private:
     void answer(const QByteArray& report)
     {
         reports.append(report);
+        if (report.size() < 18) // malformed, or of no key
+            return;
         const auto tag = Protocol::Wire::load<quint16>(report.constData() + 12);
         if (tag != Protocol::ReportECButtonPressed && tag != Protocol::ReportECButtonRelease)
             return;
