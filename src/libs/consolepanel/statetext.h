@@ -16,9 +16,9 @@ QString lookText(const LightState* light); ///< `on 10`
 QString lookText(const Protocol::ECTBarValue* level); ///< `level 6 direction 1`
 /// @}
 
-/// The entry of that key; null when there is none.
-template <typename Map>
-const typename Map::mapped_type* find(const Map& map, const typename Map::key_type& key)
+/// The entry of that key; null when there is none. By value: the number may be a packed record's, to which no
+/// reference may be bound.
+template <typename Map> const typename Map::mapped_type* find(const Map& map, typename Map::key_type key)
 {
     const auto found = map.find(key);
     return found == map.end() ? nullptr : &found->second;

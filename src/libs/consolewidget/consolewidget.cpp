@@ -208,7 +208,7 @@ void ConsoleWidget::refresh()
         showKey(*cap);
     const bool fromBottom = !state.tbarLevel || state.tbarLevel->IsBottomToTop == BottomToTop;
     m_pLightBar->setLevel(
-        state.tbarLevel ? int(std::min<quint32>(state.tbarLevel->Value, 12)) : 0, fromBottom);
+        state.tbarLevel ? int(std::min(quint32(state.tbarLevel->Value), 12U)) : 0, fromBottom);
     m_pLamps->setText(lampText());
     const QString facts = ConsolePicture(m_layout, m_console, {}).factLines().join(QStringLiteral("   "));
     m_pFacts->setText(facts);
