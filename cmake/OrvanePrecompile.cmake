@@ -25,7 +25,8 @@ function(orvane_reuse_precompiled directory)
   foreach(target IN LISTS targets)
     get_target_property(type ${target} TYPE)
     get_target_property(libraries ${target} LINK_LIBRARIES)
-    if(target MATCHES "^orvane_precompiled" OR NOT type MATCHES "EXECUTABLE|STATIC|SHARED|MODULE"
+    get_target_property(with_qt ${target} AUTOMOC)
+    if(NOT with_qt OR target MATCHES "^orvane_precompiled" OR NOT type MATCHES "EXECUTABLE|STATIC|SHARED|MODULE"
        OR NOT orvane_build_flags IN_LIST libraries)
       continue()
     endif()
