@@ -108,7 +108,8 @@ QString Application::end()
     m_rig.operations().setListener(
         [&](const JournalEntry& entry) { asked += entry.phase == JournalEntry::Phase::Requested; });
     QUdpSocket service;
-    if (!service.bind(QHostAddress::LocalHost, ECServicePort))
+    // The service's process ends by itself once nobody talks to it.
+    if (!QTest::qWaitFor([&] { return service.bind(QHostAddress::LocalHost, ECServicePort); }, PatienceMs))
         return QStringLiteral("the service's port is still taken");
     constexpr auto longerThanAnyHold = 3500ms;
     QTest::qWait(
