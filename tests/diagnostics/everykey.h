@@ -65,7 +65,7 @@ inline quint16 keyOf(const char* group, const char* function)
         if (key.group == QLatin1String(group) && functionOf(key) == QLatin1String(function))
             return key.ecKey;
     }
-    return 0;
+    qFatal("%s has no key that does this: %s", group, function);
 }
 
 inline std::shared_ptr<EC::s_ECKeyboardConfig> keyboard()

@@ -77,7 +77,7 @@ private Q_SLOTS:
     {
         const Shadow shadow;
         repaint();
-        const quint16 freeze = keyOf("ScreenCommand", "freeze");
+        const quint16 freeze = keyOf("ScreenCommand", "freeze PGM");
         const auto wrong = std::make_shared<ECButtonColor>();
         wrong->ECKey = freeze;
         wrong->R = 1;
