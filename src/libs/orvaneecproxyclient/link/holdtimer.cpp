@@ -17,7 +17,8 @@ HoldTimer::~HoldTimer()
     // Waits for a callback that is still running. m_pTimer must stay until then, for the callback may use it.
     if (OrvaneECTimer* const timer = this->timer())
         timer->wait();
-    // Such a callback may have started again and left its key's origin. ThreadSanitizer does not see Qt's wait.
+    // Such a callback may have started again and left its key's origin. ThreadSanitizer does not see Qt's
+    // wait.
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_pOrigin.reset();
 }
