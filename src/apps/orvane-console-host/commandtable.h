@@ -147,14 +147,14 @@ class CommandTable {
 public:
     explicit CommandTable(EventWriter& events);
 
-    /// @param run is called with the arguments, or with nothing; returns an `Answer`, what there is to tell,
+    /// @param call is called with the arguments, or with nothing; returns an `Answer`, what there is to tell,
     ///        or nothing when it cannot fail
     template <typename Run>
-    void add(const char* name, const char* purpose, std::vector<Parameter> parameters, Run run)
+    void add(const char* name, const char* purpose, std::vector<Parameter> parameters, Run call)
     {
         m_commands.push_back(
             {QLatin1String(name), QLatin1String(purpose), std::move(parameters),
-             [run = std::move(run)](const Arguments& arguments) { return answerOf(run, arguments); }});
+             [call = std::move(call)](const Arguments& arguments) { return answerOf(call, arguments); }});
     }
     /// The same for a call of the object with just these arguments.
     template <typename Object, typename... Values>
@@ -170,16 +170,16 @@ public:
     void execute(const QByteArray& line);
 
 private:
-    template <typename Run> static Answer answerOf(const Run& run, const Arguments& arguments)
+    template <typename Run> static Answer answerOf(const Run& call, const Arguments& arguments)
     {
         if constexpr (std::is_invocable_v<const Run&>)
-            return answerOf([&run](const Arguments&) { return run(); }, arguments);
-        else if constexpr (std::is_same_v<decltype(run(arguments)), Answer>)
-            return run(arguments);
-        else if constexpr (std::is_same_v<decltype(run(arguments)), QJsonObject>)
-            return Answer::done(run(arguments));
+            return answerOf([&call](const Arguments&) { return call(); }, arguments);
+        else if constexpr (std::is_same_v<decltype(call(arguments)), Answer>)
+            return call(arguments);
+        else if constexpr (std::is_same_v<decltype(call(arguments)), QJsonObject>)
+            return Answer::done(call(arguments));
         else
-            return run(arguments), Answer::done();
+            return call(arguments), Answer::done();
     }
 
     Answer run(const QJsonValue& line) const;
