@@ -2,6 +2,8 @@
 
 #include "eccommanditem.h"
 
+#include <QScopeGuard>
+
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -65,7 +67,11 @@ public:
     template <typename Change> auto change(Change change)
     {
         const std::unique_lock lock(m_mutex);
-        return change(m_values);
+        // On a copy, so that no list or text is written in place that somebody has read: whether he still
+        // holds it Qt sees by a count that it reads without an order.
+        ECCommandItemValues next = m_values;
+        const auto keep = qScopeGuard([&] { std::swap(m_values, next); });
+        return change(next);
     }
 
 private:
