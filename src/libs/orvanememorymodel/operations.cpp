@@ -45,7 +45,8 @@ std::optional<Operation> findOperation(const QString& name)
 
 QStringList operationNames()
 {
-    static const QStringList names =
+    // Never destroyed: the model's threads write their journal until the process is gone.
+    static const QStringList& names = *new QStringList(
         QStringLiteral(
             "setPresetOperateMode setActivedScreen createDefaultScreen appendViewingScreen setState "
             "setUiScreenIndex addOutput setSelected cancelSelected updateEffectSpeed "
@@ -57,7 +58,7 @@ QStringList operationNames()
             "AsyncSaveDeviceData AsyncRemoveFile ParallelTakeScreen ParallelCutScreen "
             "ParallelMatchPGM ParallelFreezeScreen ParallelFTBScreen ParallelSetSwapStatus "
             "ParallelSetLoadToPresetPGMStatus setSamplingType TBarSampling LoadPresetSampling")
-            .split(QLatin1Char(' '));
+            .split(QLatin1Char(' ')));
     return names;
 }
 
