@@ -64,7 +64,19 @@ private:
     const Keyboard m_keyboard{QStringLiteral(EXAMPLE_KEYBOARD)};
     std::unique_ptr<TestSupport::ModelRig> m_pRig;
     QTemporaryDir m_directory;
-    std::vector<int> m_typed; ///< by the thread of the reports, while the counter says how many
+    std::vector<int> allTyped()
+    {
+        const std::lock_guard<std::mutex> lock(m_mtxTyped);
+        return m_typed;
+    }
+    void forgetTyped()
+    {
+        const std::lock_guard<std::mutex> lock(m_mtxTyped);
+        m_typed.clear();
+    }
+
+    std::mutex m_mtxTyped; ///< guards m_typed, which grows on the thread of the reports
+    std::vector<int> m_typed;
     std::atomic<int> m_nTyped{0};
 };
 
@@ -82,6 +94,7 @@ void TestUnderLoad::initTestCase()
     connect(
         ECManager::instance(), &ECManager::signalStandardKeyPressed, this,
         [this](int key) {
+            const std::lock_guard<std::mutex> lock(m_mtxTyped);
             m_typed.push_back(key);
             ++m_nTyped;
         },
@@ -140,7 +153,7 @@ void TestUnderLoad::aFloodOfGarbageDoublesNoKeyAndLosesOnlyWhatTheKernelDrops()
     QProcess flood;
     flood.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--flood")});
     QVERIFY(flood.waitForReadyRead(PatienceMs));
-    m_typed.clear();
+    forgetTyped();
     std::chrono::nanoseconds slowest{};
     for (int tap = 0; tap < taps; ++tap) {
         const auto typed = m_nTyped.load();
@@ -157,14 +170,15 @@ void TestUnderLoad::aFloodOfGarbageDoublesNoKeyAndLosesOnlyWhatTheKernelDrops()
     QVERIFY(m_pRig->console().settle(PatienceMs));
 
     const quint64 dropped = TestSupport::portState(ECClientPort).dropped - droppedBefore;
-    const int lost = taps - int(m_typed.size());
+    const int lost = taps - int(allTyped().size());
     std::printf(
         "flood: %s datagrams of garbage, %llu dropped by the kernel; %d of %d presses lost, the slowest took "
         "%.1f ms; "
         "memory %lld kB, then %lld\n",
         flood.readAllStandardOutput().trimmed().constData(), static_cast<unsigned long long>(dropped), lost,
         taps, double(slowest.count()) / 1e6, before.memoryKb, after.memoryKb);
-    QVERIFY(std::adjacent_find(m_typed.begin(), m_typed.end()) == m_typed.end());
+    const std::vector<int> keys = allTyped();
+    QVERIFY(std::adjacent_find(keys.begin(), keys.end()) == keys.end());
     QVERIFY2(quint64(std::max(lost, 0)) <= dropped, "a press is lost that the kernel has not dropped");
 }
 
@@ -203,15 +217,16 @@ void TestUnderLoad::aSlowModelLosesAndDoublesNoKey()
         return asked;
     };
     constexpr int rounds = 4;
-    m_typed.clear();
+    forgetTyped();
     const QStringList fast = play(rounds);
     QVERIFY2(!fast.contains(QStringLiteral("wrong:")), qPrintable(fast.join(' ')));
     for (const QString& name : MemoryModel::operationNames())
         m_pRig->operations().delay(*MemoryModel::findOperation(name), 500ms, Times::Always);
     QCOMPARE(play(rounds), fast);
-    QCOMPARE(int(m_typed.size()), typed);
+    const std::vector<int> typedKeys = allTyped();
+    QCOMPARE(int(typedKeys.size()), typed);
     for (int i = digits.size(); i < typed; ++i)
-        QCOMPARE(m_typed[std::size_t(i)], m_typed[std::size_t(i - digits.size())]);
+        QCOMPARE(typedKeys[std::size_t(i)], typedKeys[std::size_t(i - digits.size())]);
     m_pRig->operations().clearAllOrders();
     QTRY_COMPARE_WITH_TIMEOUT(difference(*m_pRig, m_keyboard), QString(), PatienceMs);
 }
